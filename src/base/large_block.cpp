@@ -1,0 +1,24 @@
+#include "base/large_block.h"
+
+#include <unistd.h>
+
+namespace {
+
+constexpr u64 CACHE_LINE = 64;
+
+}  // namespace
+
+LargeBlock LargeBlock::Try(u64 size) {
+    LargeBlock block;
+    if (size > Limit()) return block;
+    const u64 rounded = (size + CACHE_LINE) & ~(CACHE_LINE - 1);  // never 0
+    block.m_pData.reset(static_cast<u8*>(std::aligned_alloc(CACHE_LINE, rounded)));
+    if (block.m_pData) block.m_nSize = size;
+    return block;
+}
+
+u64 LargeBlock::Limit() {
+    static const u64 limit =
+        static_cast<u64>(sysconf(_SC_PHYS_PAGES)) * static_cast<u64>(sysconf(_SC_PAGESIZE)) / 2;
+    return limit;
+}

@@ -1,0 +1,33 @@
+// Pixel buffers, planes and row tables: every piece of memory whose size follows from a file comes from
+// here, so that one limit holds for all of them.
+#pragma once
+
+#include "base/types.h"
+
+#include <cstdlib>
+#include <memory>
+
+class LargeBlock {
+  public:
+    // Holds nothing.
+    LargeBlock() = default;
+
+    // A block of size bytes with undefined contents, aligned for any scalar or vector type; one that holds
+    // nothing when size is above Limit() or the memory cannot be had. A size of 0 gives a block.
+    static LargeBlock Try(u64 size);
+
+    // The most bytes that a single block may have: half of the machine's physical memory.
+    static u64 Limit();
+
+    explicit operator bool() const { return m_pData != nullptr; }
+    u8* Data() const { return m_pData.get(); }
+    u64 Size() const { return m_nSize; }
+
+  private:
+    struct Free {
+        void operator()(u8* data) const { std::free(data); }
+    };
+
+    std::unique_ptr<u8, Free> m_pData;
+    u64 m_nSize = 0;
+};

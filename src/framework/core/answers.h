@@ -1,0 +1,33 @@
+// The one seam through which the program puts a question to its user. Whoever can ask installs itself here:
+// the windows do while they run, tests put in the next answer, and without either the question goes to
+// standard error, which is where the checks before the first window speak.
+#pragma once
+
+#include "base/types.h"
+
+#include <string>
+
+constexpr u32 MB_OK = 0x0;
+constexpr u32 MB_ICONEXCLAMATION = 0x30;
+constexpr u32 MB_SETFOREGROUND = 0x10000;
+
+constexpr int IDOK = 1;
+constexpr int IDCANCEL = 2;
+
+class Answers {
+  public:
+    virtual ~Answers() = default;
+
+    // Shows plain text and waits; returns the button that ended it. nStyle: MB_ bits.
+    virtual int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) = 0;
+};
+
+// Borrows the answers until the next call and returns those it replaces. Null brings the default back.
+Answers* InstallAnswers(Answers* pAnswers);
+Answers& CurrentAnswers();
+
+// Null texts count as empty. Boxes belong to the active window, whatever the owner.
+int MessageBoxA(void* hOwner, const char* pszText, const char* pszCaption, u32 nStyle);
+
+// A message under the program's own title.
+int AfxMessageBox(const std::string& strText, u32 nStyle = MB_OK | MB_ICONEXCLAMATION);

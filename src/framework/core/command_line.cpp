@@ -1,0 +1,23 @@
+#include "framework/core/command_line.h"
+
+void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
+    bool switchesEnded = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (switchesEnded || word.empty() || word[0] != '-') {
+            m_strFileNames.push_back(word);
+        } else if (word == "--") {
+            switchesEnded = true;
+        } else if (m_nShellCommand == FileNew) {
+            if (word == "--help") {
+                m_nShellCommand = ShowHelp;
+            } else if (word == "--version") {
+                m_nShellCommand = ShowVersion;
+            } else {
+                m_nShellCommand = BadSwitch;
+                m_strBadSwitch = word;
+            }
+        }
+    }
+    if (m_nShellCommand == FileNew && !m_strFileNames.empty()) m_nShellCommand = FileOpen;
+}

@@ -1,0 +1,19 @@
+// What the program was asked on its command line. Switches begin with a dash; every other word is the path of
+// a file, kept as the bytes it came in, and so is everything behind "--".
+#pragma once
+
+#include <string>
+#include <vector>
+
+class CCommandLineInfo {
+  public:
+    enum ShellCommand { FileNew, FileOpen, ShowHelp, ShowVersion, BadSwitch };
+
+    // Takes the arguments behind the program's name. Help, version and a switch that is not known win over
+    // files.
+    void ParseCommandLine(int argc, char* const* argv);
+
+    ShellCommand m_nShellCommand = FileNew;
+    std::vector<std::string> m_strFileNames;  // in their order
+    std::string m_strBadSwitch;
+};

@@ -1,0 +1,45 @@
+// One opened file. The template that makes a document hands it to its first view; the document goes with its
+// last one.
+#pragma once
+
+#include "framework/core/cmd_target.h"
+
+#include <string>
+#include <vector>
+
+class CArchive;
+class CView;
+
+class CDocument : public CCmdTarget {
+  public:
+    ~CDocument() override = default;
+
+    virtual bool OnNewDocument();
+
+    // Reads the file through Serialize. What leaves it as an exception is reported to the user, and the
+    // document is emptied; false then.
+    virtual bool OnOpenDocument(const std::string& strPathName);
+
+    virtual void Serialize(CArchive& archive);
+    virtual void DeleteContents() {}
+
+    bool IsModified() const { return m_bModified; }
+    void SetModifiedFlag(bool bModified = true) { m_bModified = bModified; }
+
+    // The path as bytes; its last part is the title.
+    const std::string& GetPathName() const { return m_strPathName; }
+    const std::string& GetTitle() const { return m_strTitle; }
+    void SetPathName(const std::string& strPathName);
+
+    // Views are borrowed; each adds itself when it is made and takes itself out before it goes. Removing the
+    // last one destroys the document.
+    void AddView(CView* pView) { m_views.push_back(pView); }
+    void RemoveView(CView* pView);
+    const std::vector<CView*>& GetViews() const { return m_views; }
+
+  private:
+    std::string m_strPathName;
+    std::string m_strTitle;
+    std::vector<CView*> m_views;
+    bool m_bModified = false;
+};

@@ -1,0 +1,25 @@
+#include "framework/core/exception.h"
+
+#include <cstring>
+
+CFileException::CFileException(const std::string& operation, int nError)
+    : CException(operation + ": " + std::strerror(nError)) {}
+
+CArchiveException::CArchiveException(Cause cause, std::string strFileName)
+    : CException("It is no document of the kinds that this viewer reads"),
+      m_cause(cause),
+      m_strFileName(std::move(strFileName)) {}
+
+void AfxThrowArchiveException(CArchiveException::Cause cause, const std::string& strFileName) {
+    throw CArchiveException(cause, strFileName);
+}
+
+void AfxThrowMemoryException() {
+    throw CMemoryException();
+}
+
+LargeBlock AllocateLargeBlock(u64 size) {
+    LargeBlock block = LargeBlock::Try(size);
+    if (!block) AfxThrowMemoryException();
+    return block;
+}

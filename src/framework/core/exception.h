@@ -1,0 +1,50 @@
+// The framework's exceptions. They are thrown by value and caught by reference; what() is one sentence
+// without its full stop, fit to be shown to the user.
+#pragma once
+
+#include "base/large_block.h"
+#include "base/types.h"
+
+#include <exception>
+#include <string>
+
+class CException : public std::exception {
+  public:
+    explicit CException(std::string text) : m_strText(std::move(text)) {}
+    const char* what() const noexcept override { return m_strText.c_str(); }
+
+  private:
+    std::string m_strText;
+};
+
+// Memory that could not be had. Its text needs no memory of its own.
+class CMemoryException : public CException {
+  public:
+    CMemoryException() : CException(std::string()) {}
+    const char* what() const noexcept override { return "There is not enough memory"; }
+};
+
+// A file that cannot be opened, read or positioned.
+class CFileException : public CException {
+  public:
+    explicit CFileException(std::string text) : CException(std::move(text)) {}
+    // nError: an errno value, whose text follows that of the operation.
+    CFileException(const std::string& operation, int nError);
+};
+
+// A document that its reader refuses.
+class CArchiveException : public CException {
+  public:
+    enum Cause { none = 0, generic = 1 };
+
+    CArchiveException(Cause cause, std::string strFileName);
+
+    Cause m_cause;
+    std::string m_strFileName;
+};
+
+[[noreturn]] void AfxThrowArchiveException(CArchiveException::Cause cause, const std::string& strFileName);
+[[noreturn]] void AfxThrowMemoryException();
+
+// A block of size bytes with undefined contents. Throws CMemoryException when it cannot be had.
+LargeBlock AllocateLargeBlock(u64 size);

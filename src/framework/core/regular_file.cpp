@@ -1,0 +1,109 @@
+#include "framework/core/regular_file.h"
+
+#include "framework/core/exception.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const char* KindName(mode_t mode) {
+    if (S_ISDIR(mode)) return "It is a folder";
+    if (S_ISFIFO(mode)) return "It is a pipe";
+    if (S_ISSOCK(mode)) return "It is a socket";
+    return "It is a device";
+}
+
+void RefuseUnlessRegular(const struct stat& status) {
+    if (!S_ISREG(status.st_mode)) throw CFileException(KindName(status.st_mode));
+}
+
+constexpr const char* OPENING = "It cannot be opened";
+constexpr const char* READING = "It cannot be read";
+
+}  // namespace
+
+CRegularFile::CRegularFile(const std::string& strPath) {
+    // Looked at before it is opened, because opening a device can already have an effect, and once more
+    // behind that, because another file can have taken the name in between.
+    struct stat status = {};
+    if (stat(strPath.c_str(), &status) != 0) throw CFileException(OPENING, errno);
+    RefuseUnlessRegular(status);
+    m_nDescriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (m_nDescriptor < 0) throw CFileException(OPENING, errno);
+    try {
+        if (fstat(m_nDescriptor, &status) != 0) throw CFileException(OPENING, errno);
+        RefuseUnlessRegular(status);
+        m_nLength = static_cast<u64>(status.st_size);
+        m_pWindow = std::make_unique_for_overwrite<u8[]>(std::min<u64>(m_nLength, WINDOW_SIZE));
+    } catch (...) {
+        close(m_nDescriptor);
+        throw;
+    }
+}
+
+CRegularFile::~CRegularFile() {
+    close(m_nDescriptor);
+}
+
+u64 CRegularFile::Seek(i64 nOffset, SeekFrom from) {
+    const u64 origin = from == begin ? 0 : from == current ? m_nPosition : m_nLength;
+    const u64 target = origin + static_cast<u64>(nOffset);
+    const bool wrapped = nOffset < 0 ? target > origin : target < origin;
+    if (wrapped || target > static_cast<u64>(std::numeric_limits<i64>::max()))
+        throw CFileException("It has no such position");
+    m_nPosition = target;
+    return m_nPosition;
+}
+
+u32 CRegularFile::Read(void* pData, u32 nCount) {
+    u8* const out = static_cast<u8*>(pData);
+    u32 done = CopyFromWindow(out, nCount);
+    if (nCount - done >= WINDOW_SIZE) {
+        const u32 got = ReadAt(m_nPosition, out + done, nCount - done);
+        m_nPosition += got;
+        done += got;
+    } else if (done < nCount) {
+        FillWindow();
+        done += CopyFromWindow(out + done, nCount - done);
+    }
+    return done;
+}
+
+u32 CRegularFile::CopyFromWindow(void* pData, u32 nCount) {
+    if (m_nPosition < m_nWindowStart || m_nPosition - m_nWindowStart >= m_nWindowSize) return 0;
+    const u32 offset = static_cast<u32>(m_nPosition - m_nWindowStart);
+    const u32 count = std::min(nCount, m_nWindowSize - offset);
+    std::memcpy(pData, m_pWindow.get() + offset, count);
+    m_nPosition += count;
+    return count;
+}
+
+void CRegularFile::FillWindow() {
+    m_nWindowSize = 0;
+    m_nWindowStart = m_nPosition;
+    m_nWindowSize =
+        ReadAt(m_nPosition, m_pWindow.get(), static_cast<u32>(std::min<u64>(m_nLength, WINDOW_SIZE)));
+}
+
+// Fewer bytes than asked for mean that the file ends there.
+u32 CRegularFile::ReadAt(u64 nPosition, void* pData, u32 nCount) const {
+    if (nPosition >= m_nLength) return 0;
+    const u32 wanted = static_cast<u32>(std::min<u64>(nCount, m_nLength - nPosition));
+    u32 done = 0;
+    while (done < wanted) {
+        const ssize_t got = pread(m_nDescriptor, static_cast<u8*>(pData) + done, wanted - done,
+                                  static_cast<off_t>(nPosition + done));
+        if (got == 0) break;
+        if (got > 0)
+            done += static_cast<u32>(got);
+        else if (errno != EINTR)
+            throw CFileException(READING, errno);
+    }
+    return done;
+}

@@ -1,0 +1,37 @@
+// A file on disk, opened for reading. A window of it is kept in memory: moving the position and asking for
+// the length make no system call, and small reads make one for each window. The file is never mapped, so one
+// that shrinks or fails while it is open gives a short count or an exception, never a signal.
+#pragma once
+
+#include "framework/core/file.h"
+
+#include <memory>
+#include <string>
+
+class CRegularFile final : public CFile {
+  public:
+    // Bytes in a window. A read of as many goes straight into the caller's memory.
+    static constexpr u32 WINDOW_SIZE = 128 * 1024;
+
+    // strPath: the bytes of the path, in no particular encoding. Throws CFileException with the system's
+    // reason when it cannot be opened, and at once, without blocking, when it names a directory, a pipe, a
+    // socket or a device.
+    explicit CRegularFile(const std::string& strPath);
+    ~CRegularFile() override;
+
+    u64 GetLength() const override { return m_nLength; }
+    u64 Seek(i64 nOffset, SeekFrom from) override;
+    u32 Read(void* pData, u32 nCount) override;
+
+  private:
+    u32 ReadAt(u64 nPosition, void* pData, u32 nCount) const;
+    u32 CopyFromWindow(void* pData, u32 nCount);
+    void FillWindow();
+
+    int m_nDescriptor = -1;
+    u64 m_nLength = 0;    // as it was when the file was opened
+    u64 m_nPosition = 0;  // where the next byte is read
+    std::unique_ptr<u8[]> m_pWindow;
+    u64 m_nWindowStart = 0;  // file position of the window's first byte
+    u32 m_nWindowSize = 0;   // bytes in the window
+};

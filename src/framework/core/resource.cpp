@@ -1,0 +1,28 @@
+#include "framework/core/resource.h"
+
+#include <algorithm>
+
+namespace {
+
+const ResourceTables* g_pTables = nullptr;
+
+template <typename Table>
+auto FindById(const Table& table, u32 nId) -> decltype(table.data()) {
+    const auto found = std::ranges::find_if(table, [nId](const auto& row) { return row.nId == nId; });
+    return found == table.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+void AfxSetResources(const ResourceTables* pTables) {
+    g_pTables = pTables;
+}
+
+std::string AfxLoadString(u32 nId) {
+    const StringResource* const row = g_pTables ? FindById(g_pTables->strings, nId) : nullptr;
+    return row ? row->pszText : std::string();
+}
+
+const DialogResource* AfxFindDialog(u32 nId) {
+    return g_pTables ? FindById(g_pTables->dialogs, nId) : nullptr;
+}

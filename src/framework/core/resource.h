@@ -1,0 +1,46 @@
+// Resources are tables: strings, dialog templates. The program hands its own over once, before anything is
+// shown; they are static data and are only read.
+#pragma once
+
+#include "base/types.h"
+#include "framework/core/geometry.h"
+
+#include <span>
+#include <string>
+
+// Ids that the framework itself looks up.
+constexpr u32 AFX_IDS_APP_TITLE = 57344;
+constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
+
+struct StringResource {
+    u32 nId;
+    const char* pszText;  // UTF-8
+};
+
+enum class ControlKind { Static, ComboBox };
+
+// Positions and sizes are in dialog units: a quarter of the font's average width, an eighth of its height.
+struct ControlResource {
+    ControlKind kind;
+    u32 nId;  // 0 where nobody asks for the control
+    CRect rect;
+    const char* pszText;  // an ampersand marks the mnemonic of the next control
+};
+
+struct DialogResource {
+    u32 nId;
+    CSize size;
+    std::span<const ControlResource> controls;  // in tab order
+};
+
+struct ResourceTables {
+    std::span<const StringResource> strings;
+    std::span<const DialogResource> dialogs;
+};
+
+// Borrows the tables for the rest of the program.
+void AfxSetResources(const ResourceTables* pTables);
+
+// An id that no table holds gives an empty string, or null.
+std::string AfxLoadString(u32 nId);
+const DialogResource* AfxFindDialog(u32 nId);

@@ -1,0 +1,136 @@
+#include "iff/archive_byte_stream.h"
+
+#include "framework/core/archive.h"
+#include "framework/core/exception.h"
+#include "framework/core/file.h"
+
+#include <limits>
+
+namespace {
+
+constexpr u64 LONGEST_SOURCE = std::numeric_limits<u32>::max();
+
+}  // namespace
+
+void ArchiveByteStream::Close() {
+    Sync();
+    m_pArchive = nullptr;
+}
+
+u32 ArchiveByteStream::GetRemaining() {
+    if (!FlushedFile()) return 0;
+    const std::optional<u32> length = LengthOfFile();
+    return length ? *length - (Tell() + m_nWritePos + m_nReadPos) : 0;
+}
+
+u8* ArchiveByteStream::AcquireWriteBuffer(u32* limit, u32 size) {
+    m_pBlock = std::make_unique_for_overwrite<u8[]>(size);
+    *limit = size;
+    return m_pBlock.get();
+}
+
+u8* ArchiveByteStream::AcquireReadBuffer(u32* limit, u32 size) {
+    if (!m_pArchive) return ByteStream::AcquireReadBuffer(limit, size);
+    // Noted now, so that moves inside the buffer need not ask the source where it stands.
+    m_nBlockStart = Tell();
+    LengthOfFile();
+    m_pBlock = std::make_unique_for_overwrite<u8[]>(size);
+    m_nGot = 0;
+    try {
+        m_nGot = m_pArchive->Read(m_pBlock.get(), size);
+        if (m_nGot == 0) m_nStatus |= BS_SHORT;
+    } catch (const CException&) {
+        m_nStatus |= BS_ERROR;
+    }
+    *limit = m_nGot;
+    return m_pBlock.get();
+}
+
+void ArchiveByteStream::ReleaseWriteBuffer(u32 count) {
+    WriteBlock(m_pBlock.get(), count);
+    if (m_pArchive) m_pBlock.reset();
+}
+
+void ArchiveByteStream::ReleaseReadBuffer(u32 count) {
+    CFile* const file = FlushedFile();
+    if (!file) return;
+    if (count != m_nGot) {
+        try {
+            file->Seek(i64{count} - i64{m_nGot}, CFile::current);
+        } catch (const CException&) {
+            m_nStatus |= BS_UNSUPPORTED;
+        }
+    }
+    m_nGot = 0;
+    m_pBlock.reset();
+}
+
+void ArchiveByteStream::WriteBlock(const void* data, u32 count) {
+    if (!m_pArchive) {
+        m_nStatus |= BS_UNSUPPORTED;
+        return;
+    }
+    try {
+        m_pArchive->Write(data, count);
+    } catch (const CException&) {
+        m_nStatus |= BS_ERROR;
+    }
+}
+
+void ArchiveByteStream::ReadBlock(void* data, u32 count) {
+    if (!m_pArchive) {
+        m_nStatus |= BS_UNSUPPORTED;
+        return;
+    }
+    try {
+        if (m_pArchive->Read(data, count) < count) m_nStatus |= BS_SHORT;
+    } catch (const CException&) {
+        m_nStatus |= BS_ERROR;
+    }
+}
+
+u32 ArchiveByteStream::Tell() {
+    if (m_nGot != 0) return m_nBlockStart;
+    CFile* const file = FlushedFile();
+    if (!file) return 0;
+    try {
+        const u64 position = file->Seek(0, CFile::current);
+        if (position <= LONGEST_SOURCE) return static_cast<u32>(position);
+    } catch (const CException&) {
+    }
+    m_nStatus |= BS_UNSUPPORTED;
+    return 0;
+}
+
+void ArchiveByteStream::Seek(u32 position) {
+    CFile* const file = FlushedFile();
+    if (!file) return;
+    try {
+        file->Seek(position, CFile::begin);
+    } catch (const CException&) {
+        m_nStatus |= BS_UNSUPPORTED;
+    }
+}
+
+// The archive's file, at the archive's logical position; null, and BS_UNSUPPORTED is set, where there is
+// none. What Flush throws passes through.
+CFile* ArchiveByteStream::FlushedFile() {
+    CFile* file = nullptr;
+    if (m_pArchive) {
+        m_pArchive->Flush();
+        file = m_pArchive->GetFile();
+    }
+    if (!file) m_nStatus |= BS_UNSUPPORTED;
+    return file;
+}
+
+// Nothing, and BS_UNSUPPORTED is set, where the file cannot tell or is longer than positions reach.
+std::optional<u32> ArchiveByteStream::LengthOfFile() {
+    try {
+        const CFile* const file = m_pArchive->GetFile();
+        if (file && file->GetLength() <= LONGEST_SOURCE) return static_cast<u32>(file->GetLength());
+    } catch (const CException&) {
+    }
+    m_nStatus |= BS_UNSUPPORTED;
+    return std::nullopt;
+}

@@ -1,0 +1,92 @@
+// The byte source under both readers: a stretch of the source held in a buffer that is borrowed from the
+// subclass, so that a byte costs two compares and an index. Status bits stick; once one is set, nothing read
+// afterwards can be trusted. Positions and counts are 32 bits and wrap.
+#pragma once
+
+#include "base/types.h"
+
+#include <cstring>
+
+constexpr u32 BS_END = 0x01;          // a refill gave fewer bytes than the read needed
+constexpr u32 BS_SHORT = 0x02;        // the source delivered nothing, or a block read came up short
+constexpr u32 BS_UNSUPPORTED = 0x10;  // no source, no such operation, or positioning failed
+constexpr u32 BS_ERROR = 0x20;        // the source failed while reading or writing
+
+class ByteStream {
+  public:
+    // nBufferSize: bytes asked for at each refill. The creator owns the first reference.
+    explicit ByteStream(u32 nBufferSize) : m_nBufferSize(nBufferSize) {}
+    ByteStream(const ByteStream&) = delete;
+    ByteStream& operator=(const ByteStream&) = delete;
+    virtual ~ByteStream() = default;
+
+    // Bytes from the logical position to the end of the data.
+    virtual u32 GetRemaining() { return 0xFFFFFFFF; }
+
+    // A buffer of size bytes to fill; limit receives its capacity.
+    virtual u8* AcquireWriteBuffer(u32* limit, u32 size);
+
+    // A buffer with up to size bytes of the source from its position on; limit receives how many.
+    virtual u8* AcquireReadBuffer(u32* limit, u32 size);
+
+    // Gives the buffer back: its first count bytes are to be written, or were consumed.
+    virtual void ReleaseWriteBuffer(u32 count);
+    virtual void ReleaseReadBuffer(u32 count);
+
+    // Past the buffer: whoever calls them has called Sync before.
+    virtual void WriteBlock(const void* data, u32 count);
+    virtual void ReadBlock(void* data, u32 count);
+
+    // The source's position: that of the first byte of the buffer held, or the plain one when none is held.
+    virtual u32 Tell() = 0;
+    virtual void Seek(u32 position) = 0;
+
+    void AddRef() { ++m_nRefs; }
+    void Release() {
+        if (--m_nRefs == 0) delete this;
+    }
+
+    // Reads one byte, or sets BS_END and leaves out as it was.
+    void GetByte(u8& out) {
+        if ((m_pReadBuffer && m_nReadPos < m_nLimit) || Refill(1)) out = m_pReadBuffer[m_nReadPos++];
+    }
+
+    // Copies n bytes, or none: when fewer can be had in one piece, BS_END is set and out stays as it was.
+    // More than the buffer's size can never be had.
+    void GetBytes(u8* out, u32 n) {
+        const bool held = m_pReadBuffer && u64{m_nReadPos} + n <= m_nLimit;
+        if (!held && !Refill(n)) return;
+        std::memcpy(out, m_pReadBuffer + m_nReadPos, n);
+        m_nReadPos += n;
+    }
+
+    // Puts one byte into the write buffer, which it gets first where none is held.
+    void PutByte(u8 value) {
+        if ((m_pWriteBuffer && m_nWritePos < m_nLimit) || AcquireForWriting())
+            m_pWriteBuffer[m_nWritePos++] = value;
+    }
+
+    // Gives the buffer held back and positions the source at the logical position.
+    void Sync();
+
+    u32 GetPosition() { return Tell() + m_nReadPos + m_nWritePos; }
+
+    // A move inside the buffer, its end included, touches no source.
+    void SetPosition(u32 position);
+
+    bool IsGood() const { return m_nStatus == 0; }
+
+    u32 m_nStatus = 0;
+    u32 m_nBufferSize;
+    u8* m_pWriteBuffer = nullptr;  // at most one of the two is held
+    u8* m_pReadBuffer = nullptr;
+    u32 m_nReadPos = 0;    // bytes of the read buffer already consumed
+    u32 m_nWritePos = 0;   // bytes of the write buffer already filled
+    u32 m_nLimit = 0;      // bytes usable in the buffer held; 0 when none is held
+    u32 m_nHighWater = 0;  // furthest cursor left behind by a step back; 0 after a refill
+    i32 m_nRefs = 1;
+
+  private:
+    bool Refill(u32 needed);
+    bool AcquireForWriting();
+};
