@@ -1,0 +1,78 @@
+// The picture on show and every operation that makes it: choosing, building, converting. It is the half of the
+// view that needs no window; the positions chosen in the two lists come in, names and a bitmap go out.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/types.h"
+#include "chunks/body_chunk.h"
+#include "framework/core/gdi_bitmap.h"
+
+class CVistrelDoc;
+
+// One pointer for each picture row, top row first, to that row's samples: bytes, or native 16-bit words.
+using RowTable8 = const u8* const*;
+using RowTable16 = const u16* const*;
+
+class DisplayImage {
+  public:
+    DisplayImage() = default;
+    DisplayImage(const DisplayImage&) = delete;
+    DisplayImage& operator=(const DisplayImage&) = delete;
+    virtual ~DisplayImage();
+
+    // Makes the picture choice for a position in the Layer list, and names the entries of the Channel list.
+    std::vector<std::string> ChooseLayer(const CVistrelDoc& document, u32 nLayer);
+
+    // Makes the bitmap for the chosen layer and a position in the Channel list. m_bValid is cleared where the
+    // selection cannot give a picture. When memory cannot be had, the exception leaves no bitmap behind and
+    // m_bValid cleared.
+    void BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nChannel);
+
+    // Each makes m_hBitmap from planes of m_nWidth by m_nHeight samples and frees nothing before it. The planes
+    // of a colour picture may be null, each by itself; a null grey or index plane leaves m_hBitmap as it is.
+    // Palettes are triplets of red, green and blue, nCount of them, at most 256; without any (null, 0) indices
+    // show as shades of grey. Depths of one bit come one byte for each sample. The largest CMYK sample means no
+    // ink.
+    void ConvertGrey8(RowTable8 ppGrey);
+    void ConvertGrey1(RowTable8 ppGrey);
+    void ConvertGrey16(RowTable16 ppGrey);
+    void ConvertIndexed8(RowTable8 ppIndex, const u8* pTriplets, u32 nCount);
+    void ConvertIndexed1(RowTable8 ppIndex, const u8* pTriplets, u32 nCount);
+    void ConvertIndexed16(RowTable16 ppIndex, const u8* pTriplets, u32 nCount);
+    void ConvertRgb8(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppBlue);
+    void ConvertRgb1(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppBlue);
+    void ConvertRgb16(RowTable16 ppRed, RowTable16 ppGreen, RowTable16 ppBlue);
+    void ConvertCmyk8(RowTable8 ppCyan, RowTable8 ppMagenta, RowTable8 ppYellow, RowTable8 ppBlack);
+    void ConvertCmyk1(RowTable8 ppCyan, RowTable8 ppMagenta, RowTable8 ppYellow, RowTable8 ppBlack);
+    void ConvertCmyk16(RowTable16 ppCyan, RowTable16 ppMagenta, RowTable16 ppYellow, RowTable16 ppBlack);
+
+    // Completes the header (the caller has set biBitCount, biClrUsed and the colour table) and makes the bitmap.
+    void CreateDisplayBitmap(BITMAPINFO& info, const void* pBits);
+
+    // Text of the information pane: width, height and colours, or "<invalid bitmap>".
+    std::string InfoText() const;
+
+    HBITMAP m_hBitmap = nullptr;  // owned
+    u32 m_bValid = 0;
+    u32 m_nWidth = 0;    // pixels
+    u32 m_nHeight = 0;   // rows
+    u32 m_nColours = 0;  // palette entries; 0 for a true-colour picture
+    CountedPtr<BodyChunk> m_pBody;
+    float m_fScale = 1.0f;  // of the last fit
+
+  private:
+    void BuildIlbm(u32 nChannel);
+    void DiscardBitmap();
+
+    void CopyRows8(BITMAPINFO& info, RowTable8 ppRows);
+    void CopyRows1(BITMAPINFO& info, RowTable8 ppRows) { CopyRows8(info, ppRows); }
+    void CopyRowsHigh16(BITMAPINFO& info, RowTable16 ppRows);
+    void CopyRowsLow16(BITMAPINFO& info, RowTable16 ppRows);
+    void FillGreyPalette(BITMAPINFO& info, u32 nCount);
+    void FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32 nCount);
+
+    template <typename PackRow>
+    void ConvertTo24(PackRow packRow);
+};
