@@ -63,8 +63,8 @@ TEST(Stretch, EveryPixelShowsItsNearestSource) {
     };
     for (const Case c :
          {Case{4096, 131072, 0, 100}, Case{4096, 131072, 32700, 32900}, Case{4096, 131072, 65500, 65600},
-          Case{4096, 131072, 130972, 131072}, Case{100, 3, 0, 3}, Case{7, 7, 2, 6}, Case{5, 13, 0, 13},
-          Case{1, 1000, 998, 1000}}) {
+          Case{4096, 131072, 130972, 131072}, Case{30000, 960000, 959900, 960000}, Case{100, 3, 0, 3},
+          Case{7, 7, 2, 6}, Case{5, 13, 0, 13}, Case{1, 1000, 998, 1000}}) {
         const Bitmap across = Ramp(c.source, 1);
         const Bitmap down = Ramp(1, c.source);
         const u32 count = static_cast<u32>(c.to - c.from);
