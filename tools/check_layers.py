@@ -18,7 +18,7 @@ ARROWS = {
     "framework/core": [],
     "framework/qt": ["framework/core"],
     "iff": ["framework/core"],
-    "chunks": ["iff"],
+    "chunks": ["iff", "framework/core/exception.h"],  # large blocks come with the memory exception
     "psd": ["iff/byte_stream.h"],
     "document": ["framework/core", "iff", "psd"],
     "display": ["document", "chunks", "iff", "psd", "framework/core"],
