@@ -29,12 +29,16 @@ ARROWS = {
 # tests/support.
 MIRRORS = {"tests/" + folder.replace("/", "_"): folder for folder in ARROWS}
 
+# What tests may include besides: the containers are tried on chunks that have fields.
+TESTS_ONLY = {"tests/iff": ["chunks/ilbm_chunks.h"]}
+
 # The same for what else stands beside src/.
 BESIDE_SRC = {
     "tools": CORE + ["tests/support"],
     "bench": CORE + ["framework/qt", "app", "tests/support"],
     "fuzz": CORE + ["tests/support"],
     "tests/support": CORE,
+    "tests": CORE + ["tests/support"],
 }
 
 # Qt headers stand in the .cpp files of these folders only.
@@ -54,7 +58,7 @@ def folder_of(path):
 def allowed(folder):
     """Folders and files that files of a folder may include."""
     if folder in MIRRORS:
-        return [folder, "tests/support"] + allowed(MIRRORS[folder])
+        return [folder, "tests/support"] + allowed(MIRRORS[folder]) + TESTS_ONLY.get(folder, [])
     return [folder, "base"] + (ARROWS | BESIDE_SRC)[folder]
 
 

@@ -21,7 +21,7 @@ def lines_in(top):
             continue
         inside = path.relative_to(ROOT / top).as_posix()
         folder = next((name for name in FOLDERS if inside.startswith((name + "/", name.replace("/", "_") + "/"))),
-                      inside.partition("/")[0])
+                      inside.partition("/")[0] if "/" in inside else "support")
         text = path.read_text(encoding="utf-8")
         counts[folder] += sum(1 for line in text.splitlines() if not NOT_CODE.match(line))
     return counts
