@@ -25,7 +25,7 @@ ARROWS = {
     "app": CORE + ["framework/qt"],
 }
 
-# tests/framework_core mirrors src/framework/core: may include what that may include, that folder itself and
+# tests/framework_core mirrors src/framework/core: it may include what that may include, that folder itself and
 # tests/support.
 MIRRORS = {"tests/" + folder.replace("/", "_"): folder for folder in ARROWS}
 
