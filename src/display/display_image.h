@@ -1,13 +1,13 @@
-// The picture on show and every operation that makes it: choosing, building, converting. It is the half of the
-// view that needs no window; the positions chosen in the two lists come in, names and a bitmap go out.
+// The picture on show and every operation that makes it: choosing, building, converting. It is the half of
+// the view that needs no window; the positions chosen in the two lists come in, names and a bitmap go out.
 #pragma once
-
-#include <string>
-#include <vector>
 
 #include "base/types.h"
 #include "chunks/body_chunk.h"
 #include "framework/core/gdi_bitmap.h"
+
+#include <string>
+#include <vector>
 
 class CVistrelDoc;
 
@@ -30,11 +30,11 @@ class DisplayImage {
     // m_bValid cleared.
     void BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nChannel);
 
-    // Each makes m_hBitmap from planes of m_nWidth by m_nHeight samples and frees nothing before it. The planes
-    // of a colour picture may be null, each by itself; a null grey or index plane leaves m_hBitmap as it is.
-    // Palettes are triplets of red, green and blue, nCount of them, at most 256; without any (null, 0) indices
-    // show as shades of grey. Depths of one bit come one byte for each sample. The largest CMYK sample means no
-    // ink.
+    // Each makes m_hBitmap from planes of m_nWidth by m_nHeight samples and frees nothing before it. The
+    // planes of a colour picture may be null, each by itself; a null grey or index plane leaves m_hBitmap as
+    // it is. Palettes are triplets of red, green and blue, nCount of them, at most 256; without any (null, 0)
+    // indices show as shades of grey. Depths of one bit come one byte for each sample. The largest CMYK
+    // sample means no ink.
     void ConvertGrey8(RowTable8 ppGrey);
     void ConvertGrey1(RowTable8 ppGrey);
     void ConvertGrey16(RowTable16 ppGrey);
@@ -48,7 +48,8 @@ class DisplayImage {
     void ConvertCmyk1(RowTable8 ppCyan, RowTable8 ppMagenta, RowTable8 ppYellow, RowTable8 ppBlack);
     void ConvertCmyk16(RowTable16 ppCyan, RowTable16 ppMagenta, RowTable16 ppYellow, RowTable16 ppBlack);
 
-    // Completes the header (the caller has set biBitCount, biClrUsed and the colour table) and makes the bitmap.
+    // Completes the header (the caller has set biBitCount, biClrUsed and the colour table) and makes the
+    // bitmap.
     void CreateDisplayBitmap(BITMAPINFO& info, const void* pBits);
 
     // Text of the information pane: width, height and colours, or "<invalid bitmap>".
@@ -63,16 +64,19 @@ class DisplayImage {
     float m_fScale = 1.0f;  // of the last fit
 
   private:
-    void BuildIlbm(u32 nChannel);
     void DiscardBitmap();
+    bool BuildIffPicture(u32 nChannel);
+    bool BuildIlbm(BodyChunk& body);
 
     void CopyRows8(BITMAPINFO& info, RowTable8 ppRows);
-    void CopyRows1(BITMAPINFO& info, RowTable8 ppRows) { CopyRows8(info, ppRows); }
+    void CopyRows1(BITMAPINFO& info, RowTable8 ppRows);
     void CopyRowsHigh16(BITMAPINFO& info, RowTable16 ppRows);
     void CopyRowsLow16(BITMAPINFO& info, RowTable16 ppRows);
     void FillGreyPalette(BITMAPINFO& info, u32 nCount);
     void FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32 nCount);
 
     template <typename PackRow>
-    void ConvertTo24(PackRow packRow);
+    void PackRows(BITMAPINFO& info, u16 nBitCount, u64 nStride, PackRow packRow);
+    template <typename PackRow>
+    void PackRows24(PackRow packRow);
 };

@@ -1,5 +1,5 @@
-// One opened file and what was read from it. Every file is offered to the Photoshop reader first and, when that
-// refuses it, to the IFF reader, whatever its name.
+// One opened file and what was read from it. Every file is offered to the Photoshop reader first and, when
+// that refuses it, to the IFF reader, whatever its name.
 #pragma once
 
 #include "framework/core/document.h"

@@ -20,8 +20,8 @@ u64 MemoryFile::Seek(i64 nOffset, SeekFrom from) {
 
 u32 MemoryFile::Read(void* pData, u32 nCount) {
     ++m_nReads;
-    const u64 end = std::min<u64>(m_bytes.size(), m_nEndAt);
-    const u32 count = static_cast<u32>(m_nPosition >= end ? 0 : std::min<u64>(nCount, end - m_nPosition));
+    const u64 stop = std::min<u64>(m_bytes.size(), m_nEndAt);
+    const u32 count = static_cast<u32>(m_nPosition >= stop ? 0 : std::min<u64>(nCount, stop - m_nPosition));
     if (m_nPosition + count > m_nThrowAt) throw CFileException("broken");
     if (count > 0) std::memcpy(pData, m_bytes.data() + m_nPosition, count);
     m_nPosition += count;

@@ -1,0 +1,55 @@
+// The pixel data of a picture: interleaved bit-planes, raw or ByteRun1, kept as they stand in the file and
+// decoded one row at a time.
+//
+// Rows follow from the top down. A row is one plane row for each plane, plane 0 first, of ceil(width / 8)
+// bytes; it is not padded to an even length. A plane row holds one bit for each pixel, the leftmost in bit 7
+// of its first byte, and plane p gives bit p of the pixel's value.
+#pragma once
+
+#include "base/large_block.h"
+#include "iff/iff_chunk.h"
+
+#include <memory>
+
+class BodyChunk : public IffChunk {
+  public:
+    static constexpr IffId ID = IffId("BODY");
+    BodyChunk() : BodyChunk(ID) {}
+    void Transfer(IffArchive& archive) override;
+
+    // Takes width, compression and plane count from the header in scope. False, and nothing changes, when
+    // there is none.
+    virtual bool ReadHeader();
+
+    // Stands before the first row. False when there is no data or no header; no row can be decoded then.
+    bool BeginRows();
+
+    // The values of the next row, one for each pixel, in a buffer that the next call overwrites. Null when
+    // the data ends before the row is complete. Of more than 32 planes the first 32 count; the others are
+    // consumed.
+    const u32* DecodeRow();
+
+    // Frees what decoding needed.
+    void EndRows();
+
+    // Between BeginRows and EndRows: whether the data can fill that many rows at all, however it is packed.
+    bool CanFillRows(u32 nRows) const;
+
+    u32 m_nWidth = 0;  // pixels of a row
+    u32 m_nCompression = 0;
+    u32 m_nPlanes = 0;
+    u32 m_nDataSize = 0;  // bytes
+    LargeBlock m_pData;
+    const u8* m_pCursor = nullptr;  // next unread byte of the data; null while no rows are decoded
+    u32 m_nRemaining = 0;           // bytes from the cursor to the end of the data
+
+  protected:
+    explicit BodyChunk(IffId id) : IffChunk(id) {}
+
+  private:
+    u32 PlaneRowSize() const { return (m_nWidth + 7) / 8; }
+    const u8* NextPackedRow();
+
+    std::unique_ptr<u32[]> m_pRow;      // one value for each pixel
+    std::unique_ptr<u8[]> m_pUnpacked;  // the plane rows of one row
+};

@@ -1,0 +1,38 @@
+#include "chunks/byte_run.h"
+
+#include <algorithm>
+#include <cstring>
+
+bool UnpackByteRun(u8* pOut, u32 nSize, ByteRunSource& source) {
+    const u8* cursor = source.pCursor;
+    const u8* const end = cursor + source.nRemaining;
+    u8* const outEnd = pOut + nSize;
+    bool whole = true;
+    while (pOut != outEnd && whole) {
+        const u32 space = static_cast<u32>(outEnd - pOut);
+        // A control byte with nothing behind it ends the data, whatever it says.
+        if (end - cursor < 2) {
+            cursor = end;
+            whole = false;
+            break;
+        }
+        const u32 control = *cursor++;
+        if (control < 128) {
+            const u32 wanted = std::min(control + 1, space);
+            const u32 count = std::min(wanted, static_cast<u32>(end - cursor));
+            std::memcpy(pOut, cursor, count);
+            pOut += count;
+            cursor += count;
+            whole = count == wanted;
+        } else if (control > 128) {
+            const u32 length = 257 - control;
+            const u32 count = std::min(length, space);
+            std::memset(pOut, *cursor, count);
+            pOut += count;
+            if (count == length) ++cursor;
+        }
+    }
+    source.pCursor = cursor;
+    source.nRemaining = static_cast<u32>(end - cursor);
+    return whole;
+}

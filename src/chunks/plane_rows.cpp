@@ -1,0 +1,46 @@
+#include "chunks/plane_rows.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr u32 MOST_PLANES = 32;
+constexpr u32 GROUP = 8;  // pixels in a byte of a plane row, and planes in a byte of a value
+
+// Turns eight bytes of eight planes into eight bytes of eight pixels. Byte p of the input is plane p's, its
+// leftmost pixel in bit 7; byte x of the output is pixel x's, plane p in its bit p.
+u64 PlanesToPixels(u64 planes) {
+    // A transposition of 8 by 8 bits about the diagonal, by swapping ever larger blocks, gives pixel x in
+    // byte 7 - x; the byte order is turned round at the end.
+    u64 swap = (planes ^ (planes >> 7)) & 0x00AA00AA00AA00AA;
+    planes ^= swap ^ (swap << 7);
+    swap = (planes ^ (planes >> 14)) & 0x0000CCCC0000CCCC;
+    planes ^= swap ^ (swap << 14);
+    swap = (planes ^ (planes >> 28)) & 0x00000000F0F0F0F0;
+    planes ^= swap ^ (swap << 28);
+    return __builtin_bswap64(planes);
+}
+
+// The bytes of up to eight planes for one group of pixels, the first plane's lowest.
+u64 GatherPlanes(const u8* column, u32 planeRowSize, u32 planes) {
+    u64 bytes = 0;
+    for (u32 p = 0; p < planes; ++p) bytes |= u64{column[u64{p} * planeRowSize]} << (8 * p);
+    return bytes;
+}
+
+}  // namespace
+
+void PlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes) {
+    const u32 planeRowSize = (nWidth + GROUP - 1) / GROUP;
+    const u32 planes = std::min(nPlanes, MOST_PLANES);
+    for (u32 x = 0; x < nWidth; x += GROUP) {
+        u32 values[GROUP] = {};
+        for (u32 first = 0; first < planes; first += GROUP) {
+            const u8* const column = pPlanes + u64{first} * planeRowSize + x / GROUP;
+            u64 pixels = PlanesToPixels(GatherPlanes(column, planeRowSize, std::min(planes - first, GROUP)));
+            for (u32 i = 0; i < GROUP; ++i, pixels >>= 8)
+                values[i] |= static_cast<u32>(pixels & 0xFF) << first;
+        }
+        std::copy_n(values, std::min(nWidth - x, GROUP), pValues + x);
+    }
+}

@@ -1,0 +1,167 @@
+#include "base/checked_size.h"
+#include "display/display_image.h"
+#include "display/row_packing.h"
+#include "framework/core/exception.h"
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+// The rows of a plane that may be absent: then every row is the same one of constant samples.
+template <typename Sample>
+class PlaneRows {
+  public:
+    PlaneRows(const Sample* const* ppRows, u32 width, Sample absent)
+        : m_ppRows(ppRows), m_absent(ppRows ? 0 : width, absent) {}
+
+    const Sample* operator[](u32 y) const { return m_ppRows ? m_ppRows[y] : m_absent.data(); }
+
+  private:
+    const Sample* const* m_ppRows;
+    std::vector<Sample> m_absent;
+};
+
+}  // namespace
+
+void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, const void* pBits) {
+    BITMAPINFOHEADER& header = info.bmiHeader;
+    header.biSize = sizeof(BITMAPINFOHEADER);
+    header.biWidth = static_cast<i32>(m_nWidth);
+    header.biHeight = static_cast<i32>(m_nHeight);
+    header.biPlanes = 1;
+    header.biCompression = BI_RGB;
+    header.biSizeImage = 0;
+    header.biXPelsPerMeter = 1024;
+    header.biYPelsPerMeter = 1024;
+    header.biClrImportant = header.biClrUsed;
+    m_hBitmap = CreateDIBitmap(nullptr, &header, CBM_INIT, pBits, &info, DIB_RGB_COLORS);
+}
+
+void DisplayImage::FillGreyPalette(BITMAPINFO& info, u32 nCount) {
+    for (u32 i = 0; i < nCount; ++i) {
+        const u8 grey = static_cast<u8>(i * 255 / (nCount - 1));
+        info.bmiColors[i] = {grey, grey, grey, 0};
+    }
+    info.bmiHeader.biClrUsed = nCount;
+}
+
+void DisplayImage::FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32 nCount) {
+    for (u32 i = 0; i < nCount; ++i, pTriplets += 3)
+        info.bmiColors[i] = {pTriplets[2], pTriplets[1], pTriplets[0], 0};
+    info.bmiHeader.biClrUsed = nCount;
+}
+
+// packRow(out, y) fills one buffer row from picture row y. The bottom row of the picture comes first.
+template <typename PackRow>
+void DisplayImage::PackRows(BITMAPINFO& info, u16 nBitCount, u64 nStride, PackRow packRow) {
+    const LargeBlock buffer = AllocateLargeBlock(SizeProduct(m_nHeight, nStride));
+    u8* out = buffer.Data();
+    for (u32 y = m_nHeight; y-- > 0; out += nStride) packRow(out, y);
+    info.bmiHeader.biBitCount = nBitCount;
+    CreateDisplayBitmap(info, buffer.Data());
+}
+
+template <typename PackRow>
+void DisplayImage::PackRows24(PackRow packRow) {
+    BITMAPINFO info;
+    info.bmiHeader.biClrUsed = 0;
+    PackRows(info, 24, Stride24(m_nWidth), packRow);
+}
+
+void DisplayImage::CopyRows8(BITMAPINFO& info, RowTable8 ppRows) {
+    PackRows(info, 8, Stride8(m_nWidth), [&](u8* out, u32 y) { std::memcpy(out, ppRows[y], m_nWidth); });
+}
+
+void DisplayImage::CopyRows1(BITMAPINFO& info, RowTable8 ppRows) {
+    CopyRows8(info, ppRows);
+}
+
+void DisplayImage::CopyRowsHigh16(BITMAPINFO& info, RowTable16 ppRows) {
+    PackRows(info, 8, Stride8(m_nWidth),
+             [&](u8* out, u32 y) { TheRowKernels().HighBytes(out, ppRows[y], m_nWidth); });
+}
+
+void DisplayImage::CopyRowsLow16(BITMAPINFO& info, RowTable16 ppRows) {
+    PackRows(info, 8, Stride8(m_nWidth),
+             [&](u8* out, u32 y) { TheRowKernels().LowBytes(out, ppRows[y], m_nWidth); });
+}
+
+void DisplayImage::ConvertGrey8(RowTable8 ppGrey) {
+    if (!ppGrey) return;
+    BITMAPINFO info;
+    FillGreyPalette(info, 256);
+    CopyRows8(info, ppGrey);
+}
+
+void DisplayImage::ConvertGrey1(RowTable8 ppGrey) {
+    if (!ppGrey) return;
+    BITMAPINFO info;
+    FillGreyPalette(info, 2);
+    CopyRows1(info, ppGrey);
+}
+
+void DisplayImage::ConvertGrey16(RowTable16 ppGrey) {
+    if (!ppGrey) return;
+    BITMAPINFO info;
+    FillGreyPalette(info, 256);
+    CopyRowsHigh16(info, ppGrey);
+}
+
+void DisplayImage::ConvertIndexed8(RowTable8 ppIndex, const u8* pTriplets, u32 nCount) {
+    if (!ppIndex) return;
+    BITMAPINFO info;
+    FillPaletteFromRgb(info, pTriplets, nCount);
+    CopyRows8(info, ppIndex);
+}
+
+void DisplayImage::ConvertIndexed1(RowTable8 ppIndex, const u8* pTriplets, u32 nCount) {
+    if (!ppIndex) return;
+    BITMAPINFO info;
+    FillPaletteFromRgb(info, pTriplets, nCount);
+    CopyRows1(info, ppIndex);
+}
+
+void DisplayImage::ConvertIndexed16(RowTable16 ppIndex, const u8* pTriplets, u32 nCount) {
+    if (!ppIndex) return;
+    BITMAPINFO info;
+    FillPaletteFromRgb(info, pTriplets, nCount);
+    CopyRowsLow16(info, ppIndex);
+}
+
+void DisplayImage::ConvertRgb8(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppBlue) {
+    const PlaneRows<u8> red(ppRed, m_nWidth, 0), green(ppGreen, m_nWidth, 0), blue(ppBlue, m_nWidth, 0);
+    PackRows24([&](u8* out, u32 y) { TheRowKernels().Rgb8(out, red[y], green[y], blue[y], m_nWidth); });
+}
+
+void DisplayImage::ConvertRgb1(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppBlue) {
+    ConvertRgb8(ppRed, ppGreen, ppBlue);
+}
+
+void DisplayImage::ConvertRgb16(RowTable16 ppRed, RowTable16 ppGreen, RowTable16 ppBlue) {
+    const PlaneRows<u16> red(ppRed, m_nWidth, 0), green(ppGreen, m_nWidth, 0), blue(ppBlue, m_nWidth, 0);
+    PackRows24([&](u8* out, u32 y) { TheRowKernels().Rgb16(out, red[y], green[y], blue[y], m_nWidth); });
+}
+
+void DisplayImage::ConvertCmyk8(RowTable8 ppCyan, RowTable8 ppMagenta, RowTable8 ppYellow,
+                                RowTable8 ppBlack) {
+    const PlaneRows<u8> cyan(ppCyan, m_nWidth, 255), magenta(ppMagenta, m_nWidth, 255);
+    const PlaneRows<u8> yellow(ppYellow, m_nWidth, 255), black(ppBlack, m_nWidth, 255);
+    PackRows24([&](u8* out, u32 y) {
+        TheRowKernels().Cmyk8(out, cyan[y], magenta[y], yellow[y], black[y], m_nWidth);
+    });
+}
+
+void DisplayImage::ConvertCmyk1(RowTable8 ppCyan, RowTable8 ppMagenta, RowTable8 ppYellow,
+                                RowTable8 ppBlack) {
+    ConvertCmyk8(ppCyan, ppMagenta, ppYellow, ppBlack);
+}
+
+void DisplayImage::ConvertCmyk16(RowTable16 ppCyan, RowTable16 ppMagenta, RowTable16 ppYellow,
+                                 RowTable16 ppBlack) {
+    const PlaneRows<u16> cyan(ppCyan, m_nWidth, 65535), magenta(ppMagenta, m_nWidth, 65535);
+    const PlaneRows<u16> yellow(ppYellow, m_nWidth, 65535), black(ppBlack, m_nWidth, 65535);
+    PackRows24([&](u8* out, u32 y) {
+        TheRowKernels().Cmyk16(out, cyan[y], magenta[y], yellow[y], black[y], m_nWidth);
+    });
+}

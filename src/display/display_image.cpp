@@ -1,0 +1,24 @@
+#include "display/display_image.h"
+
+#include "document/vistrel_doc.h"
+
+DisplayImage::~DisplayImage() {
+    DiscardBitmap();
+}
+
+void DisplayImage::DiscardBitmap() {
+    DeleteObject(m_hBitmap);
+    m_hBitmap = nullptr;
+}
+
+void DisplayImage::BuildBitmap(const CVistrelDoc& document, u32, u32 nChannel) {
+    DiscardBitmap();
+    // Cleared until the end, so that an exception on the way leaves no valid picture behind.
+    m_bValid = 0;
+    m_bValid = document.m_nDocType == DOC_IFF && BuildIffPicture(nChannel) ? 1 : 0;
+}
+
+std::string DisplayImage::InfoText() const {
+    if (!m_hBitmap) return "<invalid bitmap>";
+    return std::to_string(m_nWidth) + "x" + std::to_string(m_nHeight) + "x" + std::to_string(m_nColours);
+}

@@ -1,0 +1,71 @@
+#include "display/row_packing.h"
+
+namespace {
+
+void HighBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x) pOut[x] = static_cast<u8>(pSamples[x] >> 8);
+}
+
+void LowBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x) pOut[x] = static_cast<u8>(pSamples[x]);
+}
+
+void Rgb8(u8* pOut, const u8* pRed, const u8* pGreen, const u8* pBlue, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
+        pOut[0] = pBlue[x];
+        pOut[1] = pGreen[x];
+        pOut[2] = pRed[x];
+    }
+}
+
+void Rgb16(u8* pOut, const u16* pRed, const u16* pGreen, const u16* pBlue, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
+        pOut[0] = static_cast<u8>(pBlue[x] >> 8);
+        pOut[1] = static_cast<u8>(pGreen[x] >> 8);
+        pOut[2] = static_cast<u8>(pRed[x] >> 8);
+    }
+}
+
+u8 Inked8(u32 component, u32 black) {
+    return static_cast<u8>(component * black / 255);
+}
+
+u8 Inked16(u32 component, u32 black) {
+    return static_cast<u8>(component * black / (65535 * 256));
+}
+
+void Cmyk8(u8* pOut, const u8* pCyan, const u8* pMagenta, const u8* pYellow, const u8* pBlack, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
+        pOut[0] = Inked8(pYellow[x], pBlack[x]);
+        pOut[1] = Inked8(pMagenta[x], pBlack[x]);
+        pOut[2] = Inked8(pCyan[x], pBlack[x]);
+    }
+}
+
+void Cmyk16(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow, const u16* pBlack,
+            u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
+        pOut[0] = Inked16(pYellow[x], pBlack[x]);
+        pOut[1] = Inked16(pMagenta[x], pBlack[x]);
+        pOut[2] = Inked16(pCyan[x], pBlack[x]);
+    }
+}
+
+bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
+        if (pValues[x] >= nEntries) return false;
+        const IffRgb entry = pEntries[pValues[x]];
+        pOut[0] = entry.blue;
+        pOut[1] = entry.green;
+        pOut[2] = entry.red;
+    }
+    return true;
+}
+
+}  // namespace
+
+const RowKernels PLAIN_ROW_KERNELS = {HighBytes, LowBytes, Rgb8, Rgb16, Cmyk8, Cmyk16, ColourMap};
+
+const RowKernels& TheRowKernels() {
+    return PLAIN_ROW_KERNELS;
+}

@@ -1,0 +1,34 @@
+// Rows of samples or pixel values packed into rows of a device-independent bitmap, one pass each. The
+// functions are reached through a table, so that faster ones can take the places of the plain ones.
+#pragma once
+
+#include "base/types.h"
+#include "iff/iff_archive.h"
+
+// Bytes of a buffer row, rounded up to a multiple of 4.
+constexpr u64 Stride8(u64 nWidth) {
+    return (nWidth + 3) & ~u64{3};
+}
+constexpr u64 Stride24(u64 nWidth) {
+    return ((nWidth + 1) * 3) & ~u64{3};
+}
+
+// Pixels of 24 bits are blue, green, red. No row is null.
+struct RowKernels {
+    void (*HighBytes)(u8* pOut, const u16* pSamples, u32 nWidth);
+    void (*LowBytes)(u8* pOut, const u16* pSamples, u32 nWidth);
+    void (*Rgb8)(u8* pOut, const u8* pRed, const u8* pGreen, const u8* pBlue, u32 nWidth);
+    void (*Rgb16)(u8* pOut, const u16* pRed, const u16* pGreen, const u16* pBlue, u32 nWidth);
+    // The largest sample means no ink, so a component is scaled by black, not reduced by it.
+    void (*Cmyk8)(u8* pOut, const u8* pCyan, const u8* pMagenta, const u8* pYellow, const u8* pBlack,
+                  u32 nWidth);
+    void (*Cmyk16)(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow, const u16* pBlack,
+                   u32 nWidth);
+    // False at the first value that has no entry.
+    bool (*ColourMap)(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries);
+};
+
+extern const RowKernels PLAIN_ROW_KERNELS;
+
+// The kernels in use.
+const RowKernels& TheRowKernels();

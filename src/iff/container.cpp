@@ -1,0 +1,167 @@
+#include "iff/container.h"
+
+#include "iff/registry.h"
+
+#include <initializer_list>
+
+namespace {
+
+bool MatchesOneOf(IffId id, std::initializer_list<IffId> ids) {
+    for (const IffId one : ids)
+        if (id.Matches(one)) return true;
+    return false;
+}
+
+bool Answers(const IffChunkNode* node, IffId id) {
+    return node->m_pChunk->m_Id.Matches(id) && !node->m_pChunk->IsUnknown();
+}
+
+IffChunkNode* SearchForward(IffChunkNode* node, IffId id) {
+    while (node && !Answers(node, id)) node = node->m_pNext;
+    return node;
+}
+
+IffChunkNode* SearchBackward(IffChunkNode* node, IffId id) {
+    while (node && !Answers(node, id)) node = node->m_pPrev;
+    return node;
+}
+
+}  // namespace
+
+IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegistry) {
+    if (id.IsNull()) archive.Transfer(id);
+    auto chunk = CountedPtr<IffChunk>::Adopt(useRegistry ? IffChunkRegistry::Create(formType, id)
+                                                         : new IffUnknownChunk(id));
+    u32 size = 0;
+    archive.Transfer(size);
+    if (!archive.HasFailed()) {
+        IffArchive* const body = archive.OpenChunk(size);
+        // Closed on the way out of an exception as well: the parent stays usable and nothing leaks.
+        struct Closer {
+            IffArchive& parent;
+            IffArchive* child;
+            ~Closer() { parent.CloseChunk(child); }
+        };
+        {
+            const Closer closer{archive, body};
+            if (!body->HasFailed()) chunk->Transfer(*body);
+        }
+        u8 pad = 0;
+        if (size % 2 != 0) archive.Transfer(pad);
+    }
+    chunk->AddRef();
+    return chunk.Get();
+}
+
+void WriteChunk(IffChunk* chunk, IffArchive& archive) {
+    IffArchive* const body = archive.OpenChunk(0);
+    chunk->Transfer(*body);
+    u32 size = static_cast<u32>(body->GetRemaining());
+    archive.Transfer(chunk->m_Id);
+    archive.Transfer(size);
+    archive.CloseChunk(body);
+    u8 pad = 0;
+    if (size % 2 != 0) archive.Transfer(pad);
+}
+
+void RegisterContainers() {
+    RegisterChunk<IffForm>(ID_NULL);
+    RegisterChunk<IffList>(ID_NULL);
+    RegisterChunk<IffCat>(ID_NULL);
+    RegisterChunk<IffProp>(ID_NULL);
+}
+
+void IffContainer::Transfer(IffArchive& archive) {
+    archive.Transfer(m_Type);
+    if (!archive.IsLoading()) {
+        for (const IffChunkNode* node = m_pFirst; node; node = node->m_pNext)
+            WriteChunk(node->m_pChunk.Get(), archive);
+        return;
+    }
+    RemoveAll();
+    // Loading, searching and freeing recurse once for each level, so the stack bounds how deep a file may go.
+    if (archive.GetDepth() > DEEPEST_CONTAINER) archive.SetFailed();
+    while (archive.GetRemaining() > 0 && !archive.HasFailed()) {
+        const auto child = CountedPtr<IffChunk>::Adopt(ReadChild(archive));
+        AddChild(child.Get());
+    }
+    if (archive.GetRemaining() < 0) archive.SetFailed();
+}
+
+IffChunk* IffContainer::ReadChild(IffArchive& archive) {
+    IffId id;
+    archive.Transfer(id);
+    return ReadChunk(m_Type, archive, id, IsChildAllowed(id));
+}
+
+bool IffForm::IsChildAllowed(IffId id) const {
+    return !id.Matches(ID_PROP);
+}
+
+bool IffList::IsChildAllowed(IffId id) const {
+    return MatchesOneOf(id, {ID_FORM, ID_LIST, ID_CAT, ID_PROP});
+}
+
+bool IffCat::IsChildAllowed(IffId id) const {
+    return MatchesOneOf(id, {ID_FORM, ID_LIST, ID_CAT});
+}
+
+bool IffProp::IsChildAllowed(IffId id) const {
+    return !MatchesOneOf(id, {ID_FORM, ID_LIST, ID_CAT, ID_PROP});
+}
+
+void IffContainer::AddChild(IffChunk* chunk) {
+    auto* const node = new IffChunkNode(chunk);
+    chunk->m_pParent = this;
+    chunk->m_pNode = node;
+    node->m_pPrev = m_pLast;
+    (m_pLast ? m_pLast->m_pNext : m_pFirst) = node;
+    m_pLast = node;
+}
+
+void IffContainer::RemoveChild(IffChunkNode* node) {
+    (node->m_pPrev ? node->m_pPrev->m_pNext : m_pFirst) = node->m_pNext;
+    (node->m_pNext ? node->m_pNext->m_pPrev : m_pLast) = node->m_pPrev;
+    node->m_pChunk->m_pParent = nullptr;
+    node->m_pChunk->m_pNode = nullptr;
+    node->m_pChunk.Reset();
+    node->Release();
+}
+
+void IffContainer::RemoveAll() {
+    while (m_pFirst) RemoveChild(m_pFirst);
+}
+
+IffChunkNode* IffContainer::FindFirst(IffId id) const {
+    return SearchForward(m_pFirst, id);
+}
+
+IffChunkNode* IffContainer::FindLast(IffId id) const {
+    return SearchBackward(m_pLast, id);
+}
+
+IffChunkNode* IffContainer::FindNext(const IffChunkNode* node, IffId id) const {
+    return SearchForward(node->m_pNext, id);
+}
+
+IffChunkNode* IffContainer::FindPrev(const IffChunkNode* node, IffId id) const {
+    return SearchBackward(node->m_pPrev, id);
+}
+
+bool IffContainer::ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context) {
+    if (!m_Type.Matches(formType)) return true;
+    for (IffChunkNode* node = FindFirst(id); node; node = FindNext(node, id))
+        if (!callback(node->m_pChunk.Get(), context)) return false;
+    return true;
+}
+
+bool IffContainer::ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* context) {
+    for (IffChunkNode* node = m_pFirst; node; node = node->m_pNext) {
+        // Mostly containers and raw bytes stand here, but a null id lets a picture chunk slip in.
+        auto* const container = dynamic_cast<IffContainer*>(node->m_pChunk.Get());
+        if (container && container->m_Type.Matches(formType) &&
+            !container->ForEach(formType, id, callback, context))
+            return false;
+    }
+    return true;
+}

@@ -1,0 +1,94 @@
+// The four grouping chunks, which hold other chunks in file order, and the reading of one chunk.
+#pragma once
+
+#include "iff/iff_chunk.h"
+
+// Given each chunk of an enumeration; false ends it.
+using IffChunkCallback = bool (*)(IffChunk* chunk, void* context);
+
+// Containers one inside another that a file may have.
+constexpr u32 DEEPEST_CONTAINER = 4096;
+
+class IffContainer : public IffChunk {
+  public:
+    using IffChunk::IffChunk;
+    ~IffContainer() override { RemoveAll(); }
+
+    void Transfer(IffArchive& archive) override;
+
+    // Offers the callback, in file order, every known chunk of that id that stands directly in a FORM or PROP
+    // of that type; a LIST or CAT hands the question on to its children. A null type or id matches any. False
+    // when the callback ended it.
+    virtual bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context);
+
+    // Reads the next child; one that is not allowed here is stored as raw bytes. The reference is the
+    // caller's.
+    virtual IffChunk* ReadChild(IffArchive& archive);
+    virtual bool IsChildAllowed(IffId) const { return true; }
+
+    void AddChild(IffChunk* chunk);
+    void RemoveChild(IffChunkNode* node);
+    void RemoveAll();
+
+    // Children with that id, unknown ones passed over; null where there is none. A null id matches any.
+    IffChunkNode* FindFirst(IffId id) const;
+    IffChunkNode* FindLast(IffId id) const;
+    IffChunkNode* FindNext(const IffChunkNode* node, IffId id) const;
+    IffChunkNode* FindPrev(const IffChunkNode* node, IffId id) const;
+
+    // The property lookup for the child held by node: IffChunk::FindProperty.
+    IffChunk* FindPropertyFrom(const IffChunkNode* node, IffId id) const;
+
+    IffId m_Type;                      // the four characters that open the body
+    IffChunkNode* m_pFirst = nullptr;  // nodes are owned, one reference each
+    IffChunkNode* m_pLast = nullptr;
+
+  protected:
+    // What LIST and CAT do for ForEach.
+    bool ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* context);
+};
+
+class IffForm final : public IffContainer {
+  public:
+    static constexpr IffId ID = ID_FORM;
+    IffForm() : IffContainer(ID) {}
+    bool IsChildAllowed(IffId id) const override;
+};
+
+class IffList final : public IffContainer {
+  public:
+    static constexpr IffId ID = ID_LIST;
+    IffList() : IffContainer(ID) {}
+    bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context) override {
+        return ForEachInChildren(formType, id, callback, context);
+    }
+    bool IsChildAllowed(IffId id) const override;
+};
+
+class IffCat final : public IffContainer {
+  public:
+    static constexpr IffId ID = ID_CAT;
+    IffCat() : IffContainer(ID) {}
+    bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context) override {
+        return ForEachInChildren(formType, id, callback, context);
+    }
+    bool IsChildAllowed(IffId id) const override;
+};
+
+class IffProp final : public IffContainer {
+  public:
+    static constexpr IffId ID = ID_PROP;
+    IffProp() : IffContainer(ID) {}
+    bool IsChildAllowed(IffId id) const override;
+};
+
+// Reads one chunk: id (unless it is given), big-endian size, body, and a pad byte behind an odd body.
+// formType is the type of the enclosing container. Without useRegistry the chunk is stored as raw bytes. The
+// reference is the caller's, also when the archive has failed on the way.
+IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegistry);
+
+// The counterpart, for an archive that stores.
+void WriteChunk(IffChunk* chunk, IffArchive& archive);
+
+// Registers the four containers for forms of any type.
+void RegisterContainers();

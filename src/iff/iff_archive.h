@@ -1,0 +1,76 @@
+// The interface through which every chunk moves its contents, in either direction. An archive also stands for
+// one chunk's extent in the file: it counts the bytes left and leaves the stream at the chunk's end when it
+// is let go. Failure sticks and is tested once, at the end of a load.
+#pragma once
+
+#include "base/types.h"
+#include "iff/iff_id.h"
+#include "iff/iff_object.h"
+
+class ByteStream;
+
+// A colour register, as its three bytes stand in the file.
+struct IffRgb {
+    u8 red = 0;
+    u8 green = 0;
+    u8 blue = 0;
+
+    bool operator==(const IffRgb&) const = default;
+};
+
+class IffArchive : public IffObject {
+  public:
+    bool IsLoading() const { return m_bLoading; }
+    bool HasFailed() const { return m_bFailed; }
+
+    // Bytes left in the chunk; negative once a transfer has overrun it.
+    virtual i32 GetRemaining() = 0;
+
+    // A child archive over the next size bytes, whose one reference the caller owns. A size of 2^31 or more
+    // gives a child that has failed.
+    virtual IffArchive* OpenChunk(u32 size) = 0;
+
+    // Takes over the child's failure and releases it, which moves the stream to the child's end.
+    virtual void CloseChunk(IffArchive* child) = 0;
+
+    // Binds the archive to a stream positioned at the start of the data. Fails on a stream in bad state.
+    virtual void Attach(ByteStream* stream) = 0;
+
+    // Positions the stream at the archive's end and lets go of it.
+    virtual void Detach() = 0;
+
+    // Integers are big-endian. Each transfer counts its size off the bytes left, and reads nothing when that
+    // overruns the chunk. A value whose transfer failed is undefined.
+    virtual void Transfer(IffId& value) = 0;
+    virtual void Transfer(u64& value) = 0;
+    virtual void Transfer(i64& value) = 0;
+    virtual void Transfer(u32& value) = 0;
+    virtual void Transfer(i32& value) = 0;
+    virtual void Transfer(u16& value) = 0;
+    virtual void Transfer(i16& value) = 0;
+    virtual void Transfer(u8& value) = 0;
+    virtual void Transfer(i8& value) = 0;
+    virtual void Transfer(IffRgb& value) = 0;
+    virtual void TransferBytes(void* data, u32 count) = 0;
+
+    // Before memory for count bytes of the chunk is had: whether chunk and source still hold as many. Fails
+    // the archive when they do not, or when it has failed already.
+    bool CanDeliver(i64 count);
+
+    void SetFailed() { m_bFailed = true; }
+
+    // How many chunks of the file this archive's chunk lies in, itself included.
+    u32 GetDepth() const { return m_nDepth; }
+
+  protected:
+    IffArchive(bool bLoading, u32 nDepth) : m_bLoading(bLoading), m_nDepth(nDepth) {}
+
+    bool m_bLoading;
+    bool m_bFailed = false;
+
+  private:
+    // Bytes that the source behind the archive still holds.
+    virtual u32 GetSourceRemaining() = 0;
+
+    const u32 m_nDepth;
+};

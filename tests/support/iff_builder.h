@@ -1,0 +1,49 @@
+// IFF files put together by name. Sizes and pad bytes are computed; a declared size can be made wrong on
+// purpose.
+#pragma once
+
+#include "iff/iff_archive.h"
+#include "support/byte_builder.h"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+// Id, size, body and, behind an odd body, the pad byte.
+Bytes Chunk(std::string_view id, const Bytes& body, std::optional<u32> declaredSize = {});
+
+Bytes Container(std::string_view id, std::string_view type, const std::vector<Bytes>& children,
+                std::optional<u32> declaredSize = {});
+Bytes Form(std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize = {});
+Bytes List(std::string_view type, const std::vector<Bytes>& children);
+Bytes Cat(std::string_view type, const std::vector<Bytes>& children);
+Bytes Prop(std::string_view type, const std::vector<Bytes>& children);
+
+// One container inside another, depth of them, the innermost empty.
+Bytes Nested(u32 depth, std::string_view id);
+
+struct BmhdFields {
+    u32 width = 0;
+    u32 height = 0;
+    u32 planes = 1;
+    u32 masking = 0;
+    u32 compression = 0;
+};
+
+Bytes Bmhd(const BmhdFields& fields);
+Bytes Cmap(const std::vector<IffRgb>& colours);
+
+// A map of shades of grey, entry i being i times step.
+Bytes GreyCmap(u32 entries, u32 step = 1);
+
+inline constexpr IffRgb BLACK = {0, 0, 0};
+inline constexpr IffRgb WHITE = {255, 255, 255};
+inline constexpr IffRgb RED = {255, 0, 0};
+inline constexpr IffRgb GREEN = {0, 255, 0};
+inline constexpr IffRgb BLUE = {0, 0, 255};
+
+// Plane rows of values given row by row, as a BODY holds them, raw.
+Bytes PlanesOf(const std::vector<u32>& values, u32 width, u32 planes);
+
+// ByteRun1, packed the way a careful writer does it: each plane row by itself.
+Bytes ByteRun(const Bytes& planeRows, u32 planeRowSize);

@@ -1,0 +1,46 @@
+// Files in memory, read the way the document reads them.
+#pragma once
+
+#include "iff/archive_byte_stream.h"
+#include "iff/container.h"
+#include "iff/iff_file.h"
+#include "support/memory_file.h"
+
+#include <memory>
+
+// The size of the document's stream buffer.
+constexpr u32 BUFFER_SIZE = 1024;
+
+// A stream over bytes in memory, with everything under it.
+struct MemoryStream {
+    explicit MemoryStream(Bytes bytes, u32 nBufferSize = BUFFER_SIZE)
+        : file(std::move(bytes)), archive(&file, CArchive::load), stream(&archive, nBufferSize) {}
+    ~MemoryStream() { stream.Close(); }
+
+    MemoryFile file;
+    CountingArchive archive;
+    ArchiveByteStream stream;
+};
+
+// What the IFF reader made of some bytes.
+struct LoadedIff {
+    explicit LoadedIff(Bytes bytes);
+
+    // The outermost container, which must be there.
+    IffContainer& Root() const { return dynamic_cast<IffContainer&>(*iff.GetRoot()); }
+
+    bool bLoaded = false;
+    IffFile iff;
+};
+
+inline bool Loads(Bytes bytes) {
+    return LoadedIff(std::move(bytes)).bLoaded;
+}
+
+// The child at a place, which must be there.
+IffChunk& ChildAt(const IffContainer& container, u32 place);
+
+template <typename Class>
+Class& ChildAs(const IffContainer& container, u32 place) {
+    return dynamic_cast<Class&>(ChildAt(container, place));
+}
