@@ -82,7 +82,8 @@ void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
     if (!m_bValid) return;
     // A mip-map level is shown at the size of the whole picture.
     const bool isLevel = GetDoc().m_nDocType == DOC_IFF;
-    FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(GetSelection(pFrame->m_wndLayerCombo))) : 1.0f);
+    FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(GetSelection(pFrame->m_wndLayerCombo)))
+                            : 1.0f);
 }
 
 void CVistrelView::OnChannelChanged(CChildFrame*) {

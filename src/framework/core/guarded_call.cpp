@@ -1,11 +1,11 @@
 #include "framework/core/guarded_call.h"
 
+#include "framework/core/answers.h"
+#include "framework/core/exception.h"
+
 #include <exception>
 #include <new>
 #include <string>
-
-#include "framework/core/answers.h"
-#include "framework/core/exception.h"
 
 void AfxReportException() noexcept {
     try {

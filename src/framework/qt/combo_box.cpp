@@ -41,9 +41,8 @@ i64 CopyText(const QByteArray& text, i64 lParam) {
 
 QComboBox* AfxCreateComboBox(QWidget* pParent, CFrameWnd& frame, u32 nID) {
     auto* const list = new ListWidget(pParent);
-    QObject::connect(list, &QComboBox::currentIndexChanged, [&frame, nID] {
-        AfxGuardedCall([&] { frame.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); });
-    });
+    QObject::connect(list, &QComboBox::currentIndexChanged,
+                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); }); });
     return list;
 }
 
@@ -56,6 +55,7 @@ bool CComboBox::SubclassDlgItem(u32 nID, CDialogBar* pBar) {
 
 i64 CComboBox::WindowProc(u32 nMessage, u64 wParam, i64 lParam) {
     auto* const list = static_cast<QComboBox*>(GetWidget());
+    if (nMessage == WM_KEYDOWN) return CWnd::WindowProc(nMessage, wParam, lParam);
     // Only a choice of the user's is a notification.
     const QSignalBlocker blocker(list);
     const int position = static_cast<int>(wParam);

@@ -11,6 +11,8 @@
 #include <QMainWindow>
 #include <QStatusBar>
 
+#include <algorithm>
+
 void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
 
 namespace {
@@ -95,8 +97,7 @@ namespace {
 class DialogUnits {
   public:
     explicit DialogUnits(const QFontMetrics& metrics) : m_nHeight(metrics.height()) {
-        const QString alphabet =
-            QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
         m_nWidth = (metrics.horizontalAdvance(alphabet) / 26 + 1) / 2;
     }
 
@@ -111,11 +112,15 @@ class DialogUnits {
     int m_nHeight;
 };
 
+// Between a label that is wider than its place and the control behind it, in pixels.
+constexpr int LABEL_GAP = 3;
+
 // The dialog's controls. A text is the label of the control behind it, which its mnemonic goes to.
 class DialogWidget final : public QWidget {
   public:
     DialogWidget(QWidget* pParent, CFrameWnd& frame, const DialogResource& resource) : QWidget(pParent) {
         const DialogUnits units(fontMetrics());
+        m_sizeHint = QSize(units.X(resource.size.cx), units.Y(resource.size.cy));
         QLabel* label = nullptr;
         for (const ControlResource& control : resource.controls) {
             const QRect place = units.Map(control.rect);
@@ -126,21 +131,33 @@ class DialogWidget final : public QWidget {
             } else {
                 QComboBox* const list = AfxCreateComboBox(this, frame, control.nId);
                 list->setObjectName(ObjectName(control.nId));
-                // The template gives the height with the list dropped down; closed, the font decides.
-                const int height = list->sizeHint().height();
-                list->setGeometry(place.left(), (units.Y(resource.size.cy) - height) / 2, place.width(), height);
-                list->setMaxVisibleItems(16);
-                if (label) label->setBuddy(list);
+                PlaceList(*list, place);
+                if (label) PlaceLabel(*label, *list);
                 label = nullptr;
             }
         }
-        setFixedHeight(units.Y(resource.size.cy));
-        m_sizeHint = QSize(units.X(resource.size.cx), units.Y(resource.size.cy));
+        setFixedHeight(m_sizeHint.height());
     }
 
     QSize sizeHint() const override { return m_sizeHint; }
 
   private:
+    // The template gives the height of the list dropped down; closed, the font decides.
+    void PlaceList(QComboBox& list, const QRect& place) const {
+        const int height = list.sizeHint().height();
+        list.setGeometry(place.left(), (m_sizeHint.height() - height) / 2, place.width(), height);
+    }
+
+    // Where the font needs more than its share for the label, the list begins a little later.
+    static void PlaceLabel(QLabel& label, QComboBox& list) {
+        label.setBuddy(&list);
+        const int width = std::max(label.sizeHint().width(), label.width());
+        label.setGeometry(label.x(), list.y(), width, list.height());
+        QRect place = list.geometry();
+        place.setLeft(std::max(place.left(), label.x() + width + LABEL_GAP));
+        list.setGeometry(place);
+    }
+
     QSize m_sizeHint;
 };
 

@@ -39,7 +39,7 @@ class CStatusBar : public CControlBar {
     struct Pane {
         u32 nID;
         u32 nStyle;
-        int cxWidth;      // pixels, at least; 0 where the pane stretches
+        int cxWidth;     // pixels, at least; 0 where the pane stretches
         QLabel* pLabel;  // the bar widget's
     };
 

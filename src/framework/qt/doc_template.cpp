@@ -9,7 +9,8 @@
 #include <memory>
 
 bool CMultiDocTemplate::MatchDocType(const std::string& strPathName) const {
-    return MatchesFilterExt(GetDocString(AfxLoadString(m_nIDResource), DocStringField::FilterExt), strPathName);
+    return MatchesFilterExt(GetDocString(AfxLoadString(m_nIDResource), DocStringField::FilterExt),
+                            strPathName);
 }
 
 CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {

@@ -14,7 +14,10 @@ class CMultiDocTemplate {
     // The frame's class derives from CMDIChildWnd.
     CMultiDocTemplate(u32 nIDResource, CRuntimeClass docClass, CRuntimeClass frameClass,
                       CRuntimeClass viewClass)
-        : m_nIDResource(nIDResource), m_docClass(docClass), m_frameClass(frameClass), m_viewClass(viewClass) {}
+        : m_nIDResource(nIDResource),
+          m_docClass(docClass),
+          m_frameClass(frameClass),
+          m_viewClass(viewClass) {}
 
     // Whether the path ends with the extension that this template is there for.
     bool MatchDocType(const std::string& strPathName) const;

@@ -32,8 +32,7 @@ class SubWindow final : public QMdiSubWindow {
   protected:
     void closeEvent(QCloseEvent* pEvent) override {
         QMdiSubWindow::closeEvent(pEvent);
-        if (pEvent->isAccepted())
-            AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
+        if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
     }
 
   private:
@@ -53,6 +52,9 @@ bool IsLaidOut(const QRect& view) {
 
 constexpr QSize PROBE(256, 256);
 
+// Of a frame that no picture gives a size.
+constexpr QSize UNFITTED(400, 300);
+
 }  // namespace
 
 bool CMDIChildWnd::Create(CMDIFrameWnd& mainFrame, const CCreateContext& context) {
@@ -66,6 +68,7 @@ bool CMDIChildWnd::Create(CMDIFrameWnd& mainFrame, const CCreateContext& context
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
+    window->resize(UNFITTED);
     return OnCreate(context) != -1;
 }
 
@@ -102,7 +105,7 @@ CSize CMDIChildWnd::GetViewSize() {
     view = layOut();
     window->resize(size);
     layOut();
-    return {std::max(view.width() - PROBE.width(), 0), std::max(view.height() - PROBE.height(), 0)};
+    return {view.width() - PROBE.width(), view.height() - PROBE.height()};
 }
 
 QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {

@@ -29,7 +29,8 @@ class CMDIChildWnd : public CFrameWnd {
     bool IsIconic() const;  // shows its caption only
     void MDIRestore();      // back to its own size
 
-    // The size that the frame leaves to its view. The frame's size less this is what borders and bars take.
+    // The size that the frame leaves to its view: its own less what borders and bars take. Negative where
+    // these alone do not find room.
     CSize GetViewSize();
 
     QMdiSubWindow* GetSubWindow() const;

@@ -5,8 +5,8 @@
 #include "framework/qt/mdi.h"
 #include "framework/qt/win_app.h"
 
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QWidget>
 
 #include <exception>

@@ -16,7 +16,8 @@ class CView : public CWnd {
 
     CDocument* GetDocument() const { return m_pDocument; }
 
-    // As the frame's present size lays it out, whatever has been shown yet.
+    // As the frame's present size lays it out, whatever has been shown yet. Right and bottom are negative
+    // where the frame is too small for its bars.
     CRect GetClientRect() const override;
 
     // Called once, when the frame with all its bars is there.

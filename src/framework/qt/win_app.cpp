@@ -74,8 +74,8 @@ CWinApp* AfxGetApp() {
 
 void AfxReportLater(std::exception_ptr pException) {
     QMetaObject::invokeMethod(
-        g_pToolkit.get(),
-        [pException] { AfxGuardedCall([&] { std::rethrow_exception(pException); }); }, Qt::QueuedConnection);
+        g_pToolkit.get(), [pException] { AfxGuardedCall([&] { std::rethrow_exception(pException); }); },
+        Qt::QueuedConnection);
 }
 
 std::optional<int> AfxWinInit(int argc, char** argv) {

@@ -34,8 +34,8 @@ class CWinApp : public CCmdTarget {
     // Opens the files in their order. False when all of them failed.
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
-    // The file goes to the template of its extension, to the first one where it has none. Null when it failed,
-    // which has been reported then.
+    // The file goes to the template of its extension, to the first one where it has none. Null when it
+    // failed, which has been reported then.
     CDocument* OpenDocumentFile(const std::string& strPathName);
 
     // Runs the update handlers of everything that shows a state.

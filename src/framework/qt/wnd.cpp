@@ -2,7 +2,9 @@
 
 #include "framework/qt/convert.h"
 
+#include <QApplication>
 #include <QImage>
+#include <QKeyEvent>
 #include <QPixmap>
 #include <QWidget>
 
@@ -25,9 +27,9 @@ void CWnd::Attach(QWidget* pWidget, CWnd* pParent) {
 }
 
 CRect CWnd::GetWindowRect() const {
-    const QRect frame =
-        m_pWidget->isWindow() ? m_pWidget->frameGeometry()
-                              : QRect(m_pWidget->mapToGlobal(QPoint(0, 0)), m_pWidget->size());
+    const QRect frame = m_pWidget->isWindow()
+                            ? m_pWidget->frameGeometry()
+                            : QRect(m_pWidget->mapToGlobal(QPoint(0, 0)), m_pWidget->size());
     return {frame.left(), frame.top(), frame.left() + frame.width(), frame.top() + frame.height()};
 }
 
@@ -74,7 +76,11 @@ std::vector<u32> CWnd::CapturePixels(const CRect& rect) const {
     return pixels;
 }
 
-i64 CWnd::WindowProc(u32, u64, i64) {
+i64 CWnd::WindowProc(u32 nMessage, u64 wParam, i64) {
+    if (nMessage == WM_KEYDOWN) {
+        QKeyEvent event(QEvent::KeyPress, wParam == VK_UP ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
+        QApplication::sendEvent(m_pWidget, &event);
+    }
     return 0;
 }
 

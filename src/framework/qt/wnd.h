@@ -13,6 +13,11 @@ class QWidget;
 
 using HWND = CWnd*;
 
+// A key goes down: wParam names it.
+constexpr u32 WM_KEYDOWN = 0x100;
+constexpr u64 VK_UP = 0x26;
+constexpr u64 VK_DOWN = 0x28;
+
 class CWnd : public CCmdTarget {
   public:
     // Takes the widget along, and with it those inside it; other windows that stand for these stay behind
