@@ -1,6 +1,8 @@
 #include "chunks/register_chunks.h"
 
+#include "chunks/alph_chunk.h"
 #include "chunks/body_chunk.h"
+#include "chunks/extension_chunks.h"
 #include "chunks/ilbm_chunks.h"
 #include "iff/container.h"
 #include "iff/registry.h"
@@ -11,4 +13,8 @@ void RegisterChunks() {
     RegisterChunk<CmapChunk>(ID_ILBM);
     RegisterChunk<BodyChunk>(ID_ILBM);
     RegisterChunk<GrabChunk>(ID_ILBM);
+    RegisterChunk<TranChunk>(ID_ILBM);
+    RegisterChunk<AlphChunk>(ID_ILBM);
+    RegisterChunk<ContChunk>(ID_MIPM);
+    RegisterChunk<S3tcChunk>(ID_ILBM);
 }

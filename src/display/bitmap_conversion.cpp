@@ -1,7 +1,6 @@
-#include "base/checked_size.h"
+#include "display/dib_rows.h"
 #include "display/display_image.h"
 #include "display/row_packing.h"
-#include "framework/core/exception.h"
 
 #include <cstring>
 #include <vector>
@@ -52,14 +51,13 @@ void DisplayImage::FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32
     info.bmiHeader.biClrUsed = nCount;
 }
 
-// packRow(out, y) fills one buffer row from picture row y. The bottom row of the picture comes first.
+// packRow(out, y) fills the buffer row of picture row y.
 template <typename PackRow>
 void DisplayImage::PackRows(BITMAPINFO& info, u16 nBitCount, u64 nStride, PackRow packRow) {
-    const LargeBlock buffer = AllocateLargeBlock(SizeProduct(m_nHeight, nStride));
-    u8* out = buffer.Data();
-    for (u32 y = m_nHeight; y-- > 0; out += nStride) packRow(out, y);
+    const DibRows rows(m_nHeight, nStride);
+    for (u32 y = 0; y < m_nHeight; ++y) packRow(rows.Row(y), y);
     info.bmiHeader.biBitCount = nBitCount;
-    CreateDisplayBitmap(info, buffer.Data());
+    CreateDisplayBitmap(info, rows.Bits());
 }
 
 template <typename PackRow>

@@ -1,11 +1,32 @@
 #include "display/catalogue.h"
 
+#include "chunks/alph_chunk.h"
+#include "chunks/extension_chunks.h"
 #include "chunks/ilbm_chunks.h"
 #include "display/display_image.h"
 #include "document/vistrel_doc.h"
 #include "iff/container.h"
 
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+// IFF documents
+
 namespace {
+
+bool TakeFirst(IffChunk* chunk, void* context) {
+    *static_cast<IffChunk**>(context) = chunk;
+    return false;
+}
+
+// The first chunk of its class in a form of that type.
+template <typename Class>
+Class* FindFirstOf(IffContainer& part, IffId formType) {
+    IffChunk* found = nullptr;
+    part.ForEach(formType, Class::ID, TakeFirst, &found);
+    return dynamic_cast<Class*>(found);
+}
 
 u32 PlaneCount(const IffChunk& body) {
     const auto* const header = dynamic_cast<const BmhdChunk*>(body.FindProperty(BmhdChunk::ID));
@@ -26,25 +47,153 @@ bool KeepDeepest(IffChunk* chunk, void* context) {
     return true;
 }
 
-// The body that a part of the file is shown by, if it can be: one with a colour map and a header in scope.
-BodyChunk* ChooseBody(IffContainer& part) {
-    DeepestBody deepest;
-    part.ForEach(ID_ILBM, BodyChunk::ID, KeepDeepest, &deepest);
-    const bool showable = deepest.pBody && deepest.pBody->FindProperty(CmapChunk::ID);
-    return showable ? deepest.pBody : nullptr;
+IffContainer* RootOf(const CVistrelDoc& document) {
+    return dynamic_cast<IffContainer*>(document.m_Iff.GetRoot());
+}
+
+// Levels are counted among all LISTs of type ILBM beside the form that holds the level count, from 1.
+IffContainer* FindLevel(const IffContainer& chain, u32 nLevel) {
+    for (const IffChunkNode* node = chain.FindFirst(ID_LIST); node; node = chain.FindNext(node, ID_LIST)) {
+        auto* const list = dynamic_cast<IffContainer*>(node->m_pChunk.Get());
+        if (list && list->m_Type.Matches(ID_ILBM) && --nLevel == 0) return list;
+    }
+    return nullptr;
 }
 
 }  // namespace
 
-std::vector<std::string> LayerNames(const CVistrelDoc&) {
-    return {"Image"};
+IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer) {
+    IffContainer* const root = RootOf(document);
+    if (!root || nLayer == 0) return root;
+    const ContChunk* const levels = FindFirstOf<ContChunk>(*root, ID_MIPM);
+    const IffContainer* const chain = levels ? levels->m_pParent->m_pParent : nullptr;
+    return chain ? FindLevel(*chain, nLayer) : nullptr;
+}
+
+PictureChoice ChoosePicture(IffContainer& part) {
+    DeepestBody deepest;
+    part.ForEach(ID_ILBM, BodyChunk::ID, KeepDeepest, &deepest);
+    if (!deepest.pBody) return {nullptr, FindFirstOf<S3tcChunk>(part, ID_ILBM)};
+    // Whether it has a colour map decides about the picture, not about which body it is.
+    const bool hasMap = dynamic_cast<const CmapChunk*>(deepest.pBody->FindProperty(CmapChunk::ID));
+    return {hasMap ? deepest.pBody : nullptr, nullptr};
+}
+
+bool OffersAlpha(const PictureChoice& choice) {
+    if (choice.pBody) return choice.pBody->FindProperty(AlphChunk::ID) != nullptr;
+    return choice.pS3tc && choice.pS3tc->m_Code != IffId("DXT1");
+}
+
+// Photoshop documents
+
+namespace {
+
+bool IsBlank(std::string_view name) {
+    return name.find_first_not_of(' ') == name.npos;
+}
+
+std::span<const char* const> ColourNames(u32 nMode) {
+    static constexpr const char* BLACK[] = {"Black"};
+    static constexpr const char* INDEX[] = {"Index"};
+    static constexpr const char* RGB[] = {"Red", "Green", "Blue"};
+    static constexpr const char* CMYK[] = {"Cyan", "Magenta", "Yellow", "Black"};
+    static constexpr const char* LAB[] = {"Lightness", "a", "b"};
+    switch (nMode) {
+        case PSD_BITMAP:
+        case PSD_GREYSCALE:
+        case PSD_DUOTONE:
+            return BLACK;
+        case PSD_INDEXED:
+            return INDEX;
+        case PSD_RGB:
+            return RGB;
+        case PSD_CMYK:
+            return CMYK;
+        case PSD_LAB:
+            return LAB;
+        default:
+            return {};
+    }
+}
+
+const PsdAlphaNamesData* FindAlphaNames(const PsdImage& psd) {
+    const auto found = std::ranges::find_if(
+        psd.m_Resources, [](const auto& resource) { return resource->m_nId == PSD_RESOURCE_ALPHA_NAMES; });
+    return found == psd.m_Resources.end() ? nullptr
+                                          : dynamic_cast<const PsdAlphaNamesData*>((*found)->m_pData.get());
+}
+
+std::string LayerChannelName(i32 nId) {
+    switch (nId) {
+        case PSD_CHANNEL_USER_MASK:
+            return "User Mask";
+        case PSD_CHANNEL_TRANSPARENCY:
+            return "Transparency";
+        case 0:
+            return "Red";
+        case 1:
+            return "Green";
+        case 2:
+            return "Blue";
+        default:
+            return "Unknown";
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> ChannelNames(const PsdImage& psd) {
+    std::vector<std::string> names = {"Composite"};
+    const auto colours = ColourNames(psd.m_nMode);
+    names.insert(names.end(), colours.begin(), colours.end());
+    const PsdAlphaNamesData* const alphas = FindAlphaNames(psd);
+    const u32 named = alphas ? alphas->m_Names.GetCount() : 0;
+    const u32 first = static_cast<u32>(colours.size());
+    for (u32 channel = first; channel < psd.m_nChannels; ++channel) {
+        // An asterisk marks the transparency of the merged picture.
+        const char* const mark = psd.m_bMergedAlpha && channel == first ? "*" : "";
+        const u32 extra = channel - first;
+        names.push_back(extra < named ? mark + std::string(alphas->m_Names.GetAt(extra))
+                                      : "Channel " + std::to_string(channel));
+    }
+    return names;
+}
+
+std::vector<std::string> ChannelNames(const PsdLayer& layer) {
+    std::vector<std::string> names = {"Composite"};
+    for (u32 i = 0; i < layer.m_Channels.GetCount(); ++i)
+        names.push_back(std::to_string(i) + ": " + LayerChannelName(layer.m_Channels.GetAt(i)->m_nId));
+    return names;
+}
+
+// Both
+
+std::vector<std::string> LayerNames(const CVistrelDoc& document) {
+    std::vector<std::string> names = {"Image"};
+    if (document.m_nDocType == DOC_PSD) {
+        for (u32 i = 0; i < document.m_Psd.m_Layers.GetCount(); ++i) {
+            const char* const name = document.m_Psd.m_Layers.GetAt(i)->m_pszName.get();
+            names.push_back(IsBlank(name) ? "Layer " + std::to_string(i) : name);
+        }
+    } else if (document.m_nDocType == DOC_IFF) {
+        const ContChunk* const levels = FindFirstOf<ContChunk>(*RootOf(document), ID_MIPM);
+        for (u32 k = 1; levels && k <= levels->m_nLevels; ++k)
+            names.push_back("Mip Map " + std::to_string(k));
+    }
+    return names;
 }
 
 std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, u32 nLayer) {
-    if (document.m_nDocType == DOC_IFF) {
-        m_pBody.Reset();
-        auto* const root = dynamic_cast<IffContainer*>(document.m_Iff.GetRoot());
-        if (nLayer == 0 && root) m_pBody = CountedPtr<BodyChunk>::Share(ChooseBody(*root));
-    }
-    return {"Composite"};
+    if (document.m_nDocType == DOC_PSD)
+        return nLayer == 0 ? ChannelNames(document.m_Psd)
+                           : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1));
+    m_pBody.Reset();
+    m_pS3tc.Reset();
+    PictureChoice choice;
+    if (document.m_nDocType == DOC_IFF)
+        if (IffContainer* const part = FindLayerPart(document, nLayer)) choice = ChoosePicture(*part);
+    m_pBody = CountedPtr<BodyChunk>::Share(choice.pBody);
+    m_pS3tc = CountedPtr<S3tcChunk>::Share(choice.pS3tc);
+    return OffersAlpha(choice) ? std::vector<std::string>{"Composite", "Alpha"}
+                               : std::vector<std::string>{"Composite"};
 }

@@ -1,10 +1,37 @@
-// What a document offers for display.
+// What a document offers for display: names for the two lists, and which picture chunk an IFF document's
+// layer stands for. Names are bytes of unknown encoding; an entry is told by its position alone.
 #pragma once
+
+#include "base/types.h"
 
 #include <string>
 #include <vector>
 
+class BodyChunk;
 class CVistrelDoc;
+class IffContainer;
+class PsdImage;
+class PsdLayer;
+class S3tcChunk;
 
-// The entries of the Layer list, in their order. Names are bytes of unknown encoding.
+// The Layer list: the whole image, then Photoshop layers or mip-map levels.
 std::vector<std::string> LayerNames(const CVistrelDoc& document);
+
+// The Channel list of a Photoshop document, for the whole image or for one layer.
+std::vector<std::string> ChannelNames(const PsdImage& psd);
+std::vector<std::string> ChannelNames(const PsdLayer& layer);
+
+// The part of an IFF document that a position in the Layer list stands for; null where the file lacks it.
+IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer);
+
+// The pictures that a part is shown by, borrowed; at most one of them is set. A body always has a colour map
+// and a header in scope.
+struct PictureChoice {
+    BodyChunk* pBody = nullptr;
+    S3tcChunk* pS3tc = nullptr;
+};
+
+PictureChoice ChoosePicture(IffContainer& part);
+
+// Whether the Channel list offers the alpha of a picture.
+bool OffersAlpha(const PictureChoice& choice);

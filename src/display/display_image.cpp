@@ -11,11 +11,15 @@ void DisplayImage::DiscardBitmap() {
     m_hBitmap = nullptr;
 }
 
-void DisplayImage::BuildBitmap(const CVistrelDoc& document, u32, u32 nChannel) {
+void DisplayImage::BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
     DiscardBitmap();
     // Cleared until the end, so that an exception on the way leaves no valid picture behind.
     m_bValid = 0;
-    m_bValid = document.m_nDocType == DOC_IFF && BuildIffPicture(nChannel) ? 1 : 0;
+    bool valid = false;
+    if (document.m_nDocType == DOC_PSD) valid = BuildPsdPicture(document.m_Psd, nLayer, nChannel);
+    // Which picture an IFF document's layer stands for was settled when the layer was chosen.
+    if (document.m_nDocType == DOC_IFF) valid = BuildIffPicture(nChannel);
+    m_bValid = valid ? 1 : 0;
 }
 
 std::string DisplayImage::InfoText() const {

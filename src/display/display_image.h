@@ -4,12 +4,15 @@
 
 #include "base/types.h"
 #include "chunks/body_chunk.h"
+#include "chunks/extension_chunks.h"
 #include "framework/core/gdi_bitmap.h"
 
 #include <string>
 #include <vector>
 
 class CVistrelDoc;
+class PsdImage;
+class PsdLayer;
 
 // One pointer for each picture row, top row first, to that row's samples: bytes, or native 16-bit words.
 using RowTable8 = const u8* const*;
@@ -57,16 +60,30 @@ class DisplayImage {
 
     HBITMAP m_hBitmap = nullptr;  // owned
     u32 m_bValid = 0;
-    u32 m_nWidth = 0;    // pixels
-    u32 m_nHeight = 0;   // rows
-    u32 m_nColours = 0;  // palette entries; 0 for a true-colour picture
-    CountedPtr<BodyChunk> m_pBody;
+    u32 m_nWidth = 0;               // pixels
+    u32 m_nHeight = 0;              // rows
+    u32 m_nColours = 0;             // palette entries; 0 for a true-colour picture
+    CountedPtr<BodyChunk> m_pBody;  // the picture chunk chosen for the layer; at most one of the two is set
+    CountedPtr<S3tcChunk> m_pS3tc;
     float m_fScale = 1.0f;  // of the last fit
 
   private:
     void DiscardBitmap();
+    void CreateTrueColourBitmap(const void* pBits);
+
+    // Each answers whether the selection can give a picture at all.
     bool BuildIffPicture(u32 nChannel);
-    bool BuildIlbm(BodyChunk& body);
+    bool BuildIlbm(BodyChunk& body, u32 nChannel);
+    bool BuildS3tc(const S3tcChunk& chunk, u32 nChannel);
+    bool BuildPsdPicture(const PsdImage& psd, u32 nLayer, u32 nChannel);
+
+    void ConvertWholePsd(const PsdImage& psd, u32 nChannel);
+    void ConvertPsdComposite(const PsdImage& psd);
+    void ConvertPsdGrey(const PsdImage& psd, u32 nPlane);
+    void ConvertPsdIndexed(const PsdImage& psd);
+    void ConvertPsdRgb(const PsdImage& psd);
+    void ConvertPsdCmyk(const PsdImage& psd);
+    void ConvertPsdLayer(const PsdLayer& layer, u32 nChannel);
 
     void CopyRows8(BITMAPINFO& info, RowTable8 ppRows);
     void CopyRows1(BITMAPINFO& info, RowTable8 ppRows);

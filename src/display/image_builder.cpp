@@ -1,8 +1,14 @@
-#include "base/checked_size.h"
+// The pictures of IFF documents: decoded row by row into a buffer of 24 bits a pixel.
+
+#include "chunks/alph_chunk.h"
 #include "chunks/ilbm_chunks.h"
+#include "display/block_decoder.h"
+#include "display/dib_rows.h"
 #include "display/display_image.h"
 #include "display/row_packing.h"
-#include "framework/core/exception.h"
+
+#include <algorithm>
+#include <array>
 
 namespace {
 
@@ -18,37 +24,66 @@ class RowsInProgress {
     BodyChunk& m_body;
 };
 
-}  // namespace
-
-bool DisplayImage::BuildIffPicture(u32 nChannel) {
-    return m_pBody && nChannel == 0 && BuildIlbm(*m_pBody);
+// An alpha picture narrower than the header leaves the rest of the row black.
+void PackAlphaRow(u8* out, const u32* values, u32 alphaWidth, u32 width) {
+    const u32 shown = std::min(alphaWidth, width);
+    TheRowKernels().GreyValues(out, values, shown);
+    std::fill(out + u64{shown} * 3, out + u64{width} * 3, u8{0});
 }
 
-// False where the data ends early or a value has no entry in the colour map.
-bool DisplayImage::BuildIlbm(BodyChunk& body) {
+}  // namespace
+
+void DisplayImage::CreateTrueColourBitmap(const void* pBits) {
+    BITMAPINFO info;
+    info.bmiHeader.biBitCount = 24;
+    info.bmiHeader.biClrUsed = 0;
+    CreateDisplayBitmap(info, pBits);
+}
+
+bool DisplayImage::BuildIffPicture(u32 nChannel) {
+    if (m_pBody) return BuildIlbm(*m_pBody, nChannel);
+    return m_pS3tc && BuildS3tc(*m_pS3tc, nChannel);
+}
+
+bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel) {
     const auto* const map = dynamic_cast<const CmapChunk*>(body.FindProperty(CmapChunk::ID));
     const auto* const header = dynamic_cast<const BmhdChunk*>(body.FindProperty(BmhdChunk::ID));
     if (!map || !header) return false;
+    const bool isAlpha = nChannel != 0;
+    BodyChunk* const source = isAlpha ? dynamic_cast<AlphChunk*>(body.FindProperty(AlphChunk::ID)) : &body;
+    if (!source) return false;
     const u32 width = header->m_nWidth;
     const u32 height = header->m_nHeight;
 
-    const RowsInProgress rows(body);
+    const RowsInProgress decoding(*source);
     // Asked before the buffer is had: a few bytes of file can claim gigabytes of picture.
-    if (!body.CanFillRows(height)) return false;
-    const u64 stride = Stride24(width);
-    const LargeBlock buffer = AllocateLargeBlock(SizeProduct(height, stride));
-    const auto packRow = TheRowKernels().ColourMap;
-    for (u32 y = height; y-- > 0;) {
-        const u32* const values = body.DecodeRow();
-        if (!values || !packRow(buffer.Data() + y * stride, values, width, map->Entries(), map->m_nEntries))
+    if (!source->CanFillRows(height)) return false;
+    const DibRows rows(height, Stride24(width));
+    for (u32 y = 0; y < height; ++y) {
+        const u32* const values = source->DecodeRow();
+        if (!values) return false;
+        if (isAlpha)
+            PackAlphaRow(rows.Row(y), values, source->m_nWidth, width);
+        else if (!TheRowKernels().ColourMap(rows.Row(y), values, width, map->Entries(), map->m_nEntries))
             return false;
     }
     m_nWidth = width;
     m_nHeight = height;
     m_nColours = map->m_nEntries;
-    BITMAPINFO info;
-    info.bmiHeader.biBitCount = 24;
-    info.bmiHeader.biClrUsed = 0;
-    CreateDisplayBitmap(info, buffer.Data());
+    CreateTrueColourBitmap(rows.Bits());
+    return true;
+}
+
+bool DisplayImage::BuildS3tc(const S3tcChunk& chunk, u32 nChannel) {
+    // Set before decoding: where that fails the frame is fitted all the same, and not to the picture before.
+    m_nWidth = chunk.m_nWidth;
+    m_nHeight = chunk.m_nHeight;
+    m_nColours = 0;
+    const LargeBlock pixels = DecodeS3tcImage(chunk);
+    if (!pixels) return true;
+    const auto packRow = nChannel != 0 ? TheRowKernels().BgraAlpha : TheRowKernels().Bgra;
+    const DibRows rows(m_nHeight, Stride24(m_nWidth));
+    for (u32 y = 0; y < m_nHeight; ++y) packRow(rows.Row(y), pixels.Data() + u64{y} * m_nWidth * 4, m_nWidth);
+    CreateTrueColourBitmap(rows.Bits());
     return true;
 }

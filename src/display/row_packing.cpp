@@ -51,6 +51,26 @@ void Cmyk16(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow,
     }
 }
 
+void PutGrey(u8* pOut, u8 grey) {
+    pOut[0] = pOut[1] = pOut[2] = grey;
+}
+
+void GreyValues(u8* pOut, const u32* pValues, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3) PutGrey(pOut, static_cast<u8>(pValues[x]));
+}
+
+void Bgra(u8* pOut, const u8* pPixels, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3, pPixels += 4) {
+        pOut[0] = pPixels[0];
+        pOut[1] = pPixels[1];
+        pOut[2] = pPixels[2];
+    }
+}
+
+void BgraAlpha(u8* pOut, const u8* pPixels, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pOut += 3, pPixels += 4) PutGrey(pOut, pPixels[3]);
+}
+
 bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries) {
     for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
         if (pValues[x] >= nEntries) return false;
@@ -64,7 +84,8 @@ bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries,
 
 }  // namespace
 
-const RowKernels PLAIN_ROW_KERNELS = {HighBytes, LowBytes, Rgb8, Rgb16, Cmyk8, Cmyk16, ColourMap};
+const RowKernels PLAIN_ROW_KERNELS = {HighBytes, LowBytes,   Rgb8, Rgb16,     Cmyk8,
+                                      Cmyk16,    GreyValues, Bgra, BgraAlpha, ColourMap};
 
 const RowKernels& TheRowKernels() {
     return PLAIN_ROW_KERNELS;

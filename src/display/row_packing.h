@@ -5,14 +5,6 @@
 #include "base/types.h"
 #include "iff/iff_archive.h"
 
-// Bytes of a buffer row, rounded up to a multiple of 4.
-constexpr u64 Stride8(u64 nWidth) {
-    return (nWidth + 3) & ~u64{3};
-}
-constexpr u64 Stride24(u64 nWidth) {
-    return ((nWidth + 1) * 3) & ~u64{3};
-}
-
 // Pixels of 24 bits are blue, green, red. No row is null.
 struct RowKernels {
     void (*HighBytes)(u8* pOut, const u16* pSamples, u32 nWidth);
@@ -24,6 +16,11 @@ struct RowKernels {
                   u32 nWidth);
     void (*Cmyk16)(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow, const u16* pBlack,
                    u32 nWidth);
+    // The low byte of each value, as a shade of grey.
+    void (*GreyValues)(u8* pOut, const u32* pValues, u32 nWidth);
+    // Pixels of blue, green, red and alpha: their colour, or their alpha as a shade of grey.
+    void (*Bgra)(u8* pOut, const u8* pPixels, u32 nWidth);
+    void (*BgraAlpha)(u8* pOut, const u8* pPixels, u32 nWidth);
     // False at the first value that has no entry.
     bool (*ColourMap)(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries);
 };

@@ -1,5 +1,6 @@
 #include "iff/container.h"
 
+#include "iff/child_index.h"
 #include "iff/registry.h"
 
 #include <initializer_list>
@@ -13,6 +14,7 @@ bool MatchesOneOf(IffId id, std::initializer_list<IffId> ids) {
 }
 
 bool Answers(const IffChunkNode* node, IffId id) {
+    ++IffContainer::s_nNodesVisited;
     return node->m_pChunk->m_Id.Matches(id) && !node->m_pChunk->IsUnknown();
 }
 
@@ -71,6 +73,14 @@ void RegisterContainers() {
     RegisterChunk<IffProp>(ID_NULL);
 }
 
+u64 IffContainer::s_nNodesVisited = 0;
+
+IffContainer::IffContainer(IffId id) : IffChunk(id) {}
+
+IffContainer::~IffContainer() {
+    RemoveAll();
+}
+
 void IffContainer::Transfer(IffArchive& archive) {
     archive.Transfer(m_Type);
     if (!archive.IsLoading()) {
@@ -111,7 +121,10 @@ bool IffProp::IsChildAllowed(IffId id) const {
 }
 
 void IffContainer::AddChild(IffChunk* chunk) {
+    ++s_nChanges;
+    ++m_nChildren;
     auto* const node = new IffChunkNode(chunk);
+    node->m_nPlace = m_nNextPlace++;
     chunk->m_pParent = this;
     chunk->m_pNode = node;
     node->m_pPrev = m_pLast;
@@ -120,6 +133,8 @@ void IffContainer::AddChild(IffChunk* chunk) {
 }
 
 void IffContainer::RemoveChild(IffChunkNode* node) {
+    ++s_nChanges;
+    --m_nChildren;
     (node->m_pPrev ? node->m_pPrev->m_pNext : m_pFirst) = node->m_pNext;
     (node->m_pNext ? node->m_pNext->m_pPrev : m_pLast) = node->m_pPrev;
     node->m_pChunk->m_pParent = nullptr;

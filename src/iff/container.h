@@ -3,6 +3,11 @@
 
 #include "iff/iff_chunk.h"
 
+#include <memory>
+#include <vector>
+
+class ChildIndex;
+
 // Given each chunk of an enumeration; false ends it.
 using IffChunkCallback = bool (*)(IffChunk* chunk, void* context);
 
@@ -11,8 +16,8 @@ constexpr u32 DEEPEST_CONTAINER = 4096;
 
 class IffContainer : public IffChunk {
   public:
-    using IffChunk::IffChunk;
-    ~IffContainer() override { RemoveAll(); }
+    explicit IffContainer(IffId id);
+    ~IffContainer() override;
 
     void Transfer(IffArchive& archive) override;
 
@@ -36,16 +41,48 @@ class IffContainer : public IffChunk {
     IffChunkNode* FindNext(const IffChunkNode* node, IffId id) const;
     IffChunkNode* FindPrev(const IffChunkNode* node, IffId id) const;
 
-    // The property lookup for the child held by node: IffChunk::FindProperty.
+    // The property lookup for the child held by node: IffChunk::FindProperty. Its cost does not grow with the
+    // number of chunks.
     IffChunk* FindPropertyFrom(const IffChunkNode* node, IffId id) const;
+
+    // The chunk that FindLast finds, or null; by the index where there is one.
+    IffChunk* FindLastKnown(IffId id) const;
 
     IffId m_Type;                      // the four characters that open the body
     IffChunkNode* m_pFirst = nullptr;  // nodes are owned, one reference each
     IffChunkNode* m_pLast = nullptr;
 
+    // Nodes that searches have looked at since the program began: what a search costs, whatever the machine.
+    static u64 s_nNodesVisited;
+
   protected:
     // What LIST and CAT do for ForEach.
     bool ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* context);
+
+  private:
+    // The answer to an earlier lookup; null where nothing is handed down.
+    struct Inherited {
+        IffId type;
+        IffId id;
+        IffChunk* pChunk;
+    };
+
+    const ChildIndex* GetIndex() const;
+    IffChunk* FindInProps(const IffChunkNode* node, IffId type, IffId id) const;
+    IffChunk* FindInherited(IffId type, IffId id) const;
+    const Inherited* FindRemembered(IffId type, IffId id) const;
+    void Remember(IffId type, IffId id, IffChunk* chunk) const;
+
+    // Trees are built once and then only read, so one count of changes to any of them tells what is still
+    // true.
+    static u64 s_nChanges;
+
+    u32 m_nChildren = 0;
+    u32 m_nNextPlace = 0;  // of the next child added; places are not used again
+    mutable std::unique_ptr<ChildIndex> m_pIndex;
+    mutable std::vector<Inherited> m_remembered;
+    mutable u64 m_nIndexedAt = 0;     // count of changes
+    mutable u64 m_nRememberedAt = 0;  // likewise
 };
 
 class IffForm final : public IffContainer {

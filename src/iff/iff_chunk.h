@@ -37,6 +37,7 @@ class IffChunkNode final : public IffObject {
     IffChunkNode* m_pNext = nullptr;  // not counted
     IffChunkNode* m_pPrev = nullptr;  // not counted
     CountedPtr<IffChunk> m_pChunk;
+    u32 m_nPlace = 0;  // grows from child to child
 };
 
 class IffUnknownChunk final : public IffChunk {

@@ -1,0 +1,93 @@
+// From the bytes of an IFF picture to the bitmap on show: loading, decoding rows, packing, drawing.
+
+#include "chunks/body_chunk.h"
+#include "chunks/register_chunks.h"
+#include "display/display_image.h"
+#include "display/row_packing.h"
+#include "document/vistrel_doc.h"
+#include "framework/core/stretch.h"
+#include "support/iff_builder.h"
+#include "support/loading.h"
+#include "support/random.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+constexpr u32 SIDE = 1024;
+
+// Smooth areas beside noise, so that runs and literals mix.
+Bytes PictureOf(u32 planes, bool packed) {
+    Random random(1);
+    std::vector<u32> values(SIDE * SIDE);
+    for (u32 i = 0; i < values.size(); ++i)
+        values[i] = (i / 64 % 2 ? random() : i / SIDE / 8) & ((1u << planes) - 1);
+    const Bytes rows = PlanesOf(values, SIDE, planes);
+    return Form("ILBM", {Bmhd({.width = SIDE, .height = SIDE, .planes = planes, .compression = packed}),
+                         GreyCmap(1u << planes), Chunk("BODY", packed ? ByteRun(rows, SIDE / 8) : rows)});
+}
+
+// Arguments: planes, whether packed. Bytes are those of the 24-bit picture.
+void DecodeRows(benchmark::State& state) {
+    const LoadedIff file(PictureOf(static_cast<u32>(state.range(0)), state.range(1) != 0));
+    auto& body = ChildAs<BodyChunk>(file.Root(), 2);
+    for (auto _ : state) {
+        body.BeginRows();
+        for (u32 y = 0; y < SIDE; ++y) benchmark::DoNotOptimize(body.DecodeRow());
+    }
+    body.EndRows();
+    state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE * SIDE);
+}
+BENCHMARK(DecodeRows)->ArgsProduct({{1, 5, 8}, {0, 1}})->ArgNames({"planes", "packed"});
+
+void OpenAndBuild(benchmark::State& state) {
+    const Bytes bytes = PictureOf(8, true);
+    for (auto _ : state) {
+        MemoryFile file(bytes);
+        CArchive archive(&file, CArchive::load);
+        CVistrelDoc document;
+        document.Serialize(archive);
+        DisplayImage image;
+        image.ChooseLayer(document, 0);
+        image.BuildBitmap(document, 0, 0);
+        benchmark::DoNotOptimize(image.m_hBitmap);
+    }
+    state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE * SIDE);
+}
+BENCHMARK(OpenAndBuild)->Unit(benchmark::kMillisecond);
+
+void PackCmyk8(benchmark::State& state) {
+    const Bytes samples = Random(2).SomeBytes(4 * SIDE);
+    Bytes out(3 * SIDE);
+    const u8* const row = samples.data();
+    for (auto _ : state) {
+        TheRowKernels().Cmyk8(out.data(), row, row + SIDE, row + 2 * SIDE, row + 3 * SIDE, SIDE);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE);
+}
+BENCHMARK(PackCmyk8);
+
+// Argument: the scale at which a screenful of a large picture is drawn.
+void StretchScreen(benchmark::State& state) {
+    const u32 scale = static_cast<u32>(state.range(0));
+    const GdiBitmap bitmap{{}, SIDE, SIDE, LargeBlock::Try(u64{SIDE} * SIDE * 4)};
+    std::vector<u32> screen(1920 * 1080);
+    const CRect exposed = {0, 0, static_cast<int>(std::min(1920u, SIDE * scale)),
+                           static_cast<int>(std::min(1080u, SIDE * scale))};
+    for (auto _ : state) {
+        StretchExposed(bitmap, {SIDE, SIDE, SIDE * scale, SIDE * scale}, exposed, screen.data(), 1920);
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(static_cast<i64>(state.iterations()) * exposed.Width() * exposed.Height());
+}
+BENCHMARK(StretchScreen)->Arg(1)->Arg(2)->Arg(32);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    RegisterChunks();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,32 @@
+#include "chunks/extension_chunks.h"
+
+#include "framework/core/exception.h"
+
+void TranChunk::Transfer(IffArchive& archive) {
+    archive.Transfer(m_nByte);
+    archive.Transfer(m_nFirst);
+    archive.Transfer(m_nSecond);
+    archive.Transfer(m_Colour);
+}
+
+void ContChunk::Transfer(IffArchive& archive) {
+    archive.Transfer(m_nLevels);
+    archive.Transfer(m_nByte);
+}
+
+void S3tcChunk::Transfer(IffArchive& archive) {
+    archive.Transfer(m_nValue);
+    archive.Transfer(m_Code);
+    archive.Transfer(m_nFirst);
+    archive.Transfer(m_nSecond);
+    archive.Transfer(m_nThird);
+    archive.Transfer(m_nWidth);
+    archive.Transfer(m_nHeight);
+    archive.Transfer(m_nDataSize);
+    if (archive.IsLoading()) {
+        m_pData = LargeBlock();
+        if (!archive.CanDeliver(m_nDataSize)) return;
+        m_pData = AllocateLargeBlock(m_nDataSize);
+    }
+    archive.TransferBytes(m_pData.Data(), m_nDataSize);
+}

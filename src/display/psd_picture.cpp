@@ -1,0 +1,123 @@
+// The pictures of Photoshop documents: planes handed to the converter that their mode and depth ask for.
+
+#include "display/display_image.h"
+#include "psd/psd_image.h"
+
+namespace {
+
+// The plane of a channel; null where the document lacks it.
+RowTable8 Plane8(const PsdImage& psd, u32 channel) {
+    return psd.m_pppPlanes && channel < psd.m_nChannels ? psd.m_pppPlanes[channel] : nullptr;
+}
+
+RowTable16 Plane16(const PsdImage& psd, u32 channel) {
+    return reinterpret_cast<RowTable16>(Plane8(psd, channel));
+}
+
+u32 Distance(i32 from, i32 to) {
+    return static_cast<u32>(to) - static_cast<u32>(from);
+}
+
+}  // namespace
+
+bool DisplayImage::BuildPsdPicture(const PsdImage& psd, u32 nLayer, u32 nChannel) {
+    if (nLayer == 0)
+        ConvertWholePsd(psd, nChannel);
+    else
+        ConvertPsdLayer(*psd.m_Layers.GetAt(nLayer - 1), nChannel);
+    return true;
+}
+
+void DisplayImage::ConvertWholePsd(const PsdImage& psd, u32 nChannel) {
+    m_nWidth = psd.m_nWidth;
+    m_nHeight = psd.m_nHeight;
+    m_nColours = psd.m_pPalette ? PSD_PALETTE_SIZE : 0;
+    if (nChannel == 0)
+        ConvertPsdComposite(psd);
+    else
+        ConvertPsdGrey(psd, nChannel - 1);
+}
+
+// Depths other than 8 and 16 are one bit, spread out to a byte for each sample.
+void DisplayImage::ConvertPsdGrey(const PsdImage& psd, u32 nPlane) {
+    switch (psd.m_nDepth) {
+        case 8:
+            return ConvertGrey8(Plane8(psd, nPlane));
+        case 16:
+            return ConvertGrey16(Plane16(psd, nPlane));
+        default:
+            return ConvertGrey1(Plane8(psd, nPlane));
+    }
+}
+
+void DisplayImage::ConvertPsdIndexed(const PsdImage& psd) {
+    const u8* const palette = psd.m_pPalette.get();
+    switch (psd.m_nDepth) {
+        case 8:
+            return ConvertIndexed8(Plane8(psd, 0), palette, m_nColours);
+        case 16:
+            return ConvertIndexed16(Plane16(psd, 0), palette, m_nColours);
+        default:
+            return ConvertIndexed1(Plane8(psd, 0), palette, m_nColours);
+    }
+}
+
+void DisplayImage::ConvertPsdRgb(const PsdImage& psd) {
+    switch (psd.m_nDepth) {
+        case 8:
+            return ConvertRgb8(Plane8(psd, 0), Plane8(psd, 1), Plane8(psd, 2));
+        case 16:
+            return ConvertRgb16(Plane16(psd, 0), Plane16(psd, 1), Plane16(psd, 2));
+        default:
+            return ConvertRgb1(Plane8(psd, 0), Plane8(psd, 1), Plane8(psd, 2));
+    }
+}
+
+void DisplayImage::ConvertPsdCmyk(const PsdImage& psd) {
+    switch (psd.m_nDepth) {
+        case 8:
+            return ConvertCmyk8(Plane8(psd, 0), Plane8(psd, 1), Plane8(psd, 2), Plane8(psd, 3));
+        case 16:
+            return ConvertCmyk16(Plane16(psd, 0), Plane16(psd, 1), Plane16(psd, 2), Plane16(psd, 3));
+        default:
+            return ConvertCmyk1(Plane8(psd, 0), Plane8(psd, 1), Plane8(psd, 2), Plane8(psd, 3));
+    }
+}
+
+// Lab and multichannel composites are not shown; their single channels are.
+void DisplayImage::ConvertPsdComposite(const PsdImage& psd) {
+    switch (psd.m_nMode) {
+        case PSD_BITMAP:
+        case PSD_GREYSCALE:
+        case PSD_DUOTONE:
+            return ConvertPsdGrey(psd, 0);
+        case PSD_INDEXED:
+            return ConvertPsdIndexed(psd);
+        case PSD_RGB:
+            return ConvertPsdRgb(psd);
+        case PSD_CMYK:
+            return ConvertPsdCmyk(psd);
+        default:
+            return;
+    }
+}
+
+// A layer's planes have one byte a sample, whatever the document's depth.
+void DisplayImage::ConvertPsdLayer(const PsdLayer& layer, u32 nChannel) {
+    m_nWidth = Distance(layer.m_nLeft, layer.m_nRight);
+    m_nHeight = Distance(layer.m_nTop, layer.m_nBottom);
+    m_nColours = 0;
+    if (nChannel == 0) {
+        RowTable8 colours[3] = {};
+        for (const auto& channel : layer.m_Channels)
+            if (channel->m_nId >= 0 && channel->m_nId < 3) colours[channel->m_nId] = channel->m_ppPlane;
+        ConvertRgb8(colours[0], colours[1], colours[2]);
+        return;
+    }
+    const PsdLayerChannel& channel = *layer.m_Channels.GetAt(nChannel - 1);
+    if (channel.m_nId == PSD_CHANNEL_USER_MASK && layer.m_bHasMask) {
+        m_nWidth = Distance(layer.m_nMaskLeft, layer.m_nMaskRight);
+        m_nHeight = Distance(layer.m_nMaskTop, layer.m_nMaskBottom);
+    }
+    ConvertGrey8(channel.m_ppPlane);
+}

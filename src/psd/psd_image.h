@@ -1,0 +1,84 @@
+// A Photoshop document of version 1 in memory: header, palette, image resources, layers, global mask records
+// and the composite planes. It owns everything that it points to.
+#pragma once
+
+#include "base/large_block.h"
+#include "psd/psd_layer.h"
+#include "psd/psd_object.h"
+#include "psd/psd_resource.h"
+
+class ByteStream;
+
+constexpr u32 PSD_BITMAP = 0;
+constexpr u32 PSD_GREYSCALE = 1;
+constexpr u32 PSD_INDEXED = 2;
+constexpr u32 PSD_RGB = 3;
+constexpr u32 PSD_CMYK = 4;
+constexpr u32 PSD_MULTICHANNEL = 7;
+constexpr u32 PSD_DUOTONE = 8;
+constexpr u32 PSD_LAB = 9;
+
+constexpr u32 PSD_PALETTE_SIZE = 256;    // entries
+constexpr u32 PSD_LONGEST_SIDE = 30000;  // rows or columns
+
+class PsdImage {
+  public:
+    PsdImage() = default;
+    PsdImage(const PsdImage&) = delete;
+    PsdImage& operator=(const PsdImage&) = delete;
+    ~PsdImage() = default;
+
+    // Empties the image and reads a whole document from the stream's position on. When the document is
+    // refused the answer is false, the stream stays where the failure was found, and the image keeps what was
+    // read up to there until the next Clear. The stream is at most 4 GiB long, so a raw composite beyond that
+    // is refused.
+    bool LoadPsd(ByteStream* stream);
+
+    // Frees everything but leaves the header's values and m_bMergedAlpha as they are.
+    void Clear();
+
+    // Makes planes, with undefined samples, for the header's values. False when they cannot be had; there are
+    // none then.
+    bool AllocatePlanes();
+
+    u32 m_nChannels = 0;  // of the composite, 1 to 24
+    u32 m_nHeight = 0;    // rows, 1 to PSD_LONGEST_SIDE
+    u32 m_nWidth = 0;     // columns, 1 to PSD_LONGEST_SIDE
+    u32 m_nDepth = 0;     // bits per sample: 1, 8 or 16
+    u32 m_nMode = 0;      // PSD_BITMAP to PSD_LAB
+
+    // Triplets of red, green and blue; null unless the mode is PSD_INDEXED.
+    std::unique_ptr<u8[]> m_pPalette;
+
+    PsdList<PsdResource> m_Resources;
+    bool m_bMergedAlpha =
+        false;  // the composite's first alpha channel is the transparency of the merged result
+    PsdList<PsdLayer> m_Layers;
+    PsdList<PsdGlobalMask> m_GlobalMasks;
+
+    // A row table for each channel, null until planes are allocated. All samples stand in one block, channel
+    // after channel and row after row. Depths of 1 (0 or 1) and 8 take a byte for each sample; rows of depth
+    // 16 hold words in the machine's own order.
+    u8*** m_pppPlanes = nullptr;
+
+  private:
+    bool ReadHeader(ByteStream& stream);
+    bool ReadColourModeData(ByteStream& stream);
+    bool ReadResources(ByteStream& stream);
+    bool ReadLayersAndMasks(ByteStream& stream);
+    bool ReadLayers(ByteStream& stream);
+    bool ReadLayerRecords(ByteStream& stream, u32 count);
+    bool ReadGlobalMasks(ByteStream& stream);
+    bool ReadComposite(ByteStream& stream);
+    bool ReadRawComposite(ByteStream& stream);
+    bool ReadPackedComposite(ByteStream& stream);
+
+    u64 RowCount() const { return u64{m_nChannels} * m_nHeight; }
+    u64 SampleSize() const { return m_nDepth <= 8 ? 1 : 2; }  // bytes
+    u8* Samples() const { return m_samples.Data(); }
+    void FreePlanes();
+
+    LargeBlock m_planeTable;  // behind m_pppPlanes
+    LargeBlock m_rowPointers;
+    LargeBlock m_samples;
+};

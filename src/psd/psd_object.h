@@ -1,0 +1,72 @@
+// What every object of a Photoshop image has in common: a reference count, and the list that keeps the
+// objects in file order. Whoever makes an object owns its one reference until a list or a field takes it
+// over.
+#pragma once
+
+#include "base/types.h"
+
+#include <cassert>
+#include <memory>
+#include <new>
+#include <vector>
+
+class PsdObject {
+  public:
+    PsdObject() = default;
+    PsdObject(const PsdObject&) = delete;
+    PsdObject& operator=(const PsdObject&) = delete;
+    virtual ~PsdObject() = default;
+
+    void Release() {
+        if (--m_nRefs == 0) delete this;
+    }
+
+  private:
+    u32 m_nRefs = 1;
+};
+
+struct PsdRelease {
+    void operator()(PsdObject* object) const { object->Release(); }
+};
+
+// Holds one reference of a T; null where the object could not be made.
+template <typename T>
+using PsdPtr = std::unique_ptr<T, PsdRelease>;
+
+template <typename T>
+PsdPtr<T> MakePsdObject() {
+    return PsdPtr<T>(new (std::nothrow) T);
+}
+
+// An ordered sequence of elements, each held by one reference.
+template <typename T>
+class PsdList {
+  public:
+    // Takes over the caller's reference. When the list cannot grow the answer is false, and the element is
+    // released.
+    [[nodiscard]] bool Append(PsdPtr<T> element) {
+        try {
+            m_elements.push_back(std::move(element));
+            return true;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    }
+
+    u32 GetCount() const { return static_cast<u32>(m_elements.size()); }
+
+    // The element is borrowed.
+    T* GetAt(u32 index) const {
+        assert(index < m_elements.size());
+        return m_elements[index].get();
+    }
+
+    // The memory that held the elements goes as well.
+    void RemoveAll() { std::vector<PsdPtr<T>>().swap(m_elements); }
+
+    auto begin() const { return m_elements.begin(); }
+    auto end() const { return m_elements.end(); }
+
+  private:
+    std::vector<PsdPtr<T>> m_elements;
+};

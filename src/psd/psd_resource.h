@@ -1,0 +1,72 @@
+// The image resources of a Photoshop document. Each is kept as the bytes it holds; only the names of the
+// alpha channels are understood.
+#pragma once
+
+#include "psd/psd_object.h"
+
+#include <memory>
+
+class ByteStream;
+
+constexpr u32 PSD_RESOURCE_ALPHA_NAMES = 1006;
+
+// The payload of a resource.
+class PsdResourceData : public PsdObject {
+  public:
+    // Fills the payload from the next size bytes. A short read shows in the stream's state only.
+    virtual bool Read(ByteStream& stream, u32 size) = 0;
+
+    // The bytes that the payload takes in a file.
+    virtual u32 GetSize() const = 0;
+
+    // Puts those bytes to the stream; false when it is no longer in a good state.
+    virtual bool Write(ByteStream& stream) const = 0;
+};
+
+class PsdRawResourceData final : public PsdResourceData {
+  public:
+    bool Read(ByteStream& stream, u32 size) override;
+    u32 GetSize() const override { return m_nSize; }
+    bool Write(ByteStream& stream) const override;
+
+    u32 m_nSize = 0;
+    std::unique_ptr<u8[]> m_pBytes;  // null before reading
+};
+
+// Names one after the other, each behind a byte with its length. They stay in one block, in which a zero
+// takes the place of the next name's length byte, so that a million empty names cost no million heap blocks.
+class PsdAlphaNamesData final : public PsdResourceData {
+  public:
+    // The names in file order, each zero-terminated and borrowed.
+    class NameList {
+      public:
+        u32 GetCount() const { return m_nCount; }
+        const char* GetAt(u32 index) const;
+
+      private:
+        friend class PsdAlphaNamesData;
+
+        std::unique_ptr<char[]> m_pBlock;
+        std::unique_ptr<u32[]> m_pOffsets;  // of each name's first character in the block
+        u32 m_nCount = 0;
+    };
+
+    bool Read(ByteStream& stream, u32 size) override;
+    u32 GetSize() const override;
+    bool Write(ByteStream& stream) const override;
+
+    NameList m_Names;
+
+  private:
+    bool Split(u32 size);
+};
+
+class PsdResource : public PsdObject {
+  public:
+    // Reads one block, its padding included. False leaves the resource partly read, to be released.
+    bool ReadResourceBlock(ByteStream& stream);
+
+    u32 m_nId = 0;
+    std::unique_ptr<char[]> m_pszName;  // bytes in no particular encoding; null before reading
+    PsdPtr<PsdResourceData> m_pData;    // null before reading
+};

@@ -1,0 +1,124 @@
+#include "iff/stream_archive.h"
+#include "support/iff_builder.h"
+#include "support/loading.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A root archive over bytes in memory.
+struct Opened {
+    explicit Opened(Bytes bytes) : source(std::move(bytes)) {
+        archive = CountedPtr<IffArchive>::Adopt(new IffStreamArchive);
+        archive->Attach(&source.stream);
+    }
+    ~Opened() { archive->Detach(); }
+
+    MemoryStream source;
+    CountedPtr<IffArchive> archive;
+};
+
+template <typename Value>
+Value Moved(const Bytes& bytes) {
+    Opened file(bytes);
+    Value value{};
+    file.archive->Transfer(value);
+    EXPECT_FALSE(file.archive->HasFailed());
+    EXPECT_EQ(file.archive->GetRemaining(), static_cast<i32>(bytes.size() - sizeof(Value)));
+    return value;
+}
+
+TEST(IffArchive, IntegersAreBigEndianAndIdsAreNot) {
+    EXPECT_EQ(Moved<u8>({0xFE}), 0xFE);
+    EXPECT_EQ(Moved<i8>({0xFE}), -2);
+    EXPECT_EQ(Moved<u16>({0x12, 0x34}), 0x1234);
+    EXPECT_EQ(Moved<i16>({0xFF, 0x80}), -128);
+    EXPECT_EQ(Moved<u32>({'F', 'O', 'R', 'M', 0}), 0x464F524Du);
+    EXPECT_EQ(Moved<i32>({0xFF, 0xFF, 0xFF, 0x7F}), -129);
+    EXPECT_EQ(Moved<u64>({1, 2, 3, 4, 5, 6, 7, 0xF8}), 0x01020304050607F8u);
+    EXPECT_EQ(Moved<i64>({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F}), -129);
+    EXPECT_EQ(Moved<IffId>({'F', 'O', 'R', 'M'}), ID_FORM);
+    EXPECT_EQ(Moved<IffRgb>({1, 2, 3}), (IffRgb{1, 2, 3}));
+}
+
+TEST(IffArchive, AnOverrunReadsNothingAndSticks) {
+    Opened file({1, 2, 3, 4, 5, 6, 7, 8});
+    IffArchive* const child = file.archive->OpenChunk(3);
+    u32 value = 0;
+    child->Transfer(value);
+    EXPECT_TRUE(child->HasFailed());
+    EXPECT_EQ(child->GetRemaining(), -1);
+    EXPECT_EQ(file.source.stream.GetPosition(), 0u);
+    EXPECT_FALSE(file.archive->HasFailed()) << "the parent learns of it when the child is closed";
+    file.archive->CloseChunk(child);
+    EXPECT_TRUE(file.archive->HasFailed());
+    EXPECT_EQ(file.source.stream.GetPosition(), 3u);
+    EXPECT_EQ(file.source.stream.m_nRefs, 2) << "the root's own reference beside the creator's";
+}
+
+TEST(IffArchive, AChunkPartlyReadIsLeftAtItsEnd) {
+    Opened file(Bytes(3000, 1));
+    IffArchive* const child = file.archive->OpenChunk(2000);
+    u16 value = 0;
+    child->Transfer(value);
+    u8 block[100];
+    child->TransferBytes(block, sizeof(block));
+    child->TransferBytes(block, 0);
+    EXPECT_EQ(child->GetRemaining(), 1898);
+    file.archive->CloseChunk(child);
+    EXPECT_EQ(file.source.stream.GetPosition(), 2000u);
+    EXPECT_EQ(file.archive->GetRemaining(), 1000);
+    EXPECT_FALSE(file.archive->HasFailed());
+}
+
+TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
+    Opened file(Bytes(20, 0));
+    file.archive->CloseChunk(file.archive->OpenChunk(21));
+    EXPECT_FALSE(file.archive->HasFailed());
+    u8 value = 0;
+    file.archive->Transfer(value);
+    EXPECT_TRUE(file.archive->HasFailed());
+    EXPECT_EQ(file.archive->GetRemaining(), -2);
+}
+
+TEST(IffArchive, CountsNeverWrapBackIntoTheChunk) {
+    Opened file(Bytes(20, 0));
+    for (int i = 0; i < 3; ++i) {
+        IffArchive* const child = file.archive->OpenChunk(0x80000000);
+        EXPECT_TRUE(child->HasFailed());
+        file.archive->CloseChunk(child);
+    }
+    EXPECT_TRUE(file.archive->HasFailed());
+    EXPECT_LT(file.archive->GetRemaining(), 0);
+}
+
+TEST(IffArchive, DeliversOnlyWhatChunkAndSourceStillHold) {
+    struct Case {
+        u32 chunk;
+        i64 count;
+        bool delivers;
+    };
+    for (const Case c : {Case{10, 10, true}, Case{10, 11, false}, Case{100, 20, true}, Case{100, 21, false},
+                         Case{10, -1, false}, Case{0, 0, true}}) {
+        Opened file(Bytes(20, 0));
+        IffArchive* const child = file.archive->OpenChunk(c.chunk);
+        EXPECT_EQ(child->CanDeliver(c.count), c.delivers) << c.count << " of " << c.chunk;
+        EXPECT_EQ(child->HasFailed(), !c.delivers);
+        file.archive->CloseChunk(child);
+    }
+}
+
+TEST(IffArchive, AttachesToNoStreamInBadState) {
+    MemoryStream source({});
+    u8 byte = 0;
+    source.stream.GetByte(byte);
+    IffStreamArchive archive;
+    archive.Attach(&source.stream);
+    EXPECT_TRUE(archive.HasFailed());
+    EXPECT_EQ(source.stream.m_nRefs, 1);
+    archive.Transfer(byte);
+    archive.TransferBytes(&byte, 1);
+    EXPECT_EQ(archive.GetRemaining(), 0) << "nothing is counted off where nothing is attached";
+}
+
+}  // namespace

@@ -1,0 +1,146 @@
+#include "framework/core/exception.h"
+#include "support/loading.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+Bytes Counted(u32 count) {
+    Bytes bytes(count);
+    for (u32 i = 0; i < count; ++i) bytes[i] = static_cast<u8>(i * 7 + i / 256);
+    return bytes;
+}
+
+u8 Next(ByteStream& stream) {
+    u8 byte = 0xEE;
+    stream.GetByte(byte);
+    return byte;
+}
+
+TEST(ByteStream, DeliversEveryByteOnceAndThenEnds) {
+    const Bytes bytes = Counted(3000);
+    MemoryStream source(bytes);
+    for (u32 i = 0; i < bytes.size(); ++i) {
+        ASSERT_EQ(source.stream.GetPosition(), i);
+        ASSERT_EQ(Next(source.stream), bytes[i]);
+    }
+    EXPECT_EQ(source.file.m_nReads, 3u);
+    EXPECT_EQ(source.stream.GetRemaining(), 0u);
+    EXPECT_TRUE(source.stream.IsGood());
+    EXPECT_EQ(Next(source.stream), 0xEE) << "left as it was";
+    EXPECT_EQ(source.stream.m_nStatus, BS_END | BS_SHORT);
+}
+
+TEST(ByteStream, BytesInOnePieceComeWholeOrNotAtAll) {
+    MemoryStream source(Counted(1030));
+    u8 four[4] = {9, 9, 9, 9};
+    source.stream.SetPosition(1022);
+    source.stream.GetBytes(four, 4);  // across two refills of 1024 bytes
+    EXPECT_EQ(std::memcmp(four, Counted(1030).data() + 1022, 4), 0);
+    source.stream.SetPosition(1027);
+    const u8 before = four[0];
+    source.stream.GetBytes(four, 4);
+    EXPECT_EQ(source.stream.m_nStatus, BS_END) << "three bytes were delivered, so the source is not short";
+    EXPECT_EQ(four[0], before);
+}
+
+TEST(ByteStream, MovesInsideTheBufferTouchNoSource) {
+    MemoryStream source(Counted(5000));
+    for (int i = 0; i < 100; ++i) Next(source.stream);
+    const u64 calls = source.archive.m_nCalls, seeks = source.file.m_nSeeks;
+    source.stream.SetPosition(0);
+    EXPECT_EQ(source.stream.m_nHighWater, 100u);
+    for (u32 i = 0; i < 100; ++i) ASSERT_EQ(Next(source.stream), Counted(100)[i]);
+    source.stream.SetPosition(1024);  // the buffer's end
+    EXPECT_EQ(source.archive.m_nCalls, calls);
+    EXPECT_EQ(source.file.m_nSeeks, seeks);
+    EXPECT_EQ(Next(source.stream), Counted(1025)[1024]);
+
+    source.stream.SetPosition(1023);  // before the buffer held now
+    EXPECT_EQ(Next(source.stream), Counted(1024)[1023]);
+    source.stream.SetPosition(4000);  // behind it
+    EXPECT_EQ(Next(source.stream), Counted(4001)[4000]);
+}
+
+TEST(ByteStream, SyncLeavesTheSourceAtTheLogicalPosition) {
+    MemoryStream source(Counted(3000));
+    for (int i = 0; i < 10; ++i) Next(source.stream);
+    source.stream.SetPosition(4);
+    source.stream.Sync();
+    EXPECT_EQ(source.file.Seek(0, CFile::current), 4u);
+    u8 block[2000];
+    source.stream.ReadBlock(block, sizeof(block));
+    EXPECT_EQ(std::memcmp(block, Counted(3000).data() + 4, sizeof(block)), 0);
+    source.stream.ReadBlock(block, sizeof(block));
+    EXPECT_EQ(source.stream.m_nStatus, BS_SHORT);
+}
+
+TEST(ByteStream, WritesThroughTheBufferAndPastIt) {
+    MemoryFile file;
+    CArchive archive(&file, CArchive::store);
+    ArchiveByteStream stream(&archive, 4);
+    for (u8 i = 0; i < 6; ++i) stream.PutByte(i);
+    stream.SetPosition(4);  // back inside the buffer
+    stream.PutByte(44);
+    stream.Sync();
+    stream.WriteBlock("xy", 2);
+    stream.PutByte(9);
+    stream.Close();
+    EXPECT_EQ(file.m_bytes, (Bytes{0, 1, 2, 3, 44, 'x', 'y', 9}));
+    EXPECT_TRUE(stream.IsGood());
+    stream.WriteBlock("z", 1);
+    EXPECT_EQ(stream.m_nStatus, BS_UNSUPPORTED) << "the archive is gone";
+}
+
+TEST(ByteStream, FaultsOfTheSourceBecomeStatusBits) {
+    struct Case {
+        const char* name;
+        void (*spoil)(MemoryStream&);
+        u32 status;
+    };
+    for (const Case c : {
+             Case{"control", [](MemoryStream&) {}, 0},
+             Case{"reading throws", [](MemoryStream& s) { s.file.m_nThrowAt = 2000; }, BS_ERROR | BS_END},
+             Case{"the file ends early", [](MemoryStream& s) { s.file.m_nEndAt = 1500; }, BS_SHORT | BS_END},
+             Case{"seeking throws", [](MemoryStream& s) { s.file.m_bThrowOnSeek = true; }, BS_UNSUPPORTED},
+             Case{"no length", [](MemoryStream& s) { s.file.m_bThrowOnLength = true; }, BS_UNSUPPORTED},
+             Case{"4 GiB", [](MemoryStream& s) { s.file.m_nClaimedLength = 1ull << 32; }, BS_UNSUPPORTED},
+             Case{"a byte less", [](MemoryStream& s) { s.file.m_nClaimedLength = 0xFFFFFFFF; }, 0},
+         }) {
+        MemoryStream source(Counted(3000));
+        c.spoil(source);
+        for (u32 i = 0; i < 3000; ++i) Next(source.stream);
+        EXPECT_EQ(source.stream.m_nStatus, c.status) << c.name;
+    }
+}
+
+TEST(ByteStream, WhatFlushThrowsPassesThroughAndLeaksNothing) {
+    MemoryStream source(Counted(3000));
+    Next(source.stream);
+    source.archive.m_bThrowOnFlush = true;
+    EXPECT_THROW(source.stream.Sync(), CFileException);
+    source.archive.m_bThrowOnFlush = false;
+    EXPECT_TRUE(source.stream.IsGood());
+}
+
+TEST(ByteStream, WithoutAnArchiveNothingIsSupported) {
+    const auto statusAfter = [](auto operation) {
+        ArchiveByteStream stream(nullptr, 16);
+        operation(stream);
+        return stream.m_nStatus;
+    };
+    u8 byte = 0;
+    EXPECT_EQ(statusAfter([](ByteStream& s) { EXPECT_EQ(s.GetRemaining(), 0u); }), BS_UNSUPPORTED);
+    EXPECT_EQ(statusAfter([&](ByteStream& s) { s.ReadBlock(&byte, 1); }), BS_UNSUPPORTED);
+    EXPECT_EQ(statusAfter([&](ByteStream& s) { s.WriteBlock(&byte, 1); }), BS_UNSUPPORTED);
+    EXPECT_EQ(statusAfter([](ByteStream& s) { s.ReleaseReadBuffer(0); }), BS_UNSUPPORTED);
+    EXPECT_EQ(statusAfter([](ByteStream& s) { s.ReleaseWriteBuffer(0); }), BS_UNSUPPORTED);
+    EXPECT_EQ(statusAfter([](ByteStream& s) {
+                  u32 limit = 7;
+                  EXPECT_EQ(s.AcquireReadBuffer(&limit, 16), nullptr);
+                  EXPECT_EQ(limit, 0u);
+              }),
+              BS_UNSUPPORTED);
+}
+
+}  // namespace

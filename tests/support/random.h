@@ -1,0 +1,23 @@
+// Numbers that look random and are the same in every run.
+#pragma once
+
+#include "base/types.h"
+#include "support/byte_builder.h"
+
+#include <random>
+
+class Random {
+  public:
+    explicit Random(u32 seed) : m_engine(seed) {}
+
+    u32 operator()() { return static_cast<u32>(m_engine()); }
+    u32 Below(u32 limit) { return (*this)() % limit; }
+    Bytes SomeBytes(u64 count) {
+        Bytes bytes(count);
+        for (u8& byte : bytes) byte = static_cast<u8>((*this)());
+        return bytes;
+    }
+
+  private:
+    std::mt19937 m_engine;
+};
