@@ -45,5 +45,5 @@ void CDocument::SetPathName(const std::string& strPathName) {
 
 void CDocument::RemoveView(CView* pView) {
     std::erase(m_views, pView);
-    if (m_views.empty()) delete this;
+    if (m_views.empty() && m_bAutoDelete) delete this;
 }

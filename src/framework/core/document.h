@@ -32,10 +32,12 @@ class CDocument : public CCmdTarget {
     void SetPathName(const std::string& strPathName);
 
     // Views are borrowed; each adds itself when it is made and takes itself out before it goes. Removing the
-    // last one destroys the document.
+    // last one destroys the document, unless its template still makes it.
     void AddView(CView* pView) { m_views.push_back(pView); }
     void RemoveView(CView* pView);
     const std::vector<CView*>& GetViews() const { return m_views; }
+
+    bool m_bAutoDelete = true;
 
   private:
     std::string m_strPathName;

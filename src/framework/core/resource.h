@@ -11,6 +11,8 @@
 // Ids that the framework itself looks up.
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
+constexpr u32 AFX_IDS_USAGE = 61440;    // answer to --help
+constexpr u32 AFX_IDS_VERSION = 61441;  // answer to --version
 
 struct StringResource {
     u32 nId;

@@ -1,0 +1,27 @@
+// The window of one picture. Besides the view it carries the information bar and the bar with the two lists
+// through which the user chooses what the view shows; the view fills and reads them.
+#pragma once
+
+#include "framework/qt/combo_box.h"
+#include "framework/qt/control_bars.h"
+#include "framework/qt/mdi.h"
+
+class CChildFrame : public CMDIChildWnd {
+  public:
+    CStatusBar m_wndInfoBar;
+    CDialogBar m_wndLayerBar;
+    CComboBox m_wndLayerCombo;
+    CComboBox m_wndChannelCombo;
+
+  protected:
+    int OnCreate(const CCreateContext& context) override;
+    const MessageMap& GetMessageMap() const override;
+
+  private:
+    void OnSelChangeLayer();
+    void OnSelChangeChannel();
+    void OnToggleInfoBar();
+    void OnUpdateToggleInfoBar(CCmdUI* pUi);
+    void OnToggleLayerBar();
+    void OnUpdateToggleLayerBar(CCmdUI* pUi);
+};

@@ -1,0 +1,6 @@
+// The main window.
+#pragma once
+
+#include "framework/qt/mdi.h"
+
+class CMainFrame : public CMDIFrameWnd {};

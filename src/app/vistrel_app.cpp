@@ -1,0 +1,45 @@
+#include "app/vistrel_app.h"
+
+#include "app/child_frame.h"
+#include "app/main_frame.h"
+#include "app/resource_ids.h"
+#include "app/resources/resources.h"
+#include "app/vistrel_view.h"
+#include "chunks/register_chunks.h"
+#include "document/vistrel_doc.h"
+#include "iff/read_only_check.h"
+
+namespace {
+
+// Before main, so that no file can be read without them.
+const bool g_registered = [] {
+    CheckIffReadOnly();
+    RegisterChunks();
+    return true;
+}();
+
+constexpr u32 TEMPLATES[] = {IDR_ALL_TYPES, IDR_IFF_TYPE, IDR_TFF_TYPE, IDR_TMG_TYPE, IDR_PSD_TYPE};
+
+}  // namespace
+
+CVistrelApp::CVistrelApp() {
+    AfxSetResources(&g_resources);
+}
+
+bool CVistrelApp::InitInstance() {
+    for (const u32 id : TEMPLATES)
+        AddDocTemplate(std::make_unique<CMultiDocTemplate>(id, RuntimeClassOf<CVistrelDoc>(),
+                                                           RuntimeClassOf<CChildFrame>(),
+                                                           RuntimeClassOf<CVistrelView>()));
+
+    auto mainFrame = std::make_unique<CMainFrame>();
+    if (!mainFrame->LoadFrame(IDR_MAINFRAME)) return false;
+    m_pMainWnd = std::move(mainFrame);
+
+    CCommandLineInfo info;
+    ParseCommandLine(info);
+    if (info.m_nShellCommand != CCommandLineInfo::FileNew && !ProcessShellCommand(info)) return false;
+
+    m_pMainWnd->ShowWindow(true);
+    return true;
+}

@@ -1,0 +1,11 @@
+// The application object.
+#pragma once
+
+#include "framework/qt/win_app.h"
+
+class CVistrelApp : public CWinApp {
+  public:
+    CVistrelApp();
+
+    bool InitInstance() override;
+};

@@ -1,0 +1,121 @@
+#include "app/vistrel_view.h"
+
+#include "app/child_frame.h"
+#include "app/resource_ids.h"
+#include "display/catalogue.h"
+#include "display/frame_fit.h"
+#include "document/vistrel_doc.h"
+#include "framework/qt/dc.h"
+
+#include <cmath>
+
+namespace {
+
+u32 GetSelection(CComboBox& list) {
+    return static_cast<u32>(SendMessageA(&list, CB_GETCURSEL, 0, 0));
+}
+
+void FillList(CComboBox& list, const std::vector<std::string>& names) {
+    SendMessageA(&list, CB_RESETCONTENT, 0, 0);
+    for (const std::string& name : names)
+        SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(name.c_str()));
+    SendMessageA(&list, CB_SETCURSEL, 0, 0);
+}
+
+}  // namespace
+
+const MessageMap& CVistrelView::GetMessageMap() const {
+    static constexpr MessageEntry entries[] = {
+        OnUpdateCommandUi<&CVistrelView::OnUpdateInfoPane>(ID_INDICATOR_INFO),
+    };
+    static const MessageMap map = {&CView::GetMessageMap(), entries};
+    return map;
+}
+
+const CVistrelDoc& CVistrelView::GetDoc() const {
+    return *static_cast<CVistrelDoc*>(GetDocument());
+}
+
+CChildFrame* CVistrelView::GetFrame() const {
+    return static_cast<CChildFrame*>(GetParent());
+}
+
+void CVistrelView::OnInitialUpdate() {
+    CChildFrame* const frame = GetFrame();
+    FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()));
+    BuildChannelList(frame);
+    CView::OnInitialUpdate();
+    if (m_bValid) FitFrameToImage(1.0f);
+}
+
+// A selection whose picture cannot be made shows nothing, rather than the picture of the one before.
+void CVistrelView::LeaveEmpty() {
+    DeleteObject(m_hBitmap);
+    m_hBitmap = nullptr;
+    m_bValid = 0;
+    Invalidate();
+}
+
+void CVistrelView::BuildChannelList(CChildFrame* pFrame) {
+    try {
+        FillList(pFrame->m_wndChannelCombo, ChooseLayer(GetDoc(), GetSelection(pFrame->m_wndLayerCombo)));
+    } catch (...) {
+        LeaveEmpty();
+        throw;
+    }
+}
+
+void CVistrelView::OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) {
+    CChildFrame* const frame = GetFrame();
+    try {
+        BuildBitmap(GetDoc(), GetSelection(frame->m_wndLayerCombo), GetSelection(frame->m_wndChannelCombo));
+    } catch (...) {
+        LeaveEmpty();
+        throw;
+    }
+    CView::OnUpdate(pSender, lHint, pHint);
+}
+
+void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
+    BuildChannelList(pFrame);
+    OnUpdate(nullptr, 0, nullptr);
+    if (!m_bValid) return;
+    // A mip-map level is shown at the size of the whole picture.
+    const bool isLevel = GetDoc().m_nDocType == DOC_IFF;
+    FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(GetSelection(pFrame->m_wndLayerCombo)))
+                            : 1.0f);
+}
+
+void CVistrelView::OnChannelChanged(CChildFrame*) {
+    OnUpdate(nullptr, 0, nullptr);
+}
+
+void CVistrelView::FitFrameToImage(float fScale) {
+    CChildFrame* const frame = GetFrame();
+    if (frame->IsZoomed() || frame->IsIconic()) frame->MDIRestore();
+    CRect place = frame->GetWindowRect();
+    const CRect client = GetClientRect();
+    const int dx = place.Width() - client.Width();
+    const int dy = place.Height() - client.Height();
+    frame->GetParent()->ScreenToClient(&place);
+    const CSize size = FittedClientSize(m_nWidth, m_nHeight, fScale);
+    frame->MoveWindow({place.left, place.top, place.left + size.cx + dx, place.top + size.cy + dy});
+    m_fScale = fScale;
+}
+
+void CVistrelView::OnDraw(CDC* pDC) {
+    if (!m_hBitmap) return;
+    CDC memory;
+    memory.CreateCompatibleDC(pDC);
+    memory.SelectObject(m_hBitmap);
+    const CRect client = GetClientRect();
+    CSize destination = {client.Width(), client.Height()};
+    pDC->DPtoLP(&destination);
+    CSize source = {static_cast<int>(m_nWidth), static_cast<int>(m_nHeight)};
+    memory.DPtoLP(&source);
+    pDC->StretchBlt(0, 0, destination.cx, destination.cy, &memory, 0, 0, source.cx, source.cy, SRCCOPY);
+}
+
+void CVistrelView::OnUpdateInfoPane(CCmdUI* pUi) {
+    pUi->SetText(InfoText());
+}

@@ -1,0 +1,39 @@
+// The view: the window half of the picture on show. It fills the two lists of its frame, has the chosen
+// picture made, stretches it over its client area and fits the frame to it.
+#pragma once
+
+#include "display/display_image.h"
+#include "framework/qt/view.h"
+
+#include <string>
+#include <vector>
+
+class CChildFrame;
+class CVistrelDoc;
+
+class CVistrelView : public CView, public DisplayImage {
+  public:
+    void OnInitialUpdate() override;
+    void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override;
+    void OnDraw(CDC* pDC) override;
+
+    // Refills the Channel list for the selected layer, and makes the picture choice.
+    void BuildChannelList(CChildFrame* pFrame);
+
+    void OnLayerChanged(CChildFrame* pFrame);
+    void OnChannelChanged(CChildFrame* pFrame);
+
+    // Resizes the frame so that the client area takes the picture's size times the scale. The frame keeps its
+    // place; one that is maximised or minimised is restored first.
+    void FitFrameToImage(float fScale);
+
+  protected:
+    const MessageMap& GetMessageMap() const override;
+
+  private:
+    void OnUpdateInfoPane(CCmdUI* pUi);
+
+    const CVistrelDoc& GetDoc() const;
+    CChildFrame* GetFrame() const;
+    void LeaveEmpty();
+};

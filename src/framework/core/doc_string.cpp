@@ -1,0 +1,30 @@
+#include "framework/core/doc_string.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace {
+
+// Extensions are plain letters; the locale has no say in their case.
+char Lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+}  // namespace
+
+std::string GetDocString(const std::string& strDocString, DocStringField field) {
+    std::size_t start = 0;
+    for (int i = 0; i < static_cast<int>(field); ++i) {
+        start = strDocString.find('\n', start);
+        if (start == std::string::npos) return {};
+        ++start;
+    }
+    return strDocString.substr(start, strDocString.find('\n', start) - start);
+}
+
+bool MatchesFilterExt(const std::string& strFilterExt, const std::string& strPathName) {
+    const std::string name = strPathName.substr(strPathName.rfind('/') + 1);
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string::npos) return false;
+    return std::ranges::equal(name.substr(dot), strFilterExt, {}, Lower, Lower);
+}

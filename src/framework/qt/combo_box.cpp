@@ -1,0 +1,84 @@
+#include "framework/qt/combo_box.h"
+
+#include "framework/core/guarded_call.h"
+#include "framework/qt/control_bars.h"
+#include "framework/qt/convert.h"
+#include "framework/qt/frame_wnd.h"
+
+#include <QComboBox>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+#include <cstring>
+
+namespace {
+
+class ListWidget final : public QComboBox {
+  public:
+    explicit ListWidget(QWidget* pParent) : QComboBox(pParent) {
+        setFocusPolicy(Qt::StrongFocus);
+        // Entries of any length neither widen the list nor the window around it.
+        setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        setMinimumContentsLength(1);
+    }
+
+  protected:
+    // The wheel scrolls what lies under the pointer; only a list with the focus takes it as a choice.
+    void wheelEvent(QWheelEvent* pEvent) override {
+        if (hasFocus())
+            QComboBox::wheelEvent(pEvent);
+        else
+            pEvent->ignore();
+    }
+};
+
+i64 CopyText(const QByteArray& text, i64 lParam) {
+    std::memcpy(reinterpret_cast<char*>(lParam), text.constData(), static_cast<std::size_t>(text.size()) + 1);
+    return text.size();
+}
+
+}  // namespace
+
+QComboBox* AfxCreateComboBox(QWidget* pParent, CFrameWnd& frame, u32 nID) {
+    auto* const list = new ListWidget(pParent);
+    QObject::connect(list, &QComboBox::currentIndexChanged,
+                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); }); });
+    return list;
+}
+
+bool CComboBox::SubclassDlgItem(u32 nID, CDialogBar* pBar) {
+    QWidget* const list = pBar->GetDlgItem(nID);
+    if (!list) return false;
+    Attach(list, pBar);
+    return true;
+}
+
+i64 CComboBox::WindowProc(u32 nMessage, u64 wParam, i64 lParam) {
+    auto* const list = static_cast<QComboBox*>(GetWidget());
+    if (nMessage == WM_KEYDOWN) return CWnd::WindowProc(nMessage, wParam, lParam);
+    // Only a choice of the user's is a notification.
+    const QSignalBlocker blocker(list);
+    const int position = static_cast<int>(wParam);
+    switch (nMessage) {
+        case CB_RESETCONTENT:
+            list->clear();
+            return 0;
+        case CB_ADDSTRING:
+            list->addItem(ToDisplayText(reinterpret_cast<const char*>(lParam)));
+            return list->count() - 1;
+        case CB_SETCURSEL:
+            list->setCurrentIndex(position);
+            list->update();
+            return list->currentIndex();
+        case CB_GETCURSEL:
+            return list->currentIndex();
+        case CB_GETCOUNT:
+            return list->count();
+        case CB_GETLBTEXTLEN:
+            return list->itemText(position).toUtf8().size();
+        case CB_GETLBTEXT:
+            return CopyText(list->itemText(position).toUtf8(), lParam);
+        default:
+            return CWnd::WindowProc(nMessage, wParam, lParam);
+    }
+}

@@ -1,0 +1,62 @@
+// Bars of a frame: they live and die with it.
+#pragma once
+
+#include "framework/qt/wnd.h"
+
+#include <span>
+
+class CFrameWnd;
+class QLabel;
+
+constexpr u32 CBRS_ALIGN_TOP = 0x2000;
+constexpr u32 CBRS_ALIGN_BOTTOM = 0x8000;
+
+class CControlBar : public CWnd {
+  public:
+    // Asks the frame for the state of everything on the bar that shows one.
+    virtual void OnUpdateCmdUI(CFrameWnd& frame);
+};
+
+constexpr u32 ID_SEPARATOR = 0;
+constexpr u32 SBPS_NOBORDERS = 0x100;
+constexpr u32 SBPS_STRETCH = 0x8000000;
+
+class CStatusBar : public CControlBar {
+  public:
+    // At the frame's bottom edge, without panes.
+    bool Create(CFrameWnd* pFrame, u32 nID);
+
+    // One pane for each id. A separator that comes first stretches over the bar, without borders.
+    bool SetIndicators(std::span<const u32> ids);
+
+    void GetPaneInfo(int nIndex, u32& nID, u32& nStyle, int& cxWidth) const;
+    void SetPaneInfo(int nIndex, u32 nID, u32 nStyle, int cxWidth);
+    std::string GetPaneText(int nIndex) const;  // UTF-8
+
+    void OnUpdateCmdUI(CFrameWnd& frame) override;
+
+  private:
+    struct Pane {
+        u32 nID;
+        u32 nStyle;
+        int cxWidth;     // pixels, at least; 0 where the pane stretches
+        QLabel* pLabel;  // the bar widget's
+    };
+
+    void ApplyWidth(const Pane& pane);
+
+    std::vector<Pane> m_panes;
+};
+
+// A bar that holds the controls of a dialog template. It can be docked, where it shows no caption, or float.
+class CDialogBar : public CControlBar {
+  public:
+    // Docked at the frame's top edge. False when there is no such template.
+    bool Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID);
+
+    // nDockStyle: the edges of the frame at which the user may dock it, CBRS_ALIGN_ bits.
+    void EnableDocking(u32 nDockStyle);
+
+    // Null when the template has no control of this id.
+    QWidget* GetDlgItem(u32 nID) const;
+};

@@ -1,0 +1,36 @@
+#include "framework/qt/doc_template.h"
+
+#include "framework/core/document.h"
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/mdi.h"
+#include "framework/qt/view.h"
+
+#include <memory>
+
+bool CMultiDocTemplate::MatchDocType(const std::string& strPathName) const {
+    return MatchesFilterExt(GetDocString(AfxLoadString(m_nIDResource), DocStringField::FilterExt),
+                            strPathName);
+}
+
+CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
+    CDocument* opened = nullptr;
+    AfxGuardedCall([&] {
+        // Until all is done the document belongs here, and goes behind the frame.
+        std::unique_ptr<CDocument> document(static_cast<CDocument*>(m_docClass.pfnCreateObject()));
+        document->m_bAutoDelete = false;
+        if (!document->OnOpenDocument(strPathName)) return;
+        document->SetPathName(strPathName);
+
+        std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
+        if (!frame->Create(mainFrame, {&m_viewClass, document.get()})) return;
+        frame->SetWindowText(document->GetTitle());
+        frame->GetActiveView()->OnInitialUpdate();
+        CMDIChildWnd* const child = frame.get();
+        mainFrame.AddChild(std::move(frame));
+        document->m_bAutoDelete = true;
+        opened = document.release();
+        child->ActivateFrame();
+    });
+    return opened;
+}

@@ -1,0 +1,49 @@
+// A window that frames a view and carries bars.
+#pragma once
+
+#include "framework/core/runtime_class.h"
+#include "framework/qt/wnd.h"
+
+#include <memory>
+
+class CControlBar;
+class CDocument;
+class CView;
+class QMainWindow;
+
+// What a frame is made for; both null for one that frames no view of its own.
+struct CCreateContext {
+    const CRuntimeClass* pNewViewClass = nullptr;
+    CDocument* pCurrentDoc = nullptr;
+};
+
+class CFrameWnd : public CWnd {
+  public:
+    CFrameWnd();
+    ~CFrameWnd() override;
+
+    CView* GetActiveView() const { return m_pView.get(); }
+
+    void ShowControlBar(CControlBar* pBar, bool bShow);
+
+    // Bars are borrowed; they are the frame's own members.
+    void AddControlBar(CControlBar& bar) { m_bars.push_back(&bar); }
+
+    // Brings what the bars show up to date.
+    void UpdateControlBars();
+
+    // The widget that the bars and the view are arranged in.
+    virtual QMainWindow* GetBarHost() const = 0;
+
+    // The view comes first, and behind it its document; then the frame itself.
+    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
+    bool HasHandler(u32 nID, u32 nCode) const override;
+
+  protected:
+    // Makes what stands inside the frame; -1 when the frame cannot be.
+    virtual int OnCreate(const CCreateContext& context);
+
+  private:
+    std::unique_ptr<CView> m_pView;
+    std::vector<CControlBar*> m_bars;
+};

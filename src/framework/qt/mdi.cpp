@@ -1,0 +1,235 @@
+#include "framework/qt/mdi.h"
+
+#include "framework/core/document.h"
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/convert.h"
+#include "framework/qt/view.h"
+#include "framework/qt/win_app.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLayout>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QScreen>
+
+#include <algorithm>
+
+// Child windows
+
+namespace {
+
+class SubWindow final : public QMdiSubWindow {
+  public:
+    explicit SubWindow(CMDIChildWnd& frame) : m_frame(frame) {}
+
+    // A picture can be smaller than any caption.
+    QSize minimumSizeHint() const override { return {1, 1}; }
+
+  protected:
+    void closeEvent(QCloseEvent* pEvent) override {
+        QMdiSubWindow::closeEvent(pEvent);
+        if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
+    }
+
+  private:
+    CMDIChildWnd& m_frame;
+};
+
+// A window that does not show yet is told of its new size only once it does.
+void LayOut(QWidget& widget) {
+    if (!widget.isVisible()) widget.layout()->invalidate();
+    widget.layout()->activate();
+}
+
+// The main window's layout moves a view without any area out of sight and leaves it its old size.
+bool IsLaidOut(const QRect& view) {
+    return view.right() >= 0 && view.bottom() >= 0;
+}
+
+constexpr QSize PROBE(256, 256);
+
+// Of a frame that no picture gives a size.
+constexpr QSize UNFITTED(400, 300);
+
+}  // namespace
+
+bool CMDIChildWnd::Create(CMDIFrameWnd& mainFrame, const CCreateContext& context) {
+    m_pMainFrame = &mainFrame;
+    auto* const window = new SubWindow(*this);
+    Attach(window, mainFrame.GetMDIClient());
+    m_pBarHost = new QMainWindow;
+    m_pBarHost->setAnimated(false);
+    m_pBarHost->setWindowFlags(Qt::Widget);
+    window->setWidget(m_pBarHost);
+    window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
+    window->resize(UNFITTED);
+    return OnCreate(context) != -1;
+}
+
+void CMDIChildWnd::ActivateFrame() {
+    GetSubWindow()->show();
+    m_pMainFrame->GetMDIClient()->GetArea()->setActiveSubWindow(GetSubWindow());
+}
+
+bool CMDIChildWnd::IsZoomed() const {
+    return GetSubWindow()->isMaximized();
+}
+
+bool CMDIChildWnd::IsIconic() const {
+    return GetSubWindow()->isMinimized();
+}
+
+void CMDIChildWnd::MDIRestore() {
+    GetSubWindow()->showNormal();
+}
+
+CSize CMDIChildWnd::GetViewSize() {
+    QWidget* const window = GetWidget();
+    const auto layOut = [&] {
+        LayOut(*window);
+        LayOut(*m_pBarHost);
+        return GetActiveView()->GetWidget()->geometry();
+    };
+    QRect view = layOut();
+    if (IsLaidOut(view)) return {view.width(), view.height()};
+
+    // Seen at a size that shows it, the view tells how much of it is left at this one.
+    const QSize size = window->size();
+    window->resize(size + PROBE);
+    view = layOut();
+    window->resize(size);
+    layOut();
+    return {view.width() - PROBE.width(), view.height() - PROBE.height()};
+}
+
+QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {
+    return static_cast<QMdiSubWindow*>(GetWidget());
+}
+
+QMainWindow* CMDIChildWnd::GetBarHost() const {
+    return m_pBarHost;
+}
+
+bool CMDIChildWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || m_pMainFrame->RouteBehindChild(nID, nCode, pUi);
+}
+
+bool CMDIChildWnd::HasHandler(u32 nID, u32 nCode) const {
+    return CFrameWnd::HasHandler(nID, nCode) || m_pMainFrame->HasHandlerBehindChild(nID, nCode);
+}
+
+// Main window
+
+namespace {
+
+class MainWindow final : public QMainWindow {
+  public:
+    explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) { setAnimated(false); }
+
+  protected:
+    void closeEvent(QCloseEvent*) override {
+        AfxGuardedCall([&] { m_frame.DestroyChildren(); });
+        QCoreApplication::exit(0);
+    }
+
+  private:
+    CMDIFrameWnd& m_frame;
+};
+
+}  // namespace
+
+void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
+    auto* const area = new QMdiArea;
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    frame.GetBarHost()->setCentralWidget(area);
+    Attach(area, &frame);
+}
+
+QMdiArea* CMDIClientWnd::GetArea() const {
+    return static_cast<QMdiArea*>(GetWidget());
+}
+
+QWidget* CMDIClientWnd::GetClientWidget() const {
+    return GetArea()->viewport();
+}
+
+CMDIFrameWnd::~CMDIFrameWnd() {
+    m_children.clear();
+}
+
+bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
+    auto* const window = new MainWindow(*this);
+    Attach(window, nullptr);
+    m_strTitle = AfxLoadString(nIDResource);
+    SetWindowText(m_strTitle);
+    const QSize screen = window->screen()->availableGeometry().size();
+    window->resize(screen.width() * 3 / 4, screen.height() * 3 / 4);
+    return OnCreate({}) != -1;
+}
+
+int CMDIFrameWnd::OnCreate(const CCreateContext&) {
+    m_wndMDIClient.Create(*this);
+    return 0;
+}
+
+CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
+    const QWidget* const window = m_wndMDIClient.GetArea()->currentSubWindow();
+    const auto found =
+        std::ranges::find_if(m_children, [&](const auto& child) { return child->GetWidget() == window; });
+    return window && found != m_children.end() ? found->get() : nullptr;
+}
+
+void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
+    const QPointer<QWidget> window = pChild->GetWidget();
+    QMetaObject::invokeMethod(
+        m_wndMDIClient.GetArea(),
+        [this, pChild, window] {
+            if (window) std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+        },
+        Qt::QueuedConnection);
+}
+
+void CMDIFrameWnd::OnIdle() {
+    UpdateFrameTitle();
+    UpdateControlBars();
+    for (const auto& child : m_children) child->UpdateControlBars();
+}
+
+// A child that fills the area has no caption of its own; the toolkit would append its name to any title.
+void CMDIFrameWnd::UpdateFrameTitle() {
+    QString title = ToDisplayText(m_strTitle);
+    if (const CMDIChildWnd* const child = MDIGetActive()) {
+        const QString name = child->GetSubWindow()->windowTitle();
+        title += child->IsZoomed() ? QStringLiteral(" - [%1]").arg(name) : QStringLiteral(" - %1").arg(name);
+    }
+    if (GetWidget()->windowTitle() != title) GetWidget()->setWindowTitle(title);
+}
+
+QMainWindow* CMDIFrameWnd::GetBarHost() const {
+    return static_cast<QMainWindow*>(GetWidget());
+}
+
+bool CMDIFrameWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+    CMDIChildWnd* const child = MDIGetActive();
+    return child ? child->OnCmdMsg(nID, nCode, pUi) : RouteBehindChild(nID, nCode, pUi);
+}
+
+bool CMDIFrameWnd::HasHandler(u32 nID, u32 nCode) const {
+    const CMDIChildWnd* const child = MDIGetActive();
+    return child ? child->HasHandler(nID, nCode) : HasHandlerBehindChild(nID, nCode);
+}
+
+bool CMDIFrameWnd::RouteBehindChild(u32 nID, u32 nCode, CCmdUI* pUi) {
+    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || AfxGetApp()->OnCmdMsg(nID, nCode, pUi);
+}
+
+bool CMDIFrameWnd::HasHandlerBehindChild(u32 nID, u32 nCode) const {
+    return CFrameWnd::HasHandler(nID, nCode) || AfxGetApp()->HasHandler(nID, nCode);
+}

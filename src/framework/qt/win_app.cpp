@@ -1,0 +1,191 @@
+#include "framework/qt/win_app.h"
+
+#include "framework/core/answers.h"
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/convert.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QMessageBox>
+
+#include <cassert>
+#include <cstdio>
+#include <cstdlib>
+
+// Toolkit
+
+namespace {
+
+CWinApp* g_pApp = nullptr;
+
+class ToolkitApplication final : public QApplication {
+  public:
+    using QApplication::QApplication;
+
+    // Every entry into the program has its own border; this one is for those of the toolkit itself.
+    bool notify(QObject* pReceiver, QEvent* pEvent) override {
+        bool handled = false;
+        try {
+            handled = QApplication::notify(pReceiver, pEvent);
+        } catch (...) {
+            AfxReportLater(std::current_exception());
+        }
+        return handled;
+    }
+};
+
+class BoxAnswers final : public Answers {
+  public:
+    int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
+        QMessageBox box(nStyle & MB_ICONEXCLAMATION ? QMessageBox::Warning : QMessageBox::NoIcon,
+                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, QApplication::activeWindow());
+        box.setTextFormat(Qt::PlainText);
+        box.setText(ToDisplayText(strText));
+        if (nStyle & MB_SETFOREGROUND) box.raise();
+        return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
+    }
+};
+
+std::unique_ptr<ToolkitApplication> g_pToolkit;
+BoxAnswers g_answers;
+const char* g_pszProgram = "";  // as it was called
+
+bool IsSet(const char* pszVariable) {
+    const char* const value = std::getenv(pszVariable);
+    return value && *value;
+}
+
+int SayNoDisplay() {
+    std::fprintf(stderr, "%s: there is no display to show windows on\n", g_pszProgram);
+    return EXIT_FAILURE;
+}
+
+// While the toolkit starts, what it has to say is how it looks for a display; without one it would abort.
+void OnStartMessage(QtMsgType type, const QMessageLogContext&, const QString&) {
+    if (type == QtFatalMsg) std::_Exit(SayNoDisplay());
+}
+
+}  // namespace
+
+CWinApp* AfxGetApp() {
+    return g_pApp;
+}
+
+void AfxReportLater(std::exception_ptr pException) {
+    QMetaObject::invokeMethod(
+        g_pToolkit.get(), [pException] { AfxGuardedCall([&] { std::rethrow_exception(pException); }); },
+        Qt::QueuedConnection);
+}
+
+std::optional<int> AfxWinInit(int argc, char** argv) {
+    g_pszProgram = argv[0];
+    g_pApp->m_nArgc = argc;
+    g_pApp->m_pArgv = argv;
+    CCommandLineInfo info;
+    g_pApp->ParseCommandLine(info);
+    switch (info.m_nShellCommand) {
+        case CCommandLineInfo::ShowHelp:
+            std::printf("%s\n", AfxLoadString(AFX_IDS_USAGE).c_str());
+            return EXIT_SUCCESS;
+        case CCommandLineInfo::ShowVersion:
+            std::printf("%s\n", AfxLoadString(AFX_IDS_VERSION).c_str());
+            return EXIT_SUCCESS;
+        case CCommandLineInfo::BadSwitch:
+            std::fprintf(stderr, "%s: unknown switch %s; --help lists those there are\n", g_pszProgram,
+                         info.m_strBadSwitch.c_str());
+            return 2;
+        default:
+            break;
+    }
+    if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM")) return SayNoDisplay();
+
+    // The words of the command line are this program's; the toolkit gets none of them.
+    static int toolkitArgc = 1;
+    const QtMessageHandler before = qInstallMessageHandler(OnStartMessage);
+    g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv);
+    qInstallMessageHandler(before);
+    QApplication::setQuitOnLastWindowClosed(false);
+    InstallAnswers(&g_answers);
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                     g_pToolkit.get(), [] { g_pApp->OnIdle(); });
+    return std::nullopt;
+}
+
+void AfxWinTerm() {
+    g_pApp->ExitInstance();
+    InstallAnswers(nullptr);
+    g_pToolkit.reset();
+}
+
+int AfxWinMain(int argc, char** argv) {
+    if (const std::optional<int> status = AfxWinInit(argc, argv)) return *status;
+    bool started = false;
+    AfxGuardedCall([&] { started = g_pApp->InitInstance(); });
+    const int status = started ? g_pApp->Run() : EXIT_FAILURE;
+    AfxWinTerm();
+    return status;
+}
+
+// Application
+
+CWinApp::CWinApp() {
+    assert(!g_pApp);
+    g_pApp = this;
+}
+
+CWinApp::~CWinApp() {
+    g_pApp = nullptr;
+}
+
+bool CWinApp::InitInstance() {
+    return true;
+}
+
+int CWinApp::Run() {
+    return QApplication::exec();
+}
+
+void CWinApp::ExitInstance() {
+    m_pMainWnd.reset();
+    m_templates.clear();
+}
+
+void CWinApp::AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate) {
+    m_templates.push_back(std::move(pTemplate));
+}
+
+void CWinApp::ParseCommandLine(CCommandLineInfo& info) const {
+    info.ParseCommandLine(m_nArgc, m_pArgv);
+}
+
+bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
+    bool opened = false;
+    for (const std::string& path : info.m_strFileNames) opened |= OpenDocumentFile(path) != nullptr;
+    return opened;
+}
+
+CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
+    CMultiDocTemplate* chosen = m_templates.front().get();
+    for (const auto& candidate : m_templates)
+        if (candidate->MatchDocType(strPathName)) chosen = candidate.get();
+    return chosen->OpenDocumentFile(*m_pMainWnd, strPathName);
+}
+
+void CWinApp::OnIdle() {
+    if (!m_pMainWnd || m_bInIdle) return;
+    m_bInIdle = true;
+    try {
+        m_pMainWnd->OnIdle();
+        m_bIdleFailed = false;
+    } catch (...) {
+        if (!m_bIdleFailed) AfxReportLater(std::current_exception());
+        m_bIdleFailed = true;
+    }
+    m_bInIdle = false;
+}
+
+void CWinApp::PumpMessages() {
+    QApplication::processEvents();
+    OnIdle();
+}

@@ -1,0 +1,352 @@
+// The windows as the program opens them, without a screen: through selections, commands and what they show.
+
+#include "app/child_frame.h"
+#include "app/resource_ids.h"
+#include "app/vistrel_app.h"
+#include "app/vistrel_view.h"
+#include "document/vistrel_doc.h"
+#include "framework/core/answers.h"
+#include "framework/core/exception.h"
+#include "support/iff_builder.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <new>
+
+namespace {
+
+CVistrelApp theApp;
+
+// Notes what the user would have been told.
+class RecordedAnswers final : public Answers {
+  public:
+    RecordedAnswers() : m_pBefore(InstallAnswers(this)) {}
+    ~RecordedAnswers() override { InstallAnswers(m_pBefore); }
+
+    int Message(const std::string& strText, const std::string&, u32) override {
+        m_texts.push_back(strText);
+        return IDOK;
+    }
+
+    std::vector<std::string> m_texts;
+
+  private:
+    Answers* m_pBefore;
+};
+
+// Lets the program run until the condition holds. The deadline only ends a test that would never end.
+bool WaitFor(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        theApp.PumpMessages();
+    }
+    return true;
+}
+
+// Value of a pixel of Picture; no two neighbours are the same.
+u32 ValueAt(u32 x, u32 y) {
+    return (x * 7 + y * 11) % 32;
+}
+
+// 32 shades of grey.
+Bytes Picture(u32 width, u32 height) {
+    std::vector<u32> values;
+    for (u32 y = 0; y < height; ++y)
+        for (u32 x = 0; x < width; ++x) values.push_back(ValueAt(x, y));
+    return Form("ILBM", {Bmhd({.width = width, .height = height, .planes = 5}), GreyCmap(32, 8),
+                         Chunk("BODY", PlanesOf(values, width, 5))});
+}
+
+u32 ShownColour(u32 x, u32 y) {
+    const u32 shade = ValueAt(x, y) * 8;
+    return 0xFF000000 | shade << 16 | shade << 8 | shade;
+}
+
+class WindowTest : public testing::Test {
+  protected:
+    WindowTest() {
+        m_folder = std::filesystem::temp_directory_path() / "vistrel-window-test-XXXXXX";
+        std::string name = m_folder;
+        m_folder = mkdtemp(name.data());
+        theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700});
+    }
+
+    ~WindowTest() override {
+        theApp.m_pMainWnd->DestroyChildren();
+        std::filesystem::remove_all(m_folder);
+    }
+
+    CDocument* OpenFile(const Bytes& bytes, const std::string& strName = "picture.iff") {
+        return theApp.OpenDocumentFile(Write(bytes, strName));
+    }
+
+    std::string Write(const Bytes& bytes, const std::string& strName) const {
+        const std::filesystem::path path = m_folder / strName;
+        std::ofstream(path, std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return path;
+    }
+
+    CChildFrame& Frame() { return static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().back()); }
+    CVistrelView& View() { return static_cast<CVistrelView&>(*Frame().GetActiveView()); }
+
+    CSize ClientSize() {
+        const CRect client = View().GetClientRect();
+        return {client.Width(), client.Height()};
+    }
+
+    RecordedAnswers m_answers;
+    std::filesystem::path m_folder;
+};
+
+std::vector<std::string> Entries(CComboBox& list) {
+    std::vector<std::string> entries;
+    for (i64 i = 0; i < SendMessageA(&list, CB_GETCOUNT, 0, 0); ++i) {
+        std::string text(static_cast<std::size_t>(SendMessageA(&list, CB_GETLBTEXTLEN, i, 0)), '\0');
+        SendMessageA(&list, CB_GETLBTEXT, i, reinterpret_cast<i64>(text.data()));
+        entries.push_back(text);
+    }
+    return entries;
+}
+
+}  // namespace
+
+void PrintTo(const CSize& size, std::ostream* pOut) {
+    *pOut << size.cx << " x " << size.cy;
+}
+
+TEST_F(WindowTest, APictureOpensWithItsListsItsPaneAndItsTitle) {
+    ASSERT_TRUE(OpenFile(Picture(320, 200)));
+    EXPECT_EQ(Entries(Frame().m_wndLayerCombo), std::vector<std::string>({"Image"}));
+    EXPECT_EQ(Entries(Frame().m_wndChannelCombo), std::vector<std::string>({"Composite"}));
+    EXPECT_EQ(SendMessageA(&Frame().m_wndLayerCombo, CB_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(SendMessageA(&Frame().m_wndChannelCombo, CB_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(ClientSize(), (CSize{320, 200}));
+    EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "320x200x32"; }));
+    EXPECT_TRUE(WaitFor([&] {
+        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff";
+    }));
+    EXPECT_TRUE(m_answers.m_texts.empty());
+}
+
+// Each size follows another one, down to none at all and up beyond every screen.
+TEST_F(WindowTest, TheClientAreaTakesExactlyThePicturesSizeTimesTheScale) {
+    struct Fit {
+        u32 nWidth;
+        u32 nHeight;
+        float fScale;
+        CSize size;
+    };
+    ASSERT_TRUE(OpenFile(Picture(100, 50)));
+    for (const Fit& fit :
+         {Fit{100, 50, 1.0f, {100, 50}}, Fit{100, 50, 0.03125f, {3, 1}}, Fit{100, 50, 1.0f, {100, 50}},
+          Fit{100, 50, 32.0f, {3200, 1600}}, Fit{33, 2, 1.5f, {49, 3}}, Fit{20, 10, 0.03125f, {0, 0}},
+          Fit{40, 10, 0.03125f, {1, 0}}, Fit{100, 50, 1.0f, {100, 50}}, Fit{4096, 30, 32.0f, {131072, 960}},
+          Fit{7, 5, 1.0f, {7, 5}}}) {
+        View().m_nWidth = fit.nWidth;
+        View().m_nHeight = fit.nHeight;
+        View().FitFrameToImage(fit.fScale);
+        EXPECT_EQ(ClientSize(), fit.size) << fit.nWidth << " x " << fit.nHeight << " at " << fit.fScale;
+        EXPECT_EQ(View().m_fScale, fit.fScale);
+        theApp.PumpMessages();
+        EXPECT_EQ(ClientSize(), fit.size) << "after " << fit.fScale << " had been shown";
+    }
+}
+
+TEST_F(WindowTest, AFitLeavesTheFrameWhereItStandsAndCountsTheBarsThatShow) {
+    ASSERT_TRUE(OpenFile(Picture(100, 50)));
+    const CRect before = Frame().GetWindowRect();
+    View().FitFrameToImage(2.0f);
+    const CRect after = Frame().GetWindowRect();
+    EXPECT_EQ(after.left, before.left);
+    EXPECT_EQ(after.top, before.top);
+
+    Frame().OnCmdMsg(ID_TOGGLE_INFO_BAR, CN_COMMAND, nullptr);
+    Frame().OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
+    EXPECT_FALSE(Frame().m_wndInfoBar.IsWindowVisible());
+    EXPECT_FALSE(Frame().m_wndLayerBar.IsWindowVisible());
+    EXPECT_EQ(Frame().GetWindowRect(), after);
+    EXPECT_GT(ClientSize().cy, 100);
+    View().FitFrameToImage(1.0f);
+    EXPECT_EQ(ClientSize(), (CSize{100, 50}));
+
+    Frame().OnCmdMsg(ID_TOGGLE_INFO_BAR, CN_COMMAND, nullptr);
+    Frame().OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
+    EXPECT_TRUE(Frame().m_wndInfoBar.IsWindowVisible());
+    EXPECT_TRUE(Frame().m_wndLayerBar.IsWindowVisible());
+    View().FitFrameToImage(1.0f);
+    EXPECT_EQ(ClientSize(), (CSize{100, 50}));
+}
+
+TEST_F(WindowTest, PixelsStretchOverTheClientAreaAtEveryPlaceOfIt) {
+    constexpr u32 WIDTH = 4096;
+    constexpr u32 HEIGHT = 3;
+    ASSERT_TRUE(OpenFile(Picture(WIDTH, HEIGHT)));
+    for (const u32 scale : {1u, 2u, 32u}) {
+        View().FitFrameToImage(static_cast<float>(scale));
+        const int width = static_cast<int>(WIDTH * scale);
+        const int height = static_cast<int>(HEIGHT * scale);
+        for (const int left : {0, 1, 33, 32760, 65530, width - 40}) {
+            if (left + 40 > width) continue;
+            const CRect part = {left, 1, left + 40, height};
+            const std::vector<u32> pixels = View().CapturePixels(part);
+            ASSERT_EQ(pixels.size(), static_cast<std::size_t>(part.Width() * part.Height()));
+            u32 wrong = 0;
+            for (int y = 0; y < part.Height(); ++y)
+                for (int x = 0; x < part.Width(); ++x) {
+                    const u32 sourceX = static_cast<u32>(part.left + x) / scale;
+                    const u32 sourceY = static_cast<u32>(part.top + y) / scale;
+                    wrong += pixels[static_cast<std::size_t>(y * part.Width() + x)] !=
+                             ShownColour(sourceX, sourceY);
+                }
+            EXPECT_EQ(wrong, 0u) << "at scale " << scale << " from column " << left;
+        }
+    }
+}
+
+// What the main window shows of a view that is moved far to the left.
+TEST_F(WindowTest, AWideViewShowsTheRightPixelsWhereverItIsScrolledTo) {
+    ASSERT_TRUE(OpenFile(Picture(4096, 3)));
+    View().FitFrameToImage(32.0f);
+    CMDIClientWnd& area = *theApp.m_pMainWnd->GetMDIClient();
+    for (const int left : {-100, -40000, -130000}) {
+        CRect place = Frame().GetWindowRect();
+        area.ScreenToClient(&place);
+        Frame().MoveWindow({left, 0, left + place.Width(), place.Height()});
+        // The view's corner in the area.
+        CRect corner = {};
+        View().ScreenToClient(&corner);
+        CRect origin = {};
+        area.ScreenToClient(&origin);
+        const int x = origin.left - corner.left;
+        const int y = origin.top - corner.top;
+        const std::vector<u32> pixels = area.CapturePixels({200, y, 264, y + 1});
+        for (int i = 0; i < 64; ++i)
+            ASSERT_EQ(pixels[static_cast<std::size_t>(i)], ShownColour(static_cast<u32>(200 + i - x) / 32, 0))
+                << "frame at " << left << ", column " << i;
+    }
+}
+
+TEST_F(WindowTest, ARefusedDocumentIsNamedAndLeavesNoWindow) {
+    EXPECT_FALSE(OpenFile(ByteBuilder().Text("no picture"), "a<b>.iff"));
+    ASSERT_EQ(m_answers.m_texts.size(), 1u);
+    EXPECT_NE(m_answers.m_texts[0].find("a<b>.iff"), std::string::npos);
+    EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty());
+    EXPECT_TRUE(OpenFile(Picture(8, 8)));
+    EXPECT_EQ(m_answers.m_texts.size(), 1u);
+}
+
+TEST_F(WindowTest, APictureThatCannotBeMadeShowsAnEmptyView) {
+    ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8, .planes = 1})})));
+    EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "<invalid bitmap>"; }));
+    EXPECT_GT(ClientSize().cx, 0);
+    EXPECT_EQ(View().CapturePixels({0, 0, 1, 1})[0], 0xFFFFFFFFu);
+}
+
+namespace {
+
+// What a test lets the next picture, or the next drawing, end with.
+std::function<void()> g_trouble;
+
+class TroubledView : public CVistrelView {
+  public:
+    void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override {
+        CVistrelView::OnUpdate(pSender, lHint, pHint);
+        if (g_trouble) g_trouble();
+    }
+    void OnDraw(CDC* pDC) override {
+        if (m_bDrawTrouble) throw CException("The drawing failed");
+        CVistrelView::OnDraw(pDC);
+    }
+
+    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override {
+        if (m_bPaneTrouble && nID == ID_INDICATOR_INFO) g_trouble();
+        return CVistrelView::OnCmdMsg(nID, nCode, pUi);
+    }
+
+    bool m_bDrawTrouble = false;
+    bool m_bPaneTrouble = false;
+};
+
+}  // namespace
+
+class TroubleTest : public WindowTest {
+  protected:
+    TroubleTest()
+        : m_template(IDR_IFF_TYPE, RuntimeClassOf<CVistrelDoc>(), RuntimeClassOf<CChildFrame>(),
+                     RuntimeClassOf<TroubledView>()) {}
+    ~TroubleTest() override { g_trouble = nullptr; }
+
+    CDocument* OpenTroubled() {
+        return m_template.OpenDocumentFile(*theApp.m_pMainWnd, Write(Picture(16, 16), "picture.iff"));
+    }
+
+    TroubledView& Troubled() { return static_cast<TroubledView&>(View()); }
+
+    CMultiDocTemplate m_template;
+};
+
+TEST_F(TroubleTest, AnExceptionWhileADocumentOpensClosesIt) {
+    g_trouble = [] { throw std::bad_alloc(); };
+    EXPECT_FALSE(OpenTroubled());
+    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"There is not enough memory."}));
+    EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty());
+    g_trouble = nullptr;
+    EXPECT_TRUE(OpenTroubled());
+}
+
+TEST_F(TroubleTest, AnExceptionOutOfASelectionIsReportedAndTheProgramRunsOn) {
+    ASSERT_TRUE(OpenTroubled());
+    CComboBox& list = Frame().m_wndChannelCombo;
+    SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>("Another"));
+    g_trouble = [] { throw CException("The selection failed"); };
+    SendMessageA(&list, WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_EQ(SendMessageA(&list, CB_GETCURSEL, 0, 0), 1);
+    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"The selection failed."}));
+
+    g_trouble = nullptr;
+    SendMessageA(&list, WM_KEYDOWN, VK_UP, 0);
+    EXPECT_EQ(SendMessageA(&list, CB_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(m_answers.m_texts.size(), 1u);
+    EXPECT_EQ(Troubled().CapturePixels({0, 0, 1, 1})[0], ShownColour(0, 0));
+}
+
+TEST_F(TroubleTest, AnExceptionOutOfAnUpdateHandlerIsReportedOnce) {
+    ASSERT_TRUE(OpenTroubled());
+    g_trouble = [] { throw CException("The update failed"); };
+    Troubled().m_bPaneTrouble = true;
+    for (int i = 0; i < 3; ++i) theApp.PumpMessages();
+    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"The update failed."}));
+    Troubled().m_bPaneTrouble = false;
+    EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "16x16x32"; }));
+}
+
+TEST_F(TroubleTest, AnExceptionOutOfDrawingIsReportedOnceUntilTheNextUpdate) {
+    ASSERT_TRUE(OpenTroubled());
+    Troubled().m_bDrawTrouble = true;
+    for (int i = 0; i < 3; ++i) Troubled().CapturePixels({0, 0, 4, 4});
+    EXPECT_TRUE(WaitFor([&] { return !m_answers.m_texts.empty(); }));
+    theApp.PumpMessages();
+    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"The drawing failed."}));
+
+    Troubled().m_bDrawTrouble = false;
+    Troubled().OnChannelChanged(&Frame());
+    EXPECT_EQ(Troubled().CapturePixels({0, 0, 1, 1})[0], ShownColour(0, 0));
+}
+
+int main(int argc, char** argv) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    testing::InitGoogleTest(&argc, argv);
+    char* words[] = {argv[0], nullptr};
+    if (const auto status = AfxWinInit(1, words)) return *status;
+    if (!theApp.InitInstance()) return EXIT_FAILURE;
+    const int status = RUN_ALL_TESTS();
+    AfxWinTerm();
+    return status;
+}
