@@ -15,6 +15,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QScreen>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -68,7 +69,9 @@ bool CMDIChildWnd::Create(CMDIFrameWnd& mainFrame, const CCreateContext& context
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
-    window->resize(UNFITTED);
+    const int step = mainFrame.NextCascadeStep() *
+                     window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
+    window->setGeometry(QRect(QPoint(step, step), UNFITTED));
     return OnCreate(context) != -1;
 }
 
@@ -144,6 +147,9 @@ class MainWindow final : public QMainWindow {
 
 }  // namespace
 
+// Captions that stand one below the other before the next child begins at the top again.
+constexpr int CASCADE_STEPS = 10;
+
 void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
     auto* const area = new QMdiArea;
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -177,6 +183,10 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
 int CMDIFrameWnd::OnCreate(const CCreateContext&) {
     m_wndMDIClient.Create(*this);
     return 0;
+}
+
+int CMDIFrameWnd::NextCascadeStep() {
+    return m_nCascadeStep++ % CASCADE_STEPS;
 }
 
 CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {

@@ -60,6 +60,9 @@ class CMDIFrameWnd : public CFrameWnd {
     const std::vector<std::unique_ptr<CMDIChildWnd>>& GetChildren() const { return m_children; }
     void AddChild(std::unique_ptr<CMDIChildWnd> pChild) { m_children.push_back(std::move(pChild)); }
 
+    // How many captions below the area's corner the next child opens.
+    int NextCascadeStep();
+
     // The child goes as soon as the event is over that closed it.
     void DestroyChildLater(CMDIChildWnd* pChild);
     void DestroyChildren() { m_children.clear(); }
@@ -85,4 +88,5 @@ class CMDIFrameWnd : public CFrameWnd {
     std::string m_strTitle;
     CMDIClientWnd m_wndMDIClient;
     std::vector<std::unique_ptr<CMDIChildWnd>> m_children;
+    int m_nCascadeStep = 0;
 };
