@@ -13,6 +13,12 @@ bool CMultiDocTemplate::MatchDocType(const std::string& strPathName) const {
                             strPathName);
 }
 
+FileFilter CMultiDocTemplate::GetFilter() const {
+    const std::string fields = AfxLoadString(m_nIDResource);
+    return {GetDocString(fields, DocStringField::FilterName),
+            FilterPatterns(GetDocString(fields, DocStringField::FilterExt))};
+}
+
 CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
     CDocument* opened = nullptr;
     AfxGuardedCall([&] {
@@ -23,7 +29,7 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
         document->SetPathName(strPathName);
 
         std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
-        if (!frame->Create(mainFrame, {&m_viewClass, document.get()})) return;
+        if (!frame->LoadFrame(mainFrame, m_nIDResource, {&m_viewClass, document.get()})) return;
         frame->SetWindowText(document->GetTitle());
         frame->GetActiveView()->OnInitialUpdate();
         CMDIChildWnd* const child = frame.get();
