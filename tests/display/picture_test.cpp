@@ -1,29 +1,10 @@
 #include "display/catalogue.h"
-#include "display/display_image.h"
-#include "document/vistrel_doc.h"
 #include "support/iff_builder.h"
-#include "support/memory_file.h"
-#include "support/pixels.h"
+#include "support/shown.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-// A document and the picture that its first selection shows.
-struct Shown {
-    explicit Shown(Bytes bytes) {
-        MemoryFile file(std::move(bytes));
-        CArchive archive(&file, CArchive::load);
-        document.Serialize(archive);
-        channels = image.ChooseLayer(document, 0);
-        image.BuildBitmap(document, 0, 0);
-    }
-    TextRows Rows() const { return BitmapText(image.m_hBitmap); }
-
-    CVistrelDoc document;
-    DisplayImage image;
-    std::vector<std::string> channels;
-};
 
 const std::vector<IffRgb> FOUR = {BLACK, RED, GREEN, BLUE};
 
@@ -104,6 +85,80 @@ TEST(PictureChoice, TheDeepestBodyOfTheWholeFile) {
     const Bytes mapless =
         Form("ILBM", {Bmhd({.width = 8, .height = 1, .planes = 4}), Chunk("BODY", Bytes(4))});
     EXPECT_EQ(Shown(Cat("ILBM", {picture(1, RED), mapless})).Rows(), TextRows{});
+}
+
+TEST(Alpha, IsShownAsGreyAtItsOwnWidth) {
+    const auto picture = [](const AlphFields& alph) {
+        return Form("ILBM", {Bmhd({.width = 4, .height = 2}), Cmap({BLACK, RED}), Alph(alph),
+                             Chunk("BODY", {0xA0, 0x50})});
+    };
+    struct Case {
+        const char* name;
+        AlphFields alph;
+        bool valid;
+        const char* colours;
+    };
+    for (const Case& c : {
+             Case{
+                 "as wide as the picture",
+                 {.width = 4, .height = 9, .planes = 8, .data = PlanesOf({0, 1, 128, 255, 4, 3, 2, 1}, 4, 8)},
+                 true,
+                 "000000 010101 808080 ffffff 040404 030303 020202 010101"},
+             Case{"wider",
+                  {.width = 6, .planes = 8, .data = PlanesOf({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 6, 8)},
+                  true,
+                  "010101 020202 030303 040404 070707 080808 090909 0a0a0a"},
+             Case{"narrower",
+                  {.width = 2, .planes = 8, .data = PlanesOf({1, 2, 3, 4}, 2, 8)},
+                  true,
+                  "010101 020202 000000 000000 030303 040404 000000 000000"},
+             Case{"only the low byte counts",
+                  {.width = 4, .planes = 9, .data = PlanesOf({0x1FF, 0x100, 1, 0, 0, 0, 0, 0}, 4, 9)},
+                  true,
+                  "ffffff 000000 010101 000000 000000 000000 000000 000000"},
+             Case{"a row is missing",
+                  {.width = 4, .planes = 8, .data = PlanesOf({0, 1, 2, 3}, 4, 8)},
+                  false,
+                  ""},
+             Case{"empty, yet there", {.width = 4, .planes = 8}, false, ""},
+         }) {
+        Shown shown(picture(c.alph));
+        EXPECT_EQ(shown.channels, (std::vector<std::string>{"Composite", "Alpha"})) << c.name;
+        EXPECT_EQ(shown.Rows(), (TextRows{"rkrk", "krkr"})) << c.name;
+        shown.Select(0, 1);
+        EXPECT_EQ(shown.image.m_bValid != 0, c.valid) << c.name;
+        EXPECT_EQ(shown.Colours(), c.colours) << c.name;
+        EXPECT_EQ(shown.image.m_nColours, 2u) << c.name;
+    }
+    Shown without(Form("ILBM", {Bmhd({.width = 8, .height = 1}), Cmap(FOUR), Chunk("BODY", {1}), Alph({})}));
+    EXPECT_EQ(without.channels, std::vector<std::string>{"Composite"})
+        << "an alpha picture behind the body is none";
+    without.Select(0, 1);
+    EXPECT_EQ(without.image.m_bValid, 0u);
+}
+
+TEST(S3tc, IsShownWithOrWithoutItsAlpha) {
+    const Bytes colours = {0, 0xF8, 0x1F, 0, 0xE4, 0, 0, 0};
+    Shown dxt1(Form("ILBM", {S3tc({.width = 2, .height = 1, .data = colours})}));
+    EXPECT_EQ(dxt1.channels, std::vector<std::string>{"Composite"});
+    EXPECT_EQ(dxt1.Rows(), TextRows{"rb"});
+    EXPECT_EQ(dxt1.image.InfoText(), "2x1x0");
+    Shown dxt3(Form("ILBM", {S3tc({.code = "DXT3",
+                                   .width = 2,
+                                   .height = 1,
+                                   .data = ByteBuilder().U8(0x71).Repeat(7, 0).Append(colours)})}));
+    EXPECT_EQ(dxt3.channels, (std::vector<std::string>{"Composite", "Alpha"}));
+    EXPECT_EQ(dxt3.Rows(), TextRows{"rb"});
+    dxt3.Select(0, 1);
+    EXPECT_EQ(dxt3.Colours(), "111111 777777");
+}
+
+TEST(S3tc, OneThatDoesNotDecodeStillGivesItsSize) {
+    const Shown shown(Form("ILBM", {S3tc({.code = "WHAT", .width = 30, .height = 20, .data = {1}})}));
+    EXPECT_EQ(shown.channels, (std::vector<std::string>{"Composite", "Alpha"}));
+    EXPECT_FALSE(shown.image.m_hBitmap);
+    EXPECT_EQ(shown.image.m_bValid, 1u);
+    EXPECT_EQ((std::vector<u32>{shown.image.m_nWidth, shown.image.m_nHeight}), (std::vector<u32>{30, 20}));
 }
 
 TEST(DisplayImage, EveryBuildReplacesTheOneBefore) {

@@ -71,6 +71,29 @@ Bytes GreyCmap(u32 entries, u32 step) {
     return Cmap(colours);
 }
 
+Bytes Alph(const AlphFields& fields) {
+    return Chunk("ALPH", ByteBuilder()
+                             .U16(fields.width)
+                             .U16(fields.height)
+                             .U8(fields.planes)
+                             .U8(fields.compression)
+                             .Append(fields.data));
+}
+
+Bytes S3tc(const S3tcFields& fields) {
+    return Chunk("S3TC", ByteBuilder()
+                             .U32(0x01020304)
+                             .Text(fields.code)
+                             .U16(0x0506)
+                             .U16(0x0708)
+                             .U16(0x090A)
+                             .U16(fields.width)
+                             .U16(fields.height)
+                             .U32(fields.claimedSize.value_or(static_cast<u32>(fields.data.size())))
+                             .Append(fields.data)
+                             .Append(fields.rest));
+}
+
 Bytes PlanesOf(const std::vector<u32>& values, u32 width, u32 planes) {
     Bytes body;
     const u32 planeRowSize = (width + 7) / 8;

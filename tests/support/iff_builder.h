@@ -36,6 +36,28 @@ Bytes Cmap(const std::vector<IffRgb>& colours);
 // A map of shades of grey, entry i being i times step.
 Bytes GreyCmap(u32 entries, u32 step = 1);
 
+struct AlphFields {
+    u32 width = 0;
+    u32 height = 0;
+    u32 planes = 1;
+    u32 compression = 0;
+    Bytes data = {};
+};
+
+Bytes Alph(const AlphFields& fields);
+
+struct S3tcFields {
+    std::string_view code = "DXT1";
+    u32 width = 4;
+    u32 height = 4;
+    Bytes data = {};
+    std::optional<u32> claimedSize = {};  // instead of the data's
+    Bytes rest = {};                      // behind the data
+};
+
+// The header fields that nobody interprets hold the bytes 1 to 10.
+Bytes S3tc(const S3tcFields& fields);
+
 inline constexpr IffRgb BLACK = {0, 0, 0};
 inline constexpr IffRgb WHITE = {255, 255, 255};
 inline constexpr IffRgb RED = {255, 0, 0};

@@ -1,0 +1,39 @@
+#!/usr/bin/env python3
+"""Compiles every header by itself: each must bring all that it uses.
+
+usage: tools/check_headers.py
+"""
+
+import os
+import subprocess
+import sys
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+COMPILER = [os.environ.get("CXX", "g++"), "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror",
+            "-Isrc", "-Itests", "-I.", "-x", "c++", "-"]
+
+
+def compile_alone(header):
+    """What the compiler says; empty when the header stands by itself."""
+    source = f'#include "{header}"\n'
+    result = subprocess.run(COMPILER, cwd=ROOT, input=source, text=True, capture_output=True)
+    if result.returncode == 0:
+        return ""
+    return f"{header} does not compile alone:\n{result.stderr}"
+
+
+def main():
+    headers = [str(path.relative_to(ROOT)) for top in ("src", "tests", "tools", "bench", "fuzz")
+               for path in sorted((ROOT / top).rglob("*.h"))]
+    with ThreadPoolExecutor(max_workers=os.cpu_count()) as pool:
+        errors = [error for error in pool.map(compile_alone, headers) if error]
+    for error in errors:
+        print(error)
+    print(f"{len(headers)} headers, {len(errors)} in error")
+    return 1 if errors or not headers else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

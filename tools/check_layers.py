@@ -1,0 +1,198 @@
+#!/usr/bin/env python3
+"""Checks every #include line against the arrows between the folders.
+
+usage: tools/check_layers.py [--self-test]
+
+Prints file:line and the arrow that is forbidden, and ends with status 1 when there is one.
+"""
+
+import re
+import sys
+from pathlib import Path
+
+CORE = ["base", "framework/core", "iff", "chunks", "psd", "document", "display"]  # needs no Qt
+
+# What each folder under src/ may include besides its own files. base may be included from everywhere.
+ARROWS = {
+    "base": [],
+    "framework/core": [],
+    "framework/qt": ["framework/core"],
+    "iff": ["framework/core"],
+    "chunks": ["iff", "framework/core/exception.h"],  # large blocks come with the memory exception
+    "psd": ["iff/byte_stream.h"],
+    "document": ["framework/core", "iff", "psd"],
+    "display": ["document", "chunks", "iff", "psd", "framework/core"],
+    "app": CORE + ["framework/qt"],
+}
+
+# tests/framework_core mirrors src/framework/core: it may include what that may include, that folder itself and
+# tests/support.
+MIRRORS = {"tests/" + folder.replace("/", "_"): folder for folder in ARROWS}
+
+# What tests may include besides: the containers are tried on chunks that have fields.
+TESTS_ONLY = {"tests/iff": ["chunks/ilbm_chunks.h"]}
+
+# The same for what else stands beside src/.
+BESIDE_SRC = {
+    "tools": CORE + ["tests/support"],
+    "bench": CORE + ["framework/qt", "app", "tests/support"],
+    "fuzz": CORE + ["tests/support"],
+    "tests/support": CORE,
+    "tests": CORE + ["tests/support"],
+}
+
+# Qt headers stand in the .cpp files of these folders only.
+QT_FOLDERS = ["framework/qt", "tests/framework_qt", "tests/app"]
+
+INCLUDE = re.compile(r'\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
+QT_HEADER = re.compile(r"Q[A-Z]|Qt|q[a-z]*\.h$|private/q")
+
+
+def folder_of(path):
+    """src/iff/iff_id.h -> iff, tests/iff/iff_id_test.cpp -> tests/iff; None where no rule is held."""
+    names = ARROWS if path.startswith("src/") else MIRRORS | BESIDE_SRC
+    inside = path.removeprefix("src/")
+    return next((name for name in names if inside.startswith(name + "/")), None)
+
+
+def allowed(folder):
+    """Folders and files that files of a folder may include."""
+    if folder in MIRRORS:
+        return [folder, "tests/support"] + allowed(MIRRORS[folder]) + TESTS_ONLY.get(folder, [])
+    return [folder, "base"] + (ARROWS | BESIDE_SRC)[folder]
+
+
+def resolve(includer, name, files):
+    """The path that an include in quotes means, or None."""
+    for place in (str(Path(includer).parent), "src", "tests", "."):
+        path = str(Path(place) / name)
+        if path in files:
+            return path
+    return None
+
+
+def complaints(files):
+    """files: path -> text. One line for each include that must not be."""
+    found = []
+    header_includes = {}
+    for path, text in sorted(files.items()):
+        folder = folder_of(path)
+        if folder is None:
+            found.append(f"{path}:1: stands in no folder that has arrows")
+            continue
+        may_include = allowed(folder)
+        for number, line in enumerate(text.splitlines(), 1):
+            match = INCLUDE.match(line)
+            if not match:
+                continue
+            quoted, bracketed = match.groups()
+            if bracketed:
+                if QT_HEADER.match(bracketed) and not (folder in QT_FOLDERS and path.endswith(".cpp")):
+                    found.append(f"{path}:{number}: <{bracketed}> belongs in the .cpp files of framework/qt")
+                continue
+            target = resolve(path, quoted, files)
+            if target is None:
+                found.append(f'{path}:{number}: "{quoted}" is no file of this project')
+                continue
+            target_name = target.removeprefix("src/")
+            if folder_of(target) not in may_include and target_name not in may_include:
+                found.append(f"{path}:{number}: {folder} -> {target_name} is no arrow")
+            if path.endswith(".h"):
+                header_includes.setdefault(path, []).append(target)
+    return found + cycles(header_includes)
+
+
+def cycles(includes):
+    """One line for each header that is reached again from itself."""
+    found = []
+    done = set()
+
+    def visit(path, way):
+        if path in way:
+            ring = way[way.index(path):] + [path]
+            found.append(f"{path}:1: headers include each other: " + " -> ".join(ring))
+        elif path not in done:
+            for target in includes.get(path, []):
+                visit(target, way + [path])
+            done.add(path)
+
+    for path in sorted(includes):
+        visit(path, [])
+    return found
+
+
+def self_test():
+    """Plants one fault at a time into a sound tree and expects it to be reported."""
+    sound = {
+        "src/base/types.h": "#include <cstdint>\n",
+        "src/framework/core/file.h": '#include "base/types.h"\n',
+        "src/framework/qt/wnd.h": '#include "framework/core/file.h"\nclass QWidget;\n',
+        "src/framework/qt/wnd.cpp": '#include <QWidget>\n#include "framework/qt/wnd.h"\n',
+        "src/iff/byte_stream.h": '#include "base/types.h"\n',
+        "src/iff/iff_chunk.h": '#include "iff/byte_stream.h"\n',
+        "src/chunks/body_chunk.h": '#include "iff/iff_chunk.h"\n',
+        "src/psd/psd_image.h": '#include "iff/byte_stream.h"\n',
+        "src/document/doc.h": '#include "psd/psd_image.h"\n#include "iff/iff_chunk.h"\n',
+        "src/display/image.h": '#include "document/doc.h"\n#include "chunks/body_chunk.h"\n',
+        "src/app/view.h": '#include "display/image.h"\n#include "framework/qt/wnd.h"\n',
+        "tests/support/builder.h": '#include "base/types.h"\n',
+        "tests/psd/psd_test.cpp": '#include "psd/psd_image.h"\n#include "support/builder.h"\n',
+        "tests/framework_qt/wnd_test.cpp": '#include <QApplication>\n#include "framework/qt/wnd.h"\n',
+        "fuzz/load_fuzz.cpp": '#include "display/image.h"\n#include "support/builder.h"\n',
+    }
+    faults = [
+        ("src/base/types.h", '#include "iff/iff_chunk.h"', "is no arrow"),
+        ("src/framework/core/file.h", '  #  include "framework/qt/wnd.h"', "is no arrow"),
+        ("src/iff/iff_chunk.h", '#include "chunks/body_chunk.h"', "is no arrow"),
+        ("src/chunks/body_chunk.h", '#include "psd/psd_image.h"', "is no arrow"),
+        ("src/psd/psd_image.h", '#include "iff/iff_chunk.h"', "is no arrow"),
+        ("src/document/doc.h", '#include "chunks/body_chunk.h"', "is no arrow"),
+        ("src/display/image.h", '#include "app/view.h"', "is no arrow"),
+        ("tests/psd/psd_test.cpp", '#include "display/image.h"', "is no arrow"),
+        ("tests/support/builder.h", '#include "framework/qt/wnd.h"', "is no arrow"),
+        ("fuzz/load_fuzz.cpp", '#include "app/view.h"', "is no arrow"),
+        ("tests/psd/psd_test.cpp", "#include <QImage>", "belongs in"),
+        ("src/app/view.h", "#include <QWidget>", "belongs in"),
+        ("src/framework/qt/wnd.h", "#include <QtGui/QImage>", "belongs in"),
+        ("src/display/image.h", "#include <qwidget.h>", "belongs in"),
+        ("src/base/types.h", '#include "base/no_such.h"', "is no file"),
+        ("src/base/types.h", '#include "types.h"', "include each other"),
+        ("src/stray.h", "", "stands in no folder"),
+    ]
+    failed = [f"sound tree: {line}" for line in complaints(sound)]
+    for path, line, expected in faults:
+        planted = dict(sound)
+        planted[path] = planted.get(path, "") + line + "\n"
+        place = f"{path}:{max(1, planted[path].count(chr(10)))}:"
+        if expected == "include each other":
+            place = f"{path}:1:"
+        if not any(text.startswith(place) and expected in text for text in complaints(planted)):
+            failed.append(f"not caught: {line} in {path}")
+    ring = {
+        **sound,
+        "src/iff/byte_stream.h": '#include "iff/iff_chunk.h"\n',
+    }
+    if not any("iff/byte_stream.h -> src/iff/iff_chunk.h" in text for text in complaints(ring)):
+        failed.append("not caught: a ring of two headers")
+    return failed
+
+
+def main():
+    if sys.argv[1:] == ["--self-test"]:
+        found = self_test()
+    else:
+        root = Path(__file__).resolve().parent.parent
+        files = {
+            str(path.relative_to(root)): path.read_text(encoding="utf-8")
+            for top in ("src", "tests", "tools", "bench", "fuzz")
+            for path in (root / top).rglob("*")
+            if path.suffix in (".h", ".cpp")
+        }
+        found = complaints(files)
+    for line in found:
+        print(line)
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
