@@ -21,7 +21,7 @@ FileFilter CMultiDocTemplate::GetFilter() const {
 
 CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
     CDocument* opened = nullptr;
-    AfxGuardedCall([&] {
+    const auto open = [&] {
         // Until all is done the document belongs here, and goes behind the frame.
         std::unique_ptr<CDocument> document(static_cast<CDocument*>(m_docClass.pfnCreateObject()));
         document->m_bAutoDelete = false;
@@ -37,6 +37,7 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
         document->m_bAutoDelete = true;
         opened = document.release();
         child->ActivateFrame();
-    });
+    };
+    AfxGuardedCall(open, "\"" + strPathName + "\" was not opened. ");
     return opened;
 }
