@@ -1,9 +1,31 @@
-// The program's own ids.
+// Ids of commands, windows and resources.
 #pragma once
 
 #include "base/types.h"
 
-// Commands.
+// Standard commands that nobody handles yet.
+constexpr u32 ID_FILE_NEW = 57600;
+constexpr u32 ID_FILE_SAVE = 57603;
+constexpr u32 ID_FILE_SAVE_AS = 57604;
+constexpr u32 ID_FILE_PRINT_SETUP = 57606;
+constexpr u32 ID_FILE_PRINT = 57607;
+constexpr u32 ID_FILE_PRINT_PREVIEW = 57609;
+constexpr u32 ID_FILE_MRU_FILE1 = 57616;
+constexpr u32 ID_EDIT_COPY = 57634;
+constexpr u32 ID_EDIT_CUT = 57635;
+constexpr u32 ID_EDIT_PASTE = 57637;
+constexpr u32 ID_EDIT_UNDO = 57643;
+constexpr u32 ID_WINDOW_NEW = 57648;
+constexpr u32 ID_WINDOW_ARRANGE = 57649;
+constexpr u32 ID_WINDOW_CASCADE = 57650;
+constexpr u32 ID_WINDOW_TILE_HORZ = 57651;
+constexpr u32 ID_APP_ABOUT = 57664;
+constexpr u32 ID_NEXT_PANE = 57680;
+constexpr u32 ID_PREV_PANE = 57681;
+constexpr u32 ID_VIEW_TOOLBAR = 59392;
+constexpr u32 ID_VIEW_STATUS_BAR = 59393;
+
+// The program's own commands.
 constexpr u32 ID_ZOOM = 32771;
 constexpr u32 ID_TOGGLE_INFO_BAR = 32772;
 constexpr u32 ID_TOGGLE_LAYER_BAR = 32773;

@@ -5,9 +5,10 @@
 #include "app/vistrel_app.h"
 #include "app/vistrel_view.h"
 #include "document/vistrel_doc.h"
-#include "framework/core/answers.h"
 #include "framework/core/exception.h"
+#include "framework/qt/menu_bar.h"
 #include "support/iff_builder.h"
+#include "support/recorded_answers.h"
 
 #include <gtest/gtest.h>
 
@@ -21,23 +22,6 @@
 namespace {
 
 CVistrelApp theApp;
-
-// Notes what the user would have been told.
-class RecordedAnswers final : public Answers {
-  public:
-    RecordedAnswers() : m_pBefore(InstallAnswers(this)) {}
-    ~RecordedAnswers() override { InstallAnswers(m_pBefore); }
-
-    int Message(const std::string& strText, const std::string&, u32) override {
-        m_texts.push_back(strText);
-        return IDOK;
-    }
-
-    std::vector<std::string> m_texts;
-
-  private:
-    Answers* m_pBefore;
-};
 
 // Lets the program run until the condition holds. The deadline only ends a test that would never end.
 bool WaitFor(const std::function<bool()>& condition) {
@@ -132,7 +116,7 @@ TEST_F(WindowTest, APictureOpensWithItsListsItsPaneAndItsTitle) {
     EXPECT_TRUE(WaitFor([&] {
         return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff";
     }));
-    EXPECT_TRUE(m_answers.m_texts.empty());
+    EXPECT_TRUE(m_answers.m_messages.empty());
 }
 
 // Each size follows another one, down to none at all and up beyond every screen.
@@ -235,11 +219,11 @@ TEST_F(WindowTest, AWideViewShowsTheRightPixelsWhereverItIsScrolledTo) {
 
 TEST_F(WindowTest, ARefusedDocumentIsNamedAndLeavesNoWindow) {
     EXPECT_FALSE(OpenFile(ByteBuilder().Text("no picture"), "a<b>.iff"));
-    ASSERT_EQ(m_answers.m_texts.size(), 1u);
-    EXPECT_NE(m_answers.m_texts[0].find("a<b>.iff"), std::string::npos);
+    ASSERT_EQ(m_answers.m_messages.size(), 1u);
+    EXPECT_NE(m_answers.m_messages[0].find("a<b>.iff"), std::string::npos);
     EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty());
     EXPECT_TRUE(OpenFile(Picture(8, 8)));
-    EXPECT_EQ(m_answers.m_texts.size(), 1u);
+    EXPECT_EQ(m_answers.m_messages.size(), 1u);
 }
 
 TEST_F(WindowTest, APictureThatCannotBeMadeShowsAnEmptyView) {
@@ -247,6 +231,49 @@ TEST_F(WindowTest, APictureThatCannotBeMadeShowsAnEmptyView) {
     EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "<invalid bitmap>"; }));
     EXPECT_GT(ClientSize().cx, 0);
     EXPECT_EQ(View().CapturePixels({0, 0, 1, 1})[0], 0xFFFFFFFFu);
+}
+
+TEST_F(WindowTest, CommandsAreGreyWithoutAHandlerAndChecksFollowTheBars) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    theApp.PumpMessages();
+    EXPECT_EQ(main.GetMenuState(ID_FILE_OPEN), 0u);
+    EXPECT_EQ(main.GetMenuState(ID_FILE_NEW), MF_GRAYED);
+    EXPECT_EQ(main.GetMenuState(ID_FILE_CLOSE), MF_MISSING);
+
+    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    theApp.PumpMessages();
+    EXPECT_EQ(main.GetMenuState(ID_FILE_CLOSE), 0u);
+    EXPECT_EQ(main.GetMenuState(ID_EDIT_COPY), MF_GRAYED);
+    for (const u32 id : {ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR}) {
+        EXPECT_EQ(main.GetMenuState(id), MF_CHECKED);
+        main.OnCmdMsg(id, CN_COMMAND, nullptr);
+        EXPECT_EQ(main.GetMenuState(id), 0u);
+        main.OnCmdMsg(id, CN_COMMAND, nullptr);
+        EXPECT_EQ(main.GetMenuState(id), MF_CHECKED);
+    }
+}
+
+TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    m_answers.m_nextFiles = {Write(Picture(8, 8), "a.iff"), m_folder / "missing.iff",
+                             Write(Picture(9, 9), "b.iff")};
+    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_OPEN, CN_COMMAND, nullptr));
+    ASSERT_EQ(m_answers.m_filters.size(), 6u);
+    EXPECT_EQ(m_answers.m_filters[0].strPatterns,
+              std::vector<std::string>({"*.TMG", "*.TFF", "*.IFF", "*.PSD"}));
+    EXPECT_EQ(m_answers.m_filters[1].strPatterns, std::vector<std::string>({"*.IFF"}));
+    EXPECT_EQ(m_answers.m_filters[5].strPatterns, std::vector<std::string>({"*"}));
+    EXPECT_EQ(m_answers.m_messages.size(), 1u);
+    ASSERT_EQ(main.GetChildren().size(), 2u);
+
+    ASSERT_EQ(main.MDIGetActive(), main.GetChildren()[1].get());
+    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
+    EXPECT_TRUE(WaitFor([&] { return main.GetChildren().size() == 1; }));
+    EXPECT_EQ(main.GetChildren()[0]->GetWindowText(), "a.iff");
+    EXPECT_TRUE(WaitFor([&] { return main.GetWindowText() == "Talvorine Graphics File Viewer - a.iff"; }));
+    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
+    EXPECT_TRUE(WaitFor([&] { return main.GetWindowText() == "Talvorine Graphics File Viewer"; }));
+    EXPECT_FALSE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
 }
 
 namespace {
@@ -295,7 +322,10 @@ class TroubleTest : public WindowTest {
 TEST_F(TroubleTest, AnExceptionWhileADocumentOpensClosesIt) {
     g_trouble = [] { throw std::bad_alloc(); };
     EXPECT_FALSE(OpenTroubled());
-    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"There is not enough memory."}));
+    ASSERT_EQ(m_answers.m_messages.size(), 1u);
+    EXPECT_NE(m_answers.m_messages[0].find("/picture.iff\" was not opened. There is not enough memory."),
+              std::string::npos)
+        << m_answers.m_messages[0];
     EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty());
     g_trouble = nullptr;
     EXPECT_TRUE(OpenTroubled());
@@ -308,12 +338,12 @@ TEST_F(TroubleTest, AnExceptionOutOfASelectionIsReportedAndTheProgramRunsOn) {
     g_trouble = [] { throw CException("The selection failed"); };
     SendMessageA(&list, WM_KEYDOWN, VK_DOWN, 0);
     EXPECT_EQ(SendMessageA(&list, CB_GETCURSEL, 0, 0), 1);
-    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"The selection failed."}));
+    EXPECT_EQ(m_answers.m_messages, std::vector<std::string>({"The selection failed."}));
 
     g_trouble = nullptr;
     SendMessageA(&list, WM_KEYDOWN, VK_UP, 0);
     EXPECT_EQ(SendMessageA(&list, CB_GETCURSEL, 0, 0), 0);
-    EXPECT_EQ(m_answers.m_texts.size(), 1u);
+    EXPECT_EQ(m_answers.m_messages.size(), 1u);
     EXPECT_EQ(Troubled().CapturePixels({0, 0, 1, 1})[0], ShownColour(0, 0));
 }
 
@@ -322,7 +352,7 @@ TEST_F(TroubleTest, AnExceptionOutOfAnUpdateHandlerIsReportedOnce) {
     g_trouble = [] { throw CException("The update failed"); };
     Troubled().m_bPaneTrouble = true;
     for (int i = 0; i < 3; ++i) theApp.PumpMessages();
-    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"The update failed."}));
+    EXPECT_EQ(m_answers.m_messages, std::vector<std::string>({"The update failed."}));
     Troubled().m_bPaneTrouble = false;
     EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "16x16x32"; }));
 }
@@ -331,9 +361,9 @@ TEST_F(TroubleTest, AnExceptionOutOfDrawingIsReportedOnceUntilTheNextUpdate) {
     ASSERT_TRUE(OpenTroubled());
     Troubled().m_bDrawTrouble = true;
     for (int i = 0; i < 3; ++i) Troubled().CapturePixels({0, 0, 4, 4});
-    EXPECT_TRUE(WaitFor([&] { return !m_answers.m_texts.empty(); }));
+    EXPECT_TRUE(WaitFor([&] { return !m_answers.m_messages.empty(); }));
     theApp.PumpMessages();
-    EXPECT_EQ(m_answers.m_texts, std::vector<std::string>({"The drawing failed."}));
+    EXPECT_EQ(m_answers.m_messages, std::vector<std::string>({"The drawing failed."}));
 
     Troubled().m_bDrawTrouble = false;
     Troubled().OnChannelChanged(&Frame());

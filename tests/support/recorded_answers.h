@@ -16,7 +16,14 @@ class RecordedAnswers final : public Answers {
         return IDOK;
     }
 
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters) override {
+        m_filters = filters;
+        return m_nextFiles;
+    }
+
     std::vector<std::string> m_messages;
+    std::vector<FileFilter> m_filters;     // what the last Open dialog offered
+    std::vector<std::string> m_nextFiles;  // what the next one is answered with
 
   private:
     Answers* m_pBefore;

@@ -35,6 +35,86 @@ constexpr DialogResource DIALOGS[] = {
     {IDD_LAYER_BAR, {180, 19}, LAYER_BAR_CONTROLS},
 };
 
+constexpr MenuItemResource SEPARATOR = {0, ""};
+
+constexpr MenuItemResource MAIN_FILE_ITEMS[] = {
+    {ID_FILE_NEW, "&New\tCtrl+N"},
+    {ID_FILE_OPEN, "&Open...\tCtrl+O"},
+    SEPARATOR,
+    {ID_FILE_PRINT_SETUP, "P&rint Setup..."},
+    SEPARATOR,
+    {ID_FILE_MRU_FILE1, "Recent File"},
+    SEPARATOR,
+    {ID_APP_EXIT, "E&xit"},
+};
+
+constexpr MenuItemResource MAIN_VIEW_ITEMS[] = {
+    {ID_VIEW_TOOLBAR, "&Toolbar"},
+    {ID_VIEW_STATUS_BAR, "&Status Bar"},
+};
+
+constexpr MenuItemResource HELP_ITEMS[] = {
+    {ID_APP_ABOUT, "&About Vistrel..."},
+};
+
+constexpr PopupResource MAIN_POPUPS[] = {
+    {"&File", MAIN_FILE_ITEMS},
+    {"&View", MAIN_VIEW_ITEMS},
+    {"&Help", HELP_ITEMS},
+};
+
+constexpr MenuItemResource FILE_ITEMS[] = {
+    {ID_FILE_NEW, "&New\tCtrl+N"},
+    {ID_FILE_OPEN, "&Open...\tCtrl+O"},
+    {ID_FILE_CLOSE, "&Close"},
+    {ID_FILE_SAVE, "&Save\tCtrl+S"},
+    {ID_FILE_SAVE_AS, "Save &As..."},
+    SEPARATOR,
+    {ID_FILE_PRINT, "&Print...\tCtrl+P"},
+    {ID_FILE_PRINT_PREVIEW, "Print Pre&view"},
+    {ID_FILE_PRINT_SETUP, "P&rint Setup..."},
+    SEPARATOR,
+    {ID_FILE_MRU_FILE1, "Recent File"},
+    SEPARATOR,
+    {ID_APP_EXIT, "E&xit"},
+};
+
+constexpr MenuItemResource EDIT_ITEMS[] = {
+    {ID_EDIT_UNDO, "&Undo\tCtrl+Z"},   SEPARATOR,
+    {ID_EDIT_CUT, "Cu&t\tCtrl+X"},     {ID_EDIT_COPY, "&Copy\tCtrl+C"},
+    {ID_EDIT_PASTE, "&Paste\tCtrl+V"},
+};
+
+constexpr MenuItemResource VIEW_ITEMS[] = {
+    {ID_VIEW_TOOLBAR, "&Toolbar"},
+    {ID_VIEW_STATUS_BAR, "&Status Bar"},
+    {ID_TOGGLE_INFO_BAR, "&Info Bar"},
+    {ID_TOGGLE_LAYER_BAR, "&Layer && Channel Bar"},
+};
+
+constexpr MenuItemResource WINDOW_ITEMS[] = {
+    {ID_WINDOW_NEW, "&New Window"},        {ID_WINDOW_CASCADE, "&Cascade"}, {ID_WINDOW_TILE_HORZ, "&Tile"},
+    {ID_WINDOW_ARRANGE, "&Arrange Icons"}, {ID_ZOOM, "&Zoom..."},
+};
+
+constexpr PopupResource DOCUMENT_POPUPS[] = {
+    {"&File", FILE_ITEMS},     {"&Edit", EDIT_ITEMS}, {"&View", VIEW_ITEMS},
+    {"&Window", WINDOW_ITEMS}, {"&Help", HELP_ITEMS},
+};
+
+constexpr MenuResource MENUS[] = {
+    {IDR_MAINFRAME, MAIN_POPUPS},    {IDR_ALL_TYPES, DOCUMENT_POPUPS}, {IDR_TFF_TYPE, DOCUMENT_POPUPS},
+    {IDR_IFF_TYPE, DOCUMENT_POPUPS}, {IDR_TMG_TYPE, DOCUMENT_POPUPS},  {IDR_PSD_TYPE, DOCUMENT_POPUPS},
+};
+
+constexpr AcceleratorResource ACCELERATORS[] = {
+    {ID_FILE_NEW, "Ctrl+N"},       {ID_FILE_OPEN, "Ctrl+O"},      {ID_FILE_SAVE, "Ctrl+S"},
+    {ID_FILE_PRINT, "Ctrl+P"},     {ID_EDIT_UNDO, "Ctrl+Z"},      {ID_EDIT_CUT, "Ctrl+X"},
+    {ID_EDIT_COPY, "Ctrl+C"},      {ID_EDIT_PASTE, "Ctrl+V"},     {ID_EDIT_UNDO, "Alt+Backspace"},
+    {ID_EDIT_CUT, "Shift+Delete"}, {ID_EDIT_COPY, "Ctrl+Insert"}, {ID_EDIT_PASTE, "Shift+Insert"},
+    {ID_NEXT_PANE, "F6"},          {ID_PREV_PANE, "Shift+F6"},
+};
+
 }  // namespace
 
-constexpr ResourceTables g_resources = {STRINGS, DIALOGS};
+constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS};

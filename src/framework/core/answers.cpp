@@ -12,6 +12,8 @@ class StandardErrorAnswers final : public Answers {
         std::fprintf(stderr, "%s: %s\n", strCaption.c_str(), strText.c_str());
         return IDOK;
     }
+
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>&) override { return {}; }
 };
 
 StandardErrorAnswers g_default;

@@ -6,6 +6,7 @@
 #include "base/types.h"
 
 #include <string>
+#include <vector>
 
 constexpr u32 MB_OK = 0x0;
 constexpr u32 MB_ICONEXCLAMATION = 0x30;
@@ -14,12 +15,22 @@ constexpr u32 MB_SETFOREGROUND = 0x10000;
 constexpr int IDOK = 1;
 constexpr int IDCANCEL = 2;
 
+// One choice of what an Open dialog lists.
+struct FileFilter {
+    std::string strName;                   // as it is shown
+    std::vector<std::string> strPatterns;  // such as "*.IFF", matched in either case
+};
+
 class Answers {
   public:
     virtual ~Answers() = default;
 
     // Shows plain text and waits; returns the button that ended it. nStyle: MB_ bits.
     virtual int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) = 0;
+
+    // The paths of the files to open, in their order; none when the user thinks better of it. The first
+    // filter is the one in use at first.
+    virtual std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters) = 0;
 };
 
 // Borrows the answers until the next call and returns those it replaces. Null brings the default back.

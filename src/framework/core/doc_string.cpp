@@ -28,3 +28,15 @@ bool MatchesFilterExt(const std::string& strFilterExt, const std::string& strPat
     if (dot == std::string::npos) return false;
     return std::ranges::equal(name.substr(dot), strFilterExt, {}, Lower, Lower);
 }
+
+std::vector<std::string> FilterPatterns(const std::string& strFilterExt) {
+    std::vector<std::string> patterns;
+    std::size_t start = 0;
+    while (start < strFilterExt.size()) {
+        const std::size_t end = std::min(strFilterExt.find(';', start), strFilterExt.size());
+        const std::string pattern = strFilterExt.substr(start, end - start);
+        patterns.push_back(pattern[0] == '.' ? "*" + pattern : pattern);
+        start = end + 1;
+    }
+    return patterns;
+}

@@ -5,18 +5,17 @@
 
 #include <exception>
 #include <new>
-#include <string>
 
-void AfxReportException() noexcept {
+void AfxReportException(const std::string& strLead) noexcept {
     try {
         try {
             throw;
         } catch (const std::bad_alloc&) {
-            AfxMessageBox(std::string(CMemoryException().what()) + ".");
+            AfxMessageBox(strLead + CMemoryException().what() + ".");
         } catch (const std::exception& exception) {
-            AfxMessageBox(std::string(exception.what()) + ".");
+            AfxMessageBox(strLead + exception.what() + ".");
         } catch (...) {
-            AfxMessageBox("The command failed.");
+            AfxMessageBox(strLead + "The command failed.");
         }
     } catch (...) {
         // Nothing is left to say it with.

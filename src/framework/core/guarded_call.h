@@ -2,18 +2,20 @@
 // calls: every command, notification and event enters through here.
 #pragma once
 
-// Tells the user about the exception being handled; to be called while one is. Throws nothing itself: where
-// even the message cannot be had, none is shown.
-void AfxReportException() noexcept;
+#include <string>
+
+// Tells the user about the exception being handled, to be called while one is; strLead comes before the
+// reason. Throws nothing itself: where even the message cannot be had, none is shown.
+void AfxReportException(const std::string& strLead = {}) noexcept;
 
 // False when the call ended with an exception. It is reported, and the program runs on.
 template <typename Call>
-bool AfxGuardedCall(Call&& call) noexcept {
+bool AfxGuardedCall(Call&& call, const std::string& strLead = {}) noexcept {
     try {
         call();
         return true;
     } catch (...) {
-        AfxReportException();
+        AfxReportException(strLead);
         return false;
     }
 }

@@ -26,3 +26,11 @@ std::string AfxLoadString(u32 nId) {
 const DialogResource* AfxFindDialog(u32 nId) {
     return g_pTables ? FindById(g_pTables->dialogs, nId) : nullptr;
 }
+
+const MenuResource* AfxFindMenu(u32 nId) {
+    return g_pTables ? FindById(g_pTables->menus, nId) : nullptr;
+}
+
+std::span<const AcceleratorResource> AfxGetAccelerators() {
+    return g_pTables ? g_pTables->accelerators : std::span<const AcceleratorResource>();
+}

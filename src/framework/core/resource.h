@@ -1,5 +1,5 @@
-// Resources are tables: strings, dialog templates. The program hands its own over once, before anything is
-// shown; they are static data and are only read.
+// Resources are tables: strings, dialog templates, menus, accelerators. The program hands its own over once,
+// before anything is shown; they are static data and are only read.
 #pragma once
 
 #include "base/types.h"
@@ -8,7 +8,10 @@
 #include <span>
 #include <string>
 
-// Ids that the framework itself looks up.
+// Ids that the framework itself looks up or handles.
+constexpr u32 ID_FILE_OPEN = 57601;
+constexpr u32 ID_FILE_CLOSE = 57602;
+constexpr u32 ID_APP_EXIT = 57665;
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
 constexpr u32 AFX_IDS_USAGE = 61440;    // answer to --help
@@ -35,9 +38,31 @@ struct DialogResource {
     std::span<const ControlResource> controls;  // in tab order
 };
 
+struct MenuItemResource {
+    u32 nId;              // of the command; 0 for a separator
+    const char* pszText;  // an ampersand marks the mnemonic; what follows a tab names the accelerator
+};
+
+struct PopupResource {
+    const char* pszText;
+    std::span<const MenuItemResource> items;
+};
+
+struct MenuResource {
+    u32 nId;
+    std::span<const PopupResource> popups;
+};
+
+struct AcceleratorResource {
+    u32 nId;              // of the command
+    const char* pszKeys;  // as in "Ctrl+N"
+};
+
 struct ResourceTables {
     std::span<const StringResource> strings;
     std::span<const DialogResource> dialogs;
+    std::span<const MenuResource> menus;
+    std::span<const AcceleratorResource> accelerators;
 };
 
 // Borrows the tables for the rest of the program.
@@ -46,3 +71,5 @@ void AfxSetResources(const ResourceTables* pTables);
 // An id that no table holds gives an empty string, or null.
 std::string AfxLoadString(u32 nId);
 const DialogResource* AfxFindDialog(u32 nId);
+const MenuResource* AfxFindMenu(u32 nId);
+std::span<const AcceleratorResource> AfxGetAccelerators();

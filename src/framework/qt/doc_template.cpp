@@ -13,9 +13,15 @@ bool CMultiDocTemplate::MatchDocType(const std::string& strPathName) const {
                             strPathName);
 }
 
+FileFilter CMultiDocTemplate::GetFilter() const {
+    const std::string fields = AfxLoadString(m_nIDResource);
+    return {GetDocString(fields, DocStringField::FilterName),
+            FilterPatterns(GetDocString(fields, DocStringField::FilterExt))};
+}
+
 CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
     CDocument* opened = nullptr;
-    AfxGuardedCall([&] {
+    const auto open = [&] {
         // Until all is done the document belongs here, and goes behind the frame.
         std::unique_ptr<CDocument> document(static_cast<CDocument*>(m_docClass.pfnCreateObject()));
         document->m_bAutoDelete = false;
@@ -23,7 +29,7 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
         document->SetPathName(strPathName);
 
         std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
-        if (!frame->Create(mainFrame, {&m_viewClass, document.get()})) return;
+        if (!frame->LoadFrame(mainFrame, m_nIDResource, {&m_viewClass, document.get()})) return;
         frame->SetWindowText(document->GetTitle());
         frame->GetActiveView()->OnInitialUpdate();
         CMDIChildWnd* const child = frame.get();
@@ -31,6 +37,7 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
         document->m_bAutoDelete = true;
         opened = document.release();
         child->ActivateFrame();
-    });
+    };
+    AfxGuardedCall(open, "\"" + strPathName + "\" was not opened. ");
     return opened;
 }

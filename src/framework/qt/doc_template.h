@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/types.h"
+#include "framework/core/answers.h"
 #include "framework/core/doc_string.h"
 #include "framework/core/runtime_class.h"
 
@@ -21,6 +22,9 @@ class CMultiDocTemplate {
 
     // Whether the path ends with the extension that this template is there for.
     bool MatchDocType(const std::string& strPathName) const;
+
+    // What the Open dialog offers for this kind.
+    FileFilter GetFilter() const;
 
     // Reads the file and shows it in a child window of its own. Null when that failed: it has been reported
     // then, and neither document nor window is left.

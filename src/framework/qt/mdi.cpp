@@ -4,6 +4,7 @@
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/menu_bar.h"
 #include "framework/qt/view.h"
 #include "framework/qt/win_app.h"
 
@@ -13,8 +14,10 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -57,8 +60,9 @@ constexpr QSize UNFITTED(400, 300);
 
 }  // namespace
 
-bool CMDIChildWnd::Create(CMDIFrameWnd& mainFrame, const CCreateContext& context) {
+bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context) {
     m_pMainFrame = &mainFrame;
+    m_pMenu = AfxFindMenu(nIDResource);
     auto* const window = new SubWindow(*this);
     Attach(window, mainFrame.GetMDIClient());
     m_pBarHost = new QMainWindow;
@@ -68,8 +72,22 @@ bool CMDIChildWnd::Create(CMDIFrameWnd& mainFrame, const CCreateContext& context
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
-    window->resize(UNFITTED);
+    const int step = mainFrame.NextCascadeStep() *
+                     window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
+    window->setGeometry(QRect(QPoint(step, step), UNFITTED));
     return OnCreate(context) != -1;
+}
+
+const MessageMap& CMDIChildWnd::GetMessageMap() const {
+    static constexpr MessageEntry entries[] = {
+        OnCommand<&CMDIChildWnd::OnFileClose>(ID_FILE_CLOSE),
+    };
+    static const MessageMap map = {&CFrameWnd::GetMessageMap(), entries};
+    return map;
+}
+
+void CMDIChildWnd::OnFileClose() {
+    SendMessageA(this, WM_CLOSE, 0, 0);
 }
 
 void CMDIChildWnd::ActivateFrame() {
@@ -144,6 +162,9 @@ class MainWindow final : public QMainWindow {
 
 }  // namespace
 
+// Captions that stand one below the other before the next child begins at the top again.
+constexpr int CASCADE_STEPS = 10;
+
 void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
     auto* const area = new QMdiArea;
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -171,12 +192,20 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     SetWindowText(m_strTitle);
     const QSize screen = window->screen()->availableGeometry().size();
     window->resize(screen.width() * 3 / 4, screen.height() * 3 / 4);
-    return OnCreate({}) != -1;
+    m_pMenu = AfxFindMenu(nIDResource);
+    AfxAddAccelerators(*window, *this);
+    if (OnCreate({}) == -1) return false;
+    UpdateMenu();
+    return true;
 }
 
 int CMDIFrameWnd::OnCreate(const CCreateContext&) {
     m_wndMDIClient.Create(*this);
     return 0;
+}
+
+int CMDIFrameWnd::NextCascadeStep() {
+    return m_nCascadeStep++ % CASCADE_STEPS;
 }
 
 CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
@@ -198,6 +227,7 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
 
 void CMDIFrameWnd::OnIdle() {
     UpdateFrameTitle();
+    UpdateMenu();
     UpdateControlBars();
     for (const auto& child : m_children) child->UpdateControlBars();
 }
@@ -210,6 +240,19 @@ void CMDIFrameWnd::UpdateFrameTitle() {
         title += child->IsZoomed() ? QStringLiteral(" - [%1]").arg(name) : QStringLiteral(" - %1").arg(name);
     }
     if (GetWidget()->windowTitle() != title) GetWidget()->setWindowTitle(title);
+}
+
+// The kinds of documents share one list of popups; only another list is worth new menus.
+void CMDIFrameWnd::UpdateMenu() {
+    const CMDIChildWnd* const child = MDIGetActive();
+    const MenuResource* const wanted = child ? child->GetMenuResource() : m_pMenu;
+    if (!wanted || (m_pShownMenu && m_pShownMenu->popups.data() == wanted->popups.data())) return;
+    m_pShownMenu = wanted;
+    AfxFillMenuBar(*GetBarHost()->menuBar(), *wanted, *this);
+}
+
+u32 CMDIFrameWnd::GetMenuState(u32 nID) const {
+    return AfxGetMenuState(*GetBarHost()->menuBar(), nID);
 }
 
 QMainWindow* CMDIFrameWnd::GetBarHost() const {

@@ -4,6 +4,7 @@
 #include "framework/qt/frame_wnd.h"
 
 class CMDIFrameWnd;
+struct MenuResource;
 class QMdiArea;
 class QMdiSubWindow;
 
@@ -19,8 +20,9 @@ class CMDIClientWnd : public CWnd {
 
 class CMDIChildWnd : public CFrameWnd {
   public:
-    // Made inside the main window, hidden. False when OnCreate refuses.
-    bool Create(CMDIFrameWnd& mainFrame, const CCreateContext& context);
+    // Made inside the main window, hidden; the main window shows the menu of this id while the child is the
+    // active one. False when OnCreate refuses.
+    bool LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context);
 
     // Shows it in front of the others.
     void ActivateFrame();
@@ -36,13 +38,20 @@ class CMDIChildWnd : public CFrameWnd {
     QMdiSubWindow* GetSubWindow() const;
     QMainWindow* GetBarHost() const override;
     CMDIFrameWnd& GetMDIFrame() const { return *m_pMainFrame; }
+    const MenuResource* GetMenuResource() const { return m_pMenu; }
 
     // Behind the view, its document and the child frame come the main frame and the application.
     bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
     bool HasHandler(u32 nID, u32 nCode) const override;
 
+  protected:
+    const MessageMap& GetMessageMap() const override;
+
   private:
+    void OnFileClose();
+
     CMDIFrameWnd* m_pMainFrame = nullptr;
+    const MenuResource* m_pMenu = nullptr;
     QMainWindow* m_pBarHost = nullptr;  // the sub-window's
 };
 
@@ -50,7 +59,8 @@ class CMDIFrameWnd : public CFrameWnd {
   public:
     ~CMDIFrameWnd() override;
 
-    // Makes the window, hidden. Its title is the string of this id. False when OnCreate refuses.
+    // Makes the window, hidden. Its title is the string of this id, its menu the one that is shown without
+    // any child. False when OnCreate refuses.
     bool LoadFrame(u32 nIDResource);
 
     CMDIClientWnd* GetMDIClient() { return &m_wndMDIClient; }
@@ -60,11 +70,17 @@ class CMDIFrameWnd : public CFrameWnd {
     const std::vector<std::unique_ptr<CMDIChildWnd>>& GetChildren() const { return m_children; }
     void AddChild(std::unique_ptr<CMDIChildWnd> pChild) { m_children.push_back(std::move(pChild)); }
 
+    // How many captions below the area's corner the next child opens.
+    int NextCascadeStep();
+
     // The child goes as soon as the event is over that closed it.
     void DestroyChildLater(CMDIChildWnd* pChild);
     void DestroyChildren() { m_children.clear(); }
 
-    // Brings the title and all bars up to date.
+    // What the menu item of a command shows; MF_ bits.
+    u32 GetMenuState(u32 nID) const;
+
+    // Brings the title, the menu and all bars up to date.
     void OnIdle();
 
     QMainWindow* GetBarHost() const override;
@@ -81,8 +97,12 @@ class CMDIFrameWnd : public CFrameWnd {
     bool RouteBehindChild(u32 nID, u32 nCode, CCmdUI* pUi);
     bool HasHandlerBehindChild(u32 nID, u32 nCode) const;
     void UpdateFrameTitle();
+    void UpdateMenu();
 
     std::string m_strTitle;
+    const MenuResource* m_pMenu = nullptr;       // without any child
+    const MenuResource* m_pShownMenu = nullptr;  // or one with the same items
     CMDIClientWnd m_wndMDIClient;
     std::vector<std::unique_ptr<CMDIChildWnd>> m_children;
+    int m_nCascadeStep = 0;
 };

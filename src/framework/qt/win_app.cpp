@@ -7,6 +7,8 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QFile>
+#include <QFileDialog>
 #include <QMessageBox>
 
 #include <cassert>
@@ -44,6 +46,32 @@ class BoxAnswers final : public Answers {
         box.setText(ToDisplayText(strText));
         if (nStyle & MB_SETFOREGROUND) box.raise();
         return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
+    }
+
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters) override {
+        QFileDialog dialog(QApplication::activeWindow());
+        dialog.setFileMode(QFileDialog::ExistingFiles);
+        // Only the last brackets of a filter count, and they do not show.
+        dialog.setOption(QFileDialog::HideNameFilterDetails);
+        QStringList names;
+        for (const FileFilter& filter : filters) names.append(NameFilter(filter));
+        dialog.setNameFilters(names);
+        std::vector<std::string> paths;
+        if (dialog.exec() != QDialog::Accepted) return paths;
+        for (const QString& file : dialog.selectedFiles())
+            paths.push_back(QFile::encodeName(file).toStdString());
+        return paths;
+    }
+
+  private:
+    static QString NameFilter(const FileFilter& filter) {
+        QStringList patterns;
+        for (const std::string& bytes : filter.strPatterns) {
+            const QString pattern = ToDisplayText(bytes);
+            patterns.append(pattern);
+            if (pattern.toLower() != pattern) patterns.append(pattern.toLower());
+        }
+        return QStringLiteral("%1 (%2)").arg(ToDisplayText(filter.strName), patterns.join(u' '));
     }
 };
 
@@ -140,6 +168,26 @@ CWinApp::~CWinApp() {
 
 bool CWinApp::InitInstance() {
     return true;
+}
+
+const MessageMap& CWinApp::GetMessageMap() const {
+    static constexpr MessageEntry entries[] = {
+        OnCommand<&CWinApp::OnFileOpen>(ID_FILE_OPEN),
+        OnCommand<&CWinApp::OnAppExit>(ID_APP_EXIT),
+    };
+    static const MessageMap map = {&CCmdTarget::GetMessageMap(), entries};
+    return map;
+}
+
+void CWinApp::OnFileOpen() {
+    std::vector<FileFilter> filters;
+    for (const auto& kind : m_templates) filters.push_back(kind->GetFilter());
+    filters.push_back({"All Files (*)", {"*"}});
+    for (const std::string& path : CurrentAnswers().OpenFiles(filters)) OpenDocumentFile(path);
+}
+
+void CWinApp::OnAppExit() {
+    SendMessageA(m_pMainWnd.get(), WM_CLOSE, 0, 0);
 }
 
 int CWinApp::Run() {

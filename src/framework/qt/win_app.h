@@ -48,6 +48,13 @@ class CWinApp : public CCmdTarget {
 
     std::unique_ptr<CMDIFrameWnd> m_pMainWnd;
 
+  protected:
+    const MessageMap& GetMessageMap() const override;
+
+    // Opens what the user chooses; the dialog offers one filter for each template, and then all files.
+    void OnFileOpen();
+    void OnAppExit();
+
   private:
     friend std::optional<int> AfxWinInit(int argc, char** argv);
 

@@ -77,6 +77,7 @@ std::vector<u32> CWnd::CapturePixels(const CRect& rect) const {
 }
 
 i64 CWnd::WindowProc(u32 nMessage, u64 wParam, i64) {
+    if (nMessage == WM_CLOSE) m_pWidget->close();
     if (nMessage == WM_KEYDOWN) {
         QKeyEvent event(QEvent::KeyPress, wParam == VK_UP ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
         QApplication::sendEvent(m_pWidget, &event);

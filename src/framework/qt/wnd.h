@@ -13,6 +13,9 @@ class QWidget;
 
 using HWND = CWnd*;
 
+// The window is to close, as if the user had closed it.
+constexpr u32 WM_CLOSE = 0x10;
+
 // A key goes down: wParam names it.
 constexpr u32 WM_KEYDOWN = 0x100;
 constexpr u64 VK_UP = 0x26;

@@ -1,0 +1,99 @@
+#include "framework/qt/menu_bar.h"
+
+#include "framework/core/guarded_call.h"
+#include "framework/qt/convert.h"
+#include "framework/qt/frame_wnd.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QShortcut>
+
+namespace {
+
+class ActionCmdUI final : public CCmdUI {
+  public:
+    explicit ActionCmdUI(QAction& action) : CCmdUI(action.data().toUInt()), m_action(action) {}
+
+    void Enable(bool bOn) override { m_action.setEnabled(bOn); }
+    void SetCheck(int nCheck) override {
+        m_action.setCheckable(true);
+        m_action.setChecked(nCheck != 0);
+    }
+    void SetText(const std::string& strText) override { m_action.setText(ToDisplayText(strText)); }
+
+  private:
+    QAction& m_action;
+};
+
+// Of a command that no item stands for.
+class EnabledCmdUI final : public CCmdUI {
+  public:
+    using CCmdUI::CCmdUI;
+
+    void Enable(bool bOn) override { m_bEnabled = bOn; }
+    void SetCheck(int) override {}
+    void SetText(const std::string&) override {}
+
+    bool m_bEnabled = true;
+};
+
+void UpdateMenu(QMenu& menu, CFrameWnd& frame) {
+    for (QAction* const action : menu.actions()) {
+        if (action->isSeparator()) continue;
+        action->setEnabled(true);
+        ActionCmdUI ui(*action);
+        ui.DoUpdate(frame, true);
+    }
+}
+
+void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
+    for (const MenuItemResource& item : popup.items) {
+        if (item.nId == 0) {
+            menu.addSeparator();
+            continue;
+        }
+        // The tab behind a text divides it from the name of its accelerator, as the toolkit has it too.
+        QAction* const action = menu.addAction(QString::fromUtf8(item.pszText));
+        action->setData(item.nId);
+        QObject::connect(action, &QAction::triggered, &menu, [&frame, nID = item.nId] {
+            AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); });
+        });
+    }
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu,
+                     [&menu, &frame] { AfxGuardedCall([&] { UpdateMenu(menu, frame); }); });
+}
+
+}  // namespace
+
+void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame) {
+    // The old menus may be on the stack of the event that leads here.
+    for (QAction* const action : bar.actions()) action->menu()->deleteLater();
+    bar.clear();
+    for (const PopupResource& popup : menu.popups)
+        FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, frame);
+}
+
+void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
+    for (const AcceleratorResource& accelerator : AfxGetAccelerators()) {
+        auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
+        QObject::connect(shortcut, &QShortcut::activated, &window, [&frame, nID = accelerator.nId] {
+            AfxGuardedCall([&] {
+                EnabledCmdUI ui(nID);
+                ui.DoUpdate(frame, true);
+                if (ui.m_bEnabled) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
+            });
+        });
+    }
+}
+
+u32 AfxGetMenuState(QMenuBar& bar, u32 nID) {
+    for (const QAction* const title : bar.actions()) {
+        for (const QAction* const action : title->menu()->actions()) {
+            if (action->isSeparator() || action->data().toUInt() != nID) continue;
+            emit title->menu()->aboutToShow();
+            return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
+        }
+    }
+    return MF_MISSING;
+}

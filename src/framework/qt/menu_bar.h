@@ -1,0 +1,23 @@
+// The main window's menus and accelerators, made from the resource tables. An item shows the state that the
+// command's update handler gives it just before its menu opens; a command that nobody handles is grey.
+#pragma once
+
+#include "base/types.h"
+#include "framework/core/resource.h"
+
+class CFrameWnd;
+class QMenuBar;
+class QWidget;
+
+// Takes the place of the menus that the bar had before.
+void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame);
+
+// Accelerators act wherever the keyboard is in the window; that of a disabled command does nothing.
+void AfxAddAccelerators(QWidget& window, CFrameWnd& frame);
+
+constexpr u32 MF_GRAYED = 1;
+constexpr u32 MF_CHECKED = 8;
+constexpr u32 MF_MISSING = 0xFFFFFFFF;
+
+// State of the first item of this command, in MF_ bits, as its menu would show it now.
+u32 AfxGetMenuState(QMenuBar& bar, u32 nID);
