@@ -1,6 +1,7 @@
 #include "psd/channel_data.h"
 
 #include "psd/field_reader.h"
+#include "psd/psd_case.h"
 #include "support/psd_builder.h"
 #include "support/random.h"
 

@@ -1,3 +1,4 @@
+#include "psd/psd_case.h"
 #include "support/psd_builder.h"
 
 #include <gtest/gtest.h>

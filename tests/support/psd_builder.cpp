@@ -1,7 +1,5 @@
 #include "support/psd_builder.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <sstream>
 
@@ -110,10 +108,6 @@ PsdFields LayeredPsd() {
     fields.compression = 1;
     fields.samples = Bytes{0, 2, 0, 4, 0xFE, 1, 2, 1, 2, 3};
     return fields;
-}
-
-void ExpectLoads(const std::vector<PsdCase>& table) {
-    for (const PsdCase& row : table) EXPECT_EQ(LoadedPsd(row.fields).bLoaded, row.bLoads) << row.what;
 }
 
 std::string Description(const PsdImage& image) {

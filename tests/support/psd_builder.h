@@ -84,13 +84,5 @@ struct LoadedPsd {
     bool bLoaded;
 };
 
-struct PsdCase {
-    const char* what;
-    PsdFields fields;
-    bool bLoads;
-};
-
-void ExpectLoads(const std::vector<PsdCase>& table);
-
 // Everything that an image holds, a line for each object; bytes and samples in hexadecimal.
 std::string Description(const PsdImage& image);
