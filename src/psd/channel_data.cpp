@@ -11,9 +11,6 @@
 
 namespace {
 
-constexpr i32 RAW = 0;
-constexpr i32 PACK_BITS = 1;
-
 constexpr u32 LONGEST_RUN = 129;
 
 // The fast path moves whole pieces: it reads and writes up to one piece beyond a packet's end. What it writes
@@ -189,13 +186,13 @@ bool PsdLayerChannel::ReadChannelData(ByteStream& stream, u32 rows, u32 columns)
     m_samples = LargeBlock();
     const i32 compression = ReadI16(stream);
     if (!stream.IsGood()) return false;
-    if (compression == RAW) {
+    if (compression == PSD_RAW) {
         const u64 size = SizeProduct(rows, columns);
         if (m_nLength != size + 2 || !CanDeliver(stream, size) || !AllocatePlane(rows, columns)) return false;
         ReadInto(stream, m_samples.Data(), static_cast<u32>(size));
         return stream.IsGood();
     }
-    if (compression != PACK_BITS) return false;
+    if (compression != PSD_PACK_BITS) return false;
     PackedCounts counts;
     if (!counts.Read(stream, rows) || m_nLength != 2 + 2 * counts.RowCount() + counts.Sum()) return false;
     return CanExpandTo(stream, counts, columns) && AllocatePlane(rows, columns) &&

@@ -7,6 +7,10 @@
 
 class ByteStream;
 
+// How the samples of a plane or of the composite stand in the file.
+constexpr i32 PSD_RAW = 0;
+constexpr i32 PSD_PACK_BITS = 1;
+
 // Decodes one row of width bytes, at least 1, from exactly packed bytes of the stream. False when the packets
 // do not end with the row or did not take that many bytes, or the data ends; the row is partly filled then.
 bool DecodePackBitsRow(u8* row, ByteStream& stream, u32 width, u32 packed);

@@ -1,5 +1,5 @@
 // The fields of a Photoshop document. They are read without looking at the stream's state, which a reader
-// tests at fixed points: a field that the data no longer holds is 0.
+// tests at fixed points: bytes that the data no longer holds are 0.
 #pragma once
 
 #include "base/types.h"

@@ -11,9 +11,6 @@ namespace {
 constexpr u32 MOST_CHANNELS = 24;
 constexpr u32 PALETTE_BYTES = 3 * PSD_PALETTE_SIZE;
 
-constexpr i32 RAW = 0;
-constexpr i32 PACK_BITS = 1;
-
 // The least that the image data of one channel takes: its compression and one sample.
 constexpr u32 LEAST_CHANNEL_SIZE = 3;
 
@@ -123,8 +120,8 @@ bool PsdImage::ReadGlobalMasks(ByteStream& stream) {
 bool PsdImage::ReadComposite(ByteStream& stream) {
     const i32 compression = ReadI16(stream);
     if (!stream.IsGood()) return false;
-    if (compression == RAW) return ReadRawComposite(stream);
-    return compression == PACK_BITS && m_nDepth == 8 && ReadPackedComposite(stream);
+    if (compression == PSD_RAW) return ReadRawComposite(stream);
+    return compression == PSD_PACK_BITS && m_nDepth == 8 && ReadPackedComposite(stream);
 }
 
 bool PsdImage::ReadRawComposite(ByteStream& stream) {

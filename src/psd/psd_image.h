@@ -51,8 +51,7 @@ class PsdImage {
     std::unique_ptr<u8[]> m_pPalette;
 
     PsdList<PsdResource> m_Resources;
-    bool m_bMergedAlpha =
-        false;  // the composite's first alpha channel is the transparency of the merged result
+    bool m_bMergedAlpha = false;  // the composite's first alpha channel is the merged layers' transparency
     PsdList<PsdLayer> m_Layers;
     PsdList<PsdGlobalMask> m_GlobalMasks;
 

@@ -101,7 +101,7 @@ TEST(ChannelData, LengthAndDataAgree) {
 
 TEST(ChannelData, PlanesTakeTheSizeOfTheirRectangle) {
     const Bytes mask = ByteBuilder().U32(4).U32(9).U32(5).U32(11).U32(0);
-    const Bytes inverted = ByteBuilder().U32(5).U32(9).U32(4).U32(11).U32(0);
+    const Bytes empty = ByteBuilder().U32(4).U32(9).U32(4).U32(11).U32(0);
     auto with = [](PsdLayerFields layer) -> PsdFields { return {.layers = {layer}}; };
     auto masked = [&](i32 id, Bytes samples, const Bytes& rectangle) {
         return with({.channels = {{.id = id, .data = RawData(samples)}}, .mask = rectangle});
@@ -118,8 +118,8 @@ TEST(ChannelData, PlanesTakeTheSizeOfTheirRectangle) {
                  {"mask as large as the layer", masked(-2, {1}, mask), false},
                  {"-2 without mask", masked(-2, {1}, {}), true},
                  {"colour beside a mask", masked(0, {1}, mask), true},
-                 {"mask inside out", masked(-2, {1, 2}, inverted), false},
-                 {"unused mask inside out", masked(0, {1}, inverted), true}});
+                 {"empty mask", masked(-2, {}, empty), false},
+                 {"empty mask, unused", masked(0, {1}, empty), true}});
 }
 
 }  // namespace

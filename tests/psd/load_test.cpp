@@ -57,7 +57,7 @@ TEST(LoadPsd, SectionsEndWhereTheySay) {
                  {"resources 1 long", {.resources = resource, .resourcesExcess = 1}, false},
                  {"layers", {.layers = layer}, true},
                  {"layers 1 long", {.layers = layer, .layerPad = {9}}, true},
-                 {"layers 2 long", {.layers = layer, .layerPad = {9, 9}}, false},
+                 {"layers 2 long", {.layers = layer, .layerPad = {0, 0}}, false},
                  {"layers 1 short", {.layers = layer, .layersExcess = -1}, false},
                  {"section of any length", {.layers = layer, .sectionExcess = 77}, true},
                  {"one mask record", {.globalMasks = Bytes(14)}, true},
@@ -79,7 +79,8 @@ TEST(LoadPsd, LengthsMoveThePositionModulo32Bits) {
 TEST(LoadPsd, ANegativeLayerCountMeansMergedAlpha) {
     for (const auto& [count, layers] : {std::pair{2, 2u}, {-32768, 32768u}}) {
         const LoadedPsd loaded({.layers = std::vector<PsdLayerFields>(layers), .layerCount = count});
-        EXPECT_EQ(loaded.image.m_Layers.GetCount(), loaded.bLoaded ? layers : 0) << count;
+        EXPECT_TRUE(loaded.bLoaded) << count;
+        EXPECT_EQ(loaded.image.m_Layers.GetCount(), layers);
         EXPECT_EQ(loaded.image.m_bMergedAlpha, count < 0);
     }
 }
@@ -94,10 +95,9 @@ TEST(LoadPsd, CompositeComesInFourForms) {
                  {"16 bits, 1 short", with(1, 16, 0, {1, 2, 3}), false},
                  {"1 bit, 1 short", with(9, 1, 0, {1, 2, 3}), false},
                  {"packed", with(3, 8, 1, {0, 2, 0, 4, 0xFE, 7, 2, 7, 8, 9}), true},
-                 {"count 1 low", with(3, 8, 1, {0, 2, 0, 3, 0xFE, 7, 2, 7, 8, 9}), false},
                  {"count 1 high", with(3, 8, 1, {0, 2, 0, 5, 0xFE, 7, 2, 7, 8, 9, 0}), false},
                  {"count moved", with(3, 8, 1, {0, 3, 0, 3, 0xFE, 7, 2, 7, 8, 9}), false},
-                 {"packed words", with(1, 16, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7}), false},
+                 {"packed words", with(1, 16, 1, {0, 2, 0, 2, 0, 7, 0, 7}), false},
                  {"packed bits", with(2, 1, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7}), false},
                  {"compression 2", with(1, 8, 2, {1, 2}), false},
                  {"compression -1", with(1, 8, 0xFFFF, {1, 2}), false}});

@@ -35,7 +35,7 @@ TEST(Names, ArePaddedByTheirLengthInTheFile) {
 }
 
 TEST(Resource, ShapeIsJudged) {
-    const Bytes names = ByteBuilder().U8(7).Text("Channel").U8(4).Text("Mask");
+    const Bytes names = ByteBuilder().Text("\7Channel\4Mask");
     auto with = [](PsdResourceFields resource) -> PsdFields { return {.resources = {resource}}; };
     ExpectLoads({{"signature", with({.signature = "8BIN"}), false},
                  {"largest data", with({.data = Bytes(16777215)}), true},
