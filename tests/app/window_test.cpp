@@ -168,6 +168,35 @@ TEST_F(WindowTest, AFitLeavesTheFrameWhereItStandsAndCountsTheBarsThatShow) {
     EXPECT_EQ(ClientSize(), (CSize{100, 50}));
 }
 
+TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
+    ASSERT_TRUE(OpenFile(Picture(11, 5)));
+    Frame().MDIMaximize();
+    EXPECT_TRUE(WaitFor([&] { return ClientSize().cx > 500; }));
+    EXPECT_TRUE(WaitFor([&] {
+        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - [picture.iff]";
+    }));
+    Frame().MDIRestore();
+    EXPECT_TRUE(WaitFor([&] {
+        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff";
+    }));
+    EXPECT_EQ(ClientSize(), (CSize{11, 5}));
+
+    Frame().MDIMaximize();
+    theApp.PumpMessages();
+    View().FitFrameToImage(2.0f);
+    EXPECT_FALSE(Frame().IsZoomed());
+    EXPECT_EQ(ClientSize(), (CSize{22, 10}));
+    theApp.PumpMessages();
+    EXPECT_EQ(ClientSize(), (CSize{22, 10}));
+
+    Frame().MDIMaximize();
+    theApp.PumpMessages();
+    ASSERT_TRUE(OpenFile(Picture(20, 10), "next.iff"));
+    theApp.PumpMessages();
+    Frame().MDIRestore();
+    EXPECT_EQ(ClientSize(), (CSize{20, 10}));
+}
+
 TEST_F(WindowTest, PixelsStretchOverTheClientAreaAtEveryPlaceOfIt) {
     constexpr u32 WIDTH = 4096;
     constexpr u32 HEIGHT = 3;
