@@ -246,6 +246,23 @@ TEST_F(WindowTest, AWideViewShowsTheRightPixelsWhereverItIsScrolledTo) {
     }
 }
 
+TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
+    struct Name {
+        const char* pszBytes;
+        const char* pszShown;
+    };
+    ASSERT_TRUE(OpenFile(Picture(8, 8)));
+    CComboBox& list = Frame().m_wndLayerCombo;
+    SendMessageA(&list, CB_RESETCONTENT, 0, 0);
+    for (const Name& name :
+         {Name{"plain", "plain"}, Name{"gr\xC3\xBCn", "gr\xC3\xBCn"}, Name{"gr\xFCn", "gr\xC3\xBCn"},
+          Name{"5 \x80", "5 \xE2\x82\xAC"}, Name{"a\tb\nc\x7F", "a b c "}, Name{"\x81\xFC", " \xC3\xBC"},
+          Name{"<b>&x", "<b>&x"}}) {
+        SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(name.pszBytes));
+        EXPECT_EQ(Entries(list).back(), name.pszShown);
+    }
+}
+
 TEST_F(WindowTest, ARefusedDocumentIsNamedAndLeavesNoWindow) {
     EXPECT_FALSE(OpenFile(ByteBuilder().Text("no picture"), "a<b>.iff"));
     ASSERT_EQ(m_answers.m_messages.size(), 1u);
