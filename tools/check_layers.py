@@ -38,6 +38,7 @@ BESIDE_SRC = {
     "bench": CORE + ["framework/qt", "app", "tests/support"],
     "fuzz": CORE + ["tests/support"],
     "tests/support": CORE,
+    "tests/tools": CORE + ["tests/support", "tools"],
     "tests": CORE + ["tests/support"],
 }
 

@@ -14,38 +14,52 @@ namespace {
 constexpr i32 RAW = 0;
 constexpr i32 PACK_BITS = 1;
 
-constexpr u32 LONGEST_LITERAL = 128;
 constexpr u32 LONGEST_RUN = 129;
 
-// The fast path moves whole pieces and so writes up to one piece behind a packet's end, which the next packet
-// of the row overwrites.
-constexpr u32 PIECE = 16;
-constexpr u32 ROOM_IN_BUFFER = 1 + LONGEST_LITERAL;
-constexpr u32 ROOM_IN_ROW = (LONGEST_RUN + PIECE - 1) / PIECE * PIECE;
+// The fast path moves whole pieces: it reads and writes up to one piece beyond a packet's end. What it writes
+// there, the next packet of the row overwrites.
+constexpr i32 PIECE = 16;
 
-// Decodes packets as long as any packet would fit into the rest of the buffer and of the row, so that one
-// test each is enough. Returns the bytes written.
+struct Piece {
+    u64 m_nFirst;
+    u64 m_nSecond;
+};
+static_assert(sizeof(Piece) == PIECE);
+
+// The first piece of a packet, run or literal, chosen without a branch: which of the two comes next is as
+// good as random in a photograph.
+Piece FirstPiece(const u8* packet, bool isRun) {
+    Piece piece;
+    std::memcpy(&piece, packet + 1, PIECE);
+    const u64 fill = packet[1] * 0x0101010101010101u;
+    const u64 mask = u64{0} - u64{isRun};
+    piece.m_nFirst ^= (piece.m_nFirst ^ fill) & mask;
+    piece.m_nSecond ^= (piece.m_nSecond ^ fill) & mask;
+    return piece;
+}
+
+// Decodes packets as long as the rest of the buffer and of the row holds them and a piece more. Returns the
+// bytes written.
 u32 DecodeFromBuffer(u8* row, ByteStream& stream, u32 width) {
-    if (!stream.m_pReadBuffer || width < ROOM_IN_ROW) return 0;
+    if (!stream.m_pReadBuffer) return 0;
     const u8* in = stream.m_pReadBuffer + stream.m_nReadPos;
     const u8* const inEnd = stream.m_pReadBuffer + stream.m_nLimit;
     u8* out = row;
-    u8* const outLast = row + (width - ROOM_IN_ROW);
-    while (inEnd - in >= ROOM_IN_BUFFER && out <= outLast) {
+    u8* const outEnd = row + width;
+    while (in < inEnd) {
         const i32 header = static_cast<i8>(in[0]);
-        if (header < 0) {
-            std::array<u8, PIECE> piece;
-            piece.fill(in[1]);
-            const i32 count = 1 - header;
-            for (i32 done = 0; done < count; done += PIECE) std::memcpy(out + done, piece.data(), PIECE);
-            in += 2;
-            out += count;
-        } else {
-            const i32 count = header + 1;
-            for (i32 done = 0; done < count; done += PIECE) std::memcpy(out + done, in + 1 + done, PIECE);
-            in += 1 + count;
-            out += count;
+        const bool isRun = header < 0;
+        const i32 count = isRun ? 1 - header : 1 + header;
+        const i32 size = isRun ? 2 : 1 + count;
+        if (size + PIECE > inEnd - in || count + PIECE > outEnd - out) break;
+        Piece piece = FirstPiece(in, isRun);
+        std::memcpy(out, &piece, PIECE);
+        for (i32 done = PIECE; done < count; done += PIECE) {
+            if (!isRun) std::memcpy(&piece, in + 1 + done, PIECE);
+            std::memcpy(out + done, &piece, PIECE);
         }
+        in += size;
+        out += count;
     }
     stream.m_nReadPos = static_cast<u32>(in - stream.m_pReadBuffer);
     return static_cast<u32>(out - row);
@@ -99,7 +113,7 @@ bool DecodePackBitsRow(u8* row, ByteStream& stream, u32 width, u32 packed) {
         const u32 start = stream.m_nReadPos;
         out += DecodeFromBuffer(row + out, stream, width - out);
         used += stream.m_nReadPos - start;
-        // No packet ends a row in the fast path, which leaves room behind it.
+        // The fast path never ends a row: it leaves the room of a piece.
         const u32 count = DecodePacket(row + out, stream, width - out, used);
         if (count == 0) return false;
         out += count;

@@ -1,11 +1,10 @@
-// Paints the pictures in samples/ and writes them into the folder named on the command line.
+// An evening by the sea: an IFF picture of 32 colours in five planes, packed.
 
 #include "support/iff_builder.h"
+#include "tools/samples/painting.h"
+#include "tools/samples/samples.h"
 
 #include <cmath>
-#include <cstdio>
-#include <fstream>
-#include <string>
 
 namespace {
 
@@ -20,15 +19,6 @@ constexpr u32 SUN = 14, SUN_STEPS = 3;
 constexpr u32 HILLS = 17, HILL_RANGES = 3, HILL_STEPS = 3;
 constexpr u32 WATER = 26, WATER_STEPS = 6;
 
-IffRgb Mix(const IffRgb& from, const IffRgb& to, double share) {
-    const auto mix = [share](u8 a, u8 b) { return static_cast<u8>(std::lround(a + (b - a) * share)); };
-    return {mix(from.red, to.red), mix(from.green, to.green), mix(from.blue, to.blue)};
-}
-
-void AddRamp(std::vector<IffRgb>& map, const IffRgb& from, const IffRgb& to, u32 steps) {
-    for (u32 i = 0; i < steps; ++i) map.push_back(Mix(from, to, i / (steps - 1.0)));
-}
-
 std::vector<IffRgb> EveningColours() {
     std::vector<IffRgb> map;
     AddRamp(map, {22, 26, 74}, {136, 74, 132}, SKY_STEPS / 2);
@@ -39,23 +29,6 @@ std::vector<IffRgb> EveningColours() {
     AddRamp(map, {28, 24, 58}, {60, 40, 84}, HILL_STEPS);
     AddRamp(map, {20, 22, 60}, {255, 196, 120}, WATER_STEPS);
     return map;
-}
-
-// The threshold of an 8 by 8 ordered dither, from 0 to below 1.
-double Threshold(u32 x, u32 y) {
-    u32 rank = 0;
-    for (u32 bit = 0; bit < 3; ++bit) {
-        const u32 across = x >> bit & 1, down = y >> bit & 1;
-        rank = rank << 2 | (across ^ down) << 1 | down;
-    }
-    return rank / 64.0;
-}
-
-// One of a ramp's places for a level from 0 to 1.
-u32 Dithered(u32 first, u32 steps, double level, u32 x, u32 y) {
-    const double place = std::fmin(std::fmax(level, 0), 1) * (steps - 1);
-    const double whole = std::floor(place);
-    return first + static_cast<u32>(whole) + (place - whole > Threshold(x, y) ? 1 : 0);
 }
 
 double HillTop(u32 range, double x) {
@@ -84,6 +57,8 @@ u32 Evening(u32 px, u32 py) {
     return Dithered(SKY, SKY_STEPS, y / (HORIZON + 8) + glow, px, py);
 }
 
+}  // namespace
+
 Bytes EveningPicture() {
     std::vector<u32> values;
     for (u32 y = 0; y < HEIGHT; ++y)
@@ -92,22 +67,4 @@ Bytes EveningPicture() {
     return Form("ILBM",
                 {Bmhd({.width = WIDTH, .height = HEIGHT, .planes = PLANES, .compression = 1}),
                  Cmap(EveningColours()), Chunk("BODY", ByteRun(PlanesOf(values, WIDTH, PLANES), WIDTH / 8))});
-}
-
-bool Write(const std::string& path, const Bytes& bytes) {
-    std::ofstream file(path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!file.flush()) std::fprintf(stderr, "%s cannot be written\n", path.c_str());
-    return file.good();
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: make_samples FOLDER\n");
-        return 2;
-    }
-    const std::string folder = argv[1];
-    return Write(folder + "/evening.iff", EveningPicture()) ? 0 : 1;
 }

@@ -1,0 +1,125 @@
+#include "psd/channel_data.h"
+
+#include "psd/field_reader.h"
+#include "psd/psd_case.h"
+#include "support/psd_builder.h"
+#include "support/random.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace {
+
+// The row decoder as the format describes it, a byte at a time: the judge of the fast one.
+std::optional<Bytes> PlainRow(const Bytes& packed, u64 start, u64 width, u64 size) {
+    Bytes row;
+    u64 at = start;
+    do {
+        if (at >= packed.size()) return {};
+        const i32 header = static_cast<i8>(packed[at++]);
+        const u64 count = static_cast<u64>(header < 0 ? 1 - header : 1 + header);
+        if (row.size() + count > width || at + (header < 0 ? 1 : count) > packed.size()) return {};
+        for (u64 i = 0; i < count; ++i) row.push_back(packed[header < 0 ? at : at + i]);
+        at += header < 0 ? 1 : count;
+    } while (row.size() < width);
+    if (at - start != size) return {};
+    return row;
+}
+
+TEST(PackBits, RowsAreWhatThePlainDecoderMakesOfThem) {
+    Random random(1);
+    u32 decoded = 0;
+    for (u32 round = 0; round < 20000; ++round) {
+        // Packets of all lengths, short ones most often, anywhere in the buffer.
+        const u32 start = random.Below(1100);
+        ByteBuilder data;
+        data.Append(random.SomeBytes(start));
+        u32 width = 0;
+        for (u32 packets = 1 + random.Below(30); packets > 0; --packets) {
+            const i32 header = static_cast<i8>(random.Below(3) > 0 ? random.Below(20) - 10 : random());
+            data.U8(static_cast<u32>(header)).Append(random.SomeBytes(header < 0 ? 1 : header + 1));
+            width += static_cast<u32>(header < 0 ? 1 - header : 1 + header);
+        }
+        // Some rows have a wrong width or count, or end too early.
+        u32 size = static_cast<u32>(data.Get().size()) - start;
+        if (random.Below(8) == 0) width += random.Below(2) * 2 - 1;
+        if (random.Below(8) == 0) size += random.Below(2) * 2 - 1;
+        const Bytes bytes = Truncated(data.Repeat(random.Below(2) * 200, 0x80), random.Below(8) == 0);
+        const auto expected = PlainRow(bytes, start, width, size);
+
+        MemoryStream source(bytes);
+        for (u32 i = 0; i < start; ++i) ReadU8(source.stream);
+        const auto row = std::make_unique<u8[]>(width);  // of exactly that size, for the sanitizer
+        ASSERT_EQ(DecodePackBitsRow(row.get(), source.stream, width, size), expected.has_value()) << round;
+        if (!expected) continue;
+        ++decoded;
+        ASSERT_EQ(Bytes(row.get(), row.get() + width), *expected) << round;
+        ASSERT_EQ(source.stream.GetPosition(), start + size);
+    }
+    EXPECT_GT(decoded, 10000u);
+}
+
+TEST(BitRows, AreUnpackedAsBitByBit) {
+    Random random(2);
+    for (u32 width = 1; width <= 70; ++width) {
+        const u32 rowSize = (width + 7) / 8;
+        const Bytes bytes = random.SomeBytes(3 * rowSize);
+        MemoryStream source(bytes);
+        Bytes samples(3 * width), expected;
+        ASSERT_TRUE(ReadBitRows(source.stream, samples.data(), 3, width));
+        for (u32 i = 0; i < 3 * width; ++i) {
+            const u32 x = i % width;
+            expected.push_back(bytes[i / width * rowSize + x / 8] >> (7 - x % 8) & 1 ? 0 : 1);
+        }
+        ASSERT_EQ(samples, expected) << width;
+    }
+}
+
+TEST(Words, AreSwappedInEveryBlock) {
+    const Bytes bytes = Random(3).SomeBytes(2 * (128 * 1024 * 2 + 5));
+    MemoryStream source(bytes);
+    std::vector<u16> words(bytes.size() / 2);
+    ASSERT_TRUE(ReadWords(source.stream, words.data(), words.size()));
+    for (u64 i = 0; i < words.size(); ++i) ASSERT_EQ(words[i], bytes[2 * i] << 8 | bytes[2 * i + 1]) << i;
+}
+
+TEST(ChannelData, LengthAndDataAgree) {
+    const Bytes run = {0xFF, 7}, raw = RawData({1, 2, 3, 4, 5, 6}), packed = PackedData({run, run, run});
+    auto with = [](Bytes data, i32 excess) -> PsdFields {
+        return {.layers = {{.bottom = 3, .right = 2, .channels = {{.data = data, .excess = excess}}}}};
+    };
+    ExpectLoads({{"raw", with(raw, 0), true},
+                 {"raw 1 short", with(raw, -1), false},
+                 {"raw 1 long", with(raw, 1), false},
+                 {"packed", with(packed, 0), true},
+                 {"packed 1 short", with(packed, -1), false},
+                 {"packed 1 long", with(packed, 1), false},
+                 {"counts moved", with(PackedData({run, run, run}, 1, -1), 0), false},
+                 {"compression 2", with({0, 2, 1, 2, 3, 4, 5, 6}, 0), false}});
+}
+
+TEST(ChannelData, PlanesTakeTheSizeOfTheirRectangle) {
+    const Bytes mask = ByteBuilder().U32(4).U32(9).U32(5).U32(11).U32(0);
+    const Bytes inverted = ByteBuilder().U32(5).U32(9).U32(4).U32(11).U32(0);
+    auto with = [](PsdLayerFields layer) -> PsdFields { return {.layers = {layer}}; };
+    auto masked = [&](i32 id, Bytes samples, const Bytes& rectangle) {
+        return with({.channels = {{.id = id, .data = RawData(samples)}}, .mask = rectangle});
+    };
+    const i32 last = 0x7FFFFFFF, first = -last - 1;
+    ExpectLoads({{"empty", with({.top = 10, .bottom = 10}), false},
+                 {"inside out", with({.top = 1, .bottom = 0}), false},
+                 {"no columns", with({.right = 0}), false},
+                 {"30000 rows", with({.top = -30000, .bottom = 0}), true},
+                 {"30001 rows", with({.top = -30000, .bottom = 1}), false},
+                 {"wraps",
+                  with({.top = last, .bottom = first + 2, .channels = {{.data = RawData({1, 2, 3})}}}), true},
+                 {"mask", masked(-2, {1, 2}, mask), true},
+                 {"mask as large as the layer", masked(-2, {1}, mask), false},
+                 {"-2 without mask", masked(-2, {1}, {}), true},
+                 {"colour beside a mask", masked(0, {1}, mask), true},
+                 {"mask inside out", masked(-2, {1, 2}, inverted), false},
+                 {"unused mask inside out", masked(0, {1}, inverted), true}});
+}
+
+}  // namespace

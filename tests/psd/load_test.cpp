@@ -1,0 +1,167 @@
+#include "psd/psd_case.h"
+#include "support/psd_builder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(LoadPsd, EverythingIsReadInItsOrder) {
+    const LoadedPsd loaded(LayeredPsd());
+    ASSERT_TRUE(loaded.bLoaded);
+    std::string text = Description(loaded.image);
+    const u64 palette = text.find(" merged") + 7;
+    EXPECT_EQ(text.substr(palette, 37), " 0 50 a0 0 50 a0 0 50 a0 0 50 a0 1 51");
+    EXPECT_EQ(
+        text.erase(palette, text.find('\n') - palette),
+        " 1 2 3 8 2 merged\n"
+        "resource  1006 6\n"
+        "resource raw 1000 3\n"
+        "layer first -1 2 1 5 254 -1 240 key 6d 75 6c 20 ranges 73 72 63 65 to 64 65 73 74 -1 6 0 8 254 253\n"
+        " channel -1 ranges 53 52 43 30 to 44 53 54 30 | 1 2 3 | 4 5 6\n"
+        " channel 0 ranges 53 52 43 31 to 44 53 54 31 | 7 7 7 | 7 8 9\n"
+        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | a b\n"
+        "layer  0 0 1 1 255 0 0 key 6e 6f 72 6d ranges 0 0 ff ff to 0 0 ff ff\n"
+        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | c\n"
+        "mask 61 62 63 64 65 66 67 68 65534 4660 128\n"
+        "mask aa aa aa aa aa aa aa aa 43690 43690 170\n"
+        "plane 1 1 1 | 1 2 3");
+}
+
+TEST(LoadPsd, HeaderKeepsToTheLimits) {
+    ExpectLoads({{"a plain document", {}, true},
+                 {"first byte", {.signature = "9BPS"}, false},
+                 {"version 2", {.version = 2}, false},
+                 {"no channels", {.channels = 0}, false},
+                 {"24 channels", {.channels = 24}, true},
+                 {"25 channels", {.channels = 25}, false},
+                 {"30000 rows", {.rows = 30000}, true},
+                 {"30001 rows", {.rows = 30001}, false},
+                 {"no columns", {.columns = 0}, false},
+                 {"30000 columns", {.columns = 30000}, true},
+                 {"30001 columns", {.columns = 30001}, false},
+                 {"32 bits", {.depth = 32}, false},
+                 {"mode -1", {.mode = 0xFFFF}, false}});
+    for (u32 mode = 0; mode < 11; ++mode)
+        ExpectLoads(
+            {{"a mode", {.mode = mode, .colourData = Bytes(768)}, mode < 5 || (mode > 6 && mode < 10)}});
+}
+
+TEST(LoadPsd, SectionsEndWhereTheySay) {
+    const std::vector<PsdResourceFields> resource = {{.data = {1, 2, 3}}};
+    const std::vector<PsdLayerFields> layer(1);
+    ExpectLoads({{"palette of 767", {.mode = PSD_INDEXED, .colourData = Bytes(767)}, false},
+                 {"palette of 769", {.mode = PSD_INDEXED, .colourData = Bytes(769)}, false},
+                 {"grey, 1000 bytes", {.colourData = Bytes(1000, 0xFF)}, true},
+                 {"resources", {.resources = resource}, true},
+                 {"resources 1 short", {.resources = resource, .resourcesExcess = -1}, false},
+                 {"resources 1 long", {.resources = resource, .resourcesExcess = 1}, false},
+                 {"layers", {.layers = layer}, true},
+                 {"layers 1 long", {.layers = layer, .layerPad = {9}}, true},
+                 {"layers 2 long", {.layers = layer, .layerPad = {9, 9}}, false},
+                 {"layers 1 short", {.layers = layer, .layersExcess = -1}, false},
+                 {"section of any length", {.layers = layer, .sectionExcess = 77}, true},
+                 {"one mask record", {.globalMasks = Bytes(14)}, true},
+                 {"1 short", {.globalMasks = Bytes(14), .globalMasksExcess = -1}, false},
+                 {"1 long", {.globalMasks = Bytes(14), .globalMasksExcess = 1}, false},
+                 {"16 bytes of masks", {.globalMasks = Bytes(16)}, false}});
+}
+
+// The end of the colour mode data wraps to byte 6 of the header, whose fields are then read a second time: as
+// no resources, no layers and 14044 mask records up to the composite.
+TEST(LoadPsd, LengthsMoveThePositionModulo32Bits) {
+    const Bytes header = Truncated(Psd({.rows = 2, .columns = 3}), 20);
+    const Bytes back24 = ByteBuilder().Append(header).U32(0xFFFFFFE8).Repeat(196640 - 30 + 2 + 6, 0);
+    const LoadedPsd loaded(back24);
+    EXPECT_TRUE(loaded.bLoaded);
+    EXPECT_EQ(loaded.image.m_GlobalMasks.GetCount(), 14044u);
+}
+
+TEST(LoadPsd, ANegativeLayerCountMeansMergedAlpha) {
+    for (const auto& [count, layers] : {std::pair{2, 2u}, {-32768, 32768u}}) {
+        const LoadedPsd loaded({.layers = std::vector<PsdLayerFields>(layers), .layerCount = count});
+        EXPECT_EQ(loaded.image.m_Layers.GetCount(), loaded.bLoaded ? layers : 0) << count;
+        EXPECT_EQ(loaded.image.m_bMergedAlpha, count < 0);
+    }
+}
+
+TEST(LoadPsd, CompositeComesInFourForms) {
+    auto with = [](u32 columns, u32 depth, u32 compression, Bytes samples) -> PsdFields {
+        return {
+            .rows = 2, .columns = columns, .depth = depth, .compression = compression, .samples = samples};
+    };
+    ExpectLoads({{"raw", with(2, 8, 0, {1, 2, 3, 4}), true},
+                 {"raw, 1 short", with(2, 8, 0, {1, 2, 3}), false},
+                 {"16 bits, 1 short", with(1, 16, 0, {1, 2, 3}), false},
+                 {"1 bit, 1 short", with(9, 1, 0, {1, 2, 3}), false},
+                 {"packed", with(3, 8, 1, {0, 2, 0, 4, 0xFE, 7, 2, 7, 8, 9}), true},
+                 {"count 1 low", with(3, 8, 1, {0, 2, 0, 3, 0xFE, 7, 2, 7, 8, 9}), false},
+                 {"count 1 high", with(3, 8, 1, {0, 2, 0, 5, 0xFE, 7, 2, 7, 8, 9, 0}), false},
+                 {"count moved", with(3, 8, 1, {0, 3, 0, 3, 0xFE, 7, 2, 7, 8, 9}), false},
+                 {"packed words", with(1, 16, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7}), false},
+                 {"packed bits", with(2, 1, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7}), false},
+                 {"compression 2", with(1, 8, 2, {1, 2}), false},
+                 {"compression -1", with(1, 8, 0xFFFF, {1, 2}), false}});
+    const LoadedPsd words({.channels = 2, .rows = 2, .depth = 16, .samples = Bytes{1, 2, 3, 4, 5, 6, 7, 8}});
+    EXPECT_EQ(*reinterpret_cast<const u16*>(words.image.m_pppPlanes[1][1]), 0x0708);
+}
+
+// Each has sizes far beyond its data; what would hold that data must not have been made.
+TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
+    for (const auto& [depth, compression] : {std::pair{8u, 0u}, {16u, 0u}, {1u, 0u}, {8u, 1u}}) {
+        PsdFields fields = {.channels = 24, .rows = 1000, .columns = 30000, .depth = depth};
+        fields.compression = compression, fields.samples = Bytes(24 * 2 * 1000, 1);
+        const LoadedPsd loaded(fields);
+        EXPECT_FALSE(loaded.bLoaded || loaded.image.m_pppPlanes) << depth << ' ' << compression;
+    }
+    MemoryStream data(Bytes(1000, 0));
+    PsdRawResourceData raw;
+    EXPECT_FALSE(raw.Read(data.stream, 1001) || raw.m_pBytes);
+    EXPECT_EQ(data.stream.m_nStatus, BS_END) << "as after reading";
+    for (const Bytes& bytes : {RawData({1, 2}), PackedData({{0xFE, 1}})}) {
+        MemoryStream image(bytes);
+        PsdLayerChannel channel;
+        channel.m_nLength = bytes[1] == 0 ? 2 + 2000 : static_cast<u32>(bytes.size());
+        EXPECT_FALSE(channel.ReadChannelData(image.stream, 1, 2000) || channel.m_ppPlane);
+    }
+}
+
+// Every record of 60 channels leads back to its own start; 32767 of them would fit into a kilobyte.
+TEST(LoadPsd, RecordsOverOneAnotherMakeNoMoreChannelsThanTheDataHasRoomFor) {
+    PsdLayerFields layer = {.channels = std::vector<PsdChannelFields>(60, {.data = RawData({1})}),
+                            .ranges = Bytes(8 + 60 * 8)};
+    const i32 size = static_cast<i32>(LayerRecord(layer).size());
+    layer.rangesExcess = -(size - 4 + 6);  // to the length of the layers, whose zeroes make an empty name
+    layer.extraExcess = -size;
+    const LoadedPsd loaded({.layers = {layer}, .layerCount = 32767});
+    EXPECT_FALSE(loaded.bLoaded);
+    EXPECT_GT(loaded.image.m_Layers.GetCount(), 1u);
+    EXPECT_LT(loaded.image.m_Layers.GetCount(), 20u);
+}
+
+TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
+    const Bytes whole = Psd(LayeredPsd());
+    const std::string fresh = Description(LoadedPsd(whole).image);
+    PsdImage image;
+    for (u64 size = 0; size < whole.size(); ++size) {
+        MemoryStream cut(Truncated(whole, whole.size() - size)), broken(whole), again(whole);
+        broken.file.m_nThrowAt = size;
+        ASSERT_FALSE(image.LoadPsd(&cut.stream)) << size;
+        ASSERT_FALSE(image.LoadPsd(&broken.stream)) << size;
+        ASSERT_TRUE(image.LoadPsd(&again.stream));
+        ASSERT_EQ(Description(image), fresh) << size;
+    }
+}
+
+TEST(LoadPsd, AFlippedBitIsNeverAFault) {
+    const Bytes whole = Psd(LayeredPsd());
+    u32 accepted = 0;
+    for (u64 bit = 0; bit < whole.size() * 8; ++bit) {
+        Bytes flipped = whole;
+        flipped[bit / 8] ^= static_cast<u8>(1 << bit % 8);
+        const LoadedPsd loaded(flipped);
+        if (loaded.bLoaded) accepted += Description(loaded.image).size() > 0;  // touches every sample
+    }
+    EXPECT_GT(accepted, 768u * 8) << "the palette's bits at least";
+}
+
+}  // namespace

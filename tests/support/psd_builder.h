@@ -1,0 +1,88 @@
+// Photoshop documents put together by field names. Lengths and padding are computed; each length can be made
+// wrong by the bytes that it claims in excess, negative for too few.
+#pragma once
+
+#include "psd/psd_image.h"
+#include "support/loading.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+struct PsdChannelFields {
+    i32 id = 0;
+    Bytes data = {};  // its compression first
+    i32 excess = 0;
+};
+
+struct PsdLayerFields {
+    i32 top = 0;
+    i32 left = 0;
+    i32 bottom = 1;
+    i32 right = 1;
+    std::vector<PsdChannelFields> channels = {};
+    std::string signature = "8BIM";
+    std::string key = "norm";
+    u32 opacity = 255;
+    u32 clipping = 0;
+    u32 flags = 0;
+    Bytes mask = {};
+    Bytes ranges = {};
+    i32 rangesExcess = 0;
+    std::string name = {};
+    Bytes extra = {};  // behind the name
+    i32 extraExcess = 0;
+};
+
+struct PsdResourceFields {
+    std::string signature = "8BIM";
+    u32 id = 1000;
+    std::string name = {};
+    Bytes data = {};
+    i32 excess = 0;
+};
+
+struct PsdFields {
+    std::string signature = "8BPS";
+    u32 version = 1;
+    u32 channels = 1;
+    u32 rows = 1;
+    u32 columns = 1;
+    u32 depth = 8;
+    u32 mode = PSD_GREYSCALE;
+    Bytes colourData = {};
+    std::vector<PsdResourceFields> resources = {};
+    i32 resourcesExcess = 0;
+    std::vector<PsdLayerFields> layers = {};
+    std::optional<i32> layerCount = {};
+    Bytes layerPad = {};
+    i32 layersExcess = 0;
+    Bytes globalMasks = {};
+    i32 globalMasksExcess = 0;
+    i32 sectionExcess = 0;  // of the layers and masks together
+    u32 compression = 0;
+    std::optional<Bytes> samples = {};  // if not given, as many zero bytes as raw data takes
+};
+
+Bytes Psd(const PsdFields& fields);
+Bytes LayerRecord(const PsdLayerFields& fields);
+Bytes ResourceBlock(const PsdResourceFields& fields);
+
+// Image data of a channel, its compression first. Each packed row can count more bytes than it has.
+Bytes RawData(const Bytes& samples);
+Bytes PackedData(const std::vector<Bytes>& rows, i32 firstExcess = 0, i32 lastExcess = 0);
+
+// Something of everything: palette, resources, layers with raw and packed channels, masks, ranges and names.
+PsdFields LayeredPsd();
+
+struct LoadedPsd {
+    explicit LoadedPsd(Bytes bytes) : source(std::move(bytes)), bLoaded(image.LoadPsd(&source.stream)) {}
+    explicit LoadedPsd(const PsdFields& fields) : LoadedPsd(Psd(fields)) {}
+
+    MemoryStream source;
+    PsdImage image;
+    bool bLoaded;
+};
+
+// Everything that an image holds, a line for each object; bytes and samples in hexadecimal.
+std::string Description(const PsdImage& image);

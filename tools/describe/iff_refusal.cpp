@@ -1,0 +1,104 @@
+#include "iff/container.h"
+#include "iff/registry.h"
+#include "iff/stream_archive.h"
+#include "tools/describe/refusal.h"
+
+namespace {
+
+std::string Name(IffId id) {
+    std::string text(reinterpret_cast<const char*>(&id.m_nValue), 4);
+    for (char& c : text)
+        if (c < 0x20 || c > 0x7E) c = '?';
+    return "\"" + text + "\"";
+}
+
+class IffWalk {
+  public:
+    explicit IffWalk(ByteStream& stream) : m_stream(stream) {}
+
+    Refusal Walk() {
+        const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive);
+        archive->Attach(&m_stream);
+        IffId id;
+        archive->Transfer(id);
+        const bool outermost = id == ID_FORM || id == ID_LIST || id == ID_CAT;
+        if (archive->HasFailed())
+            Stop("the outermost id", "the file ends");
+        else if (!outermost)
+            Stop("the outermost id", Name(id) + "; FORM, LIST or CAT is read");
+        else
+            ReadBody(*archive, ID_NULL, id, true);
+        return m_refusal;
+    }
+
+  private:
+    void Stop(const std::string& reading, const std::string& rule) {
+        m_bStopped = true;
+        m_refusal = {m_stream.GetPosition(), reading + m_strPath, m_stream.IsGood() ? rule : "the file ends"};
+    }
+
+    // One chunk whose id is known.
+    void ReadBody(IffArchive& archive, IffId formType, IffId id, bool useRegistry) {
+        u32 size = 0;
+        archive.Transfer(size);
+        if (archive.HasFailed()) return Stop("the size of " + Name(id), "its container ends");
+        const size_t outer = m_strPath.size();
+        m_strPath += (outer == 0 ? " in " : "/") + Name(id);
+        const auto chunk = CountedPtr<IffChunk>::Adopt(useRegistry ? IffChunkRegistry::Create(formType, id)
+                                                                   : new IffUnknownChunk(id));
+        IffArchive* const body = archive.OpenChunk(size);
+        auto* const container = dynamic_cast<IffContainer*>(chunk.Get());
+        if (body->HasFailed())
+            Stop("the size", std::to_string(size) + " bytes; less than 2147483648 are read");
+        else if (container)
+            ReadChildren(*body, *container);
+        else
+            ReadFields(*body, *chunk, size);
+        archive.CloseChunk(body);
+        u8 pad = 0;
+        if (!m_bStopped && size % 2 != 0) {
+            archive.Transfer(pad);
+            if (archive.HasFailed()) Stop("the pad byte", "its container ends");
+        }
+        m_strPath.resize(outer);
+    }
+
+    void ReadChildren(IffArchive& body, IffContainer& container) {
+        body.Transfer(container.m_Type);
+        if (body.HasFailed()) return Stop("the type", "its container ends");
+        if (body.GetDepth() > DEEPEST_CONTAINER) {
+            m_strPath.clear();
+            return Stop("a container", "it is the " + std::to_string(body.GetDepth()) +
+                                           "th one inside another; " + std::to_string(DEEPEST_CONTAINER) +
+                                           " are read");
+        }
+        while (!m_bStopped && body.GetRemaining() > 0) {
+            IffId id;
+            body.Transfer(id);
+            const bool allowed = container.IsChildAllowed(id);
+            if (id.IsNull() && !body.HasFailed()) body.Transfer(id);
+            if (body.HasFailed()) return Stop("the id of a chunk", "its container ends");
+            ReadBody(body, container.m_Type, id, allowed);
+        }
+        if (!m_bStopped && body.GetRemaining() < 0) Stop("the last chunk", "it is larger than its container");
+    }
+
+    void ReadFields(IffArchive& body, IffChunk& chunk, u32 size) {
+        chunk.Transfer(body);
+        if (!body.HasFailed()) return;
+        const bool fileEnds =
+            m_stream.GetRemaining() < static_cast<u32>(body.GetRemaining()) && body.GetRemaining() > 0;
+        Stop("the body", fileEnds ? "the file ends" : std::to_string(size) + " bytes are too few for it");
+    }
+
+    ByteStream& m_stream;
+    Refusal m_refusal = {0, "nothing", ""};
+    bool m_bStopped = false;
+    std::string m_strPath;  // of chunks, the outermost first
+};
+
+}  // namespace
+
+Refusal WhyNotIff(ByteStream& stream) {
+    return IffWalk(stream).Walk();
+}

@@ -1,0 +1,58 @@
+#include "tools/describe/json_writer.h"
+
+#include <cassert>
+#include <cinttypes>
+
+void JsonWriter::Separate() {
+    if (!m_bFirst) std::fputc(',', m_out);
+    m_bFirst = false;
+}
+
+void JsonWriter::Begin(char bracket) {
+    Separate();
+    std::fputc(bracket, m_out);
+    m_keys.emplace_back();
+    m_bFirst = true;
+}
+
+void JsonWriter::End(char bracket) {
+    std::fputc(bracket, m_out);
+    m_keys.pop_back();
+    m_bFirst = m_keys.empty();  // the next line begins anew
+}
+
+void JsonWriter::Key(std::string_view name) {
+    assert(m_keys.back() < name);
+    m_keys.back() = name;
+    Text(name);
+    std::fputc(':', m_out);
+    m_bFirst = true;
+}
+
+void JsonWriter::Number(i64 value) {
+    Separate();
+    std::fprintf(m_out, "%" PRId64, value);
+}
+
+void JsonWriter::Bool(bool value) {
+    Separate();
+    std::fputs(value ? "true" : "false", m_out);
+}
+
+void JsonWriter::Null() {
+    Separate();
+    std::fputs("null", m_out);
+}
+
+void JsonWriter::Text(std::string_view bytes) {
+    Separate();
+    std::fputc('"', m_out);
+    for (const char c : bytes) {
+        const bool plain = c >= 0x20 && c <= 0x7E && c != '"' && c != '\\';
+        if (plain)
+            std::fputc(c, m_out);
+        else
+            std::fprintf(m_out, "\\u%04x", static_cast<u8>(c));
+    }
+    std::fputc('"', m_out);
+}

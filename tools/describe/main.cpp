@@ -1,0 +1,52 @@
+// vistrel-describe: prints what files hold and what the viewer would show of them.
+
+#include "chunks/register_chunks.h"
+#include "iff/read_only_check.h"
+#include "tools/describe/describe.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstring>
+
+namespace {
+
+constexpr const char* USAGE =
+    "usage: vistrel-describe FILE...\n\n"
+    "Reads each file as the viewer would and prints one JSON object for it on a line\n"
+    "of its own: what it holds, what the lists would offer, and a checksum of every\n"
+    "picture. For a refused file a line on standard error says why.\n\n"
+    "Status: 0 when every file was accepted, 1 when one was refused, 2 for a file that\n"
+    "cannot be opened, for bad usage, and when the output cannot be written.\n";
+
+constexpr int BAD = 2;
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+        std::fputs(USAGE, stdout);
+        return 0;
+    }
+    const bool dashes = argc > 1 && std::strcmp(argv[1], "--") == 0;
+    const int first = dashes ? 2 : 1;
+    if (first >= argc ||
+        (!dashes && std::any_of(argv + 1, argv + argc, [](const char* word) { return word[0] == '-'; }))) {
+        std::fputs(USAGE, stderr);
+        return BAD;
+    }
+    std::signal(SIGPIPE, SIG_IGN);  // a closed output is an answer, not an end
+    CheckIffReadOnly();
+    RegisterChunks();
+
+    int status = 0;
+    for (int i = first; i < argc; ++i) {
+        const DescribeResult result = DescribeFile(argv[i], stdout);
+        if (result == DescribeResult::Refused) status = std::max(status, 1);
+        if (result == DescribeResult::CannotBeOpened) status = BAD;
+        if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+            std::fputs("vistrel-describe: the output cannot be written\n", stderr);
+            return BAD;
+        }
+    }
+    return status;
+}
