@@ -246,6 +246,33 @@ TEST_F(WindowTest, AWideViewShowsTheRightPixelsWhereverItIsScrolledTo) {
     }
 }
 
+// The keyboard steps through the closed list; the last level is counted but not there.
+TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
+    const auto level = [](u32 width, u32 height) { return List("ILBM", {Picture(width, height)}); };
+    ASSERT_TRUE(OpenFile(
+        List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {3, 0})}), level(32, 12), level(16, 6)})));
+    CComboBox& layers = Frame().m_wndLayerCombo;
+    CComboBox& channels = Frame().m_wndChannelCombo;
+    ASSERT_EQ(Entries(layers), std::vector<std::string>({"Image", "Mip Map 1", "Mip Map 2", "Mip Map 3"}));
+    for (const char* pane : {"32x12x32", "16x6x32"}) {
+        SendMessageA(&channels, CB_ADDSTRING, 0, reinterpret_cast<i64>("of the layer before"));
+        SendMessageA(&layers, WM_KEYDOWN, VK_DOWN, 0);
+        EXPECT_EQ(Entries(channels), std::vector<std::string>({"Composite"}));
+        EXPECT_EQ(ClientSize(), (CSize{64, 24})) << pane;
+        EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == pane; })) << pane;
+    }
+    EXPECT_EQ(View().m_fScale, 4.0f);
+
+    const std::vector<u32> before = View().CapturePixels({0, 0, 64, 24});
+    SendMessageA(&layers, WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_EQ(ClientSize(), (CSize{64, 24}));
+    EXPECT_EQ(View().m_fScale, 4.0f);
+    EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "<invalid bitmap>"; }));
+    EXPECT_EQ(View().CapturePixels({0, 0, 64, 24}), std::vector<u32>(64 * 24, 0xFFFFFFFF));
+    SendMessageA(&layers, WM_KEYDOWN, VK_UP, 0);
+    EXPECT_EQ(View().CapturePixels({0, 0, 64, 24}), before);
+}
+
 TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
     struct Name {
         const char* pszBytes;
