@@ -168,6 +168,35 @@ TEST_F(WindowTest, AFitLeavesTheFrameWhereItStandsAndCountsTheBarsThatShow) {
     EXPECT_EQ(ClientSize(), (CSize{100, 50}));
 }
 
+TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
+    ASSERT_TRUE(OpenFile(Picture(11, 5)));
+    Frame().MDIMaximize();
+    EXPECT_TRUE(WaitFor([&] { return ClientSize().cx > 500; }));
+    EXPECT_TRUE(WaitFor([&] {
+        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - [picture.iff]";
+    }));
+    Frame().MDIRestore();
+    EXPECT_TRUE(WaitFor([&] {
+        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff";
+    }));
+    EXPECT_EQ(ClientSize(), (CSize{11, 5}));
+
+    Frame().MDIMaximize();
+    theApp.PumpMessages();
+    View().FitFrameToImage(2.0f);
+    EXPECT_FALSE(Frame().IsZoomed());
+    EXPECT_EQ(ClientSize(), (CSize{22, 10}));
+    theApp.PumpMessages();
+    EXPECT_EQ(ClientSize(), (CSize{22, 10}));
+
+    Frame().MDIMaximize();
+    theApp.PumpMessages();
+    ASSERT_TRUE(OpenFile(Picture(20, 10), "next.iff"));
+    theApp.PumpMessages();
+    Frame().MDIRestore();
+    EXPECT_EQ(ClientSize(), (CSize{20, 10}));
+}
+
 TEST_F(WindowTest, PixelsStretchOverTheClientAreaAtEveryPlaceOfIt) {
     constexpr u32 WIDTH = 4096;
     constexpr u32 HEIGHT = 3;
@@ -214,6 +243,50 @@ TEST_F(WindowTest, AWideViewShowsTheRightPixelsWhereverItIsScrolledTo) {
         for (int i = 0; i < 64; ++i)
             ASSERT_EQ(pixels[static_cast<std::size_t>(i)], ShownColour(static_cast<u32>(200 + i - x) / 32, 0))
                 << "frame at " << left << ", column " << i;
+    }
+}
+
+// The keyboard steps through the closed list; the last level is counted but not there.
+TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
+    const auto level = [](u32 width, u32 height) { return List("ILBM", {Picture(width, height)}); };
+    ASSERT_TRUE(OpenFile(
+        List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {3, 0})}), level(32, 12), level(16, 6)})));
+    CComboBox& layers = Frame().m_wndLayerCombo;
+    CComboBox& channels = Frame().m_wndChannelCombo;
+    ASSERT_EQ(Entries(layers), std::vector<std::string>({"Image", "Mip Map 1", "Mip Map 2", "Mip Map 3"}));
+    for (const char* pane : {"32x12x32", "16x6x32"}) {
+        SendMessageA(&channels, CB_ADDSTRING, 0, reinterpret_cast<i64>("of the layer before"));
+        SendMessageA(&layers, WM_KEYDOWN, VK_DOWN, 0);
+        EXPECT_EQ(Entries(channels), std::vector<std::string>({"Composite"}));
+        EXPECT_EQ(ClientSize(), (CSize{64, 24})) << pane;
+        EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == pane; })) << pane;
+    }
+    EXPECT_EQ(View().m_fScale, 4.0f);
+
+    const std::vector<u32> before = View().CapturePixels({0, 0, 64, 24});
+    SendMessageA(&layers, WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_EQ(ClientSize(), (CSize{64, 24}));
+    EXPECT_EQ(View().m_fScale, 4.0f);
+    EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "<invalid bitmap>"; }));
+    EXPECT_EQ(View().CapturePixels({0, 0, 64, 24}), std::vector<u32>(64 * 24, 0xFFFFFFFF));
+    SendMessageA(&layers, WM_KEYDOWN, VK_UP, 0);
+    EXPECT_EQ(View().CapturePixels({0, 0, 64, 24}), before);
+}
+
+TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
+    struct Name {
+        const char* pszBytes;
+        const char* pszShown;
+    };
+    ASSERT_TRUE(OpenFile(Picture(8, 8)));
+    CComboBox& list = Frame().m_wndLayerCombo;
+    SendMessageA(&list, CB_RESETCONTENT, 0, 0);
+    for (const Name& name :
+         {Name{"plain", "plain"}, Name{"gr\xC3\xBCn", "gr\xC3\xBCn"}, Name{"gr\xFCn", "gr\xC3\xBCn"},
+          Name{"5 \x80", "5 \xE2\x82\xAC"}, Name{"a\tb\nc\x7F", "a b c "}, Name{"\x81\xFC", " \xC3\xBC"},
+          Name{"<b>&x", "<b>&x"}}) {
+        SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(name.pszBytes));
+        EXPECT_EQ(Entries(list).back(), name.pszShown);
     }
 }
 

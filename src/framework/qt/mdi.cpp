@@ -103,6 +103,10 @@ bool CMDIChildWnd::IsIconic() const {
     return GetSubWindow()->isMinimized();
 }
 
+void CMDIChildWnd::MDIMaximize() {
+    GetSubWindow()->showMaximized();
+}
+
 void CMDIChildWnd::MDIRestore() {
     GetSubWindow()->showNormal();
 }

@@ -29,7 +29,8 @@ class CMDIChildWnd : public CFrameWnd {
 
     bool IsZoomed() const;  // fills the whole area
     bool IsIconic() const;  // shows its caption only
-    void MDIRestore();      // back to its own size
+    void MDIMaximize();
+    void MDIRestore();  // back to its own size
 
     // The size that the frame leaves to its view: its own less what borders and bars take. Negative where
     // these alone do not find room.
