@@ -90,6 +90,8 @@ def complaints(files):
             if bracketed:
                 if QT_HEADER.match(bracketed) and not (folder in QT_FOLDERS and path.endswith(".cpp")):
                     found.append(f"{path}:{number}: <{bracketed}> belongs in the .cpp files of framework/qt")
+                if resolve(path, bracketed, files):
+                    found.append(f"{path}:{number}: <{bracketed}> is of this project and stands in quotes")
                 continue
             target = resolve(path, quoted, files)
             if target is None:
@@ -156,6 +158,7 @@ def self_test():
         ("src/app/view.h", "#include <QWidget>", "belongs in"),
         ("src/framework/qt/wnd.h", "#include <QtGui/QImage>", "belongs in"),
         ("src/display/image.h", "#include <qwidget.h>", "belongs in"),
+        ("src/iff/iff_chunk.h", "#include <base/types.h>", "stands in quotes"),
         ("src/base/types.h", '#include "base/no_such.h"', "is no file"),
         ("src/base/types.h", '#include "types.h"', "include each other"),
         ("src/stray.h", "", "stands in no folder"),

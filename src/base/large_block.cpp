@@ -1,10 +1,17 @@
 #include "base/large_block.h"
 
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
 constexpr u64 CACHE_LINE = 64;
+
+u64& TheLimit() {
+    static u64 limit =
+        static_cast<u64>(sysconf(_SC_PHYS_PAGES)) * static_cast<u64>(sysconf(_SC_PAGESIZE)) / 2;
+    return limit;
+}
 
 }  // namespace
 
@@ -18,7 +25,9 @@ LargeBlock LargeBlock::Try(u64 size) {
 }
 
 u64 LargeBlock::Limit() {
-    static const u64 limit =
-        static_cast<u64>(sysconf(_SC_PHYS_PAGES)) * static_cast<u64>(sysconf(_SC_PAGESIZE)) / 2;
-    return limit;
+    return TheLimit();
+}
+
+u64 LargeBlock::SetLimit(u64 limit) {
+    return std::exchange(TheLimit(), limit);
 }

@@ -16,8 +16,12 @@ class LargeBlock {
     // nothing when size is above Limit() or the memory cannot be had. A size of 0 gives a block.
     static LargeBlock Try(u64 size);
 
-    // The most bytes that a single block may have: half of the machine's physical memory.
+    // The most bytes that a single block may have: half of the machine's physical memory, unless set
+    // otherwise.
     static u64 Limit();
+
+    // Returns the limit before.
+    static u64 SetLimit(u64 limit);
 
     explicit operator bool() const { return m_pData != nullptr; }
     u8* Data() const { return m_pData.get(); }

@@ -27,8 +27,6 @@ bool BodyChunk::ReadHeader() {
 
 bool BodyChunk::BeginRows() {
     EndRows();
-    m_pCursor = nullptr;
-    m_nRemaining = 0;
     if (!m_pData || !ReadHeader()) return false;
     m_pRow = std::make_unique_for_overwrite<u32[]>(m_nWidth);
     if (m_nCompression != 0) m_pUnpacked = std::make_unique_for_overwrite<u8[]>(m_nPlanes * PlaneRowSize());
@@ -39,13 +37,15 @@ bool BodyChunk::BeginRows() {
 
 const u32* BodyChunk::DecodeRow() {
     if (!m_pCursor || !m_pRow) return nullptr;
-    const u8* const planes = NextPackedRow();
+    const u8* const planes = NextPlaneRows();
     if (!planes) return nullptr;
     PlanesToValues(m_pRow.get(), planes, m_nWidth, m_nPlanes);
     return m_pRow.get();
 }
 
 void BodyChunk::EndRows() {
+    m_pCursor = nullptr;
+    m_nRemaining = 0;
     m_pRow.reset();
     m_pUnpacked.reset();
 }
@@ -58,7 +58,7 @@ bool BodyChunk::CanFillRows(u32 nRows) const {
 }
 
 // The plane rows of the next row, or null when the data ends before them.
-const u8* BodyChunk::NextPackedRow() {
+const u8* BodyChunk::NextPlaneRows() {
     const u32 rowSize = m_nPlanes * PlaneRowSize();
     if (m_nCompression != 0) {
         ByteRunSource source{m_pCursor, m_nRemaining};

@@ -48,7 +48,7 @@ class BodyChunk : public IffChunk {
 
   private:
     u32 PlaneRowSize() const { return (m_nWidth + 7) / 8; }
-    const u8* NextPackedRow();
+    const u8* NextPlaneRows();
 
     std::unique_ptr<u32[]> m_pRow;      // one value for each pixel
     std::unique_ptr<u8[]> m_pUnpacked;  // the plane rows of one row

@@ -14,7 +14,7 @@ bool UnpackByteRun(u8* pOut, u32 nSize, ByteRunSource& source) {
         if (end - cursor < 2) {
             cursor = end;
             whole = false;
-            break;
+            continue;
         }
         const u32 control = *cursor++;
         if (control < 128) {

@@ -2,6 +2,8 @@
 
 #include "framework/core/exception.h"
 
+#include <utility>
+
 void TranChunk::Transfer(IffArchive& archive) {
     archive.Transfer(m_nByte);
     archive.Transfer(m_nFirst);
@@ -25,7 +27,9 @@ void S3tcChunk::Transfer(IffArchive& archive) {
     archive.Transfer(m_nDataSize);
     if (archive.IsLoading()) {
         m_pData = LargeBlock();
-        if (!archive.CanDeliver(m_nDataSize)) return;
+        const u32 claimed = std::exchange(m_nDataSize, 0);
+        if (!archive.CanDeliver(claimed)) return;
+        m_nDataSize = claimed;
         m_pData = AllocateLargeBlock(m_nDataSize);
     }
     archive.TransferBytes(m_pData.Data(), m_nDataSize);

@@ -20,7 +20,7 @@ class TranChunk final : public IffChunk {
     IffRgb m_Colour;
 };
 
-// 2 bytes in a FORM of type MIPM. The levels are the LISTs of type ILBM beside that FORM, the largest first.
+// 2 bytes in a FORM of type MIPM. The levels are the LISTs of type ILBM beside that FORM, in file order.
 class ContChunk final : public IffChunk {
   public:
     static constexpr IffId ID = IffId("CONT");

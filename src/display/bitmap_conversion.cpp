@@ -2,8 +2,8 @@
 #include "display/display_image.h"
 #include "display/row_packing.h"
 
+#include <algorithm>
 #include <cstring>
-#include <vector>
 
 namespace {
 
@@ -11,14 +11,19 @@ namespace {
 template <typename Sample>
 class PlaneRows {
   public:
-    PlaneRows(const Sample* const* ppRows, u32 width, Sample absent)
-        : m_ppRows(ppRows), m_absent(ppRows ? 0 : width, absent) {}
+    PlaneRows(const Sample* const* ppRows, u32 width, Sample absent) : m_ppRows(ppRows) {
+        if (ppRows) return;
+        m_absent = AllocateLargeBlock(SizeProduct(width, sizeof(Sample)));
+        std::fill_n(AbsentRow(), width, absent);
+    }
 
-    const Sample* operator[](u32 y) const { return m_ppRows ? m_ppRows[y] : m_absent.data(); }
+    const Sample* operator[](u32 y) const { return m_ppRows ? m_ppRows[y] : AbsentRow(); }
 
   private:
     const Sample* const* m_ppRows;
-    std::vector<Sample> m_absent;
+    Sample* AbsentRow() const { return reinterpret_cast<Sample*>(m_absent.Data()); }
+
+    LargeBlock m_absent;
 };
 
 }  // namespace

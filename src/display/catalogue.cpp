@@ -176,7 +176,8 @@ std::vector<std::string> LayerNames(const CVistrelDoc& document) {
             names.push_back(IsBlank(name) ? "Layer " + std::to_string(i) : name);
         }
     } else if (document.m_nDocType == DOC_IFF) {
-        const ContChunk* const levels = FindFirstOf<ContChunk>(*RootOf(document), ID_MIPM);
+        IffContainer* const root = RootOf(document);
+        const ContChunk* const levels = root ? FindFirstOf<ContChunk>(*root, ID_MIPM) : nullptr;
         for (u32 k = 1; levels && k <= levels->m_nLevels; ++k)
             names.push_back("Mip Map " + std::to_string(k));
     }

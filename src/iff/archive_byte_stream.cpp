@@ -20,7 +20,9 @@ void ArchiveByteStream::Close() {
 u32 ArchiveByteStream::GetRemaining() {
     if (!FlushedFile()) return 0;
     const std::optional<u32> length = LengthOfFile();
-    return length ? *length - (Tell() + m_nWritePos + m_nReadPos) : 0;
+    if (length) return *length - (Tell() + m_nWritePos + m_nReadPos);
+    m_nStatus |= BS_UNSUPPORTED;
+    return 0;
 }
 
 u8* ArchiveByteStream::AcquireWriteBuffer(u32* limit, u32 size) {
@@ -124,13 +126,14 @@ CFile* ArchiveByteStream::FlushedFile() {
     return file;
 }
 
-// Nothing, and BS_UNSUPPORTED is set, where the file cannot tell or is longer than positions reach.
+// Nothing where the file cannot tell. One that is longer than positions reach sets BS_UNSUPPORTED.
 std::optional<u32> ArchiveByteStream::LengthOfFile() {
     try {
         const CFile* const file = m_pArchive->GetFile();
-        if (file && file->GetLength() <= LONGEST_SOURCE) return static_cast<u32>(file->GetLength());
+        const u64 length = file ? file->GetLength() : 0;
+        if (length <= LONGEST_SOURCE) return static_cast<u32>(length);
+        m_nStatus |= BS_UNSUPPORTED;
     } catch (const CException&) {
     }
-    m_nStatus |= BS_UNSUPPORTED;
     return std::nullopt;
 }

@@ -1,5 +1,5 @@
-// A byte stream over the framework's archive and its file. The file is at most 4 GiB long, which is as far as
-// the stream's positions reach: a longer one sets BS_UNSUPPORTED at the first refill.
+// A byte stream over the framework's archive and its file. The file is at most a byte less than 4 GiB long,
+// which is as far as the stream's positions reach: a longer one sets BS_UNSUPPORTED at the first refill.
 #pragma once
 
 #include "iff/byte_stream.h"

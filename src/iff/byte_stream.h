@@ -54,6 +54,7 @@ class ByteStream {
     // Copies n bytes, or none: when fewer can be had in one piece, BS_END is set and out stays as it was.
     // More than the buffer's size can never be had.
     void GetBytes(u8* out, u32 n) {
+        if (n == 0) return;
         const bool held = m_pReadBuffer && u64{m_nReadPos} + n <= m_nLimit;
         if (!held && !Refill(n)) return;
         std::memcpy(out, m_pReadBuffer + m_nReadPos, n);

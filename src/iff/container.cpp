@@ -37,22 +37,13 @@ IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegis
     u32 size = 0;
     archive.Transfer(size);
     if (!archive.HasFailed()) {
-        IffArchive* const body = archive.OpenChunk(size);
-        // Closed on the way out of an exception as well: the parent stays usable and nothing leaks.
-        struct Closer {
-            IffArchive& parent;
-            IffArchive* child;
-            ~Closer() { parent.CloseChunk(child); }
-        };
-        {
-            const Closer closer{archive, body};
-            if (!body->HasFailed()) chunk->Transfer(*body);
-        }
+        auto body = CountedPtr<IffArchive>::Adopt(archive.OpenChunk(size));
+        if (!body->HasFailed()) chunk->Transfer(*body);
+        archive.CloseChunk(body.Release());
         u8 pad = 0;
         if (size % 2 != 0) archive.Transfer(pad);
     }
-    chunk->AddRef();
-    return chunk.Get();
+    return chunk.Release();
 }
 
 void WriteChunk(IffChunk* chunk, IffArchive& archive) {
@@ -121,9 +112,9 @@ bool IffProp::IsChildAllowed(IffId id) const {
 }
 
 void IffContainer::AddChild(IffChunk* chunk) {
+    auto* const node = new IffChunkNode(chunk);
     ++s_nChanges;
     ++m_nChildren;
-    auto* const node = new IffChunkNode(chunk);
     node->m_nPlace = m_nNextPlace++;
     chunk->m_pParent = this;
     chunk->m_pNode = node;
@@ -172,6 +163,7 @@ bool IffContainer::ForEach(IffId formType, IffId id, IffChunkCallback callback, 
 
 bool IffContainer::ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* context) {
     for (IffChunkNode* node = m_pFirst; node; node = node->m_pNext) {
+        ++s_nNodesVisited;
         // Mostly containers and raw bytes stand here, but a null id lets a picture chunk slip in.
         auto* const container = dynamic_cast<IffContainer*>(node->m_pChunk.Get());
         if (container && container->m_Type.Matches(formType) &&

@@ -41,8 +41,8 @@ class IffContainer : public IffChunk {
     IffChunkNode* FindNext(const IffChunkNode* node, IffId id) const;
     IffChunkNode* FindPrev(const IffChunkNode* node, IffId id) const;
 
-    // The property lookup for the child held by node: IffChunk::FindProperty. Its cost does not grow with the
-    // number of chunks.
+    // The property lookup for the child held by node: IffChunk::FindProperty. Asked again and again of a tree
+    // that stays as it is, its cost does not grow with the number of chunks.
     IffChunk* FindPropertyFrom(const IffChunkNode* node, IffId id) const;
 
     // The chunk that FindLast finds, or null; by the index where there is one.

@@ -47,6 +47,9 @@ class CountedPtr {
         return Adopt(pObject);
     }
 
+    // Hands the reference over to the caller.
+    Object* Release() { return std::exchange(m_pObject, nullptr); }
+
     void Reset() {
         if (Object* const object = std::exchange(m_pObject, nullptr)) object->Release();
     }

@@ -2,7 +2,7 @@
 #include "iff/container.h"
 
 // A file can hold a million chunks that ask and a million that do not answer. Large containers therefore keep
-// an index, and every LIST remembers what is handed down to its children from further out.
+// an index, and they and every LIST remember what is handed down to their children from further out.
 
 namespace {
 
@@ -59,7 +59,7 @@ IffChunk* IffContainer::FindInherited(IffId type, IffId id) const {
         if (inner->m_pNode) found = outer->FindInProps(inner->m_pNode, type, id);
     }
     for (const IffContainer* passed = this; passed && passed != inner; passed = passed->m_pParent)
-        if (passed->m_Id == ID_LIST) passed->Remember(type, id, found);
+        if (passed->m_Id == ID_LIST || passed->m_nChildren > SMALL) passed->Remember(type, id, found);
     return found;
 }
 

@@ -7,7 +7,7 @@ extern const bool g_bIffReadOnly;
 // Ends the process with a message when the setting differs from the library's.
 void CheckIffReadOnlySetting(bool bReadOnly);
 
-// Run once by each module that uses the library, while its static objects are made.
+// Run once by each program that uses the library, before it reads anything.
 static inline void CheckIffReadOnly() {
 #ifdef IFF_READ_ONLY
     CheckIffReadOnlySetting(true);

@@ -3,9 +3,15 @@
 #include <algorithm>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
+// What the source throws while the stream is positioned reaches whoever closes the archive. Here it could
+// only end the program: an archive that is still attached goes because of an exception already on its way.
 IffStreamArchive::~IffStreamArchive() {
-    Detach();
+    try {
+        Detach();
+    } catch (...) {
+    }
 }
 
 void IffStreamArchive::Attach(ByteStream* stream) {
@@ -22,9 +28,8 @@ void IffStreamArchive::Attach(ByteStream* stream) {
 }
 
 void IffStreamArchive::Detach() {
-    if (!m_pStream) return;
-    m_pStream->SetPosition(m_nEnd);
-    m_pStream.Reset();
+    const CountedPtr<ByteStream> stream = std::move(m_pStream);
+    if (stream) stream->SetPosition(m_nEnd);
 }
 
 IffArchive* IffStreamArchive::OpenChunk(u32 size) {
@@ -38,8 +43,9 @@ IffArchive* IffStreamArchive::OpenChunk(u32 size) {
 }
 
 void IffStreamArchive::CloseChunk(IffArchive* child) {
-    if (child->HasFailed()) m_bFailed = true;
-    child->Release();
+    const auto closed = CountedPtr<IffArchive>::Adopt(child);
+    if (closed->HasFailed()) m_bFailed = true;
+    closed->Detach();
 }
 
 // Counts the bytes off before anything is moved; false when they overrun the chunk.

@@ -3,9 +3,9 @@
 #include "framework/core/file.h"
 
 u32 CArchive::Read(void* pData, u32 nCount) {
-    return m_pFile->Read(pData, nCount);
+    return m_pFile ? m_pFile->Read(pData, nCount) : 0;
 }
 
 void CArchive::Write(const void* pData, u32 nCount) {
-    m_pFile->Write(pData, nCount);
+    if (m_pFile) m_pFile->Write(pData, nCount);
 }

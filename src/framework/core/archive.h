@@ -12,7 +12,7 @@ class CArchive {
   public:
     enum Mode { store = 0, load = 1 };
 
-    // The file is borrowed and outlives the archive.
+    // The file is borrowed and outlives the archive; without one (null) nothing is read or written.
     CArchive(CFile* pFile, Mode mode) : m_pFile(pFile), m_bLoading(mode == load) {}
     CArchive(const CArchive&) = delete;
     CArchive& operator=(const CArchive&) = delete;

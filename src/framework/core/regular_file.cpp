@@ -23,6 +23,8 @@ void RefuseUnlessRegular(const struct stat& status) {
     if (!S_ISREG(status.st_mode)) throw CFileException(KindName(status.st_mode));
 }
 
+constexpr u64 LOOK_BACK = 4096;
+
 constexpr const char* OPENING = "It cannot be opened";
 constexpr const char* READING = "It cannot be read";
 
@@ -86,9 +88,11 @@ u32 CRegularFile::CopyFromWindow(void* pData, u32 nCount) {
 
 void CRegularFile::FillWindow() {
     m_nWindowSize = 0;
-    m_nWindowStart = m_nPosition;
+    // Readers take the last few bytes of what they have read once more, so the window begins a little
+    // earlier.
+    m_nWindowStart = m_nPosition - std::min(m_nPosition, LOOK_BACK);
     m_nWindowSize =
-        ReadAt(m_nPosition, m_pWindow.get(), static_cast<u32>(std::min<u64>(m_nLength, WINDOW_SIZE)));
+        ReadAt(m_nWindowStart, m_pWindow.get(), static_cast<u32>(std::min<u64>(m_nLength, WINDOW_SIZE)));
 }
 
 // Fewer bytes than asked for mean that the file ends there.
