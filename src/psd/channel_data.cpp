@@ -44,7 +44,7 @@ u32 DecodeFromBuffer(u8* row, ByteStream& stream, u32 width) {
     u8* out = row;
     u8* const outEnd = row + width;
     while (in < inEnd) {
-        const i32 header = static_cast<i8>(in[0]);
+        const i8 header = static_cast<i8>(in[0]);
         const bool isRun = header < 0;
         const i32 count = isRun ? 1 - header : 1 + header;
         const i32 size = isRun ? 2 : 1 + count;
@@ -65,7 +65,7 @@ u32 DecodeFromBuffer(u8* row, ByteStream& stream, u32 width) {
 // Decodes one packet of at most room bytes, whatever the buffer holds of it. Returns the bytes written; 0
 // when the packet is longer than that or the data ends.
 u32 DecodePacket(u8* out, ByteStream& stream, u32 room, u32& used) {
-    const i32 header = static_cast<i8>(ReadU8(stream));
+    const i8 header = static_cast<i8>(ReadU8(stream));
     const u32 count = static_cast<u32>(header < 0 ? 1 - header : 1 + header);
     if (count > room || !stream.IsGood()) return 0;
     if (header < 0) {

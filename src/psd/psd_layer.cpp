@@ -69,7 +69,7 @@ bool PsdLayer::ReadBlendSettings(ByteStream& stream) {
     stream.GetBytes(key, 4);
     std::memcpy(&m_BlendKey, key, 4);
     m_nOpacity = ReadU8(stream);
-    m_nClipping = static_cast<i8>(ReadU8(stream));
+    m_nClipping = i32{static_cast<i8>(ReadU8(stream))};
     m_nFlags = ReadU8(stream);
     Skip(stream, 1);
     return stream.IsGood();
