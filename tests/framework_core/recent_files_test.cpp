@@ -1,0 +1,102 @@
+#include "framework/core/recent_files.h"
+
+#include "framework/core/path_name.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class MemoryProfile final : public Profile {
+  public:
+    ProfileSection ReadSection(const std::string&) const override { return m_section; }
+    bool ChangeSection(const std::string&, const std::function<void(ProfileSection&)>& change) override {
+        if (m_bWritable) change(m_section);
+        return m_bWritable;
+    }
+
+    ProfileSection m_section;
+    bool m_bWritable = true;
+};
+
+std::string Paths(const CRecentFileList& list) {
+    std::string paths;
+    for (u32 i = 0; i < list.GetSize(); ++i) paths += (i ? " " : "") + list[i];
+    return paths;
+}
+
+}  // namespace
+
+TEST(RecentFiles, TheLatestComesFirstNoneTwiceAndTheOldestMakesRoom) {
+    CRecentFileList list(3);
+    for (const char* path : {"/a", "/b", "/a", "/c", "/d", "/a"}) list.Add(path);
+    EXPECT_EQ(Paths(list), "/a /d /c");
+    list.Remove("/d");
+    EXPECT_EQ(Paths(list), "/a /c");
+}
+
+TEST(RecentFiles, TwoProgramsKeepOneList) {
+    MemoryProfile profile;
+    CRecentFileList first(3);
+    CRecentFileList second(3);
+    first.Add("/a\xFF %");
+    EXPECT_TRUE(first.WriteList(profile));
+    second.Add("/b");
+    EXPECT_TRUE(second.WriteList(profile));
+    EXPECT_EQ(Paths(second), "/b /a\xFF %");
+
+    profile.m_bWritable = false;
+    first.Add("/c");
+    first.Remove("/a\xFF %");
+    EXPECT_FALSE(first.WriteList(profile));
+    profile.m_bWritable = true;
+    EXPECT_TRUE(first.WriteList(profile));
+    EXPECT_EQ(Paths(first), "/c /b");
+    second.ReadList(profile);
+    EXPECT_EQ(Paths(second), "/c /b");
+}
+
+TEST(RecentFiles, WhatIsKeptMayBeDamaged) {
+    MemoryProfile profile;
+    profile.m_section = {{"File1", "nonsense"},
+                         {"File3", "file:///x"},
+                         {"File4", "file:///x"},
+                         {"File9", "file:///y"},
+                         {"File10", "file:///z"}};
+    CRecentFileList list(9);
+    list.ReadList(profile);
+    EXPECT_EQ(Paths(list), "/x /y");
+}
+
+TEST(RecentFiles, MenuTextsAreShortAndHaveTheirMnemonic) {
+    CRecentFileList list(9);
+    list.Add("/home/someone/pictures/of/the/last/summer/holidays/at/the/sea/wave.iff");
+    list.Add("/a/fish & chips.psd");
+    EXPECT_EQ(list.GetDisplayName(0), "&1 /a/fish && chips.psd");
+    EXPECT_EQ(list.GetDisplayName(1), "&2 /home/.../last/summer/holidays/at/the/sea/wave.iff");
+
+    struct Path {
+        const char* pszPath;
+        const char* pszShort;
+    };
+    for (const Path& row :
+         {Path{"/home/a/bc.iff", "/home/a/bc.iff"}, Path{"/home/abc/de/fgh.iff", "/home/.../fgh.iff"},
+          Path{"/home/a/0123456789.iff", ".../01234...9.iff"},
+          Path{"/0123456789012345.iff", "/012345...345.iff"},
+          Path{"/x/a\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4.iff",
+               ".../a\xC3\xA4\xC3\xA4....iff"}}) {
+        EXPECT_EQ(AbbreviatePath(row.pszPath, 17), row.pszShort);
+    }
+}
+
+TEST(FileUri, EveryPathComesBackAndWhatIsNoneDoesNot) {
+    std::string path = "/";
+    for (int byte = 1; byte < 256; ++byte) path += static_cast<char>(byte);
+    EXPECT_EQ(FromFileUri(ToFileUri(path)), path);
+    EXPECT_EQ(ToFileUri("/a b%\xFF.iff"), "file:///a%20b%25%FF.iff");
+
+    for (const char* uri : {"file:///a%c3%bc", "file://localhost/a\xC3\xBC", "file:/a%C3%BC"})
+        EXPECT_EQ(FromFileUri(uri), "/a\xC3\xBC") << uri;
+    for (const char* uri : {"file://elsewhere/a", "http:///a", "file:a", "file:///a%", "file:///a%4",
+                            "file:///a%4g", "file:///a%00b", ""})
+        EXPECT_FALSE(FromFileUri(uri)) << uri;
+}
