@@ -18,6 +18,7 @@ const bool g_registered = [] {
     return true;
 }();
 
+constexpr u32 RECENT_FILES = 9;
 constexpr u32 TEMPLATES[] = {IDR_ALL_TYPES, IDR_IFF_TYPE, IDR_TFF_TYPE, IDR_TMG_TYPE, IDR_PSD_TYPE};
 
 }  // namespace
@@ -27,10 +28,14 @@ CVistrelApp::CVistrelApp() {
 }
 
 bool CVistrelApp::InitInstance() {
+    SetRegistryKey("Talvorine\\Internal");
+    LoadStdProfileSettings(RECENT_FILES);
     for (const u32 id : TEMPLATES)
         AddDocTemplate(std::make_unique<CMultiDocTemplate>(id, RuntimeClassOf<CVistrelDoc>(),
                                                            RuntimeClassOf<CChildFrame>(),
                                                            RuntimeClassOf<CVistrelView>()));
+
+    EnableShellOpen("com.talvorine.Vistrel");
 
     auto mainFrame = std::make_unique<CMainFrame>();
     if (!mainFrame->LoadFrame(IDR_MAINFRAME)) return false;

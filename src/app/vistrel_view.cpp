@@ -77,6 +77,7 @@ void CVistrelView::OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) {
 }
 
 void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
+    const CWaitCursor wait;
     BuildChannelList(pFrame);
     OnUpdate(nullptr, 0, nullptr);
     if (!m_bValid) return;
@@ -87,10 +88,12 @@ void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
 }
 
 void CVistrelView::OnChannelChanged(CChildFrame*) {
+    const CWaitCursor wait;
     OnUpdate(nullptr, 0, nullptr);
 }
 
 void CVistrelView::FitFrameToImage(float fScale) {
+    const CWaitCursor wait;
     CChildFrame* const frame = GetFrame();
     if (frame->IsZoomed() || frame->IsIconic()) frame->MDIRestore();
     CRect place = frame->GetWindowRect();

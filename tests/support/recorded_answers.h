@@ -16,13 +16,16 @@ class RecordedAnswers final : public Answers {
         return IDOK;
     }
 
-    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters) override {
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
+                                       const std::string& strFolder) override {
         m_filters = filters;
+        m_strFolder = strFolder;
         return m_nextFiles;
     }
 
     std::vector<std::string> m_messages;
     std::vector<FileFilter> m_filters;     // what the last Open dialog offered
+    std::string m_strFolder;               // where it opened
     std::vector<std::string> m_nextFiles;  // what the next one is answered with
 
   private:

@@ -15,9 +15,10 @@ constexpr StringResource STRINGS[] = {
     {IDR_PSD_TYPE, "\n\n\nPhotoshop Files (*.PSD)\n.PSD\n\n"},
     {AFX_IDS_APP_TITLE, "Talvorine Graphics File Viewer"},
     {AFX_IDS_USAGE,
-     "usage: vistrel [FILE...]\n"
+     "usage: vistrel [-dde] [FILE...]\n"
      "Shows still pictures, each in a window of its own.\n"
      "\n"
+     "  -dde        opens the files in the program that runs already, if any\n"
      "  --          every word behind it names a file\n"
      "  --help      prints this and ends\n"
      "  --version   prints the program's version and ends"},

@@ -13,7 +13,9 @@ class StandardErrorAnswers final : public Answers {
         return IDOK;
     }
 
-    std::vector<std::string> OpenFiles(const std::vector<FileFilter>&) override { return {}; }
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>&, const std::string&) override {
+        return {};
+    }
 };
 
 StandardErrorAnswers g_default;

@@ -29,8 +29,9 @@ class Answers {
     virtual int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) = 0;
 
     // The paths of the files to open, in their order; none when the user thinks better of it. The first
-    // filter is the one in use at first.
-    virtual std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters) = 0;
+    // filter is the one in use at first, and strFolder is shown, or the current folder where it is empty.
+    virtual std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
+                                               const std::string& strFolder) = 0;
 };
 
 // Borrows the answers until the next call and returns those it replaces. Null brings the default back.

@@ -16,8 +16,8 @@ constexpr u32 CN_UPDATE_COMMAND_UI = 0xFFFFFFFF;
 // A combo box whose selection the user has changed.
 constexpr u32 CBN_SELCHANGE = 1;
 
-// One item that shows the state of a command: a menu entry, a button, a pane. What Enable, SetCheck and
-// SetText do is up to the item.
+// One item that shows the state of a command: a menu entry, a button, a pane. What Enable, SetCheck, SetText
+// and SetPrompt do is up to the item.
 class CCmdUI {
   public:
     explicit CCmdUI(u32 nID) : m_nID(nID) {}
@@ -28,6 +28,7 @@ class CCmdUI {
     virtual void Enable(bool bOn) = 0;
     virtual void SetCheck(int nCheck) = 0;
     virtual void SetText(const std::string& strText) = 0;
+    virtual void SetPrompt(const std::string&) {}  // what the item is for, in place of the command's prompt
 
     // Asks the target, and those behind it, for the command's state. Where no update handler took it,
     // bDisableIfNoHandler disables the command unless some handler would carry it out.

@@ -8,11 +8,13 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
             m_strFileNames.push_back(word);
         } else if (word == "--") {
             switchesEnded = true;
-        } else if (m_nShellCommand == FileNew) {
+        } else if (m_nShellCommand == FileNew || m_nShellCommand == FileDDE) {
             if (word == "--help") {
                 m_nShellCommand = ShowHelp;
             } else if (word == "--version") {
                 m_nShellCommand = ShowVersion;
+            } else if (word == "-dde") {
+                m_nShellCommand = FileDDE;
             } else {
                 m_nShellCommand = BadSwitch;
                 m_strBadSwitch = word;

@@ -7,7 +7,7 @@
 
 class CCommandLineInfo {
   public:
-    enum ShellCommand { FileNew, FileOpen, ShowHelp, ShowVersion, BadSwitch };
+    enum ShellCommand { FileNew, FileOpen, FileDDE, ShowHelp, ShowVersion, BadSwitch };
 
     // Takes the arguments behind the program's name. Help, version and a switch that is not known win over
     // files.

@@ -31,6 +31,8 @@ bool CDocument::OnOpenDocument(const std::string& strPathName) {
         return true;
     } catch (const std::bad_alloc&) {
         return refuse(CMemoryException().what());
+    } catch (const CArchiveException& exception) {
+        return refuse((std::string(exception.what()) + "; vistrel-describe tells what it is").c_str());
     } catch (const std::exception& exception) {
         return refuse(exception.what());
     }

@@ -11,6 +11,8 @@
 // Ids that the framework itself looks up or handles.
 constexpr u32 ID_FILE_OPEN = 57601;
 constexpr u32 ID_FILE_CLOSE = 57602;
+constexpr u32 ID_FILE_MRU_FILE1 = 57616;  // the first of nine
+constexpr u32 ID_FILE_MRU_FILE9 = 57624;
 constexpr u32 ID_APP_EXIT = 57665;
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;

@@ -22,6 +22,7 @@ FileFilter CMultiDocTemplate::GetFilter() const {
 CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
     CDocument* opened = nullptr;
     const auto open = [&] {
+        const CWaitCursor wait;
         // Until all is done the document belongs here, and goes behind the frame.
         std::unique_ptr<CDocument> document(static_cast<CDocument*>(m_docClass.pfnCreateObject()));
         document->m_bAutoDelete = false;

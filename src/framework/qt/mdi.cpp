@@ -15,6 +15,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPointer>
 #include <QScreen>
 #include <QStyle>
@@ -150,11 +151,31 @@ bool CMDIChildWnd::HasHandler(u32 nID, u32 nCode) const {
 
 namespace {
 
+const QString URI_LIST = QStringLiteral("text/uri-list");
+
 class MainWindow final : public QMainWindow {
   public:
-    explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) { setAnimated(false); }
+    explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) {
+        setAnimated(false);
+        setAcceptDrops(true);
+    }
 
   protected:
+    void dragEnterEvent(QDragEnterEvent* pEvent) override {
+        if (pEvent->mimeData()->hasFormat(URI_LIST)) pEvent->acceptProposedAction();
+    }
+
+    // The bytes as they come, for a path need not be UTF-8. Lines that begin with a number sign are comments.
+    void dropEvent(QDropEvent* pEvent) override {
+        std::vector<std::string> uris;
+        for (const QByteArray& line : pEvent->mimeData()->data(URI_LIST).split('\n')) {
+            const QByteArray uri = line.trimmed();
+            if (!uri.isEmpty() && uri[0] != '#') uris.push_back(uri.toStdString());
+        }
+        pEvent->acceptProposedAction();
+        AfxGuardedCall([&] { AfxGetApp()->OpenLater(uris); });
+    }
+
     void closeEvent(QCloseEvent*) override {
         AfxGuardedCall([&] { m_frame.DestroyChildren(); });
         QCoreApplication::exit(0);
@@ -227,6 +248,12 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
             if (window) std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
         },
         Qt::QueuedConnection);
+}
+
+void CMDIFrameWnd::BringToFront() {
+    GetWidget()->setWindowState(GetWidget()->windowState() & ~Qt::WindowMinimized);
+    GetWidget()->raise();
+    GetWidget()->activateWindow();
 }
 
 void CMDIFrameWnd::OnIdle() {

@@ -81,6 +81,9 @@ class CMDIFrameWnd : public CFrameWnd {
     // What the menu item of a command shows; MF_ bits.
     u32 GetMenuState(u32 nID) const;
 
+    // In front of other programs, and no longer minimised.
+    void BringToFront();
+
     // Brings the title, the menu and all bars up to date.
     void OnIdle();
 

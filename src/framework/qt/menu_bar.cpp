@@ -20,7 +20,11 @@ class ActionCmdUI final : public CCmdUI {
         m_action.setCheckable(true);
         m_action.setChecked(nCheck != 0);
     }
-    void SetText(const std::string& strText) override { m_action.setText(ToDisplayText(strText)); }
+    void SetText(const std::string& strText) override {
+        m_action.setText(ToDisplayText(strText));
+        m_action.setVisible(!strText.empty());
+    }
+    void SetPrompt(const std::string& strText) override { m_action.setStatusTip(ToDisplayText(strText)); }
 
   private:
     QAction& m_action;
@@ -47,6 +51,13 @@ void UpdateMenu(QMenu& menu, CFrameWnd& frame) {
     }
 }
 
+void AddItem(QMenu& menu, u32 nID, const QString& text, CFrameWnd& frame) {
+    QAction* const action = menu.addAction(text);
+    action->setData(nID);
+    QObject::connect(action, &QAction::triggered, &menu,
+                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); }); });
+}
+
 void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
     for (const MenuItemResource& item : popup.items) {
         if (item.nId == 0) {
@@ -54,11 +65,10 @@ void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
             continue;
         }
         // The tab behind a text divides it from the name of its accelerator, as the toolkit has it too.
-        QAction* const action = menu.addAction(QString::fromUtf8(item.pszText));
-        action->setData(item.nId);
-        QObject::connect(action, &QAction::triggered, &menu, [&frame, nID = item.nId] {
-            AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); });
-        });
+        AddItem(menu, item.nId, QString::fromUtf8(item.pszText), frame);
+        // One item of the table stands for all recent files; the others show once they have a text.
+        if (item.nId != ID_FILE_MRU_FILE1) continue;
+        for (u32 id = item.nId + 1; id <= ID_FILE_MRU_FILE9; ++id) AddItem(menu, id, {}, frame);
     }
     QObject::connect(&menu, &QMenu::aboutToShow, &menu,
                      [&menu, &frame] { AfxGuardedCall([&] { UpdateMenu(menu, frame); }); });

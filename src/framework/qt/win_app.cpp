@@ -1,9 +1,13 @@
 #include "framework/qt/win_app.h"
 
 #include "framework/core/answers.h"
+#include "framework/core/document.h"
 #include "framework/core/guarded_call.h"
+#include "framework/core/path_name.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/shell_open.h"
+#include "framework/qt/view.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -37,6 +41,22 @@ class ToolkitApplication final : public QApplication {
     }
 };
 
+// A question in the middle of something long waits for the user, not the other way round.
+class PlainCursor {
+  public:
+    PlainCursor() {
+        if (m_bWaiting) QApplication::changeOverrideCursor(Qt::ArrowCursor);
+    }
+    ~PlainCursor() {
+        if (m_bWaiting) QApplication::changeOverrideCursor(Qt::WaitCursor);
+    }
+    PlainCursor(const PlainCursor&) = delete;
+    PlainCursor& operator=(const PlainCursor&) = delete;
+
+  private:
+    const bool m_bWaiting = QApplication::overrideCursor() != nullptr;
+};
+
 class BoxAnswers final : public Answers {
   public:
     int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
@@ -45,12 +65,15 @@ class BoxAnswers final : public Answers {
         box.setTextFormat(Qt::PlainText);
         box.setText(ToDisplayText(strText));
         if (nStyle & MB_SETFOREGROUND) box.raise();
+        const PlainCursor plain;
         return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
     }
 
-    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters) override {
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
+                                       const std::string& strFolder) override {
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setFileMode(QFileDialog::ExistingFiles);
+        if (!strFolder.empty()) dialog.setDirectory(QFile::decodeName(strFolder.c_str()));
         // Only the last brackets of a filter count, and they do not show.
         dialog.setOption(QFileDialog::HideNameFilterDetails);
         QStringList names;
@@ -150,7 +173,7 @@ int AfxWinMain(int argc, char** argv) {
     if (const std::optional<int> status = AfxWinInit(argc, argv)) return *status;
     bool started = false;
     AfxGuardedCall([&] { started = g_pApp->InitInstance(); });
-    const int status = started ? g_pApp->Run() : EXIT_FAILURE;
+    const int status = started ? g_pApp->Run() : g_pApp->m_nExitStatus;
     AfxWinTerm();
     return status;
 }
@@ -183,7 +206,9 @@ void CWinApp::OnFileOpen() {
     std::vector<FileFilter> filters;
     for (const auto& kind : m_templates) filters.push_back(kind->GetFilter());
     filters.push_back({"All Files (*)", {"*"}});
-    for (const std::string& path : CurrentAnswers().OpenFiles(filters)) OpenDocumentFile(path);
+    const std::string last = m_recentFiles.GetSize() > 0 ? m_recentFiles[0] : "";
+    for (const std::string& path : CurrentAnswers().OpenFiles(filters, last.substr(0, last.rfind('/') + 1)))
+        OpenDocumentFile(path);
 }
 
 void CWinApp::OnAppExit() {
@@ -195,6 +220,8 @@ int CWinApp::Run() {
 }
 
 void CWinApp::ExitInstance() {
+    m_pShellOpen.reset();
+    WriteRecentFileList();
     m_pMainWnd.reset();
     m_templates.clear();
 }
@@ -208,20 +235,45 @@ void CWinApp::ParseCommandLine(CCommandLineInfo& info) const {
 }
 
 bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
-    bool opened = false;
+    const bool isDde = info.m_nShellCommand == CCommandLineInfo::FileDDE;
+    if (isDde && HandOver(info.m_strFileNames)) {
+        m_nExitStatus = EXIT_SUCCESS;
+        return false;
+    }
+    bool opened = isDde && info.m_strFileNames.empty();
     for (const std::string& path : info.m_strFileNames) opened |= OpenDocumentFile(path) != nullptr;
-    return opened;
+    return opened || !m_requests.empty();
 }
 
 CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
-    CMultiDocTemplate* chosen = m_templates.front().get();
-    for (const auto& candidate : m_templates)
-        if (candidate->MatchDocType(strPathName)) chosen = candidate.get();
-    return chosen->OpenDocumentFile(*m_pMainWnd, strPathName);
+    const std::string path = GetFullPath(strPathName);
+    CDocument* document = nullptr;
+    if (CMDIChildWnd* const child = FindOpen(path)) {
+        if (child->IsIconic()) child->MDIRestore();
+        child->ActivateFrame();
+        document = child->GetActiveView()->GetDocument();
+    } else {
+        CMultiDocTemplate* chosen = m_templates.front().get();
+        for (const auto& candidate : m_templates)
+            if (candidate->MatchDocType(path)) chosen = candidate.get();
+        document = chosen->OpenDocumentFile(*m_pMainWnd, path);
+    }
+    if (document) AddToRecentFileList(path);
+    return document;
+}
+
+CMDIChildWnd* CWinApp::FindOpen(const std::string& strPathName) const {
+    for (const auto& child : m_pMainWnd->GetChildren())
+        if (IsSameFile(child->GetActiveView()->GetDocument()->GetPathName(), strPathName)) return child.get();
+    return nullptr;
 }
 
 void CWinApp::OnIdle() {
-    if (!m_pMainWnd || m_bInIdle) return;
+    if (!m_pMainWnd) return;
+    if (CanOpenRequests())
+        QMetaObject::invokeMethod(
+            g_pToolkit.get(), [this] { AfxGuardedCall([&] { OpenRequests(); }); }, Qt::QueuedConnection);
+    if (m_bInIdle) return;
     m_bInIdle = true;
     try {
         m_pMainWnd->OnIdle();

@@ -4,14 +4,20 @@
 
 #include "framework/core/cmd_target.h"
 #include "framework/core/command_line.h"
+#include "framework/core/recent_files.h"
 #include "framework/qt/doc_template.h"
 #include "framework/qt/mdi.h"
 
+#include <cstdlib>
+#include <deque>
 #include <exception>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+class CDocument;
+class ShellOpen;
 
 class CWinApp : public CCmdTarget {
   public:
@@ -24,25 +30,44 @@ class CWinApp : public CCmdTarget {
     // Runs until the main window is closed; the program's status.
     int Run();
 
-    // Takes down windows and templates.
+    // Writes the settings; takes down windows and templates.
     void ExitInstance();
+
+    // From here on the program keeps settings: the user's own, under the company's key, whose parts are
+    // divided by backslashes, and the program's title.
+    void SetRegistryKey(const std::string& strRegistryKey);
+
+    // Reads the list of recent files, which takes this many.
+    void LoadStdProfileSettings(u32 nMaxMRU);
+
+    // Takes part in what the desktop opens; the program is known there by this name.
+    void EnableShellOpen(const std::string& strName);
 
     void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate);
 
     void ParseCommandLine(CCommandLineInfo& info) const;
 
-    // Opens the files in their order. False when all of them failed.
+    // Opens the files in their order, in the program that runs already where the command line asks for that.
+    // False when the program is to end: it has handed them over, or all of them failed.
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
-    // The file goes to the template of its extension, to the first one where it has none. Null when it
-    // failed, which has been reported then.
+    // The file goes to the template of its extension, to the first one where it has none. One that is open
+    // already comes to the front. Null when it failed, which has been reported then.
     CDocument* OpenDocumentFile(const std::string& strPathName);
+
+    // Opens what the URIs name, in their order, and comes to the front, as soon as no dialog is up and
+    // nothing that came before is waiting.
+    void OpenLater(const std::vector<std::string>& uris);
 
     // Runs the update handlers of everything that shows a state.
     void OnIdle();
 
     // Handles what has happened, without waiting for more.
     void PumpMessages();
+
+    // Recent files have ids of their own, one for each place in the list.
+    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
+    bool HasHandler(u32 nID, u32 nCode) const override;
 
     CMDIFrameWnd* GetMainWnd() const { return m_pMainWnd.get(); }
 
@@ -57,10 +82,26 @@ class CWinApp : public CCmdTarget {
 
   private:
     friend std::optional<int> AfxWinInit(int argc, char** argv);
+    friend int AfxWinMain(int argc, char** argv);
+
+    CMDIChildWnd* FindOpen(const std::string& strPathName) const;
+    void AddToRecentFileList(const std::string& strPathName);
+    void WriteRecentFileList();
+    void OnUpdateRecentFile(u32 nIndex, CCmdUI& ui) const;
+    void OnOpenRecentFile(u32 nIndex);
+    bool HandOver(const std::vector<std::string>& paths) const;
+    bool CanOpenRequests() const;
+    void OpenRequests();
 
     std::vector<std::unique_ptr<CMultiDocTemplate>> m_templates;
     int m_nArgc = 0;
     char** m_pArgv = nullptr;
+    int m_nExitStatus = EXIT_FAILURE;  // where InitInstance ends the program
+    std::unique_ptr<Profile> m_pProfile;
+    CRecentFileList m_recentFiles{0};
+    std::unique_ptr<ShellOpen> m_pShellOpen;
+    std::deque<std::vector<std::string>> m_requests;  // lists of URIs that wait to be opened
+    bool m_bInRequest = false;
     bool m_bInIdle = false;
     bool m_bIdleFailed = false;  // reported once, until the handlers run through again
 };

@@ -88,3 +88,11 @@ i64 CWnd::WindowProc(u32 nMessage, u64 wParam, i64) {
 i64 SendMessageA(HWND hWnd, u32 nMessage, u64 wParam, i64 lParam) {
     return hWnd->WindowProc(nMessage, wParam, lParam);
 }
+
+CWaitCursor::CWaitCursor() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+CWaitCursor::~CWaitCursor() {
+    QApplication::restoreOverrideCursor();
+}

@@ -70,4 +70,13 @@ class CWnd : public CCmdTarget {
     CWnd* m_pParent = nullptr;
 };
 
+// The pointer shows that the program is busy, as long as this lives.
+class CWaitCursor {
+  public:
+    CWaitCursor();
+    ~CWaitCursor();
+    CWaitCursor(const CWaitCursor&) = delete;
+    CWaitCursor& operator=(const CWaitCursor&) = delete;
+};
+
 i64 SendMessageA(HWND hWnd, u32 nMessage, u64 wParam, i64 lParam);
