@@ -35,7 +35,8 @@ bool CVistrelApp::InitInstance() {
                                                            RuntimeClassOf<CChildFrame>(),
                                                            RuntimeClassOf<CVistrelView>()));
 
-    EnableShellOpen("com.talvorine.Vistrel");
+    EnableShellOpen();
+    RegisterShellFileTypes();
 
     auto mainFrame = std::make_unique<CMainFrame>();
     if (!mainFrame->LoadFrame(IDR_MAINFRAME)) return false;

@@ -51,7 +51,8 @@ TEST(Document, OpensOrSaysWhyNot) {
     const std::string named = "\"" + path + "\" was not opened. ";
     EXPECT_EQ(answers.m_messages,
               (std::vector<std::string>{named + "There is not enough memory.",
-                                        named + "It is no document of the kinds that this viewer reads.",
+                                        named + "It is no document of the kinds that this viewer reads; "
+                                                "vistrel-describe tells what it is.",
                                         named + "Something else.",
                                         named + "It cannot be opened: No such file or directory."}));
 }

@@ -14,6 +14,9 @@ constexpr StringResource STRINGS[] = {
     {IDR_TMG_TYPE, "\n\n\nTalvorine Graphics Files (*.TMG)\n.TMG\nVistrel.Graphic2\nTalvorine Graphics File"},
     {IDR_PSD_TYPE, "\n\n\nPhotoshop Files (*.PSD)\n.PSD\n\n"},
     {AFX_IDS_APP_TITLE, "Talvorine Graphics File Viewer"},
+    {AFX_IDS_SHELL_NAME, "com.talvorine.Vistrel"},
+    {AFX_IDS_SHELL_COMMENT, "Look at pictures, their layers and their channels"},
+    {AFX_IDS_SHELL_OFFERED, "image/x-ilbm;image/vnd.adobe.photoshop;"},
     {AFX_IDS_USAGE,
      "usage: vistrel [-dde] [FILE...]\n"
      "Shows still pictures, each in a window of its own.\n"

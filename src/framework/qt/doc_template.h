@@ -6,6 +6,7 @@
 #include "framework/core/answers.h"
 #include "framework/core/doc_string.h"
 #include "framework/core/runtime_class.h"
+#include "framework/core/shell_registration.h"
 
 class CDocument;
 class CMDIFrameWnd;
@@ -25,6 +26,9 @@ class CMultiDocTemplate {
 
     // What the Open dialog offers for this kind.
     FileFilter GetFilter() const;
+
+    // The kind of file, whose type id is empty where none is registered.
+    ShellFileType GetShellFileType() const;
 
     // Reads the file and shows it in a child window of its own. Null when that failed: it has been reported
     // then, and neither document nor window is left.

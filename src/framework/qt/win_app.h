@@ -40,8 +40,16 @@ class CWinApp : public CCmdTarget {
     // Reads the list of recent files, which takes this many.
     void LoadStdProfileSettings(u32 nMaxMRU);
 
-    // Takes part in what the desktop opens; the program is known there by this name.
-    void EnableShellOpen(const std::string& strName);
+    // Takes part in what the desktop opens.
+    void EnableShellOpen();
+
+    // Tells the user's desktop of the program and of the kinds of files that are its own, where it does not
+    // know yet. The program runs on when it cannot be told.
+    void RegisterShellFileTypes() const;
+
+    // The same texts for all users, as they are installed.
+    std::string MakeMimePackage() const;
+    std::string MakeDesktopEntry(const std::string& strProgram) const;
 
     void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate);
 
@@ -89,6 +97,7 @@ class CWinApp : public CCmdTarget {
     void WriteRecentFileList();
     void OnUpdateRecentFile(u32 nIndex, CCmdUI& ui) const;
     void OnOpenRecentFile(u32 nIndex);
+    std::vector<ShellFileType> GetShellFileTypes() const;
     bool HandOver(const std::vector<std::string>& paths) const;
     bool CanOpenRequests() const;
     void OpenRequests();

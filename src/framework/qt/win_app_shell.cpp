@@ -3,13 +3,18 @@
 #include "framework/core/answers.h"
 #include "framework/core/document.h"
 #include "framework/core/path_name.h"
+#include "framework/core/replace_file.h"
 #include "framework/core/resource.h"
 #include "framework/qt/ini_profile.h"
 #include "framework/qt/shell_open.h"
 #include "framework/qt/win_app.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
 #include <QScopedValueRollback>
+#include <QStandardPaths>
 
 // Settings and recent files
 
@@ -64,11 +69,68 @@ void CWinApp::OnOpenRecentFile(u32 nIndex) {
     WriteRecentFileList();
 }
 
+// Registration with the desktop
+
+namespace {
+
+// Runs beside the program, which has no use for its answer.
+void RunDetached(const QString& program, const QString& folder) {
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments({folder});
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.startDetached();
+}
+
+// Puts the text into a file of this folder, and has what the desktop gathers from all such files gathered
+// anew.
+void Register(const QString& folder, const QString& name, const std::string& text, const QString& gatherer,
+              const QString& gathered) {
+    const std::string path = QFile::encodeName(folder + u'/' + name).toStdString();
+    if (HasContent(path, text) || !QDir().mkpath(folder) || !ReplaceFile(path, text)) return;
+    RunDetached(gatherer, gathered);
+}
+
+}  // namespace
+
+std::vector<ShellFileType> CWinApp::GetShellFileTypes() const {
+    std::vector<ShellFileType> types;
+    for (const auto& kind : m_templates) types.push_back(kind->GetShellFileType());
+    std::erase_if(types, [](const ShellFileType& type) { return type.strTypeId.empty(); });
+    return types;
+}
+
+std::string CWinApp::MakeMimePackage() const {
+    return ::MakeMimePackage(GetShellFileTypes());
+}
+
+std::string CWinApp::MakeDesktopEntry(const std::string& strProgram) const {
+    return ::MakeDesktopEntry(
+        {AfxLoadString(AFX_IDS_SHELL_NAME), AfxLoadString(AFX_IDS_APP_TITLE),
+         AfxLoadString(AFX_IDS_SHELL_COMMENT), strProgram, AfxLoadString(AFX_IDS_SHELL_OFFERED)},
+        GetShellFileTypes());
+}
+
+// Both texts are UTF-8, which a path need not be.
+void CWinApp::RegisterShellFileTypes() const {
+    const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
+    if (!QUtf8StringView(program).isValidUtf8()) return;
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QString name = QString::fromStdString(AfxLoadString(AFX_IDS_SHELL_NAME));
+    const QString mime = data + QStringLiteral("/mime");
+    const QString entries = data + QStringLiteral("/applications");
+    Register(mime + QStringLiteral("/packages"), name + QStringLiteral(".xml"), MakeMimePackage(),
+             QStringLiteral("update-mime-database"), mime);
+    Register(entries, name + QStringLiteral(".desktop"), MakeDesktopEntry(program.toStdString()),
+             QStringLiteral("update-desktop-database"), entries);
+}
+
 // Requests of the desktop
 
-void CWinApp::EnableShellOpen(const std::string& strName) {
+void CWinApp::EnableShellOpen() {
     m_pShellOpen = std::make_unique<ShellOpen>(
-        strName, [this](const std::vector<std::string>& uris) { OpenLater(uris); });
+        AfxLoadString(AFX_IDS_SHELL_NAME), [this](const std::vector<std::string>& uris) { OpenLater(uris); });
 }
 
 bool CWinApp::HandOver(const std::vector<std::string>& paths) const {
