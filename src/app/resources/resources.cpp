@@ -16,7 +16,8 @@ constexpr StringResource STRINGS[] = {
     {AFX_IDS_APP_TITLE, "Talvorine Graphics File Viewer"},
     {AFX_IDS_SHELL_NAME, "com.talvorine.Vistrel"},
     {AFX_IDS_SHELL_COMMENT, "Look at pictures, their layers and their channels"},
-    {AFX_IDS_SHELL_OFFERED, "image/x-ilbm;image/vnd.adobe.photoshop;"},
+    {AFX_IDS_SHELL_CLAIMED, "image/x-ilbm"},
+    {AFX_IDS_SHELL_OFFERED, "image/vnd.adobe.photoshop"},
     {AFX_IDS_USAGE,
      "usage: vistrel [-dde] [FILE...]\n"
      "Shows still pictures, each in a window of its own.\n"

@@ -57,8 +57,14 @@ std::string ShellFileType::GetMimeType() const {
     return "image/x-" + name;
 }
 
-// The usual weight is 50.
-std::string MakeMimePackage(std::span<const ShellFileType> types) {
+// Whoever claims a type comes before those who claim one that it is a kind of, in whatever order the desktop
+// looks at their entries. So the offered type becomes a kind of one that only this program claims.
+std::string ShellRegistration::GetOfferType() const {
+    return "image/x-" + ToLower(strId.substr(strId.rfind('.') + 1)) + "-offer";
+}
+
+// The usual weight of a pattern is 50.
+std::string ShellRegistration::MakeMimePackage() const {
     std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<mime-info xmlns=\"http://www.freedesktop.org/standards/shared-mime-info\">\n";
@@ -66,21 +72,18 @@ std::string MakeMimePackage(std::span<const ShellFileType> types) {
         text += "  <mime-type type=\"" + type.GetMimeType() + "\">\n    <comment>" +
                 EscapeXml(type.strTypeName) + "</comment>\n    <glob pattern=\"*" +
                 ToLower(type.strExtension) + "\" weight=\"40\"/>\n  </mime-type>\n";
-    return text + "</mime-info>\n";
+    return text + "  <mime-type type=\"" + GetOfferType() + "\">\n    <comment>" + EscapeXml(strName) +
+           "</comment>\n  </mime-type>\n  <mime-type type=\"" + strOffered +
+           "\">\n    <sub-class-of type=\"" + GetOfferType() + "\"/>\n  </mime-type>\n</mime-info>\n";
 }
 
-std::string MakeDesktopEntry(const DesktopEntry& entry, std::span<const ShellFileType> types) {
+std::string ShellRegistration::MakeDesktopEntry(const std::string& strProgram) const {
     std::string mimeTypes;
     for (const ShellFileType& type : types) mimeTypes += type.GetMimeType() + ";";
-    return "[Desktop Entry]\n"
-           "Type=Application\n"
-           "Name=" +
-           EscapeValue(entry.strName) + "\n" + "Comment=" + EscapeValue(entry.strComment) + "\n" +
-           "TryExec=" + EscapeValue(entry.strProgram) + "\n" +
-           "Exec=" + EscapeValue(QuoteArgument(entry.strProgram)) + " -dde %F\n" + "Icon=" + entry.strId +
-           "\n"
-           "Terminal=false\n"
-           "Categories=Graphics;2DGraphics;RasterGraphics;Viewer;\n"
-           "MimeType=" +
-           mimeTypes + entry.strOffered + "\n";
+    mimeTypes += strClaimed + ";" + GetOfferType() + ";";
+    return "[Desktop Entry]\nType=Application\nName=" + EscapeValue(strName) +
+           "\nComment=" + EscapeValue(strComment) + "\nTryExec=" + EscapeValue(strProgram) +
+           "\nExec=" + EscapeValue(QuoteArgument(strProgram)) + " -dde %F\nIcon=" + strId +
+           "\nTerminal=false\nCategories=Graphics;2DGraphics;RasterGraphics;Viewer;\nMimeType=" + mimeTypes +
+           "\n";
 }

@@ -2,12 +2,12 @@
 // is started, as a desktop entry.
 #pragma once
 
-#include <span>
 #include <string>
+#include <vector>
 
 // A kind of file, from the document string of its template.
 struct ShellFileType {
-    std::string strExtension;  // with its dot, in upper case
+    std::string strExtension;  // with its dot
     std::string strTypeId;     // as in "Program.Picture"
     std::string strTypeName;   // as it is shown
 
@@ -15,16 +15,21 @@ struct ShellFileType {
     std::string GetMimeType() const;
 };
 
-// Where another package claims an extension, it keeps it.
-std::string MakeMimePackage(std::span<const ShellFileType> types);
-
-struct DesktopEntry {
-    std::string strId;  // names its icon too
+struct ShellRegistration {
+    std::string strId;  // as in "com.maker.Program"; names the icon too
     std::string strName;
     std::string strComment;
-    std::string strProgram;  // absolute path, or a name that is looked for
-    std::string strOffered;  // further MIME types that it opens, each with a semicolon behind it
-};
+    std::string strClaimed;  // a MIME type of others that the program is registered for
+    std::string strOffered;  // and one that it opens when it is asked to, but leaves to those who claim it
+    std::vector<ShellFileType> types;
 
-// The program is started with the switch that passes its files on to the copy that runs.
-std::string MakeDesktopEntry(const DesktopEntry& entry, std::span<const ShellFileType> types);
+    // An extension that another package claims stays with that one.
+    std::string MakeMimePackage() const;
+
+    // strProgram: an absolute path, or a name that is looked for. It is started with the switch that passes
+    // its files on to the copy that runs.
+    std::string MakeDesktopEntry(const std::string& strProgram) const;
+
+  private:
+    std::string GetOfferType() const;
+};

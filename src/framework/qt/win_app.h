@@ -47,9 +47,7 @@ class CWinApp : public CCmdTarget {
     // know yet. The program runs on when it cannot be told.
     void RegisterShellFileTypes() const;
 
-    // The same texts for all users, as they are installed.
-    std::string MakeMimePackage() const;
-    std::string MakeDesktopEntry(const std::string& strProgram) const;
+    ShellRegistration GetShellRegistration() const;
 
     void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate);
 
@@ -97,7 +95,6 @@ class CWinApp : public CCmdTarget {
     void WriteRecentFileList();
     void OnUpdateRecentFile(u32 nIndex, CCmdUI& ui) const;
     void OnOpenRecentFile(u32 nIndex);
-    std::vector<ShellFileType> GetShellFileTypes() const;
     bool HandOver(const std::vector<std::string>& paths) const;
     bool CanOpenRequests() const;
     void OpenRequests();

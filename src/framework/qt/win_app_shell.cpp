@@ -94,22 +94,16 @@ void Register(const QString& folder, const QString& name, const std::string& tex
 
 }  // namespace
 
-std::vector<ShellFileType> CWinApp::GetShellFileTypes() const {
-    std::vector<ShellFileType> types;
-    for (const auto& kind : m_templates) types.push_back(kind->GetShellFileType());
-    std::erase_if(types, [](const ShellFileType& type) { return type.strTypeId.empty(); });
-    return types;
-}
-
-std::string CWinApp::MakeMimePackage() const {
-    return ::MakeMimePackage(GetShellFileTypes());
-}
-
-std::string CWinApp::MakeDesktopEntry(const std::string& strProgram) const {
-    return ::MakeDesktopEntry(
-        {AfxLoadString(AFX_IDS_SHELL_NAME), AfxLoadString(AFX_IDS_APP_TITLE),
-         AfxLoadString(AFX_IDS_SHELL_COMMENT), strProgram, AfxLoadString(AFX_IDS_SHELL_OFFERED)},
-        GetShellFileTypes());
+ShellRegistration CWinApp::GetShellRegistration() const {
+    ShellRegistration registration = {
+        AfxLoadString(AFX_IDS_SHELL_NAME),    AfxLoadString(AFX_IDS_APP_TITLE),
+        AfxLoadString(AFX_IDS_SHELL_COMMENT), AfxLoadString(AFX_IDS_SHELL_CLAIMED),
+        AfxLoadString(AFX_IDS_SHELL_OFFERED), {}};
+    for (const auto& kind : m_templates) {
+        const ShellFileType type = kind->GetShellFileType();
+        if (!type.strTypeId.empty()) registration.types.push_back(type);
+    }
+    return registration;
 }
 
 // Both texts are UTF-8, which a path need not be.
@@ -117,12 +111,13 @@ void CWinApp::RegisterShellFileTypes() const {
     const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
     if (!QUtf8StringView(program).isValidUtf8()) return;
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const QString name = QString::fromStdString(AfxLoadString(AFX_IDS_SHELL_NAME));
+    const ShellRegistration registration = GetShellRegistration();
+    const QString name = QString::fromStdString(registration.strId);
     const QString mime = data + QStringLiteral("/mime");
     const QString entries = data + QStringLiteral("/applications");
-    Register(mime + QStringLiteral("/packages"), name + QStringLiteral(".xml"), MakeMimePackage(),
-             QStringLiteral("update-mime-database"), mime);
-    Register(entries, name + QStringLiteral(".desktop"), MakeDesktopEntry(program.toStdString()),
+    Register(mime + QStringLiteral("/packages"), name + QStringLiteral(".xml"),
+             registration.MakeMimePackage(), QStringLiteral("update-mime-database"), mime);
+    Register(entries, name + QStringLiteral(".desktop"), registration.MakeDesktopEntry(program.toStdString()),
              QStringLiteral("update-desktop-database"), entries);
 }
 
