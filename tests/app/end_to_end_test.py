@@ -46,6 +46,9 @@ class Screen:
         self.environment = {**os.environ, "DISPLAY": self.display}
         self.environment.pop("QT_QPA_PLATFORM", None)
         self.environment.pop("WAYLAND_DISPLAY", None)
+        self.environment["XDG_CONFIG_HOME"] = os.path.join(folder, "config")
+        self.environment["XDG_DATA_HOME"] = os.path.join(folder, "data")
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:"
         # In a build with sanitizers a fault of the program is no status of its own; what the bus library keeps
         # is none of it.
         suppressions = os.path.join(folder, "suppressions")
@@ -125,9 +128,10 @@ def shows_picture(rows):
     return False
 
 
-class EndToEndTest(unittest.TestCase):
+class ProgramTest(unittest.TestCase):
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
+        # What the program starts beside itself can still be writing there at the end.
+        self.folder = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
         self.screen = Screen(self.folder.name)
         self.program = None
 
@@ -145,6 +149,8 @@ class EndToEndTest(unittest.TestCase):
             Path(path).write_bytes(content)
         return path
 
+
+class EndToEndTest(ProgramTest):
     def start(self, *words):
         self.program = subprocess.Popen([PROGRAM, *words], env=self.screen.environment)
 

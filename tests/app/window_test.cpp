@@ -8,6 +8,7 @@
 #include "framework/core/exception.h"
 #include "framework/qt/menu_bar.h"
 #include "support/iff_builder.h"
+#include "support/private_home.h"
 #include "support/recorded_answers.h"
 
 #include <gtest/gtest.h>
@@ -339,6 +340,12 @@ TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
     EXPECT_EQ(m_answers.m_messages.size(), 1u);
     ASSERT_EQ(main.GetChildren().size(), 2u);
 
+    // The same ones again, one of them by way of a link.
+    std::filesystem::create_symlink(m_folder / "a.iff", m_folder / "link.iff");
+    m_answers.m_nextFiles = {m_folder / "link.iff", m_folder / "." / "b.iff"};
+    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_OPEN, CN_COMMAND, nullptr));
+    EXPECT_EQ(m_answers.m_strFolder, m_folder / "");
+    ASSERT_EQ(main.GetChildren().size(), 2u);
     ASSERT_EQ(main.MDIGetActive(), main.GetChildren()[1].get());
     EXPECT_TRUE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
     EXPECT_TRUE(WaitFor([&] { return main.GetChildren().size() == 1; }));
@@ -347,6 +354,51 @@ TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
     EXPECT_TRUE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
     EXPECT_TRUE(WaitFor([&] { return main.GetWindowText() == "Talvorine Graphics File Viewer"; }));
     EXPECT_FALSE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
+}
+
+namespace {
+
+// What a menu shows of a command.
+struct SeenItem final : public CCmdUI {
+    explicit SeenItem(u32 nID) : CCmdUI(nID) { DoUpdate(*theApp.m_pMainWnd, true); }
+    void Enable(bool bOn) override { m_bEnabled = bOn; }
+    void SetCheck(int) override {}
+    void SetText(const std::string& strText) override { m_strText = strText; }
+    void SetPrompt(const std::string& strText) override { m_strPrompt = strText; }
+
+    bool m_bEnabled = true;
+    std::string m_strText;
+    std::string m_strPrompt;
+};
+
+}  // namespace
+
+TEST_F(WindowTest, ARecentFileThatIsGoneSaysSoAndLeavesTheList) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    const std::string gone = Write(Picture(8, 8), "gone.iff");
+    ASSERT_TRUE(theApp.OpenDocumentFile(gone));
+    ASSERT_TRUE(OpenFile(Picture(8, 8), "a&b.iff"));
+    main.DestroyChildren();
+    std::filesystem::remove(gone);
+    EXPECT_NE(SeenItem(ID_FILE_MRU_FILE1).m_strText.find("/a&&b.iff"), std::string::npos);
+    EXPECT_EQ(SeenItem(ID_FILE_MRU_FILE1 + 1).m_strPrompt, gone);
+
+    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_MRU_FILE1 + 1, CN_COMMAND, nullptr));
+    ASSERT_EQ(m_answers.m_messages.size(), 1u);
+    EXPECT_NE(m_answers.m_messages[0].find("/gone.iff\" was not opened."), std::string::npos);
+    EXPECT_NE(SeenItem(ID_FILE_MRU_FILE1 + 1).m_strPrompt, gone);
+    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_MRU_FILE1, CN_COMMAND, nullptr));
+    EXPECT_EQ(main.GetChildren().size(), 1u);
+    EXPECT_FALSE(SeenItem(ID_FILE_MRU_FILE9).m_bEnabled);
+}
+
+TEST_F(WindowTest, RequestsAreCarriedOutOneAfterAnother) {
+    theApp.OpenLater({"file://" + Write(Picture(8, 8), "a.iff"), "file:///nothing/there", "web:page"});
+    theApp.OpenLater({"file://" + Write(Picture(8, 8), "%.iff") + "%"});
+    theApp.OpenLater({"file://" + (m_folder / "%25.iff").string()});
+    ASSERT_TRUE(WaitFor([] { return theApp.m_pMainWnd->GetChildren().size() == 2; }));
+    EXPECT_EQ(Frame().GetWindowText(), "%.iff");
+    EXPECT_EQ(m_answers.m_messages.size(), 3u);
 }
 
 namespace {
@@ -444,6 +496,7 @@ TEST_F(TroubleTest, AnExceptionOutOfDrawingIsReportedOnceUntilTheNextUpdate) {
 }
 
 int main(int argc, char** argv) {
+    const PrivateHome home;
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     testing::InitGoogleTest(&argc, argv);
     char* words[] = {argv[0], nullptr};

@@ -2,10 +2,11 @@
 
 #include "framework/qt/ini_profile.h"
 
+#include "support/private_home.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,14 +15,8 @@ namespace {
 
 class IniProfileTest : public testing::Test {
   protected:
-    IniProfileTest() {
-        std::string name = std::filesystem::temp_directory_path() / "vistrel-profile-test-XXXXXX";
-        m_folder = mkdtemp(name.data());
-        setenv("XDG_CONFIG_HOME", m_folder.c_str(), 1);
-    }
-    ~IniProfileTest() override { std::filesystem::remove_all(m_folder); }
-
-    std::filesystem::path m_folder;
+    PrivateHome m_home;
+    const std::filesystem::path m_folder = m_home.m_folder / "config";
 };
 
 }  // namespace

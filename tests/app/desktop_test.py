@@ -1,0 +1,99 @@
+#!/usr/bin/env python3
+"""The program among other running copies of itself and in front of the desktop.
+
+usage: dbus-run-session -- desktop_test.py PROGRAM
+Needs what end_to_end_test.py needs, and gdbus.
+"""
+
+import os
+import re
+import subprocess
+import unittest
+import urllib.parse
+from pathlib import Path
+
+from end_to_end_test import DEADLINE, PROGRAM, TITLE, Screen, picture, wait_for
+import end_to_end_test
+
+
+class DesktopTest(end_to_end_test.ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.screen.environment["DBUS_SESSION_BUS_ADDRESS"] = os.environ["DBUS_SESSION_BUS_ADDRESS"]
+        self.running = []
+
+    def tearDown(self):
+        for program in self.running:
+            program.kill()
+            program.wait()
+        super().tearDown()
+
+    def start(self, *words):
+        self.running.append(subprocess.Popen([PROGRAM, *words], env=self.screen.environment))
+
+    def started(self, name):
+        """Starts a copy of its own and waits until it shows the file."""
+        self.start(self.path(name, picture()))
+        self.wait_for_title(name)
+
+    def hand_over(self, *words):
+        done = subprocess.run([PROGRAM, "-dde", *words], env=self.screen.environment, timeout=DEADLINE)
+        self.assertEqual(done.returncode, 0)
+
+    def call(self, method, *words):
+        subprocess.run(["gdbus", "call", "--session", "--dest", "com.talvorine.Vistrel", "--object-path",
+                        "/com/talvorine/Vistrel", "--method", "org.freedesktop.Application." + method, *words],
+                       check=True, stdout=subprocess.DEVNULL, timeout=DEADLINE)
+
+    def wait_for_title(self, name):
+        wait_for(lambda: self.screen.windows(f"{TITLE} - {name}"), name)
+
+    def recent(self):
+        files = Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
+        uris = re.findall("=file://(.*)", files.read_text()) if files.exists() else []
+        return [os.path.basename(urllib.parse.unquote_to_bytes(uri)) for uri in uris]
+
+    def test_files_arrive_in_order_and_after_a_question(self):
+        self.started("first.iff")
+        names = [b"a b.iff", b"100%41.iff", b"\xff\xfe.iff", b"last.iff"]
+        for name in names:
+            Path(os.fsdecode(os.fsencode(self.folder.name) + b"/" + name)).write_bytes(picture())
+        paths = [os.fsencode(self.folder.name) + b"/" + name for name in names]
+        self.hand_over(*paths[:3], self.path("bad.iff", b"nothing"))
+        box = wait_for(lambda: self.screen.windows(TITLE), "the refusal")[0]
+        self.hand_over(paths[3])
+        self.call("Open", "['file://%s']" % self.path("by%20bus.iff"), "{}")
+        self.path("by bus.iff", picture())
+        self.assertEqual(self.recent(), [names[2], names[1], names[0], b"first.iff"])
+        self.screen.press(box, "Return")
+        self.wait_for_title("by bus.iff")
+        self.assertEqual(self.recent()[:3], [b"by bus.iff", names[3], names[2]])
+        self.assertEqual(self.screen.windows(TITLE), [])
+        self.call("Activate", "{}")
+
+    def test_the_next_copy_takes_over(self):
+        self.started("first.iff")
+        self.started("second.iff")
+        self.running[0].kill()
+        self.running[0].wait()
+        self.hand_over(self.path("third.iff", picture()))
+        self.wait_for_title("third.iff")
+        self.assertEqual(self.screen.windows(f"{TITLE} - second.iff"), [])
+
+    def test_becomes_the_program_where_none_runs(self):
+        self.start("-dde", self.path("first.iff", picture()))
+        self.wait_for_title("first.iff")
+        self.hand_over(self.path("second.iff", picture()))
+        self.wait_for_title("second.iff")
+
+    def test_registers_its_files(self):
+        self.started("first.iff")
+        entry = Path(self.folder.name, "data", "applications", "com.talvorine.Vistrel.desktop")
+        subprocess.run(["desktop-file-validate", entry], check=True)
+        self.assertNotIn("photoshop", entry.read_text())
+        package = Path(self.folder.name, "data", "mime", "packages", "com.talvorine.Vistrel.xml").read_text()
+        self.assertEqual(re.findall(r'pattern="(.*?)"', package), ["*.iff", "*.tff", "*.tmg"])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
