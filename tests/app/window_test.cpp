@@ -6,6 +6,7 @@
 #include "app/vistrel_view.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
+#include "framework/core/replace_file.h"
 #include "framework/qt/menu_bar.h"
 #include "support/iff_builder.h"
 #include "support/private_home.h"
@@ -493,6 +494,16 @@ TEST_F(TroubleTest, AnExceptionOutOfDrawingIsReportedOnceUntilTheNextUpdate) {
     Troubled().m_bDrawTrouble = false;
     Troubled().OnChannelChanged(&Frame());
     EXPECT_EQ(Troubled().CapturePixels({0, 0, 1, 1})[0], ShownColour(0, 0));
+}
+
+// Every user is told the same as all users are by an installation.
+TEST(Installation, TellsTheDesktopWhatTheProgramDoes) {
+    const ShellRegistration registration = theApp.GetShellRegistration();
+    const std::string installed = VISTREL_SHARE "/" + registration.strId;
+    EXPECT_TRUE(HasContent(installed + ".xml", registration.MakeMimePackage()))
+        << registration.MakeMimePackage();
+    EXPECT_TRUE(HasContent(installed + ".desktop", registration.MakeDesktopEntry("vistrel")))
+        << registration.MakeDesktopEntry("vistrel");
 }
 
 int main(int argc, char** argv) {

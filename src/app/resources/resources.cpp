@@ -120,6 +120,15 @@ constexpr AcceleratorResource ACCELERATORS[] = {
     {ID_NEXT_PANE, "F6"},          {ID_PREV_PANE, "Shift+F6"},
 };
 
+constexpr VersionString VERSION_STRINGS[] = {
+    {"FileDescription", "Vistrel MFC Application"},
+    {"InternalName", "Vistrel"},
+    {"OriginalFilename", "Vistrel.EXE"},
+    {"ProductName", "Vistrel Application"},
+};
+
+constexpr VersionResource VERSION = {"1.0.0.1", "1.0.0.1", VERSION_STRINGS};
+
 }  // namespace
 
-constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS};
+constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS, VERSION};

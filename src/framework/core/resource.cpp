@@ -34,3 +34,7 @@ const MenuResource* AfxFindMenu(u32 nId) {
 std::span<const AcceleratorResource> AfxGetAccelerators() {
     return g_pTables ? g_pTables->accelerators : std::span<const AcceleratorResource>();
 }
+
+VersionResource AfxGetVersion() {
+    return g_pTables ? g_pTables->version : VersionResource{"", "", {}};
+}

@@ -64,11 +64,24 @@ struct AcceleratorResource {
     const char* pszKeys;  // as in "Ctrl+N"
 };
 
+struct VersionString {
+    const char* pszName;
+    const char* pszText;
+};
+
+// What the program says of itself to other programs; its user is shown AFX_IDS_VERSION.
+struct VersionResource {
+    const char* pszFileVersion;
+    const char* pszProductVersion;
+    std::span<const VersionString> strings;
+};
+
 struct ResourceTables {
     std::span<const StringResource> strings;
     std::span<const DialogResource> dialogs;
     std::span<const MenuResource> menus;
     std::span<const AcceleratorResource> accelerators;
+    VersionResource version;
 };
 
 // Borrows the tables for the rest of the program.
@@ -79,3 +92,4 @@ std::string AfxLoadString(u32 nId);
 const DialogResource* AfxFindDialog(u32 nId);
 const MenuResource* AfxFindMenu(u32 nId);
 std::span<const AcceleratorResource> AfxGetAccelerators();
+VersionResource AfxGetVersion();

@@ -26,8 +26,14 @@ std::string EscapeXml(const std::string& text) {
     return escaped;
 }
 
-// In quotes, where the program that reads the line takes these characters for its own.
+bool IsPlain(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("/._-").find(c) != std::string_view::npos;
+}
+
+// In quotes, and with a backslash before what means something there all the same.
 std::string QuoteArgument(const std::string& word) {
+    if (std::ranges::all_of(word, IsPlain)) return word;
     std::string quoted = "\"";
     for (const char c : word) {
         if (std::string_view("\"`$\\").find(c) != std::string_view::npos) quoted += '\\';

@@ -112,6 +112,16 @@ int SayNoDisplay() {
     return EXIT_FAILURE;
 }
 
+// The version block, as properties of the toolkit's application object.
+void TellVersion(QObject& application) {
+    const VersionResource version = AfxGetVersion();
+    QCoreApplication::setApplicationVersion(QString::fromUtf8(version.pszFileVersion));
+    application.setProperty("FileVersion", QString::fromUtf8(version.pszFileVersion));
+    application.setProperty("ProductVersion", QString::fromUtf8(version.pszProductVersion));
+    for (const VersionString& text : version.strings)
+        application.setProperty(text.pszName, QString::fromUtf8(text.pszText));
+}
+
 // While the toolkit starts, what it has to say is how it looks for a display; without one it would abort.
 void OnStartMessage(QtMsgType type, const QMessageLogContext&, const QString&) {
     if (type == QtFatalMsg) std::_Exit(SayNoDisplay());
@@ -153,9 +163,11 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
 
     // The words of the command line are this program's; the toolkit gets none of them.
     static int toolkitArgc = 1;
+    QGuiApplication::setDesktopFileName(QString::fromStdString(AfxLoadString(AFX_IDS_SHELL_NAME)));
     const QtMessageHandler before = qInstallMessageHandler(OnStartMessage);
     g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv);
     qInstallMessageHandler(before);
+    TellVersion(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
     InstallAnswers(&g_answers);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
