@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 
 TEST(ShellRegistration, AnyPathOfTheProgramIsOneWordOfOneLine) {
-    const ShellRegistration registration = {
-        "com.maker.Program", "A & <B>",   "C",
-        "image/x-c",         "image/x-o", {{".ABC", "Program.Picture", "Pictures & <more>"}}};
+    const ShellRegistration registration = {"com.maker.Program",
+                                            "A & <B>",
+                                            "C",
+                                            "image/x-c",
+                                            "image/x-o",
+                                            "O",
+                                            {{".ABC", "Program.Picture", "Pictures & <more>"}}};
     const std::string entry = registration.MakeDesktopEntry("/a b/100%\"`$\\\n/program");
     EXPECT_NE(entry.find("\nExec=\"/a b/100%%\\\\\"\\\\`\\\\$\\\\\\\\\\n/program\" -dde %F\n"),
               std::string::npos)

@@ -18,6 +18,7 @@ constexpr StringResource STRINGS[] = {
     {AFX_IDS_SHELL_COMMENT, "Look at pictures, their layers and their channels"},
     {AFX_IDS_SHELL_CLAIMED, "image/x-ilbm"},
     {AFX_IDS_SHELL_OFFERED, "image/vnd.adobe.photoshop"},
+    {AFX_IDS_SHELL_OFFERED_NAME, "Photoshop image"},
     {AFX_IDS_USAGE,
      "usage: vistrel [-dde] [FILE...]\n"
      "Shows still pictures, each in a window of its own.\n"

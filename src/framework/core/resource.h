@@ -20,8 +20,9 @@ constexpr u32 AFX_IDS_SHELL_NAME = 61442;     // what the desktop knows the prog
 constexpr u32 AFX_IDS_SHELL_COMMENT = 61443;  // what it is for
 constexpr u32 AFX_IDS_SHELL_CLAIMED = 61444;  // a MIME type of others that it is registered for
 constexpr u32 AFX_IDS_SHELL_OFFERED = 61445;  // and one that it only offers to open
-constexpr u32 AFX_IDS_USAGE = 61440;          // answer to --help
-constexpr u32 AFX_IDS_VERSION = 61441;        // answer to --version
+constexpr u32 AFX_IDS_SHELL_OFFERED_NAME = 61446;
+constexpr u32 AFX_IDS_USAGE = 61440;    // answer to --help
+constexpr u32 AFX_IDS_VERSION = 61441;  // answer to --version
 
 struct StringResource {
     u32 nId;

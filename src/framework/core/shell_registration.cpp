@@ -69,18 +69,26 @@ std::string ShellRegistration::GetOfferType() const {
     return "image/x-" + ToLower(strId.substr(strId.rfind('.') + 1)) + "-offer";
 }
 
-// The usual weight of a pattern is 50.
+// The usual weight of a pattern is 50. A comment counts for more than that of the system, even where it is
+// missing, so the offered type gets one too.
 std::string ShellRegistration::MakeMimePackage() const {
     std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<mime-info xmlns=\"http://www.freedesktop.org/standards/shared-mime-info\">\n";
+    const auto add = [&](const std::string& name, const std::string& comment, const std::string& rest) {
+        text += "  <mime-type type=\"" + name + "\">\n    <comment>" + EscapeXml(comment) + "</comment>\n" +
+                rest + "  </mime-type>\n";
+    };
+    const auto subClassOf = [](const std::string& name) {
+        return "    <sub-class-of type=\"" + name + "\"/>\n";
+    };
     for (const ShellFileType& type : types)
-        text += "  <mime-type type=\"" + type.GetMimeType() + "\">\n    <comment>" +
-                EscapeXml(type.strTypeName) + "</comment>\n    <glob pattern=\"*" +
-                ToLower(type.strExtension) + "\" weight=\"40\"/>\n  </mime-type>\n";
-    return text + "  <mime-type type=\"" + GetOfferType() + "\">\n    <comment>" + EscapeXml(strName) +
-           "</comment>\n  </mime-type>\n  <mime-type type=\"" + strOffered +
-           "\">\n    <sub-class-of type=\"" + GetOfferType() + "\"/>\n  </mime-type>\n</mime-info>\n";
+        add(type.GetMimeType(), type.strTypeName,
+            subClassOf(strClaimed) + "    <glob pattern=\"*" + ToLower(type.strExtension) +
+                "\" weight=\"40\"/>\n");
+    add(GetOfferType(), strName, "");
+    add(strOffered, strOfferedName, subClassOf(GetOfferType()));
+    return text + "</mime-info>\n";
 }
 
 std::string ShellRegistration::MakeDesktopEntry(const std::string& strProgram) const {

@@ -19,8 +19,9 @@ struct ShellRegistration {
     std::string strId;  // as in "com.maker.Program"; names the icon too
     std::string strName;
     std::string strComment;
-    std::string strClaimed;  // a MIME type of others that the program is registered for
+    std::string strClaimed;  // a MIME type of others that its own are kinds of, and that it is registered for
     std::string strOffered;  // and one that it opens when it is asked to, but leaves to those who claim it
+    std::string strOfferedName;  // as that one is shown
     std::vector<ShellFileType> types;
 
     // An extension that another package claims stays with that one.

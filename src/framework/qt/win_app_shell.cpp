@@ -95,10 +95,13 @@ void Register(const QString& folder, const QString& name, const std::string& tex
 }  // namespace
 
 ShellRegistration CWinApp::GetShellRegistration() const {
-    ShellRegistration registration = {
-        AfxLoadString(AFX_IDS_SHELL_NAME),    AfxLoadString(AFX_IDS_APP_TITLE),
-        AfxLoadString(AFX_IDS_SHELL_COMMENT), AfxLoadString(AFX_IDS_SHELL_CLAIMED),
-        AfxLoadString(AFX_IDS_SHELL_OFFERED), {}};
+    ShellRegistration registration = {AfxLoadString(AFX_IDS_SHELL_NAME),
+                                      AfxLoadString(AFX_IDS_APP_TITLE),
+                                      AfxLoadString(AFX_IDS_SHELL_COMMENT),
+                                      AfxLoadString(AFX_IDS_SHELL_CLAIMED),
+                                      AfxLoadString(AFX_IDS_SHELL_OFFERED),
+                                      AfxLoadString(AFX_IDS_SHELL_OFFERED_NAME),
+                                      {}};
     for (const auto& kind : m_templates) {
         const ShellFileType type = kind->GetShellFileType();
         if (!type.strTypeId.empty()) registration.types.push_back(type);
