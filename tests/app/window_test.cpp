@@ -393,15 +393,6 @@ TEST_F(WindowTest, ARecentFileThatIsGoneSaysSoAndLeavesTheList) {
     EXPECT_FALSE(SeenItem(ID_FILE_MRU_FILE9).m_bEnabled);
 }
 
-TEST_F(WindowTest, RequestsAreCarriedOutOneAfterAnother) {
-    theApp.OpenLater({"file://" + Write(Picture(8, 8), "a.iff"), "file:///nothing/there", "web:page"});
-    theApp.OpenLater({"file://" + Write(Picture(8, 8), "%.iff") + "%"});
-    theApp.OpenLater({"file://" + (m_folder / "%25.iff").string()});
-    ASSERT_TRUE(WaitFor([] { return theApp.m_pMainWnd->GetChildren().size() == 2; }));
-    EXPECT_EQ(Frame().GetWindowText(), "%.iff");
-    EXPECT_EQ(m_answers.m_messages.size(), 3u);
-}
-
 namespace {
 
 // What a test lets the next picture, or the next drawing, end with.

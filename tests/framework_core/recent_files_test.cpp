@@ -26,33 +26,26 @@ std::string Paths(const CRecentFileList& list) {
 
 }  // namespace
 
-TEST(RecentFiles, TheLatestComesFirstNoneTwiceAndTheOldestMakesRoom) {
-    CRecentFileList list(3);
-    for (const char* path : {"/a", "/b", "/a", "/c", "/d", "/a"}) list.Add(path);
-    EXPECT_EQ(Paths(list), "/a /d /c");
-    list.Remove("/d");
-    EXPECT_EQ(Paths(list), "/a /c");
-}
-
-TEST(RecentFiles, TwoProgramsKeepOneList) {
+TEST(RecentFiles, TheLatestComesFirstAndTwoProgramsKeepOneList) {
     MemoryProfile profile;
     CRecentFileList first(3);
     CRecentFileList second(3);
-    first.Add("/a\xFF %");
+    for (const char* path : {"/x", "/b", "/x", "/a\xFF %", "/b"}) first.Add(path);
+    EXPECT_EQ(Paths(first), "/b /a\xFF % /x");
     EXPECT_TRUE(first.WriteList(profile));
-    second.Add("/b");
+    second.Add("/c");
     EXPECT_TRUE(second.WriteList(profile));
-    EXPECT_EQ(Paths(second), "/b /a\xFF %");
+    EXPECT_EQ(Paths(second), "/c /b /a\xFF %");
 
     profile.m_bWritable = false;
-    first.Add("/c");
-    first.Remove("/a\xFF %");
+    first.Add("/d");
+    first.Remove("/b");
     EXPECT_FALSE(first.WriteList(profile));
     profile.m_bWritable = true;
     EXPECT_TRUE(first.WriteList(profile));
-    EXPECT_EQ(Paths(first), "/c /b");
+    EXPECT_EQ(Paths(first), "/d /c /a\xFF %");
     second.ReadList(profile);
-    EXPECT_EQ(Paths(second), "/c /b");
+    EXPECT_EQ(Paths(second), Paths(first));
 }
 
 TEST(RecentFiles, WhatIsKeptMayBeDamaged) {
