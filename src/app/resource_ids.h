@@ -34,10 +34,13 @@ constexpr u32 ID_TOGGLE_LAYER_BAR = 32773;
 constexpr u32 ID_INDICATOR_INFO = 101;
 constexpr u32 IDW_LAYER_BAR = 102;
 constexpr u32 IDW_INFO_BAR = 103;
+constexpr u32 IDC_SCALE = 1000;
 constexpr u32 IDC_LAYER = 1001;
 constexpr u32 IDC_CHANNEL = 1002;
 
 // Dialogs.
+constexpr u32 IDD_ABOUT = 100;
+constexpr u32 IDD_ZOOM = 130;
 constexpr u32 IDD_LAYER_BAR = 132;
 
 // The main frame, and the kinds of documents.

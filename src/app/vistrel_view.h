@@ -31,6 +31,8 @@ class CVistrelView : public CView, public DisplayImage {
     const MessageMap& GetMessageMap() const override;
 
   private:
+    void OnZoom();
+    void OnUpdateZoom(CCmdUI* pUi);
     void OnUpdateInfoPane(CCmdUI* pUi);
 
     const CVistrelDoc& GetDoc() const;

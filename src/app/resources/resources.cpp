@@ -1,6 +1,7 @@
 #include "app/resources/resources.h"
 
 #include "app/resource_ids.h"
+#include "framework/core/answers.h"
 
 namespace {
 
@@ -14,6 +15,8 @@ constexpr StringResource STRINGS[] = {
     {IDR_TMG_TYPE, "\n\n\nTalvorine Graphics Files (*.TMG)\n.TMG\nVistrel.Graphic2\nTalvorine Graphics File"},
     {IDR_PSD_TYPE, "\n\n\nPhotoshop Files (*.PSD)\n.PSD\n\n"},
     {AFX_IDS_APP_TITLE, "Talvorine Graphics File Viewer"},
+    {AFX_IDP_PARSE_REAL, "Please enter a number."},
+    {AFX_IDP_PARSE_REAL_RANGE, "Please enter a number between %1 and %2."},
     {AFX_IDS_USAGE,
      "usage: vistrel [FILE...]\n"
      "Shows still pictures, each in a window of its own.\n"
@@ -31,8 +34,24 @@ constexpr ControlResource LAYER_BAR_CONTROLS[] = {
     {ControlKind::ComboBox, IDC_CHANNEL, {109, 3, 177, 69}, ""},
 };
 
+constexpr ControlResource ABOUT_CONTROLS[] = {
+    {ControlKind::Icon, IDR_MAINFRAME, {11, 17, 31, 37}, ""},
+    {ControlKind::PlainText, 0, {39, 7, 169, 15}, "Talvorine Graphics File Viewer"},
+    {ControlKind::Static, 0, {39, 23, 169, 31}, "Version 1.12"},
+    {ControlKind::DefaultButton, IDOK, {178, 7, 210, 21}, "OK"},
+};
+
+constexpr ControlResource ZOOM_CONTROLS[] = {
+    {ControlKind::Static, 0, {7, 7, 69, 15}, "Enter &Scale Factor:"},
+    {ControlKind::Edit, IDC_SCALE, {7, 19, 47, 33}, ""},
+    {ControlKind::DefaultButton, IDOK, {105, 7, 155, 21}, "OK"},
+    {ControlKind::Button, IDCANCEL, {105, 24, 155, 38}, "Cancel"},
+};
+
 constexpr DialogResource DIALOGS[] = {
-    {IDD_LAYER_BAR, {180, 19}, LAYER_BAR_CONTROLS},
+    {IDD_ABOUT, "About Vistrel", {217, 55}, ABOUT_CONTROLS},
+    {IDD_ZOOM, "Zoom", {162, 46}, ZOOM_CONTROLS},
+    {IDD_LAYER_BAR, "", {180, 19}, LAYER_BAR_CONTROLS},
 };
 
 constexpr MenuItemResource SEPARATOR = {0, ""};
@@ -115,6 +134,15 @@ constexpr AcceleratorResource ACCELERATORS[] = {
     {ID_NEXT_PANE, "F6"},          {ID_PREV_PANE, "Shift+F6"},
 };
 
+constexpr u32 TOOLBAR_ITEMS[] = {
+    ID_FILE_NEW, ID_FILE_OPEN,  ID_FILE_SAVE, 0, ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE,
+    0,           ID_FILE_PRINT, ID_APP_ABOUT,
+};
+
+constexpr ToolBarResource TOOLBARS[] = {
+    {IDR_MAINFRAME, {16, 15}, TOOLBAR_ITEMS},
+};
+
 }  // namespace
 
-constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS};
+constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS, TOOLBARS, PICTURES};

@@ -14,6 +14,7 @@ class StandardErrorAnswers final : public Answers {
     }
 
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>&) override { return {}; }
+    int Dialog(u32, ModalDialog&) override { return IDCANCEL; }
 };
 
 StandardErrorAnswers g_default;

@@ -34,3 +34,11 @@ const MenuResource* AfxFindMenu(u32 nId) {
 std::span<const AcceleratorResource> AfxGetAccelerators() {
     return g_pTables ? g_pTables->accelerators : std::span<const AcceleratorResource>();
 }
+
+const ToolBarResource* AfxFindToolBar(u32 nId) {
+    return g_pTables ? FindById(g_pTables->toolBars, nId) : nullptr;
+}
+
+const PictureResource* AfxFindPicture(u32 nId) {
+    return g_pTables ? FindById(g_pTables->pictures, nId) : nullptr;
+}

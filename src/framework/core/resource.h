@@ -1,5 +1,5 @@
-// Resources are tables: strings, dialog templates, menus, accelerators. The program hands its own over once,
-// before anything is shown; they are static data and are only read.
+// Resources are tables: strings, dialog templates, menus, accelerators, toolbars, pictures. The program hands
+// its own over once, before anything is shown; they are static data and are only read.
 #pragma once
 
 #include "base/types.h"
@@ -14,26 +14,29 @@ constexpr u32 ID_FILE_CLOSE = 57602;
 constexpr u32 ID_APP_EXIT = 57665;
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
-constexpr u32 AFX_IDS_USAGE = 61440;    // answer to --help
-constexpr u32 AFX_IDS_VERSION = 61441;  // answer to --version
+constexpr u32 AFX_IDP_PARSE_REAL = 61714;        // a number was expected
+constexpr u32 AFX_IDP_PARSE_REAL_RANGE = 61717;  // one between %1 and %2 was expected
+constexpr u32 AFX_IDS_USAGE = 61440;             // answer to --help
+constexpr u32 AFX_IDS_VERSION = 61441;           // answer to --version
 
 struct StringResource {
     u32 nId;
     const char* pszText;  // UTF-8
 };
 
-enum class ControlKind { Static, ComboBox };
+enum class ControlKind { Static, PlainText, Icon, ComboBox, Edit, Button, DefaultButton };
 
 // Positions and sizes are in dialog units: a quarter of the font's average width, an eighth of its height.
 struct ControlResource {
     ControlKind kind;
-    u32 nId;  // 0 where nobody asks for the control
+    u32 nId;  // 0 where nobody asks for the control; of the picture for an icon
     CRect rect;
-    const char* pszText;  // an ampersand marks the mnemonic of the next control
+    const char* pszText;  // an ampersand marks the mnemonic, a static's that of the next control
 };
 
 struct DialogResource {
     u32 nId;
+    const char* pszCaption;
     CSize size;
     std::span<const ControlResource> controls;  // in tab order
 };
@@ -58,11 +61,24 @@ struct AcceleratorResource {
     const char* pszKeys;  // as in "Ctrl+N"
 };
 
+struct ToolBarResource {
+    u32 nId;
+    CSize size;                  // of a button's picture, logical pixels
+    std::span<const u32> items;  // commands; 0 for a separator
+};
+
+struct PictureResource {
+    u32 nId;             // of a frame's icon, or of the command on whose button it stands
+    const char* pszSvg;  // currentColor stands for the colour of texts around it
+};
+
 struct ResourceTables {
     std::span<const StringResource> strings;
     std::span<const DialogResource> dialogs;
     std::span<const MenuResource> menus;
     std::span<const AcceleratorResource> accelerators;
+    std::span<const ToolBarResource> toolBars;
+    std::span<const PictureResource> pictures;
 };
 
 // Borrows the tables for the rest of the program.
@@ -73,3 +89,5 @@ std::string AfxLoadString(u32 nId);
 const DialogResource* AfxFindDialog(u32 nId);
 const MenuResource* AfxFindMenu(u32 nId);
 std::span<const AcceleratorResource> AfxGetAccelerators();
+const ToolBarResource* AfxFindToolBar(u32 nId);
+const PictureResource* AfxFindPicture(u32 nId);

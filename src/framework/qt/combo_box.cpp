@@ -3,7 +3,6 @@
 #include "framework/core/guarded_call.h"
 #include "framework/qt/control_bars.h"
 #include "framework/qt/convert.h"
-#include "framework/qt/frame_wnd.h"
 
 #include <QComboBox>
 #include <QSignalBlocker>
@@ -39,10 +38,11 @@ i64 CopyText(const QByteArray& text, i64 lParam) {
 
 }  // namespace
 
-QComboBox* AfxCreateComboBox(QWidget* pParent, CFrameWnd& frame, u32 nID) {
+QComboBox* AfxCreateComboBox(QWidget* pParent, CCmdTarget& target, u32 nID) {
     auto* const list = new ListWidget(pParent);
-    QObject::connect(list, &QComboBox::currentIndexChanged,
-                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); }); });
+    QObject::connect(list, &QComboBox::currentIndexChanged, [&target, nID] {
+        AfxGuardedCall([&] { target.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); });
+    });
     return list;
 }
 

@@ -1,17 +1,14 @@
 #include "framework/qt/control_bars.h"
 
 #include "framework/core/resource.h"
-#include "framework/qt/combo_box.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/dialog_template.h"
 #include "framework/qt/frame_wnd.h"
 
-#include <QComboBox>
 #include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
-
-#include <algorithm>
 
 void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
 
@@ -93,71 +90,16 @@ void CStatusBar::OnUpdateCmdUI(CFrameWnd& frame) {
 
 namespace {
 
-// Dialog units follow the font: four make its average width, eight its height.
-class DialogUnits {
-  public:
-    explicit DialogUnits(const QFontMetrics& metrics) : m_nHeight(metrics.height()) {
-        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
-        m_nWidth = (metrics.horizontalAdvance(alphabet) / 26 + 1) / 2;
-    }
-
-    int X(int units) const { return (units * m_nWidth + 2) / 4; }
-    int Y(int units) const { return (units * m_nHeight + 4) / 8; }
-    QRect Map(const CRect& rect) const {
-        return QRect(QPoint(X(rect.left), Y(rect.top)), QPoint(X(rect.right) - 1, Y(rect.bottom) - 1));
-    }
-
-  private:
-    int m_nWidth;
-    int m_nHeight;
-};
-
-// Between a label that is wider than its place and the control behind it, in pixels.
-constexpr int LABEL_GAP = 3;
-
-// The dialog's controls. A text is the label of the control behind it, which its mnemonic goes to.
 class DialogWidget final : public QWidget {
   public:
     DialogWidget(QWidget* pParent, CFrameWnd& frame, const DialogResource& resource) : QWidget(pParent) {
-        const DialogUnits units(fontMetrics());
-        m_sizeHint = QSize(units.X(resource.size.cx), units.Y(resource.size.cy));
-        QLabel* label = nullptr;
-        for (const ControlResource& control : resource.controls) {
-            const QRect place = units.Map(control.rect);
-            if (control.kind == ControlKind::Static) {
-                label = new QLabel(ToDisplayText(control.pszText), this);
-                label->setTextFormat(Qt::PlainText);
-                label->setGeometry(place);
-            } else {
-                QComboBox* const list = AfxCreateComboBox(this, frame, control.nId);
-                list->setObjectName(ObjectName(control.nId));
-                PlaceList(*list, place);
-                if (label) PlaceLabel(*label, *list);
-                label = nullptr;
-            }
-        }
+        m_sizeHint = AfxCreateControls(*this, resource, frame);
         setFixedHeight(m_sizeHint.height());
     }
 
     QSize sizeHint() const override { return m_sizeHint; }
 
   private:
-    // The template gives the height of the list dropped down; closed, the font decides.
-    void PlaceList(QComboBox& list, const QRect& place) const {
-        const int height = list.sizeHint().height();
-        list.setGeometry(place.left(), (m_sizeHint.height() - height) / 2, place.width(), height);
-    }
-
-    // Where the font needs more than its share for the label, the list begins a little later.
-    static void PlaceLabel(QLabel& label, QComboBox& list) {
-        label.setBuddy(&list);
-        const int width = std::max(label.sizeHint().width(), label.width());
-        label.setGeometry(label.x(), list.y(), width, list.height());
-        QRect place = list.geometry();
-        place.setLeft(std::max(place.left(), label.x() + width + LABEL_GAP));
-        list.setGeometry(place);
-    }
-
     QSize m_sizeHint;
 };
 
@@ -185,5 +127,5 @@ void CDialogBar::EnableDocking(u32 nDockStyle) {
 }
 
 QWidget* CDialogBar::GetDlgItem(u32 nID) const {
-    return GetWidget()->findChild<QComboBox*>(ObjectName(nID));
+    return AfxFindControl(*GetWidget(), nID);
 }

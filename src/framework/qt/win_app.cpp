@@ -63,6 +63,8 @@ class BoxAnswers final : public Answers {
         return paths;
     }
 
+    int Dialog(u32, ModalDialog& dialog) override { return dialog.Wait(); }
+
   private:
     static QString NameFilter(const FileFilter& filter) {
         QStringList patterns;
