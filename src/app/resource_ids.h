@@ -15,13 +15,7 @@ constexpr u32 ID_EDIT_COPY = 57634;
 constexpr u32 ID_EDIT_CUT = 57635;
 constexpr u32 ID_EDIT_PASTE = 57637;
 constexpr u32 ID_EDIT_UNDO = 57643;
-constexpr u32 ID_WINDOW_NEW = 57648;
-constexpr u32 ID_WINDOW_ARRANGE = 57649;
-constexpr u32 ID_WINDOW_CASCADE = 57650;
-constexpr u32 ID_WINDOW_TILE_HORZ = 57651;
 constexpr u32 ID_APP_ABOUT = 57664;
-constexpr u32 ID_NEXT_PANE = 57680;
-constexpr u32 ID_PREV_PANE = 57681;
 constexpr u32 ID_VIEW_TOOLBAR = 59392;
 constexpr u32 ID_VIEW_STATUS_BAR = 59393;
 

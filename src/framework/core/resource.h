@@ -11,7 +11,14 @@
 // Ids that the framework itself looks up or handles.
 constexpr u32 ID_FILE_OPEN = 57601;
 constexpr u32 ID_FILE_CLOSE = 57602;
+constexpr u32 ID_WINDOW_NEW = 57648;
+constexpr u32 ID_WINDOW_ARRANGE = 57649;
+constexpr u32 ID_WINDOW_CASCADE = 57650;
+constexpr u32 ID_WINDOW_TILE_HORZ = 57651;
 constexpr u32 ID_APP_EXIT = 57665;
+constexpr u32 ID_NEXT_PANE = 57680;
+constexpr u32 ID_PREV_PANE = 57681;
+constexpr u32 AFX_IDM_FIRST_MDICHILD = 65280;  // of the list of child windows; those behind it follow
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
 constexpr u32 AFX_IDP_PARSE_REAL = 61714;        // a number was expected

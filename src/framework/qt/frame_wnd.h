@@ -8,13 +8,15 @@
 
 class CControlBar;
 class CDocument;
+class CMultiDocTemplate;
 class CView;
 class QMainWindow;
 
-// What a frame is made for; both null for one that frames no view of its own.
+// What a frame is made for; all null for one that frames no view of its own.
 struct CCreateContext {
     const CRuntimeClass* pNewViewClass = nullptr;
     CDocument* pCurrentDoc = nullptr;
+    const CMultiDocTemplate* pNewDocTemplate = nullptr;
 };
 
 class CFrameWnd : public CWnd {

@@ -5,11 +5,16 @@
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
 #include "framework/qt/menu_bar.h"
+#include "framework/qt/picture.h"
 #include "framework/qt/view.h"
 #include "framework/qt/win_app.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QHelpEvent>
+#include <QIcon>
 #include <QLayout>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -18,6 +23,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QStyle>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -33,6 +39,16 @@ class SubWindow final : public QMdiSubWindow {
     QSize minimumSizeHint() const override { return {1, 1}; }
 
   protected:
+    // The caption shows the name of the file; its tip shows where it is.
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::ToolTip) return QMdiSubWindow::event(pEvent);
+        const auto* const help = static_cast<QHelpEvent*>(pEvent);
+        if (widget()->isVisible() && help->pos().y() >= widget()->y()) return false;
+        const QString path = ToDisplayText(m_frame.GetActiveView()->GetDocument()->GetPathName());
+        QToolTip::showText(help->globalPos(), ToPlainTip(path), this);
+        return true;
+    }
+
     void closeEvent(QCloseEvent* pEvent) override {
         QMdiSubWindow::closeEvent(pEvent);
         if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
@@ -62,9 +78,12 @@ constexpr QSize UNFITTED(400, 300);
 
 bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context) {
     m_pMainFrame = &mainFrame;
+    m_pTemplate = context.pNewDocTemplate;
     m_pMenu = AfxFindMenu(nIDResource);
     auto* const window = new SubWindow(*this);
     Attach(window, mainFrame.GetMDIClient());
+    const QIcon icon = AfxLoadIcon(nIDResource);
+    window->setWindowIcon(icon.isNull() ? mainFrame.GetWidget()->windowIcon() : icon);
     m_pBarHost = new QMainWindow;
     m_pBarHost->setAnimated(false);
     m_pBarHost->setWindowFlags(Qt::Widget);
@@ -81,6 +100,8 @@ bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCr
 const MessageMap& CMDIChildWnd::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
         OnCommand<&CMDIChildWnd::OnFileClose>(ID_FILE_CLOSE),
+        OnCommand<&CMDIChildWnd::OnOtherPane>(ID_NEXT_PANE),
+        OnCommand<&CMDIChildWnd::OnOtherPane>(ID_PREV_PANE),
     };
     static const MessageMap map = {&CFrameWnd::GetMessageMap(), entries};
     return map;
@@ -90,8 +111,19 @@ void CMDIChildWnd::OnFileClose() {
     SendMessageA(this, WM_CLOSE, 0, 0);
 }
 
+// There are two, the view and the bar with the lists, so the next one is also the one before.
+void CMDIChildWnd::OnOtherPane() {
+    const QWidget* const focus = QApplication::focusWidget();
+    QWidget* pane = GetActiveView()->GetWidget();
+    for (const QDockWidget* const bar : m_pBarHost->findChildren<QDockWidget*>())
+        if (bar->isVisible() && !bar->isAncestorOf(focus)) pane = bar->findChild<QComboBox*>();
+    pane->activateWindow();
+    pane->setFocus(Qt::TabFocusReason);
+}
+
 void CMDIChildWnd::ActivateFrame() {
     GetSubWindow()->show();
+    if (IsIconic()) MDIRestore();
     m_pMainFrame->GetMDIClient()->GetArea()->setActiveSubWindow(GetSubWindow());
 }
 
@@ -171,6 +203,8 @@ constexpr int CASCADE_STEPS = 10;
 
 void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
     auto* const area = new QMdiArea;
+    // When a child closes, the one that was active before is the next one.
+    area->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     frame.GetBarHost()->setCentralWidget(area);
@@ -197,7 +231,9 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     const QSize screen = window->screen()->availableGeometry().size();
     window->resize(screen.width() * 3 / 4, screen.height() * 3 / 4);
     m_pMenu = AfxFindMenu(nIDResource);
+    window->setWindowIcon(AfxLoadIcon(nIDResource));
     AfxAddAccelerators(*window, *this);
+    AddCloseKey();
     if (OnCreate({}) == -1) return false;
     UpdateMenu();
     return true;
@@ -224,7 +260,9 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
     QMetaObject::invokeMethod(
         m_wndMDIClient.GetArea(),
         [this, pChild, window] {
-            if (window) std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            if (!window) return;
+            std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            UpdateFrameCounts();
         },
         Qt::QueuedConnection);
 }
@@ -253,6 +291,7 @@ void CMDIFrameWnd::UpdateMenu() {
     if (!wanted || (m_pShownMenu && m_pShownMenu->popups.data() == wanted->popups.data())) return;
     m_pShownMenu = wanted;
     AfxFillMenuBar(*GetBarHost()->menuBar(), *wanted, *this);
+    if (QMenu* const menu = AfxFindPopup(*GetBarHost()->menuBar(), ID_WINDOW_ARRANGE)) AddWindowList(*menu);
 }
 
 u32 CMDIFrameWnd::GetMenuState(u32 nID) const {

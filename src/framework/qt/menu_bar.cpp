@@ -74,6 +74,13 @@ void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame) {
         FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, frame);
 }
 
+QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {
+    for (const QAction* const title : bar.actions())
+        for (const QAction* const action : title->menu()->actions())
+            if (action->data().toUInt() == nID) return title->menu();
+    return nullptr;
+}
+
 void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
     for (const AcceleratorResource& accelerator : AfxGetAccelerators()) {
         auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
@@ -89,11 +96,10 @@ void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
 
 u32 AfxGetMenuState(QMenuBar& bar, u32 nID) {
     for (const QAction* const title : bar.actions()) {
-        for (const QAction* const action : title->menu()->actions()) {
-            if (action->isSeparator() || action->data().toUInt() != nID) continue;
-            emit title->menu()->aboutToShow();
-            return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
-        }
+        emit title->menu()->aboutToShow();
+        for (const QAction* const action : title->menu()->actions())
+            if (!action->isSeparator() && action->data().toUInt() == nID)
+                return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
     }
     return MF_MISSING;
 }
