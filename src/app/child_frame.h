@@ -24,4 +24,5 @@ class CChildFrame : public CMDIChildWnd {
     void OnUpdateToggleInfoBar(CCmdUI* pUi);
     void OnToggleLayerBar();
     void OnUpdateToggleLayerBar(CCmdUI* pUi);
+    void OnUpdateDisabled(CCmdUI* pUi);
 };

@@ -16,8 +16,6 @@ constexpr u32 ID_EDIT_CUT = 57635;
 constexpr u32 ID_EDIT_PASTE = 57637;
 constexpr u32 ID_EDIT_UNDO = 57643;
 constexpr u32 ID_APP_ABOUT = 57664;
-constexpr u32 ID_VIEW_TOOLBAR = 59392;
-constexpr u32 ID_VIEW_STATUS_BAR = 59393;
 
 // The program's own commands.
 constexpr u32 ID_ZOOM = 32771;

@@ -23,6 +23,17 @@ std::string AfxLoadString(u32 nId) {
     return row ? row->pszText : std::string();
 }
 
+std::string AfxLoadPrompt(u32 nId) {
+    const std::string lines = AfxLoadString(nId);
+    return lines.substr(0, lines.find('\n'));
+}
+
+std::string AfxLoadTip(u32 nId) {
+    const std::string lines = AfxLoadString(nId);
+    const std::size_t end = lines.find('\n');
+    return end == std::string::npos ? std::string() : lines.substr(end + 1);
+}
+
 const DialogResource* AfxFindDialog(u32 nId) {
     return g_pTables ? FindById(g_pTables->dialogs, nId) : nullptr;
 }

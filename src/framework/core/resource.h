@@ -18,6 +18,11 @@ constexpr u32 ID_WINDOW_TILE_HORZ = 57651;
 constexpr u32 ID_APP_EXIT = 57665;
 constexpr u32 ID_NEXT_PANE = 57680;
 constexpr u32 ID_PREV_PANE = 57681;
+constexpr u32 ID_INDICATOR_CAPS = 59137;
+constexpr u32 ID_INDICATOR_NUM = 59138;
+constexpr u32 ID_INDICATOR_SCRL = 59139;
+constexpr u32 ID_VIEW_TOOLBAR = 59392;  // the id of the bar too that it shows and hides
+constexpr u32 ID_VIEW_STATUS_BAR = 59393;
 constexpr u32 AFX_IDM_FIRST_MDICHILD = 65280;  // of the list of child windows; those behind it follow
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
@@ -93,6 +98,10 @@ void AfxSetResources(const ResourceTables* pTables);
 
 // An id that no table holds gives an empty string, or null.
 std::string AfxLoadString(u32 nId);
+
+// The two lines of a command's string: what the status bar says of it, and the tip of its button.
+std::string AfxLoadPrompt(u32 nId);
+std::string AfxLoadTip(u32 nId);
 const DialogResource* AfxFindDialog(u32 nId);
 const MenuResource* AfxFindMenu(u32 nId);
 std::span<const AcceleratorResource> AfxGetAccelerators();

@@ -10,24 +10,35 @@
 #include <QMainWindow>
 #include <QStatusBar>
 
+CControlBar::~CControlBar() {
+    if (GetParent()) static_cast<CFrameWnd*>(GetParent())->RemoveControlBar(*this);
+}
+
 void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
+
+void CControlBar::AttachBar(QWidget* pWidget, CFrameWnd* pFrame, u32 nID) {
+    m_nID = nID;
+    pWidget->setObjectName(QString::number(nID));
+    Attach(pWidget, pFrame);
+    pFrame->AddControlBar(*this);
+}
 
 namespace {
 
-QString ObjectName(u32 nID) {
-    return QString::number(nID);
+void ShowText(QLabel* pLabel, const QString& text) {
+    if (text != pLabel->text()) pLabel->setText(text);
 }
 
 class PaneCmdUI final : public CCmdUI {
   public:
     PaneCmdUI(u32 nID, QLabel* pLabel) : CCmdUI(nID), m_pLabel(pLabel) {}
 
-    void Enable(bool bOn) override { m_pLabel->setEnabled(bOn); }
-    void SetCheck(int) override {}
-    void SetText(const std::string& strText) override {
-        const QString text = ToDisplayText(strText);
-        if (text != m_pLabel->text()) m_pLabel->setText(text);
+    // An indicator has its own name for a text.
+    void Enable(bool bOn) override {
+        ShowText(m_pLabel, bOn ? ToDisplayText(AfxLoadString(m_nID)) : QString());
     }
+    void SetCheck(int) override {}
+    void SetText(const std::string& strText) override { ShowText(m_pLabel, ToDisplayText(strText)); }
 
   private:
     QLabel* m_pLabel;
@@ -37,11 +48,9 @@ class PaneCmdUI final : public CCmdUI {
 
 bool CStatusBar::Create(CFrameWnd* pFrame, u32 nID) {
     auto* const bar = new QStatusBar;
-    bar->setObjectName(ObjectName(nID));
     bar->setSizeGripEnabled(false);
     pFrame->GetBarHost()->setStatusBar(bar);
-    Attach(bar, pFrame);
-    pFrame->AddControlBar(*this);
+    AttachBar(bar, pFrame, nID);
     return true;
 }
 
@@ -49,9 +58,12 @@ bool CStatusBar::SetIndicators(std::span<const u32> ids) {
     auto* const bar = static_cast<QStatusBar*>(GetWidget());
     for (const u32 id : ids) {
         const bool first = m_panes.empty() && id == ID_SEPARATOR;
-        auto* const label = new QLabel(ToDisplayText(AfxLoadString(id)), bar);
+        const QString text = ToDisplayText(AfxLoadString(id));
+        auto* const label = new QLabel(text, bar);
         label->setTextFormat(Qt::PlainText);
-        m_panes.push_back({id, first ? SBPS_STRETCH | SBPS_NOBORDERS : 0, 0, label});
+        // A long text is cut, it does not widen the window.
+        if (first) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        m_panes.push_back({id, first ? SBPS_STRETCH | SBPS_NOBORDERS : 0, label->sizeHint().width(), label});
         bar->addWidget(label, first ? 1 : 0);
         ApplyWidth(m_panes.back());
     }
@@ -75,6 +87,10 @@ void CStatusBar::SetPaneInfo(int nIndex, u32 nID, u32 nStyle, int cxWidth) {
     Pane& pane = m_panes[static_cast<std::size_t>(nIndex)];
     pane = {nID, nStyle, cxWidth, pane.pLabel};
     ApplyWidth(pane);
+}
+
+void CStatusBar::SetPaneText(int nIndex, const std::string& strText) {
+    ShowText(m_panes[static_cast<std::size_t>(nIndex)].pLabel, ToDisplayText(strText));
 }
 
 std::string CStatusBar::GetPaneText(int nIndex) const {
@@ -109,13 +125,11 @@ bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
     const DialogResource* const resource = AfxFindDialog(nIDTemplate);
     if (!resource) return false;
     auto* const bar = new QDockWidget;
-    bar->setObjectName(ObjectName(nID));
     bar->setFeatures(QDockWidget::NoDockWidgetFeatures);
     bar->setTitleBarWidget(new QWidget(bar));
     bar->setWidget(new DialogWidget(bar, *pFrame, *resource));
     pFrame->GetBarHost()->addDockWidget(Qt::TopDockWidgetArea, bar);
-    Attach(bar, pFrame);
-    pFrame->AddControlBar(*this);
+    AttachBar(bar, pFrame, nID);
     return true;
 }
 

@@ -30,6 +30,11 @@ class CFrameWnd : public CWnd {
 
     // Bars are borrowed; they are the frame's own members.
     void AddControlBar(CControlBar& bar) { m_bars.push_back(&bar); }
+    void RemoveControlBar(CControlBar& bar) { std::erase(m_bars, &bar); }
+    CControlBar* GetControlBar(u32 nID) const;  // null when the frame has none of this id
+
+    // Shows the text in the first pane of the status bar; the idle message for an empty one.
+    void SetMessageText(const std::string& strText);
 
     // Brings what the bars show up to date.
     void UpdateControlBars();
@@ -44,6 +49,12 @@ class CFrameWnd : public CWnd {
   protected:
     // Makes what stands inside the frame; -1 when the frame cannot be.
     virtual int OnCreate(const CCreateContext& context);
+
+    // For the message maps of frames that have the standard bars.
+    void OnViewToolBar();
+    void OnViewStatusBar();
+    void OnUpdateControlBarMenu(CCmdUI* pUi);
+    void OnUpdateKeyIndicator(CCmdUI* pUi);
 
   private:
     std::unique_ptr<CView> m_pView;

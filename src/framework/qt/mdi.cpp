@@ -22,6 +22,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
+#include <QStatusTipEvent>
 #include <QStyle>
 #include <QToolTip>
 
@@ -86,6 +87,7 @@ bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCr
     window->setWindowIcon(icon.isNull() ? mainFrame.GetWidget()->windowIcon() : icon);
     m_pBarHost = new QMainWindow;
     m_pBarHost->setAnimated(false);
+    m_pBarHost->setContextMenuPolicy(Qt::NoContextMenu);
     m_pBarHost->setWindowFlags(Qt::Widget);
     window->setWidget(m_pBarHost);
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
@@ -184,9 +186,20 @@ namespace {
 
 class MainWindow final : public QMainWindow {
   public:
-    explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) { setAnimated(false); }
+    explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) {
+        setAnimated(false);
+        // It would offer the bars by their names.
+        setContextMenuPolicy(Qt::NoContextMenu);
+    }
 
   protected:
+    // Whatever the pointer or the keyboard goes over says what it does, and nothing once they leave it.
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::StatusTip) return QMainWindow::event(pEvent);
+        m_frame.SetMessageText(static_cast<QStatusTipEvent*>(pEvent)->tip().toStdString());
+        return true;
+    }
+
     void closeEvent(QCloseEvent*) override {
         AfxGuardedCall([&] { m_frame.DestroyChildren(); });
         QCoreApplication::exit(0);
@@ -235,6 +248,7 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     AfxAddAccelerators(*window, *this);
     AddCloseKey();
     if (OnCreate({}) == -1) return false;
+    SetMessageText({});
     UpdateMenu();
     return true;
 }

@@ -56,6 +56,7 @@ void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
         // The tab behind a text divides it from the name of its accelerator, as the toolkit has it too.
         QAction* const action = menu.addAction(QString::fromUtf8(item.pszText));
         action->setData(item.nId);
+        action->setStatusTip(ToDisplayText(AfxLoadPrompt(item.nId)));
         QObject::connect(action, &QAction::triggered, &menu, [&frame, nID = item.nId] {
             AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); });
         });
@@ -86,12 +87,16 @@ void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
         auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
         QObject::connect(shortcut, &QShortcut::activated, &window, [&frame, nID = accelerator.nId] {
             AfxGuardedCall([&] {
-                EnabledCmdUI ui(nID);
-                ui.DoUpdate(frame, true);
-                if (ui.m_bEnabled) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
+                if (AfxIsCommandEnabled(frame, nID)) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
             });
         });
     }
+}
+
+bool AfxIsCommandEnabled(CFrameWnd& frame, u32 nID) {
+    EnabledCmdUI ui(nID);
+    ui.DoUpdate(frame, true);
+    return ui.m_bEnabled;
 }
 
 u32 AfxGetMenuState(QMenuBar& bar, u32 nID) {

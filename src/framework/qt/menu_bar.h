@@ -19,6 +19,9 @@ QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID);
 // Accelerators act wherever the keyboard is in the window; that of a disabled command does nothing.
 void AfxAddAccelerators(QWidget& window, CFrameWnd& frame);
 
+// For an item that shows nothing else of the command's state.
+bool AfxIsCommandEnabled(CFrameWnd& frame, u32 nID);
+
 constexpr u32 MF_GRAYED = 1;
 constexpr u32 MF_CHECKED = 8;
 constexpr u32 MF_MISSING = 0xFFFFFFFF;

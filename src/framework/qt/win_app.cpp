@@ -4,11 +4,13 @@
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/key_locks.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 
 #include <cassert>
@@ -28,6 +30,8 @@ class ToolkitApplication final : public QApplication {
     // Every entry into the program has its own border; this one is for those of the toolkit itself.
     bool notify(QObject* pReceiver, QEvent* pEvent) override {
         bool handled = false;
+        if (pEvent->type() == QEvent::KeyPress && pEvent->spontaneous())
+            AfxTrackLocks(*static_cast<QKeyEvent*>(pEvent));
         try {
             handled = QApplication::notify(pReceiver, pEvent);
         } catch (...) {

@@ -19,6 +19,13 @@
 
 const MessageMap& CMDIFrameWnd::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
+        OnCommand<&CMDIFrameWnd::OnViewToolBar>(ID_VIEW_TOOLBAR),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateControlBarMenu>(ID_VIEW_TOOLBAR),
+        OnCommand<&CMDIFrameWnd::OnViewStatusBar>(ID_VIEW_STATUS_BAR),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateControlBarMenu>(ID_VIEW_STATUS_BAR),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateKeyIndicator>(ID_INDICATOR_CAPS),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateKeyIndicator>(ID_INDICATOR_NUM),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateKeyIndicator>(ID_INDICATOR_SCRL),
         OnCommand<&CMDIFrameWnd::OnWindowNew>(ID_WINDOW_NEW),
         OnCommand<&CMDIFrameWnd::OnWindowArrange>(ID_WINDOW_ARRANGE),
         OnCommand<&CMDIFrameWnd::OnWindowCascade>(ID_WINDOW_CASCADE),
@@ -82,6 +89,7 @@ void CMDIFrameWnd::FillWindowList(QMenu& menu) {
         text = QStringLiteral("%1%2 %3").arg(i < 9 ? QStringLiteral("&") : QString()).arg(i + 1).arg(text);
         QAction* const action = menu.addAction(text);
         action->setData(AFX_IDM_FIRST_MDICHILD + static_cast<u32>(i));
+        action->setStatusTip(ToDisplayText(AfxLoadPrompt(AFX_IDM_FIRST_MDICHILD)));
         action->setCheckable(true);
         action->setChecked(m_children[i].get() == active);
         QObject::connect(action, &QAction::triggered, &menu, [this, i] {
