@@ -4,6 +4,7 @@
 #include "framework/qt/menu_bar.h"
 #include "window_case.h"
 
+#include <QDockWidget>
 #include <QMdiSubWindow>
 
 namespace {
@@ -67,4 +68,34 @@ TEST_F(WindowTest, WindowsAreCascadedTiledAndTheirIconsArranged) {
     EXPECT_EQ(place(0).bottom, place(2).bottom);
     EXPECT_EQ(place(0).right, place(2).left);
     EXPECT_EQ(place(0).bottom, main.GetMDIClient()->GetWindowRect().bottom);
+}
+
+TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCommand) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    ASSERT_TRUE(OpenFile(Picture(60, 40)));
+    CChildFrame& frame = Frame();
+    auto* const bar = static_cast<QDockWidget*>(frame.m_wndLayerBar.GetWidget());
+    const auto showsWhen = [&](bool shows) { return WaitFor([&] { return bar->isVisible() == shows; }); };
+    const int docked = View().GetClientRect().Height();
+    bar->setFloating(true);
+    EXPECT_EQ(frame.m_wndLayerBar.GetWindowText(), "Layers & Channels");
+    EXPECT_GT(View().GetClientRect().Height(), docked);
+    EXPECT_EQ((theApp.PumpMessages(), bar->isVisible()), true);
+
+    ASSERT_TRUE(OpenFile(Picture(8, 8), "other.iff"));
+    EXPECT_TRUE(showsWhen(false));
+    frame.ActivateFrame();
+    EXPECT_TRUE(showsWhen(true));
+    frame.GetSubWindow()->showMinimized();
+    EXPECT_TRUE(showsWhen(false));
+    frame.MDIRestore();
+    EXPECT_TRUE(showsWhen(true));
+
+    bar->close();
+    EXPECT_EQ((theApp.PumpMessages(), main.GetMenuState(ID_TOGGLE_LAYER_BAR)), 0u);
+    main.OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
+    EXPECT_TRUE(bar->isVisible() && bar->isFloating());
+    bar->setFloating(false);
+    EXPECT_EQ((theApp.PumpMessages(), bar->isVisible()), true);
+    EXPECT_EQ(bar->allowedAreas(), Qt::TopDockWidgetArea | Qt::BottomDockWidgetArea);
 }

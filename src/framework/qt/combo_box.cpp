@@ -1,8 +1,8 @@
 #include "framework/qt/combo_box.h"
 
 #include "framework/core/guarded_call.h"
-#include "framework/qt/control_bars.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/dialog_bar.h"
 
 #include <QComboBox>
 #include <QSignalBlocker>

@@ -2,10 +2,8 @@
 
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
-#include "framework/qt/dialog_template.h"
 #include "framework/qt/frame_wnd.h"
 
-#include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
@@ -102,44 +100,4 @@ void CStatusBar::OnUpdateCmdUI(CFrameWnd& frame) {
         PaneCmdUI ui(pane.nID, pane.pLabel);
         ui.DoUpdate(frame, false);
     }
-}
-
-namespace {
-
-class DialogWidget final : public QWidget {
-  public:
-    DialogWidget(QWidget* pParent, CFrameWnd& frame, const DialogResource& resource) : QWidget(pParent) {
-        m_sizeHint = AfxCreateControls(*this, resource, frame);
-        setFixedHeight(m_sizeHint.height());
-    }
-
-    QSize sizeHint() const override { return m_sizeHint; }
-
-  private:
-    QSize m_sizeHint;
-};
-
-}  // namespace
-
-bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
-    const DialogResource* const resource = AfxFindDialog(nIDTemplate);
-    if (!resource) return false;
-    auto* const bar = new QDockWidget;
-    bar->setFeatures(QDockWidget::NoDockWidgetFeatures);
-    bar->setTitleBarWidget(new QWidget(bar));
-    bar->setWidget(new DialogWidget(bar, *pFrame, *resource));
-    pFrame->GetBarHost()->addDockWidget(Qt::TopDockWidgetArea, bar);
-    AttachBar(bar, pFrame, nID);
-    return true;
-}
-
-void CDialogBar::EnableDocking(u32 nDockStyle) {
-    Qt::DockWidgetAreas areas = Qt::NoDockWidgetArea;
-    if (nDockStyle & CBRS_ALIGN_TOP) areas |= Qt::TopDockWidgetArea;
-    if (nDockStyle & CBRS_ALIGN_BOTTOM) areas |= Qt::BottomDockWidgetArea;
-    static_cast<QDockWidget*>(GetWidget())->setAllowedAreas(areas);
-}
-
-QWidget* CDialogBar::GetDlgItem(u32 nID) const {
-    return AfxFindControl(*GetWidget(), nID);
 }

@@ -62,16 +62,3 @@ class CStatusBar : public CControlBar {
 
     std::vector<Pane> m_panes;
 };
-
-// A bar that holds the controls of a dialog template. It can be docked, where it shows no caption, or float.
-class CDialogBar : public CControlBar {
-  public:
-    // Docked at the frame's top edge. False when there is no such template.
-    bool Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID);
-
-    // nDockStyle: the edges of the frame at which the user may dock it, CBRS_ALIGN_ bits.
-    void EnableDocking(u32 nDockStyle);
-
-    // Null when the template has no control of this id.
-    QWidget* GetDlgItem(u32 nID) const;
-};

@@ -39,6 +39,9 @@ class CFrameWnd : public CWnd {
     // Brings what the bars show up to date.
     void UpdateControlBars();
 
+    // Whether bars of this frame that float are to show.
+    virtual bool ShowsFloatingBars() const { return true; }
+
     // The widget that the bars and the view are arranged in.
     virtual QMainWindow* GetBarHost() const = 0;
 

@@ -164,6 +164,10 @@ CSize CMDIChildWnd::GetViewSize() {
     return {view.width() - PROBE.width(), view.height() - PROBE.height()};
 }
 
+bool CMDIChildWnd::ShowsFloatingBars() const {
+    return m_pMainFrame->MDIGetActive() == this && !IsIconic();
+}
+
 QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {
     return static_cast<QMdiSubWindow*>(GetWidget());
 }

@@ -37,6 +37,9 @@ class CMDIChildWnd : public CFrameWnd {
     // these alone do not find room.
     CSize GetViewSize();
 
+    // Only over the active child, and not when that shows its caption only.
+    bool ShowsFloatingBars() const override;
+
     QMdiSubWindow* GetSubWindow() const;
     QMainWindow* GetBarHost() const override;
     CMDIFrameWnd& GetMDIFrame() const { return *m_pMainFrame; }
