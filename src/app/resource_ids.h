@@ -7,9 +7,6 @@
 constexpr u32 ID_FILE_NEW = 57600;
 constexpr u32 ID_FILE_SAVE = 57603;
 constexpr u32 ID_FILE_SAVE_AS = 57604;
-constexpr u32 ID_FILE_PRINT_SETUP = 57606;
-constexpr u32 ID_FILE_PRINT = 57607;
-constexpr u32 ID_FILE_PRINT_PREVIEW = 57609;
 constexpr u32 ID_FILE_MRU_FILE1 = 57616;
 constexpr u32 ID_EDIT_COPY = 57634;
 constexpr u32 ID_EDIT_CUT = 57635;

@@ -16,6 +16,7 @@ class CVistrelView : public CView, public DisplayImage {
     void OnInitialUpdate() override;
     void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override;
     void OnDraw(CDC* pDC) override;
+    bool OnPreparePrinting(CPrintInfo* pInfo) override;
 
     // Refills the Channel list for the selected layer, and makes the picture choice.
     void BuildChannelList(CChildFrame* pFrame);

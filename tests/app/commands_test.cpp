@@ -17,11 +17,12 @@
 namespace {
 
 // Commands that are enabled without a document, and those that a picture on show adds.
-const std::set<u32> ALWAYS = {ID_FILE_OPEN, ID_APP_EXIT, ID_APP_ABOUT, ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR};
+const std::set<u32> ALWAYS = {ID_FILE_OPEN, ID_FILE_PRINT_SETUP, ID_APP_EXIT,
+                              ID_APP_ABOUT, ID_VIEW_TOOLBAR,     ID_VIEW_STATUS_BAR};
 const std::set<u32> WITH_PICTURE = {
-    ID_FILE_CLOSE,     ID_TOGGLE_INFO_BAR,  ID_TOGGLE_LAYER_BAR, ID_WINDOW_NEW,
-    ID_WINDOW_CASCADE, ID_WINDOW_TILE_HORZ, ID_WINDOW_ARRANGE,   ID_ZOOM,
-    ID_NEXT_PANE,      ID_PREV_PANE};
+    ID_FILE_CLOSE,       ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_TOGGLE_INFO_BAR,
+    ID_TOGGLE_LAYER_BAR, ID_WINDOW_NEW, ID_WINDOW_CASCADE,     ID_WINDOW_TILE_HORZ,
+    ID_WINDOW_ARRANGE,   ID_ZOOM,       ID_NEXT_PANE,          ID_PREV_PANE};
 
 QMainWindow& Window() {
     return *theApp.m_pMainWnd->GetBarHost();

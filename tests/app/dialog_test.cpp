@@ -1,6 +1,7 @@
 // The dialogs, answered in the user's place.
 
 #include "framework/qt/menu_bar.h"
+#include "framework/qt/printing.h"
 #include "window_case.h"
 
 TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) {
@@ -36,4 +37,22 @@ TEST_F(WindowTest, ZoomIsGreyWithoutAPicture) {
     EXPECT_EQ((theApp.PumpMessages(), theApp.m_pMainWnd->GetMenuState(ID_ZOOM)), 0u);
     ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8, .planes = 1})}), "empty.iff"));
     EXPECT_EQ((theApp.PumpMessages(), theApp.m_pMainWnd->GetMenuState(ID_ZOOM)), MF_GRAYED);
+}
+
+TEST_F(WindowTest, PrintingAsksAndMakesNothingWhenItIsCancelled) {
+    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    const std::filesystem::path file = m_folder / "page.pdf";
+    for (const int answer : {IDCANCEL, IDOK}) {
+        m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+            dialog.SetItemText(AFX_IDC_PRINT_FILE, file);
+            return answer;
+        };
+        EXPECT_TRUE(Frame().OnCmdMsg(ID_FILE_PRINT, CN_COMMAND, nullptr));
+        EXPECT_EQ(std::filesystem::exists(file), answer == IDOK);
+    }
+    for (const u32 id : {ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP})
+        EXPECT_TRUE(Frame().OnCmdMsg(id, CN_COMMAND, nullptr));
+    EXPECT_EQ(m_answers.m_dialogs,
+              std::vector<u32>({ID_FILE_PRINT, ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP}));
+    EXPECT_TRUE(m_answers.m_messages.empty());
 }

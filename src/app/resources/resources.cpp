@@ -24,7 +24,7 @@ constexpr StringResource STRINGS[] = {
     {ID_FILE_CLOSE, "Close the active window\nClose"},
     {ID_FILE_SAVE, "Save the active document\nSave"},
     {ID_FILE_SAVE_AS, "Save the active document under another name\nSave As"},
-    {ID_FILE_PRINT_SETUP, "Choose the printer and its paper\nPrint Setup"},
+    {ID_FILE_PRINT_SETUP, "Choose the paper and its margins\nPrint Setup"},
     {ID_FILE_PRINT, "Print the picture in the active window\nPrint"},
     {ID_FILE_PRINT_PREVIEW, "Show the page as it would be printed\nPrint Preview"},
     {ID_FILE_MRU_FILE1, "Open this file again\nRecent File"},
@@ -46,15 +46,20 @@ constexpr StringResource STRINGS[] = {
     {ID_INDICATOR_CAPS, "CAP"},
     {ID_INDICATOR_NUM, "NUM"},
     {ID_INDICATOR_SCRL, "SCRL"},
+    {AFX_IDP_NO_PRINTER, "There is no printer to print on."},
     {AFX_IDP_PARSE_REAL, "Please enter a number."},
     {AFX_IDP_PARSE_REAL_RANGE, "Please enter a number between %1 and %2."},
     {AFX_IDS_USAGE,
      "usage: vistrel [FILE...]\n"
+     "       vistrel -p FILE\n"
+     "       vistrel -pt FILE PRINTER\n"
      "Shows still pictures, each in a window of its own.\n"
      "\n"
-     "  --          every word behind it names a file\n"
-     "  --help      prints this and ends\n"
-     "  --version   prints the program's version and ends"},
+     "  -p FILE             prints the file on the default printer and ends\n"
+     "  -pt FILE PRINTER    prints it on this one; NAME.pdf for PRINTER makes that file\n"
+     "  --                  every word behind it names a file\n"
+     "  --help              prints this and ends\n"
+     "  --version           prints the program's version and ends"},
     {AFX_IDS_VERSION, "Talvorine Graphics File Viewer 1.12"},
 };
 

@@ -11,6 +11,10 @@
 // Ids that the framework itself looks up or handles.
 constexpr u32 ID_FILE_OPEN = 57601;
 constexpr u32 ID_FILE_CLOSE = 57602;
+constexpr u32 ID_FILE_PRINT_SETUP = 57606;
+constexpr u32 ID_FILE_PRINT = 57607;
+constexpr u32 ID_FILE_PRINT_DIRECT = 57608;  // without asking
+constexpr u32 ID_FILE_PRINT_PREVIEW = 57609;
 constexpr u32 ID_WINDOW_NEW = 57648;
 constexpr u32 ID_WINDOW_ARRANGE = 57649;
 constexpr u32 ID_WINDOW_CASCADE = 57650;
@@ -26,6 +30,7 @@ constexpr u32 ID_VIEW_STATUS_BAR = 59393;
 constexpr u32 AFX_IDM_FIRST_MDICHILD = 65280;  // of the list of child windows; those behind it follow
 constexpr u32 AFX_IDS_APP_TITLE = 57344;
 constexpr u32 AFX_IDS_IDLEMESSAGE = 57345;
+constexpr u32 AFX_IDP_NO_PRINTER = 61456;
 constexpr u32 AFX_IDP_PARSE_REAL = 61714;        // a number was expected
 constexpr u32 AFX_IDP_PARSE_REAL_RANGE = 61717;  // one between %1 and %2 was expected
 constexpr u32 AFX_IDS_USAGE = 61440;             // answer to --help

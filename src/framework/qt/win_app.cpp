@@ -1,10 +1,13 @@
 #include "framework/qt/win_app.h"
 
 #include "framework/core/answers.h"
+#include "framework/core/document.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
 #include "framework/qt/key_locks.h"
+#include "framework/qt/printing.h"
+#include "framework/qt/view.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -132,7 +135,11 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
         default:
             break;
     }
-    if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM")) return SayNoDisplay();
+    // A page needs no screen, and what there is to say of it no box.
+    if (info.IsPrint())
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    else if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM"))
+        return SayNoDisplay();
 
     // The words of the command line are this program's; the toolkit gets none of them.
     static int toolkitArgc = 1;
@@ -140,7 +147,7 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
     g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv);
     qInstallMessageHandler(before);
     QApplication::setQuitOnLastWindowClosed(false);
-    InstallAnswers(&g_answers);
+    if (!info.IsPrint()) InstallAnswers(&g_answers);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      g_pToolkit.get(), [] { g_pApp->OnIdle(); });
     return std::nullopt;
@@ -148,6 +155,7 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
 
 void AfxWinTerm() {
     g_pApp->ExitInstance();
+    AfxReleasePrinter();
     InstallAnswers(nullptr);
     g_pToolkit.reset();
 }
@@ -156,7 +164,7 @@ int AfxWinMain(int argc, char** argv) {
     if (const std::optional<int> status = AfxWinInit(argc, argv)) return *status;
     bool started = false;
     AfxGuardedCall([&] { started = g_pApp->InitInstance(); });
-    const int status = started ? g_pApp->Run() : EXIT_FAILURE;
+    const int status = started ? g_pApp->Run() : g_pApp->m_nExitStatus;
     AfxWinTerm();
     return status;
 }
@@ -179,6 +187,7 @@ bool CWinApp::InitInstance() {
 const MessageMap& CWinApp::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
         OnCommand<&CWinApp::OnFileOpen>(ID_FILE_OPEN),
+        OnCommand<&CWinApp::OnFilePrintSetup>(ID_FILE_PRINT_SETUP),
         OnCommand<&CWinApp::OnAppExit>(ID_APP_EXIT),
     };
     static const MessageMap map = {&CCmdTarget::GetMessageMap(), entries};
@@ -190,6 +199,10 @@ void CWinApp::OnFileOpen() {
     for (const auto& kind : m_templates) filters.push_back(kind->GetFilter());
     filters.push_back({"All Files (*)", {"*"}});
     for (const std::string& path : CurrentAnswers().OpenFiles(filters)) OpenDocumentFile(path);
+}
+
+void CWinApp::OnFilePrintSetup() {
+    AfxSetUpPrinter();
 }
 
 void CWinApp::OnAppExit() {
@@ -213,7 +226,21 @@ void CWinApp::ParseCommandLine(CCommandLineInfo& info) const {
     info.ParseCommandLine(m_nArgc, m_pArgv);
 }
 
+// One that ends in an exception ends the program with the status of a failure.
+bool CWinApp::Print(const CCommandLineInfo& info) {
+    if (info.m_nShellCommand == CCommandLineInfo::FilePrintTo && !AfxSelectPrinter(info.m_strPrinterName)) {
+        AfxMessageBox("There is no printer \"" + info.m_strPrinterName + "\".");
+        return false;
+    }
+    const CDocument* const document = OpenDocumentFile(info.m_strFileNames[0]);
+    return document && document->GetViews()[0]->Print(true);
+}
+
 bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
+    if (info.IsPrint()) {
+        if (Print(info)) m_nExitStatus = EXIT_SUCCESS;
+        return false;
+    }
     bool opened = false;
     for (const std::string& path : info.m_strFileNames) opened |= OpenDocumentFile(path) != nullptr;
     return opened;

@@ -7,6 +7,7 @@
 #include "framework/qt/doc_template.h"
 #include "framework/qt/mdi.h"
 
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -31,7 +32,8 @@ class CWinApp : public CCmdTarget {
 
     void ParseCommandLine(CCommandLineInfo& info) const;
 
-    // Opens the files in their order. False when all of them failed.
+    // Opens the files in their order, or prints one. False when the program is to end: all of them failed, or
+    // the page is done.
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
     // The file goes to the template of its extension, to the first one where it has none. Null when it
@@ -53,14 +55,19 @@ class CWinApp : public CCmdTarget {
 
     // Opens what the user chooses; the dialog offers one filter for each template, and then all files.
     void OnFileOpen();
+    void OnFilePrintSetup();
     void OnAppExit();
 
   private:
     friend std::optional<int> AfxWinInit(int argc, char** argv);
+    friend int AfxWinMain(int argc, char** argv);
+
+    bool Print(const CCommandLineInfo& info);
 
     std::vector<std::unique_ptr<CMultiDocTemplate>> m_templates;
     int m_nArgc = 0;
     char** m_pArgv = nullptr;
+    int m_nExitStatus = EXIT_FAILURE;  // where InitInstance ends the program
     bool m_bInIdle = false;
     bool m_bIdleFailed = false;  // reported once, until the handlers run through again
 };
