@@ -23,6 +23,7 @@ int CChildFrame::OnCreate(const CCreateContext& context) {
 
     constexpr u32 indicators[] = {ID_SEPARATOR};
     if (!m_wndInfoBar.Create(this, IDW_INFO_BAR) || !m_wndInfoBar.SetIndicators(indicators)) return -1;
+    m_wndInfoBar.SetWindowText("Info Bar");
     u32 id;
     u32 style;
     int width;

@@ -5,6 +5,7 @@
 #include "framework/qt/menu_bar.h"
 #include "window_case.h"
 
+#include <QAccessible>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -112,4 +113,26 @@ TEST_F(WindowTest, TheMainFramesBarsHideAloneAndTheStatusBarSaysWhatIsPointedAt)
     main.SetMessageText({});
     EXPECT_EQ(bar.GetPaneText(0), "Ready");
     EXPECT_EQ(bar.GetPaneText(1), "");
+}
+
+TEST_F(WindowTest, ListsBarsAndViewsHaveNamesForWhatReadsTheScreen) {
+    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    const auto name = [](const QAccessibleInterface* pShown) {
+        return pShown->text(QAccessible::Name).toStdString();
+    };
+    const auto shown = [](const CWnd& window) {
+        return QAccessible::queryAccessibleInterface(window.GetWidget());
+    };
+    EXPECT_EQ(name(shown(View())), "picture.iff");
+    EXPECT_EQ(name(shown(Frame().m_wndInfoBar)), "Info Bar");
+    EXPECT_EQ(name(shown(*main.GetControlBar(ID_VIEW_TOOLBAR))), "Toolbar");
+    EXPECT_EQ(name(shown(*main.GetControlBar(ID_VIEW_STATUS_BAR))), "Status Bar");
+    // The toolkit takes the ampersand for the mark of a mnemonic, and calls a list what is chosen in it.
+    EXPECT_EQ(name(shown(Frame().m_wndLayerBar)), "Layers  Channels");
+    for (const auto& [list, label] :
+         {std::pair{&Frame().m_wndLayerCombo, "Layer:"}, {&Frame().m_wndChannelCombo, "Channel:"}}) {
+        const auto labels = shown(*list)->relations(QAccessible::Label);
+        EXPECT_EQ(labels.empty() ? "none" : name(labels[0].first), label);
+    }
 }

@@ -50,6 +50,12 @@ class SubWindow final : public QMdiSubWindow {
         return true;
     }
 
+    // Of what is inside the window. The pointer has not left the window then, but its caption.
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pWatched == widget() && pEvent->type() == QEvent::Enter) QToolTip::hideText();
+        return QMdiSubWindow::eventFilter(pWatched, pEvent);
+    }
+
     void closeEvent(QCloseEvent* pEvent) override {
         QMdiSubWindow::closeEvent(pEvent);
         if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });

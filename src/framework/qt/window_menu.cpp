@@ -106,12 +106,13 @@ void CMDIFrameWnd::AddChild(std::unique_ptr<CMDIChildWnd> pChild) {
 // Windows that show the same document are numbered.
 void CMDIFrameWnd::UpdateFrameCounts() {
     for (const auto& child : m_children) {
-        const CView* const view = child->GetActiveView();
+        CView* const view = child->GetActiveView();
         const CDocument& document = *view->GetDocument();
         const std::vector<CView*>& views = document.GetViews();
         std::string title = document.GetTitle();
         if (views.size() > 1)
             title += ":" + std::to_string(std::ranges::find(views, view) - views.begin() + 1);
         child->SetWindowText(title);
+        view->SetWindowText(title);
     }
 }
