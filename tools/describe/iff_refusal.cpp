@@ -12,7 +12,18 @@ std::string Name(IffId id) {
     return "\"" + text + "\"";
 }
 
+// The middle of a path through thousands of containers says nothing.
+std::string Shortened(const std::string& path) {
+    constexpr size_t KEPT = 60;
+    return path.size() <= 3 * KEPT ? path : path.substr(0, KEPT) + "..." + path.substr(path.size() - KEPT);
+}
+
 constexpr const char* CONTAINER_ENDS = "its container ends";
+
+// What ends where an archive does: the outermost chunk stands in the file itself.
+const char* EndOf(const IffArchive& archive) {
+    return archive.GetDepth() == 0 ? "the file ends" : CONTAINER_ENDS;
+}
 
 class IffWalk {
   public:
@@ -21,6 +32,10 @@ class IffWalk {
     Refusal Walk() {
         const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive);
         archive->Attach(&m_stream);
+        if (archive->GetRemaining() < 0) {
+            Stop("the file", "its 2 GiB and more are too many");
+            return m_refusal;
+        }
         IffId id;
         archive->Transfer(id);
         const bool outermost = id == ID_FORM || id == ID_LIST || id == ID_CAT;
@@ -36,7 +51,8 @@ class IffWalk {
   private:
     void Stop(const std::string& reading, const std::string& rule) {
         m_bStopped = true;
-        m_refusal = {m_stream.GetPosition(), reading + m_strPath, m_stream.IsGood() ? rule : "the file ends"};
+        m_refusal = {m_stream.GetPosition(), reading + Shortened(m_strPath),
+                     m_stream.IsGood() ? rule : DescribeBadState(m_stream)};
     }
 
     // One chunk whose id is known. Calls itself once for each level, so texts are made elsewhere: they would
@@ -44,7 +60,7 @@ class IffWalk {
     void ReadBody(IffArchive& archive, IffId formType, IffId id, bool useRegistry) {
         u32 size = 0;
         archive.Transfer(size);
-        if (archive.HasFailed()) return StopAtSize(id);
+        if (archive.HasFailed()) return StopAtSize(archive, id);
         const size_t outer = m_strPath.size();
         Enter(id);
         const auto chunk = CountedPtr<IffChunk>::Adopt(useRegistry ? IffChunkRegistry::Create(formType, id)
@@ -87,13 +103,13 @@ class IffWalk {
     void ReadPad(IffArchive& archive) {
         u8 pad = 0;
         archive.Transfer(pad);
-        if (archive.HasFailed()) Stop("the pad byte", CONTAINER_ENDS);
+        if (archive.HasFailed()) Stop("the pad byte", EndOf(archive));
     }
 
     void Enter(IffId id) { m_strPath += (m_strPath.empty() ? " in " : "/") + Name(id); }
 
     void StopAtId() { Stop("the id of a chunk", CONTAINER_ENDS); }
-    void StopAtSize(IffId id) { Stop("the size of " + Name(id), CONTAINER_ENDS); }
+    void StopAtSize(const IffArchive& archive, IffId id) { Stop("the size of " + Name(id), EndOf(archive)); }
     void StopAtType() { Stop("the type", CONTAINER_ENDS); }
     void StopAtOverrun() { Stop("the last chunk", "it is larger than its container"); }
     void StopAtHugeSize(u32 size) {
