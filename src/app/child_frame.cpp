@@ -5,6 +5,8 @@
 
 const MessageMap& CChildFrame::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
+        OnUpdateCommandUi<&CChildFrame::OnUpdateDisabled>(ID_FILE_SAVE),
+        OnUpdateCommandUi<&CChildFrame::OnUpdateDisabled>(ID_FILE_SAVE_AS),
         OnControl<&CChildFrame::OnSelChangeLayer>(CBN_SELCHANGE, IDC_LAYER),
         OnControl<&CChildFrame::OnSelChangeChannel>(CBN_SELCHANGE, IDC_CHANNEL),
         OnCommand<&CChildFrame::OnToggleInfoBar>(ID_TOGGLE_INFO_BAR),
@@ -21,6 +23,7 @@ int CChildFrame::OnCreate(const CCreateContext& context) {
 
     constexpr u32 indicators[] = {ID_SEPARATOR};
     if (!m_wndInfoBar.Create(this, IDW_INFO_BAR) || !m_wndInfoBar.SetIndicators(indicators)) return -1;
+    m_wndInfoBar.SetWindowText("Info Bar");
     u32 id;
     u32 style;
     int width;
@@ -57,4 +60,9 @@ void CChildFrame::OnToggleLayerBar() {
 
 void CChildFrame::OnUpdateToggleLayerBar(CCmdUI* pUi) {
     pUi->SetCheck(m_wndLayerBar.IsWindowVisible());
+}
+
+// Files are only read.
+void CChildFrame::OnUpdateDisabled(CCmdUI* pUi) {
+    pUi->Enable(false);
 }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "framework/qt/combo_box.h"
-#include "framework/qt/control_bars.h"
+#include "framework/qt/dialog_bar.h"
 #include "framework/qt/mdi.h"
 
 class CChildFrame : public CMDIChildWnd {
@@ -24,4 +24,5 @@ class CChildFrame : public CMDIChildWnd {
     void OnUpdateToggleInfoBar(CCmdUI* pUi);
     void OnToggleLayerBar();
     void OnUpdateToggleLayerBar(CCmdUI* pUi);
+    void OnUpdateDisabled(CCmdUI* pUi);
 };

@@ -7,22 +7,11 @@
 constexpr u32 ID_FILE_NEW = 57600;
 constexpr u32 ID_FILE_SAVE = 57603;
 constexpr u32 ID_FILE_SAVE_AS = 57604;
-constexpr u32 ID_FILE_PRINT_SETUP = 57606;
-constexpr u32 ID_FILE_PRINT = 57607;
-constexpr u32 ID_FILE_PRINT_PREVIEW = 57609;
 constexpr u32 ID_EDIT_COPY = 57634;
 constexpr u32 ID_EDIT_CUT = 57635;
 constexpr u32 ID_EDIT_PASTE = 57637;
 constexpr u32 ID_EDIT_UNDO = 57643;
-constexpr u32 ID_WINDOW_NEW = 57648;
-constexpr u32 ID_WINDOW_ARRANGE = 57649;
-constexpr u32 ID_WINDOW_CASCADE = 57650;
-constexpr u32 ID_WINDOW_TILE_HORZ = 57651;
 constexpr u32 ID_APP_ABOUT = 57664;
-constexpr u32 ID_NEXT_PANE = 57680;
-constexpr u32 ID_PREV_PANE = 57681;
-constexpr u32 ID_VIEW_TOOLBAR = 59392;
-constexpr u32 ID_VIEW_STATUS_BAR = 59393;
 
 // The program's own commands.
 constexpr u32 ID_ZOOM = 32771;
@@ -33,10 +22,13 @@ constexpr u32 ID_TOGGLE_LAYER_BAR = 32773;
 constexpr u32 ID_INDICATOR_INFO = 101;
 constexpr u32 IDW_LAYER_BAR = 102;
 constexpr u32 IDW_INFO_BAR = 103;
+constexpr u32 IDC_SCALE = 1000;
 constexpr u32 IDC_LAYER = 1001;
 constexpr u32 IDC_CHANNEL = 1002;
 
 // Dialogs.
+constexpr u32 IDD_ABOUT = 100;
+constexpr u32 IDD_ZOOM = 130;
 constexpr u32 IDD_LAYER_BAR = 132;
 
 // The main frame, and the kinds of documents.

@@ -1,5 +1,6 @@
 #include "app/vistrel_app.h"
 
+#include "app/about_dialog.h"
 #include "app/child_frame.h"
 #include "app/main_frame.h"
 #include "app/resource_ids.h"
@@ -25,6 +26,18 @@ constexpr u32 TEMPLATES[] = {IDR_ALL_TYPES, IDR_IFF_TYPE, IDR_TFF_TYPE, IDR_TMG_
 
 CVistrelApp::CVistrelApp() {
     AfxSetResources(&g_resources);
+}
+
+const MessageMap& CVistrelApp::GetMessageMap() const {
+    static constexpr MessageEntry entries[] = {
+        OnCommand<&CVistrelApp::OnAppAbout>(ID_APP_ABOUT),
+    };
+    static const MessageMap map = {&CWinApp::GetMessageMap(), entries};
+    return map;
+}
+
+void CVistrelApp::OnAppAbout() {
+    CAboutDlg().DoModal();
 }
 
 bool CVistrelApp::InitInstance() {

@@ -8,4 +8,10 @@ class CVistrelApp : public CWinApp {
     CVistrelApp();
 
     bool InitInstance() override;
+
+  protected:
+    const MessageMap& GetMessageMap() const override;
+
+  private:
+    void OnAppAbout();
 };

@@ -2,9 +2,11 @@
 
 #include "app/child_frame.h"
 #include "app/resource_ids.h"
+#include "app/zoom_dialog.h"
 #include "display/catalogue.h"
 #include "display/frame_fit.h"
 #include "document/vistrel_doc.h"
+#include "framework/core/resource.h"
 #include "framework/qt/dc.h"
 
 #include <cmath>
@@ -26,6 +28,11 @@ void FillList(CComboBox& list, const std::vector<std::string>& names) {
 
 const MessageMap& CVistrelView::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
+        OnCommand<&CVistrelView::OnFilePrint>(ID_FILE_PRINT),
+        OnCommand<&CVistrelView::OnFilePrintDirect>(ID_FILE_PRINT_DIRECT),
+        OnCommand<&CVistrelView::OnFilePrintPreview>(ID_FILE_PRINT_PREVIEW),
+        OnCommand<&CVistrelView::OnZoom>(ID_ZOOM),
+        OnUpdateCommandUi<&CVistrelView::OnUpdateZoom>(ID_ZOOM),
         OnUpdateCommandUi<&CVistrelView::OnUpdateInfoPane>(ID_INDICATOR_INFO),
     };
     static const MessageMap map = {&CView::GetMessageMap(), entries};
@@ -117,6 +124,24 @@ void CVistrelView::OnDraw(CDC* pDC) {
     CSize source = {static_cast<int>(m_nWidth), static_cast<int>(m_nHeight)};
     memory.DPtoLP(&source);
     pDC->StretchBlt(0, 0, destination.cx, destination.cy, &memory, 0, 0, source.cx, source.cy, SRCCOPY);
+}
+
+bool CVistrelView::OnPreparePrinting(CPrintInfo* pInfo) {
+    return DoPreparePrinting(pInfo);
+}
+
+void CVistrelView::OnZoom() {
+    CZoomDlg dialog;
+    dialog.m_fScale = m_fScale;
+    if (dialog.DoModal() == IDOK) FitFrameToImage(dialog.m_fScale);
+}
+
+// The framework enables what has a handler.
+void CVistrelView::OnUpdateZoom(CCmdUI* pUi) {
+    if (m_hBitmap)
+        pUi->m_bContinueRouting = true;
+    else
+        pUi->Enable(false);
 }
 
 void CVistrelView::OnUpdateInfoPane(CCmdUI* pUi) {

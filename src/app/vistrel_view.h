@@ -16,6 +16,7 @@ class CVistrelView : public CView, public DisplayImage {
     void OnInitialUpdate() override;
     void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override;
     void OnDraw(CDC* pDC) override;
+    bool OnPreparePrinting(CPrintInfo* pInfo) override;
 
     // Refills the Channel list for the selected layer, and makes the picture choice.
     void BuildChannelList(CChildFrame* pFrame);
@@ -31,6 +32,8 @@ class CVistrelView : public CView, public DisplayImage {
     const MessageMap& GetMessageMap() const override;
 
   private:
+    void OnZoom();
+    void OnUpdateZoom(CCmdUI* pUi);
     void OnUpdateInfoPane(CCmdUI* pUi);
 
     const CVistrelDoc& GetDoc() const;

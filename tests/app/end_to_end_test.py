@@ -5,6 +5,7 @@ usage: end_to_end_test.py PROGRAM
 Needs Xvfb and xdotool. The screen is Xvfb's frame buffer file, so pixels are read, not photographed.
 """
 
+import functools
 import os
 import re
 import struct
@@ -211,6 +212,26 @@ class WithoutScreenTest(unittest.TestCase):
                 self.assertEqual(bool(out), bool(done.stdout))
                 self.assertIn(err, done.stderr)
                 self.assertEqual(bool(err), bool(done.stderr))
+
+    def test_prints_each_pixel_on_paper_of_96_units_an_inch(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file, page = os.path.join(folder, "picture.iff"), os.path.join(folder, "page.pdf")
+            Path(file).write_bytes(picture())
+            done = self.run_program("-pt", file, page)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+            run = functools.partial(subprocess.run, check=True, stdout=subprocess.PIPE, text=True)
+            width, height, *_, ppi, _, _, _ = run(["pdfimages", "-list", page]).stdout.splitlines()[2].split()[3:]
+            self.assertEqual((int(width), int(height), ppi), (WIDTH, HEIGHT, "96"))
+            run(["pdfimages", page, os.path.join(folder, "image")])
+            pixels = Path(folder, "image-000.ppm").read_bytes()[-3 * WIDTH * HEIGHT:]
+            self.assertEqual(pixels, b"".join(pixel[::-1] for row in shown_rows() for pixel in row))
+
+            for words in [("-pt", file, "no such printer"), ("-p", file + ".missing"),
+                          ("-pt", file, os.path.join(folder, "missing", "page.pdf"))]:
+                with self.subTest(words):
+                    done = self.run_program(*words)
+                    self.assertEqual((done.returncode, done.stdout), (1, ""))
+                    self.assertIn(TITLE, done.stderr)
 
     def test_says_in_one_line_that_there_is_none(self):
         for variables in [{}, {"DISPLAY": ":4711"}, {"QT_QPA_PLATFORM": "nonsense"}]:

@@ -1,111 +1,17 @@
 // The windows as the program opens them, without a screen: through selections, commands and what they show.
 
-#include "app/child_frame.h"
-#include "app/resource_ids.h"
-#include "app/vistrel_app.h"
-#include "app/vistrel_view.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
 #include "framework/core/replace_file.h"
 #include "framework/qt/menu_bar.h"
-#include "support/iff_builder.h"
 #include "support/private_home.h"
-#include "support/recorded_answers.h"
+#include "window_case.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
 #include <new>
 
-namespace {
-
 CVistrelApp theApp;
-
-// Lets the program run until the condition holds. The deadline only ends a test that would never end.
-bool WaitFor(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        theApp.PumpMessages();
-    }
-    return true;
-}
-
-// Value of a pixel of Picture; no two neighbours are the same.
-u32 ValueAt(u32 x, u32 y) {
-    return (x * 7 + y * 11) % 32;
-}
-
-// 32 shades of grey.
-Bytes Picture(u32 width, u32 height) {
-    std::vector<u32> values;
-    for (u32 y = 0; y < height; ++y)
-        for (u32 x = 0; x < width; ++x) values.push_back(ValueAt(x, y));
-    return Form("ILBM", {Bmhd({.width = width, .height = height, .planes = 5}), GreyCmap(32, 8),
-                         Chunk("BODY", PlanesOf(values, width, 5))});
-}
-
-u32 ShownColour(u32 x, u32 y) {
-    const u32 shade = ValueAt(x, y) * 8;
-    return 0xFF000000 | shade << 16 | shade << 8 | shade;
-}
-
-class WindowTest : public testing::Test {
-  protected:
-    WindowTest() {
-        m_folder = std::filesystem::temp_directory_path() / "vistrel-window-test-XXXXXX";
-        std::string name = m_folder;
-        m_folder = mkdtemp(name.data());
-        theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700});
-    }
-
-    ~WindowTest() override {
-        theApp.m_pMainWnd->DestroyChildren();
-        std::filesystem::remove_all(m_folder);
-    }
-
-    CDocument* OpenFile(const Bytes& bytes, const std::string& strName = "picture.iff") {
-        return theApp.OpenDocumentFile(Write(bytes, strName));
-    }
-
-    std::string Write(const Bytes& bytes, const std::string& strName) const {
-        const std::filesystem::path path = m_folder / strName;
-        std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return path;
-    }
-
-    CChildFrame& Frame() { return static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().back()); }
-    CVistrelView& View() { return static_cast<CVistrelView&>(*Frame().GetActiveView()); }
-
-    CSize ClientSize() {
-        const CRect client = View().GetClientRect();
-        return {client.Width(), client.Height()};
-    }
-
-    RecordedAnswers m_answers;
-    std::filesystem::path m_folder;
-};
-
-std::vector<std::string> Entries(CComboBox& list) {
-    std::vector<std::string> entries;
-    for (i64 i = 0; i < SendMessageA(&list, CB_GETCOUNT, 0, 0); ++i) {
-        std::string text(static_cast<std::size_t>(SendMessageA(&list, CB_GETLBTEXTLEN, i, 0)), '\0');
-        SendMessageA(&list, CB_GETLBTEXT, i, reinterpret_cast<i64>(text.data()));
-        entries.push_back(text);
-    }
-    return entries;
-}
-
-}  // namespace
-
-void PrintTo(const CSize& size, std::ostream* pOut) {
-    *pOut << size.cx << " x " << size.cy;
-}
 
 TEST_F(WindowTest, APictureOpensWithItsListsItsPaneAndItsTitle) {
     ASSERT_TRUE(OpenFile(Picture(320, 200)));

@@ -3,6 +3,7 @@
 
 #include "framework/core/answers.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,14 @@ class RecordedAnswers final : public Answers {
         return m_nextFiles;
     }
 
+    int Dialog(u32 nID, ModalDialog& dialog) override {
+        m_dialogs.push_back(nID);
+        return m_nextDialog(dialog);
+    }
+
     std::vector<std::string> m_messages;
+    std::vector<u32> m_dialogs;
+    std::function<int(ModalDialog&)> m_nextDialog = [](ModalDialog&) { return IDCANCEL; };
     std::vector<FileFilter> m_filters;     // what the last Open dialog offered
     std::string m_strFolder;               // where it opened
     std::vector<std::string> m_nextFiles;  // what the next one is answered with

@@ -1,6 +1,7 @@
 #include "app/resources/resources.h"
 
 #include "app/resource_ids.h"
+#include "framework/core/answers.h"
 
 namespace {
 
@@ -19,14 +20,52 @@ constexpr StringResource STRINGS[] = {
     {AFX_IDS_SHELL_CLAIMED, "image/x-ilbm"},
     {AFX_IDS_SHELL_OFFERED, "image/vnd.adobe.photoshop"},
     {AFX_IDS_SHELL_OFFERED_NAME, "Photoshop image"},
+    {AFX_IDS_IDLEMESSAGE, "Ready"},
+    {ID_ZOOM, "Resize the window for a specific scale factor\nZoom"},
+    {ID_TOGGLE_INFO_BAR, "Show or hide the information bar\nToggle Info Bar"},
+    {ID_TOGGLE_LAYER_BAR, "Shows or hides the Layer and Channel bar\nToggle Layer & Channel Bar"},
+    {ID_FILE_NEW, "Create a new document\nNew"},
+    {ID_FILE_OPEN, "Open existing files\nOpen"},
+    {ID_FILE_CLOSE, "Close the active window\nClose"},
+    {ID_FILE_SAVE, "Save the active document\nSave"},
+    {ID_FILE_SAVE_AS, "Save the active document under another name\nSave As"},
+    {ID_FILE_PRINT_SETUP, "Choose the paper and its margins\nPrint Setup"},
+    {ID_FILE_PRINT, "Print the picture in the active window\nPrint"},
+    {ID_FILE_PRINT_PREVIEW, "Show the page as it would be printed\nPrint Preview"},
+    {ID_FILE_MRU_FILE1, "Open this file again\nRecent File"},
+    {ID_APP_EXIT, "Close all windows and end the program\nExit"},
+    {ID_EDIT_UNDO, "Undo the last change\nUndo"},
+    {ID_EDIT_CUT, "Move the selection to the clipboard\nCut"},
+    {ID_EDIT_COPY, "Copy the selection to the clipboard\nCopy"},
+    {ID_EDIT_PASTE, "Insert what the clipboard holds\nPaste"},
+    {ID_VIEW_TOOLBAR, "Show or hide the toolbar\nToolbar"},
+    {ID_VIEW_STATUS_BAR, "Show or hide the status bar\nStatus Bar"},
+    {ID_WINDOW_NEW, "Open another window on the active document\nNew Window"},
+    {ID_WINDOW_CASCADE, "Arrange the windows so that they overlap\nCascade"},
+    {ID_WINDOW_TILE_HORZ, "Arrange the windows side by side\nTile"},
+    {ID_WINDOW_ARRANGE, "Line up the minimised windows at the bottom\nArrange Icons"},
+    {AFX_IDM_FIRST_MDICHILD, "Activate this window"},
+    {ID_NEXT_PANE, "Move the keyboard to the next pane\nNext Pane"},
+    {ID_PREV_PANE, "Move the keyboard to the previous pane\nPrevious Pane"},
+    {ID_APP_ABOUT, "Show the program's name and version\nAbout"},
+    {ID_INDICATOR_CAPS, "CAP"},
+    {ID_INDICATOR_NUM, "NUM"},
+    {ID_INDICATOR_SCRL, "SCRL"},
+    {AFX_IDP_NO_PRINTER, "There is no printer to print on."},
+    {AFX_IDP_PARSE_REAL, "Please enter a number."},
+    {AFX_IDP_PARSE_REAL_RANGE, "Please enter a number between %1 and %2."},
     {AFX_IDS_USAGE,
      "usage: vistrel [-dde] [FILE...]\n"
+     "       vistrel -p FILE\n"
+     "       vistrel -pt FILE PRINTER\n"
      "Shows still pictures, each in a window of its own.\n"
      "\n"
-     "  -dde        opens the files in the program that runs already, if any\n"
-     "  --          every word behind it names a file\n"
-     "  --help      prints this and ends\n"
-     "  --version   prints the program's version and ends"},
+     "  -p FILE             prints the file on the default printer and ends\n"
+     "  -pt FILE PRINTER    prints it on this one; NAME.pdf for PRINTER makes that file\n"
+     "  -dde                opens the files in the program that runs already, if any\n"
+     "  --                  every word behind it names a file\n"
+     "  --help              prints this and ends\n"
+     "  --version           prints the program's version and ends"},
     {AFX_IDS_VERSION, "Talvorine Graphics File Viewer 1.12"},
 };
 
@@ -37,8 +76,24 @@ constexpr ControlResource LAYER_BAR_CONTROLS[] = {
     {ControlKind::ComboBox, IDC_CHANNEL, {109, 3, 177, 69}, ""},
 };
 
+constexpr ControlResource ABOUT_CONTROLS[] = {
+    {ControlKind::Icon, IDR_MAINFRAME, {11, 17, 31, 37}, ""},
+    {ControlKind::PlainText, 0, {39, 7, 169, 15}, "Talvorine Graphics File Viewer"},
+    {ControlKind::Static, 0, {39, 23, 169, 31}, "Version 1.12"},
+    {ControlKind::DefaultButton, IDOK, {178, 7, 210, 21}, "OK"},
+};
+
+constexpr ControlResource ZOOM_CONTROLS[] = {
+    {ControlKind::Static, 0, {7, 7, 69, 15}, "Enter &Scale Factor:"},
+    {ControlKind::Edit, IDC_SCALE, {7, 19, 47, 33}, ""},
+    {ControlKind::DefaultButton, IDOK, {105, 7, 155, 21}, "OK"},
+    {ControlKind::Button, IDCANCEL, {105, 24, 155, 38}, "Cancel"},
+};
+
 constexpr DialogResource DIALOGS[] = {
-    {IDD_LAYER_BAR, {180, 19}, LAYER_BAR_CONTROLS},
+    {IDD_ABOUT, "About Vistrel", {217, 55}, ABOUT_CONTROLS},
+    {IDD_ZOOM, "Zoom", {162, 46}, ZOOM_CONTROLS},
+    {IDD_LAYER_BAR, "", {180, 19}, LAYER_BAR_CONTROLS},
 };
 
 constexpr MenuItemResource SEPARATOR = {0, ""};
@@ -121,6 +176,15 @@ constexpr AcceleratorResource ACCELERATORS[] = {
     {ID_NEXT_PANE, "F6"},          {ID_PREV_PANE, "Shift+F6"},
 };
 
+constexpr u32 TOOLBAR_ITEMS[] = {
+    ID_FILE_NEW, ID_FILE_OPEN,  ID_FILE_SAVE, 0, ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE,
+    0,           ID_FILE_PRINT, ID_APP_ABOUT,
+};
+
+constexpr ToolBarResource TOOLBARS[] = {
+    {IDR_MAINFRAME, {16, 15}, TOOLBAR_ITEMS},
+};
+
 constexpr VersionString VERSION_STRINGS[] = {
     {"FileDescription", "Vistrel MFC Application"},
     {"InternalName", "Vistrel"},
@@ -132,4 +196,4 @@ constexpr VersionResource VERSION = {"1.0.0.1", "1.0.0.1", VERSION_STRINGS};
 
 }  // namespace
 
-constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS, VERSION};
+constexpr ResourceTables g_resources = {STRINGS, DIALOGS, MENUS, ACCELERATORS, TOOLBARS, PICTURES, VERSION};

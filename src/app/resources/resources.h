@@ -4,3 +4,7 @@
 #include "framework/core/resource.h"
 
 extern const ResourceTables g_resources;
+
+// Made from the descriptions of the artwork that stand beside this file.
+constexpr int PICTURE_COUNT = 12;
+extern const PictureResource PICTURES[PICTURE_COUNT];

@@ -16,6 +16,7 @@ class StandardErrorAnswers final : public Answers {
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>&, const std::string&) override {
         return {};
     }
+    int Dialog(u32, ModalDialog&) override { return IDCANCEL; }
 };
 
 StandardErrorAnswers g_default;

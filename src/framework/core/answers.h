@@ -21,6 +21,21 @@ struct FileFilter {
     std::vector<std::string> strPatterns;  // such as "*.IFF", matched in either case
 };
 
+// A dialog with its controls filled in, as whoever answers in the user's place finds it.
+class ModalDialog {
+  public:
+    virtual ~ModalDialog() = default;
+
+    virtual std::string GetItemText(u32 nID) const = 0;  // UTF-8
+    virtual void SetItemText(u32 nID, const std::string& strText) = 0;
+
+    // False when the dialog stays open.
+    virtual bool Press(u32 nIDButton) = 0;
+
+    // Shows the dialog until its user ends it; the button that did.
+    virtual int Wait() = 0;
+};
+
 class Answers {
   public:
     virtual ~Answers() = default;
@@ -32,6 +47,9 @@ class Answers {
     // filter is the one in use at first, and strFolder is shown, or the current folder where it is empty.
     virtual std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
                                                const std::string& strFolder) = 0;
+
+    // Returns the button that ended the dialog, which is the one of this id.
+    virtual int Dialog(u32 nID, ModalDialog& dialog) = 0;
 };
 
 // Borrows the answers until the next call and returns those it replaces. Null brings the default back.

@@ -15,6 +15,13 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
                 m_nShellCommand = ShowVersion;
             } else if (word == "-dde") {
                 m_nShellCommand = FileDDE;
+            } else if (word == "-p" && i + 1 < argc) {
+                m_nShellCommand = FilePrint;
+                m_strFileNames = {argv[++i]};
+            } else if (word == "-pt" && i + 2 < argc) {
+                m_nShellCommand = FilePrintTo;
+                m_strFileNames = {argv[++i]};
+                m_strPrinterName = argv[++i];
             } else {
                 m_nShellCommand = BadSwitch;
                 m_strBadSwitch = word;

@@ -7,13 +7,25 @@
 
 class CCommandLineInfo {
   public:
-    enum ShellCommand { FileNew, FileOpen, FileDDE, ShowHelp, ShowVersion, BadSwitch };
+    enum ShellCommand {
+        FileNew,
+        FileOpen,
+        FileDDE,
+        FilePrint,
+        FilePrintTo,
+        ShowHelp,
+        ShowVersion,
+        BadSwitch
+    };
 
-    // Takes the arguments behind the program's name. Help, version and a switch that is not known win over
-    // files.
+    // Takes the arguments behind the program's name. Help, version and a switch that is not known, or that
+    // lacks one of the words that go with it, win over files.
     void ParseCommandLine(int argc, char* const* argv);
 
+    bool IsPrint() const { return m_nShellCommand == FilePrint || m_nShellCommand == FilePrintTo; }
+
     ShellCommand m_nShellCommand = FileNew;
-    std::vector<std::string> m_strFileNames;  // in their order
+    std::vector<std::string> m_strFileNames;  // in their order; one to print
+    std::string m_strPrinterName;             // for FilePrintTo
     std::string m_strBadSwitch;
 };

@@ -43,6 +43,12 @@ class CArchiveException : public CException {
     std::string m_strFileName;
 };
 
+// Ends what the user was told about already.
+class CUserException : public CException {
+  public:
+    CUserException() : CException("The command was cancelled") {}
+};
+
 [[noreturn]] void AfxThrowArchiveException(CArchiveException::Cause cause, const std::string& strFileName);
 [[noreturn]] void AfxThrowMemoryException();
 

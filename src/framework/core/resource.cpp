@@ -23,6 +23,17 @@ std::string AfxLoadString(u32 nId) {
     return row ? row->pszText : std::string();
 }
 
+std::string AfxLoadPrompt(u32 nId) {
+    const std::string lines = AfxLoadString(nId);
+    return lines.substr(0, lines.find('\n'));
+}
+
+std::string AfxLoadTip(u32 nId) {
+    const std::string lines = AfxLoadString(nId);
+    const std::size_t end = lines.find('\n');
+    return end == std::string::npos ? std::string() : lines.substr(end + 1);
+}
+
 const DialogResource* AfxFindDialog(u32 nId) {
     return g_pTables ? FindById(g_pTables->dialogs, nId) : nullptr;
 }
@@ -37,4 +48,12 @@ std::span<const AcceleratorResource> AfxGetAccelerators() {
 
 VersionResource AfxGetVersion() {
     return g_pTables ? g_pTables->version : VersionResource{"", "", {}};
+}
+
+const ToolBarResource* AfxFindToolBar(u32 nId) {
+    return g_pTables ? FindById(g_pTables->toolBars, nId) : nullptr;
+}
+
+const PictureResource* AfxFindPicture(u32 nId) {
+    return g_pTables ? FindById(g_pTables->pictures, nId) : nullptr;
 }

@@ -1,12 +1,16 @@
 #include "framework/qt/combo_box.h"
 
 #include "framework/core/guarded_call.h"
-#include "framework/qt/control_bars.h"
 #include "framework/qt/convert.h"
-#include "framework/qt/frame_wnd.h"
+#include "framework/qt/dialog_bar.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QSignalBlocker>
+#include <QStyleOption>
+#include <QStylePainter>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <cstring>
@@ -20,15 +24,58 @@ class ListWidget final : public QComboBox {
         // Entries of any length neither widen the list nor the window around it.
         setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         setMinimumContentsLength(1);
+        view()->viewport()->installEventFilter(this);
+    }
+
+    // Of an entry in the list that is dropped down.
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::ToolTip) return QComboBox::eventFilter(pWatched, pEvent);
+        const auto& help = *static_cast<QHelpEvent*>(pEvent);
+        const QModelIndex entry = view()->indexAt(help.pos());
+        ShowTip(help, entry.data().toString(), view()->visualRect(entry).width());
+        return true;
     }
 
   protected:
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::ToolTip) return QComboBox::event(pEvent);
+        ShowTip(*static_cast<QHelpEvent*>(pEvent), currentText(), GetTextWidth());
+        return true;
+    }
+
+    void paintEvent(QPaintEvent*) override {
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        option.currentText = fontMetrics().elidedText(currentText(), Qt::ElideRight, GetTextWidth());
+        QStylePainter painter(this);
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    }
+
     // The wheel scrolls what lies under the pointer; only a list with the focus takes it as a choice.
     void wheelEvent(QWheelEvent* pEvent) override {
         if (hasFocus())
             QComboBox::wheelEvent(pEvent);
         else
             pEvent->ignore();
+    }
+
+  private:
+    // Between the list's edge and the text inside it, in pixels, on each side.
+    static constexpr int TEXT_MARGIN = 2;
+
+    int GetTextWidth() const {
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        const QRect field =
+            style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+        return field.width() - 2 * TEXT_MARGIN;
+    }
+
+    // A name that has not enough room shows whole in a tip.
+    void ShowTip(const QHelpEvent& help, const QString& text, int nRoom) {
+        const bool isCut = fontMetrics().horizontalAdvance(text) > nRoom;
+        QToolTip::showText(help.globalPos(), isCut ? ToPlainTip(text) : QString(), this);
     }
 };
 
@@ -39,10 +86,11 @@ i64 CopyText(const QByteArray& text, i64 lParam) {
 
 }  // namespace
 
-QComboBox* AfxCreateComboBox(QWidget* pParent, CFrameWnd& frame, u32 nID) {
+QComboBox* AfxCreateComboBox(QWidget* pParent, CCmdTarget& target, u32 nID) {
     auto* const list = new ListWidget(pParent);
-    QObject::connect(list, &QComboBox::currentIndexChanged,
-                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); }); });
+    QObject::connect(list, &QComboBox::currentIndexChanged, [&target, nID] {
+        AfxGuardedCall([&] { target.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); });
+    });
     return list;
 }
 

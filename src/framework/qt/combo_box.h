@@ -13,12 +13,11 @@ constexpr u32 CB_RESETCONTENT = 0x14B;
 constexpr u32 CB_SETCURSEL = 0x14E;  // wParam: position
 constexpr i64 CB_ERR = -1;
 
-class CFrameWnd;
 class CDialogBar;
 class QComboBox;
 
-// A list in a dialog. What the user selects in it reaches the frame as a notification of this id.
-QComboBox* AfxCreateComboBox(QWidget* pParent, CFrameWnd& frame, u32 nID);
+// A list in a dialog. What the user selects in it reaches the target as a notification of this id.
+QComboBox* AfxCreateComboBox(QWidget* pParent, CCmdTarget& target, u32 nID);
 
 class CComboBox : public CWnd {
   public:

@@ -1,36 +1,42 @@
 #include "framework/qt/control_bars.h"
 
 #include "framework/core/resource.h"
-#include "framework/qt/combo_box.h"
 #include "framework/qt/convert.h"
 #include "framework/qt/frame_wnd.h"
 
-#include <QComboBox>
-#include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
 
-#include <algorithm>
+CControlBar::~CControlBar() {
+    if (GetParent()) static_cast<CFrameWnd*>(GetParent())->RemoveControlBar(*this);
+}
 
 void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
 
+void CControlBar::AttachBar(QWidget* pWidget, CFrameWnd* pFrame, u32 nID) {
+    m_nID = nID;
+    pWidget->setObjectName(QString::number(nID));
+    Attach(pWidget, pFrame);
+    pFrame->AddControlBar(*this);
+}
+
 namespace {
 
-QString ObjectName(u32 nID) {
-    return QString::number(nID);
+void ShowText(QLabel* pLabel, const QString& text) {
+    if (text != pLabel->text()) pLabel->setText(text);
 }
 
 class PaneCmdUI final : public CCmdUI {
   public:
     PaneCmdUI(u32 nID, QLabel* pLabel) : CCmdUI(nID), m_pLabel(pLabel) {}
 
-    void Enable(bool bOn) override { m_pLabel->setEnabled(bOn); }
-    void SetCheck(int) override {}
-    void SetText(const std::string& strText) override {
-        const QString text = ToDisplayText(strText);
-        if (text != m_pLabel->text()) m_pLabel->setText(text);
+    // An indicator has its own name for a text.
+    void Enable(bool bOn) override {
+        ShowText(m_pLabel, bOn ? ToDisplayText(AfxLoadString(m_nID)) : QString());
     }
+    void SetCheck(int) override {}
+    void SetText(const std::string& strText) override { ShowText(m_pLabel, ToDisplayText(strText)); }
 
   private:
     QLabel* m_pLabel;
@@ -40,11 +46,9 @@ class PaneCmdUI final : public CCmdUI {
 
 bool CStatusBar::Create(CFrameWnd* pFrame, u32 nID) {
     auto* const bar = new QStatusBar;
-    bar->setObjectName(ObjectName(nID));
     bar->setSizeGripEnabled(false);
     pFrame->GetBarHost()->setStatusBar(bar);
-    Attach(bar, pFrame);
-    pFrame->AddControlBar(*this);
+    AttachBar(bar, pFrame, nID);
     return true;
 }
 
@@ -52,9 +56,12 @@ bool CStatusBar::SetIndicators(std::span<const u32> ids) {
     auto* const bar = static_cast<QStatusBar*>(GetWidget());
     for (const u32 id : ids) {
         const bool first = m_panes.empty() && id == ID_SEPARATOR;
-        auto* const label = new QLabel(ToDisplayText(AfxLoadString(id)), bar);
+        const QString text = ToDisplayText(AfxLoadString(id));
+        auto* const label = new QLabel(text, bar);
         label->setTextFormat(Qt::PlainText);
-        m_panes.push_back({id, first ? SBPS_STRETCH | SBPS_NOBORDERS : 0, 0, label});
+        // A long text is cut, it does not widen the window.
+        if (first) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        m_panes.push_back({id, first ? SBPS_STRETCH | SBPS_NOBORDERS : 0, label->sizeHint().width(), label});
         bar->addWidget(label, first ? 1 : 0);
         ApplyWidth(m_panes.back());
     }
@@ -80,6 +87,10 @@ void CStatusBar::SetPaneInfo(int nIndex, u32 nID, u32 nStyle, int cxWidth) {
     ApplyWidth(pane);
 }
 
+void CStatusBar::SetPaneText(int nIndex, const std::string& strText) {
+    ShowText(m_panes[static_cast<std::size_t>(nIndex)].pLabel, ToDisplayText(strText));
+}
+
 std::string CStatusBar::GetPaneText(int nIndex) const {
     return m_panes[static_cast<std::size_t>(nIndex)].pLabel->text().toStdString();
 }
@@ -89,101 +100,4 @@ void CStatusBar::OnUpdateCmdUI(CFrameWnd& frame) {
         PaneCmdUI ui(pane.nID, pane.pLabel);
         ui.DoUpdate(frame, false);
     }
-}
-
-namespace {
-
-// Dialog units follow the font: four make its average width, eight its height.
-class DialogUnits {
-  public:
-    explicit DialogUnits(const QFontMetrics& metrics) : m_nHeight(metrics.height()) {
-        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
-        m_nWidth = (metrics.horizontalAdvance(alphabet) / 26 + 1) / 2;
-    }
-
-    int X(int units) const { return (units * m_nWidth + 2) / 4; }
-    int Y(int units) const { return (units * m_nHeight + 4) / 8; }
-    QRect Map(const CRect& rect) const {
-        return QRect(QPoint(X(rect.left), Y(rect.top)), QPoint(X(rect.right) - 1, Y(rect.bottom) - 1));
-    }
-
-  private:
-    int m_nWidth;
-    int m_nHeight;
-};
-
-// Between a label that is wider than its place and the control behind it, in pixels.
-constexpr int LABEL_GAP = 3;
-
-// The dialog's controls. A text is the label of the control behind it, which its mnemonic goes to.
-class DialogWidget final : public QWidget {
-  public:
-    DialogWidget(QWidget* pParent, CFrameWnd& frame, const DialogResource& resource) : QWidget(pParent) {
-        const DialogUnits units(fontMetrics());
-        m_sizeHint = QSize(units.X(resource.size.cx), units.Y(resource.size.cy));
-        QLabel* label = nullptr;
-        for (const ControlResource& control : resource.controls) {
-            const QRect place = units.Map(control.rect);
-            if (control.kind == ControlKind::Static) {
-                label = new QLabel(ToDisplayText(control.pszText), this);
-                label->setTextFormat(Qt::PlainText);
-                label->setGeometry(place);
-            } else {
-                QComboBox* const list = AfxCreateComboBox(this, frame, control.nId);
-                list->setObjectName(ObjectName(control.nId));
-                PlaceList(*list, place);
-                if (label) PlaceLabel(*label, *list);
-                label = nullptr;
-            }
-        }
-        setFixedHeight(m_sizeHint.height());
-    }
-
-    QSize sizeHint() const override { return m_sizeHint; }
-
-  private:
-    // The template gives the height of the list dropped down; closed, the font decides.
-    void PlaceList(QComboBox& list, const QRect& place) const {
-        const int height = list.sizeHint().height();
-        list.setGeometry(place.left(), (m_sizeHint.height() - height) / 2, place.width(), height);
-    }
-
-    // Where the font needs more than its share for the label, the list begins a little later.
-    static void PlaceLabel(QLabel& label, QComboBox& list) {
-        label.setBuddy(&list);
-        const int width = std::max(label.sizeHint().width(), label.width());
-        label.setGeometry(label.x(), list.y(), width, list.height());
-        QRect place = list.geometry();
-        place.setLeft(std::max(place.left(), label.x() + width + LABEL_GAP));
-        list.setGeometry(place);
-    }
-
-    QSize m_sizeHint;
-};
-
-}  // namespace
-
-bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
-    const DialogResource* const resource = AfxFindDialog(nIDTemplate);
-    if (!resource) return false;
-    auto* const bar = new QDockWidget;
-    bar->setObjectName(ObjectName(nID));
-    bar->setFeatures(QDockWidget::NoDockWidgetFeatures);
-    bar->setTitleBarWidget(new QWidget(bar));
-    bar->setWidget(new DialogWidget(bar, *pFrame, *resource));
-    pFrame->GetBarHost()->addDockWidget(Qt::TopDockWidgetArea, bar);
-    Attach(bar, pFrame);
-    pFrame->AddControlBar(*this);
-    return true;
-}
-
-void CDialogBar::EnableDocking(u32 nDockStyle) {
-    Qt::DockWidgetAreas areas = Qt::NoDockWidgetArea;
-    if (nDockStyle & CBRS_ALIGN_TOP) areas |= Qt::TopDockWidgetArea;
-    if (nDockStyle & CBRS_ALIGN_BOTTOM) areas |= Qt::BottomDockWidgetArea;
-    static_cast<QDockWidget*>(GetWidget())->setAllowedAreas(areas);
-}
-
-QWidget* CDialogBar::GetDlgItem(u32 nID) const {
-    return GetWidget()->findChild<QComboBox*>(ObjectName(nID));
 }

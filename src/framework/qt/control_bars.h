@@ -8,13 +8,27 @@
 class CFrameWnd;
 class QLabel;
 
+constexpr u32 CBRS_ALIGN_LEFT = 0x1000;
 constexpr u32 CBRS_ALIGN_TOP = 0x2000;
+constexpr u32 CBRS_ALIGN_RIGHT = 0x4000;
 constexpr u32 CBRS_ALIGN_BOTTOM = 0x8000;
+constexpr u32 CBRS_ALIGN_ANY = 0xF000;
 
 class CControlBar : public CWnd {
   public:
+    ~CControlBar() override;
+
     // Asks the frame for the state of everything on the bar that shows one.
     virtual void OnUpdateCmdUI(CFrameWnd& frame);
+
+    u32 GetDlgCtrlID() const { return m_nID; }
+
+  protected:
+    // Makes the widget the bar of this id in the frame.
+    void AttachBar(QWidget* pWidget, CFrameWnd* pFrame, u32 nID);
+
+  private:
+    u32 m_nID = 0;
 };
 
 constexpr u32 ID_SEPARATOR = 0;
@@ -31,7 +45,8 @@ class CStatusBar : public CControlBar {
 
     void GetPaneInfo(int nIndex, u32& nID, u32& nStyle, int& cxWidth) const;
     void SetPaneInfo(int nIndex, u32 nID, u32 nStyle, int cxWidth);
-    std::string GetPaneText(int nIndex) const;  // UTF-8
+    void SetPaneText(int nIndex, const std::string& strText);
+    std::string GetPaneText(int nIndex) const;  // UTF-8, as it shows
 
     void OnUpdateCmdUI(CFrameWnd& frame) override;
 
@@ -40,23 +55,10 @@ class CStatusBar : public CControlBar {
         u32 nID;
         u32 nStyle;
         int cxWidth;     // pixels, at least; 0 where the pane stretches
-        QLabel* pLabel;  // the bar widget's
+        QLabel* pLabel;  // the bar widget's; empty while the pane is disabled
     };
 
     void ApplyWidth(const Pane& pane);
 
     std::vector<Pane> m_panes;
-};
-
-// A bar that holds the controls of a dialog template. It can be docked, where it shows no caption, or float.
-class CDialogBar : public CControlBar {
-  public:
-    // Docked at the frame's top edge. False when there is no such template.
-    bool Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID);
-
-    // nDockStyle: the edges of the frame at which the user may dock it, CBRS_ALIGN_ bits.
-    void EnableDocking(u32 nDockStyle);
-
-    // Null when the template has no control of this id.
-    QWidget* GetDlgItem(u32 nID) const;
 };

@@ -30,3 +30,7 @@ QString ToDisplayText(const std::string& strBytes) {
             c = u' ';
     return text;
 }
+
+QString ToPlainTip(const QString& text) {
+    return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(text.toHtmlEscaped());
+}

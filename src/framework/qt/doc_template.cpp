@@ -36,16 +36,21 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
         if (!document->OnOpenDocument(strPathName)) return;
         document->SetPathName(strPathName);
 
-        std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
-        if (!frame->LoadFrame(mainFrame, m_nIDResource, {&m_viewClass, document.get()})) return;
-        frame->SetWindowText(document->GetTitle());
-        frame->GetActiveView()->OnInitialUpdate();
-        CMDIChildWnd* const child = frame.get();
-        mainFrame.AddChild(std::move(frame));
+        CMDIChildWnd* const child = CreateNewFrame(mainFrame, *document);
+        if (!child) return;
         document->m_bAutoDelete = true;
         opened = document.release();
         child->ActivateFrame();
     };
     AfxGuardedCall(open, "\"" + strPathName + "\" was not opened. ");
     return opened;
+}
+
+CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const {
+    std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
+    if (!frame->LoadFrame(mainFrame, m_nIDResource, {&m_viewClass, &document, this})) return nullptr;
+    frame->GetActiveView()->OnInitialUpdate();
+    CMDIChildWnd* const child = frame.get();
+    mainFrame.AddChild(std::move(frame));
+    return child;
 }

@@ -9,6 +9,7 @@
 #include "framework/core/shell_registration.h"
 
 class CDocument;
+class CMDIChildWnd;
 class CMDIFrameWnd;
 
 class CMultiDocTemplate {
@@ -33,6 +34,9 @@ class CMultiDocTemplate {
     // Reads the file and shows it in a child window of its own. Null when that failed: it has been reported
     // then, and neither document nor window is left.
     CDocument* OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName);
+
+    // A child window for another look at the document, not shown yet. Null when the window cannot be made.
+    CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const;
 
   private:
     u32 m_nIDResource;

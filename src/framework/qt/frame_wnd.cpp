@@ -1,9 +1,13 @@
 #include "framework/qt/frame_wnd.h"
 
+#include "framework/core/resource.h"
 #include "framework/qt/control_bars.h"
+#include "framework/qt/key_locks.h"
 #include "framework/qt/view.h"
 
 #include <QMainWindow>
+
+#include <algorithm>
 
 CFrameWnd::CFrameWnd() = default;
 CFrameWnd::~CFrameWnd() = default;
@@ -18,6 +22,34 @@ int CFrameWnd::OnCreate(const CCreateContext& context) {
 
 void CFrameWnd::ShowControlBar(CControlBar* pBar, bool bShow) {
     pBar->ShowWindow(bShow);
+}
+
+CControlBar* CFrameWnd::GetControlBar(u32 nID) const {
+    const auto found = std::ranges::find(m_bars, nID, &CControlBar::GetDlgCtrlID);
+    return found == m_bars.end() ? nullptr : *found;
+}
+
+void CFrameWnd::SetMessageText(const std::string& strText) {
+    if (auto* const bar = static_cast<CStatusBar*>(GetControlBar(ID_VIEW_STATUS_BAR)))
+        bar->SetPaneText(0, strText.empty() ? AfxLoadString(AFX_IDS_IDLEMESSAGE) : strText);
+}
+
+void CFrameWnd::OnViewToolBar() {
+    CControlBar* const bar = GetControlBar(ID_VIEW_TOOLBAR);
+    ShowControlBar(bar, !bar->IsWindowVisible());
+}
+
+void CFrameWnd::OnViewStatusBar() {
+    CControlBar* const bar = GetControlBar(ID_VIEW_STATUS_BAR);
+    ShowControlBar(bar, !bar->IsWindowVisible());
+}
+
+void CFrameWnd::OnUpdateControlBarMenu(CCmdUI* pUi) {
+    pUi->SetCheck(GetControlBar(pUi->m_nID)->IsWindowVisible());
+}
+
+void CFrameWnd::OnUpdateKeyIndicator(CCmdUI* pUi) {
+    pUi->Enable(AfxIsLockOn(pUi->m_nID));
 }
 
 void CFrameWnd::UpdateControlBars() {

@@ -1,16 +1,15 @@
 #include "framework/qt/mdi.h"
 
-#include "framework/core/document.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
 #include "framework/qt/menu_bar.h"
-#include "framework/qt/view.h"
+#include "framework/qt/picture.h"
 #include "framework/qt/win_app.h"
 
-#include <QApplication>
 #include <QCloseEvent>
-#include <QLayout>
+#include <QCoreApplication>
+#include <QIcon>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -18,136 +17,9 @@
 #include <QMimeData>
 #include <QPointer>
 #include <QScreen>
-#include <QStyle>
+#include <QStatusTipEvent>
 
 #include <algorithm>
-
-// Child windows
-
-namespace {
-
-class SubWindow final : public QMdiSubWindow {
-  public:
-    explicit SubWindow(CMDIChildWnd& frame) : m_frame(frame) {}
-
-    // A picture can be smaller than any caption.
-    QSize minimumSizeHint() const override { return {1, 1}; }
-
-  protected:
-    void closeEvent(QCloseEvent* pEvent) override {
-        QMdiSubWindow::closeEvent(pEvent);
-        if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
-    }
-
-  private:
-    CMDIChildWnd& m_frame;
-};
-
-// A window that does not show yet is told of its new size only once it does.
-void LayOut(QWidget& widget) {
-    if (!widget.isVisible()) widget.layout()->invalidate();
-    widget.layout()->activate();
-}
-
-// The main window's layout moves a view without any area out of sight and leaves it its old size.
-bool IsLaidOut(const QRect& view) {
-    return view.right() >= 0 && view.bottom() >= 0;
-}
-
-constexpr QSize PROBE(256, 256);
-
-// Of a frame that no picture gives a size.
-constexpr QSize UNFITTED(400, 300);
-
-}  // namespace
-
-bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context) {
-    m_pMainFrame = &mainFrame;
-    m_pMenu = AfxFindMenu(nIDResource);
-    auto* const window = new SubWindow(*this);
-    Attach(window, mainFrame.GetMDIClient());
-    m_pBarHost = new QMainWindow;
-    m_pBarHost->setAnimated(false);
-    m_pBarHost->setWindowFlags(Qt::Widget);
-    window->setWidget(m_pBarHost);
-    window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
-    m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
-    mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
-    const int step = mainFrame.NextCascadeStep() *
-                     window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
-    window->setGeometry(QRect(QPoint(step, step), UNFITTED));
-    return OnCreate(context) != -1;
-}
-
-const MessageMap& CMDIChildWnd::GetMessageMap() const {
-    static constexpr MessageEntry entries[] = {
-        OnCommand<&CMDIChildWnd::OnFileClose>(ID_FILE_CLOSE),
-    };
-    static const MessageMap map = {&CFrameWnd::GetMessageMap(), entries};
-    return map;
-}
-
-void CMDIChildWnd::OnFileClose() {
-    SendMessageA(this, WM_CLOSE, 0, 0);
-}
-
-void CMDIChildWnd::ActivateFrame() {
-    GetSubWindow()->show();
-    m_pMainFrame->GetMDIClient()->GetArea()->setActiveSubWindow(GetSubWindow());
-}
-
-bool CMDIChildWnd::IsZoomed() const {
-    return GetSubWindow()->isMaximized();
-}
-
-bool CMDIChildWnd::IsIconic() const {
-    return GetSubWindow()->isMinimized();
-}
-
-void CMDIChildWnd::MDIMaximize() {
-    GetSubWindow()->showMaximized();
-}
-
-void CMDIChildWnd::MDIRestore() {
-    GetSubWindow()->showNormal();
-}
-
-CSize CMDIChildWnd::GetViewSize() {
-    QWidget* const window = GetWidget();
-    const auto layOut = [&] {
-        LayOut(*window);
-        LayOut(*m_pBarHost);
-        return GetActiveView()->GetWidget()->geometry();
-    };
-    QRect view = layOut();
-    if (IsLaidOut(view)) return {view.width(), view.height()};
-
-    // Seen at a size that shows it, the view tells how much of it is left at this one.
-    const QSize size = window->size();
-    window->resize(size + PROBE);
-    view = layOut();
-    window->resize(size);
-    layOut();
-    return {view.width() - PROBE.width(), view.height() - PROBE.height()};
-}
-
-QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {
-    return static_cast<QMdiSubWindow*>(GetWidget());
-}
-
-QMainWindow* CMDIChildWnd::GetBarHost() const {
-    return m_pBarHost;
-}
-
-bool CMDIChildWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
-    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || m_pMainFrame->RouteBehindChild(nID, nCode, pUi);
-}
-
-bool CMDIChildWnd::HasHandler(u32 nID, u32 nCode) const {
-    return CFrameWnd::HasHandler(nID, nCode) || m_pMainFrame->HasHandlerBehindChild(nID, nCode);
-}
-
-// Main window
 
 namespace {
 
@@ -158,6 +30,8 @@ class MainWindow final : public QMainWindow {
     explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) {
         setAnimated(false);
         setAcceptDrops(true);
+        // It would offer the bars by their names.
+        setContextMenuPolicy(Qt::NoContextMenu);
     }
 
   protected:
@@ -176,6 +50,13 @@ class MainWindow final : public QMainWindow {
         AfxGuardedCall([&] { AfxGetApp()->OpenLater(uris); });
     }
 
+    // Whatever the pointer or the keyboard goes over says what it does, and nothing once they leave it.
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::StatusTip) return QMainWindow::event(pEvent);
+        m_frame.SetMessageText(static_cast<QStatusTipEvent*>(pEvent)->tip().toStdString());
+        return true;
+    }
+
     void closeEvent(QCloseEvent*) override {
         AfxGuardedCall([&] { m_frame.DestroyChildren(); });
         QCoreApplication::exit(0);
@@ -192,6 +73,8 @@ constexpr int CASCADE_STEPS = 10;
 
 void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
     auto* const area = new QMdiArea;
+    // When a child closes, the one that was active before is the next one.
+    area->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     frame.GetBarHost()->setCentralWidget(area);
@@ -218,8 +101,11 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     const QSize screen = window->screen()->availableGeometry().size();
     window->resize(screen.width() * 3 / 4, screen.height() * 3 / 4);
     m_pMenu = AfxFindMenu(nIDResource);
+    window->setWindowIcon(AfxLoadIcon(nIDResource));
     AfxAddAccelerators(*window, *this);
+    AddCloseKey();
     if (OnCreate({}) == -1) return false;
+    SetMessageText({});
     UpdateMenu();
     return true;
 }
@@ -245,7 +131,9 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
     QMetaObject::invokeMethod(
         m_wndMDIClient.GetArea(),
         [this, pChild, window] {
-            if (window) std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            if (!window) return;
+            std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            UpdateFrameCounts();
         },
         Qt::QueuedConnection);
 }
@@ -280,6 +168,7 @@ void CMDIFrameWnd::UpdateMenu() {
     if (!wanted || (m_pShownMenu && m_pShownMenu->popups.data() == wanted->popups.data())) return;
     m_pShownMenu = wanted;
     AfxFillMenuBar(*GetBarHost()->menuBar(), *wanted, *this);
+    if (QMenu* const menu = AfxFindPopup(*GetBarHost()->menuBar(), ID_WINDOW_ARRANGE)) AddWindowList(*menu);
 }
 
 u32 CMDIFrameWnd::GetMenuState(u32 nID) const {

@@ -7,6 +7,7 @@ class CMDIFrameWnd;
 struct MenuResource;
 class QMdiArea;
 class QMdiSubWindow;
+class QMenu;
 
 // The area of the main window that the child windows stand in. It scrolls when one of them reaches beyond it.
 class CMDIClientWnd : public CWnd {
@@ -24,7 +25,7 @@ class CMDIChildWnd : public CFrameWnd {
     // active one. False when OnCreate refuses.
     bool LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context);
 
-    // Shows it in front of the others.
+    // Shows it in front of the others; a minimised one is restored.
     void ActivateFrame();
 
     bool IsZoomed() const;  // fills the whole area
@@ -36,10 +37,14 @@ class CMDIChildWnd : public CFrameWnd {
     // these alone do not find room.
     CSize GetViewSize();
 
+    // Only over the active child, and not when that shows its caption only.
+    bool ShowsFloatingBars() const override;
+
     QMdiSubWindow* GetSubWindow() const;
     QMainWindow* GetBarHost() const override;
     CMDIFrameWnd& GetMDIFrame() const { return *m_pMainFrame; }
     const MenuResource* GetMenuResource() const { return m_pMenu; }
+    const CMultiDocTemplate& GetDocTemplate() const { return *m_pTemplate; }
 
     // Behind the view, its document and the child frame come the main frame and the application.
     bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
@@ -50,8 +55,10 @@ class CMDIChildWnd : public CFrameWnd {
 
   private:
     void OnFileClose();
+    void OnOtherPane();
 
     CMDIFrameWnd* m_pMainFrame = nullptr;
+    const CMultiDocTemplate* m_pTemplate = nullptr;
     const MenuResource* m_pMenu = nullptr;
     QMainWindow* m_pBarHost = nullptr;  // the sub-window's
 };
@@ -69,7 +76,7 @@ class CMDIFrameWnd : public CFrameWnd {
 
     // Children in the order in which they were opened.
     const std::vector<std::unique_ptr<CMDIChildWnd>>& GetChildren() const { return m_children; }
-    void AddChild(std::unique_ptr<CMDIChildWnd> pChild) { m_children.push_back(std::move(pChild)); }
+    void AddChild(std::unique_ptr<CMDIChildWnd> pChild);
 
     // How many captions below the area's corner the next child opens.
     int NextCascadeStep();
@@ -95,9 +102,18 @@ class CMDIFrameWnd : public CFrameWnd {
 
   protected:
     int OnCreate(const CCreateContext& context) override;
+    const MessageMap& GetMessageMap() const override;
 
   private:
     friend class CMDIChildWnd;
+    void AddCloseKey();
+    void OnWindowNew();
+    void OnWindowArrange();
+    void OnWindowCascade();
+    void OnWindowTile();
+    void AddWindowList(QMenu& menu);
+    void FillWindowList(QMenu& menu);
+    void UpdateFrameCounts();
     bool RouteBehindChild(u32 nID, u32 nCode, CCmdUI* pUi);
     bool HasHandlerBehindChild(u32 nID, u32 nCode) const;
     void UpdateFrameTitle();

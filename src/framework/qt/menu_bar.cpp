@@ -54,6 +54,7 @@ void UpdateMenu(QMenu& menu, CFrameWnd& frame) {
 void AddItem(QMenu& menu, u32 nID, const QString& text, CFrameWnd& frame) {
     QAction* const action = menu.addAction(text);
     action->setData(nID);
+    action->setStatusTip(ToDisplayText(AfxLoadPrompt(nID)));
     QObject::connect(action, &QAction::triggered, &menu,
                      [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); }); });
 }
@@ -84,26 +85,36 @@ void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame) {
         FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, frame);
 }
 
+QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {
+    for (const QAction* const title : bar.actions())
+        for (const QAction* const action : title->menu()->actions())
+            if (action->data().toUInt() == nID) return title->menu();
+    return nullptr;
+}
+
 void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
     for (const AcceleratorResource& accelerator : AfxGetAccelerators()) {
         auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
         QObject::connect(shortcut, &QShortcut::activated, &window, [&frame, nID = accelerator.nId] {
             AfxGuardedCall([&] {
-                EnabledCmdUI ui(nID);
-                ui.DoUpdate(frame, true);
-                if (ui.m_bEnabled) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
+                if (AfxIsCommandEnabled(frame, nID)) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
             });
         });
     }
 }
 
+bool AfxIsCommandEnabled(CFrameWnd& frame, u32 nID) {
+    EnabledCmdUI ui(nID);
+    ui.DoUpdate(frame, true);
+    return ui.m_bEnabled;
+}
+
 u32 AfxGetMenuState(QMenuBar& bar, u32 nID) {
     for (const QAction* const title : bar.actions()) {
-        for (const QAction* const action : title->menu()->actions()) {
-            if (action->isSeparator() || action->data().toUInt() != nID) continue;
-            emit title->menu()->aboutToShow();
-            return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
-        }
+        emit title->menu()->aboutToShow();
+        for (const QAction* const action : title->menu()->actions())
+            if (!action->isSeparator() && action->data().toUInt() == nID)
+                return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
     }
     return MF_MISSING;
 }

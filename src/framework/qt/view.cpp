@@ -3,6 +3,7 @@
 #include "framework/core/document.h"
 #include "framework/qt/dc.h"
 #include "framework/qt/mdi.h"
+#include "framework/qt/printing.h"
 #include "framework/qt/win_app.h"
 
 #include <QPaintEvent>
@@ -69,6 +70,33 @@ void CView::Paint(CDC& dc) {
         m_bDrawFailed = true;
         AfxReportLater(std::current_exception());
     }
+}
+
+bool CView::OnPreparePrinting(CPrintInfo*) {
+    return true;
+}
+
+bool CView::DoPreparePrinting(CPrintInfo* pInfo) {
+    return AfxPreparePrinting(*pInfo);
+}
+
+bool CView::Print(bool bDirect) {
+    CPrintInfo info = {&AfxGetPrinter(), bDirect};
+    if (!OnPreparePrinting(&info)) return false;
+    AfxPrintView(*this, info);
+    return true;
+}
+
+void CView::OnFilePrint() {
+    Print(false);
+}
+
+void CView::OnFilePrintDirect() {
+    Print(true);
+}
+
+void CView::OnFilePrintPreview() {
+    AfxPreviewView(*this);
 }
 
 bool CView::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {

@@ -6,6 +6,7 @@
 class CDC;
 class CDocument;
 class CFrameWnd;
+struct CPrintInfo;
 
 class CView : public CWnd {
   public:
@@ -28,12 +29,30 @@ class CView : public CWnd {
 
     virtual void OnDraw(CDC* pDC) = 0;
 
+    // Puts the view on a page. False when the user thinks better of it, or cannot: that has been told then.
+    bool Print(bool bDirect);
+
+    // Printing goes through these: asking, which false ends, and then the page, which is drawn as the screen
+    // is.
+    virtual bool OnPreparePrinting(CPrintInfo* pInfo);
+    virtual void OnBeginPrinting(CDC*, CPrintInfo*) {}
+    virtual void OnPrint(CDC* pDC, CPrintInfo*) { OnDraw(pDC); }
+    virtual void OnEndPrinting(CDC*, CPrintInfo*) {}
+
     // Draws the exposed part. An exception leaves the view empty until the next update.
     void Paint(CDC& dc);
 
     // The view comes first, then its document.
     bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
     bool HasHandler(u32 nID, u32 nCode) const override;
+
+  protected:
+    bool DoPreparePrinting(CPrintInfo* pInfo);
+
+    // For the message map of a view that prints.
+    void OnFilePrint();
+    void OnFilePrintDirect();
+    void OnFilePrintPreview();
 
   private:
     CDocument* m_pDocument = nullptr;

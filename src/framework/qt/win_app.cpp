@@ -6,6 +6,8 @@
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/key_locks.h"
+#include "framework/qt/printing.h"
 #include "framework/qt/shell_open.h"
 #include "framework/qt/view.h"
 
@@ -13,6 +15,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 
 #include <cassert>
@@ -32,6 +35,8 @@ class ToolkitApplication final : public QApplication {
     // Every entry into the program has its own border; this one is for those of the toolkit itself.
     bool notify(QObject* pReceiver, QEvent* pEvent) override {
         bool handled = false;
+        if (pEvent->type() == QEvent::KeyPress && pEvent->spontaneous())
+            AfxTrackLocks(*static_cast<QKeyEvent*>(pEvent));
         try {
             handled = QApplication::notify(pReceiver, pEvent);
         } catch (...) {
@@ -85,6 +90,8 @@ class BoxAnswers final : public Answers {
             paths.push_back(QFile::encodeName(file).toStdString());
         return paths;
     }
+
+    int Dialog(u32, ModalDialog& dialog) override { return dialog.Wait(); }
 
   private:
     static QString NameFilter(const FileFilter& filter) {
@@ -159,7 +166,11 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
         default:
             break;
     }
-    if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM")) return SayNoDisplay();
+    // A page needs no screen, and what there is to say of it no box.
+    if (info.IsPrint())
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    else if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM"))
+        return SayNoDisplay();
 
     // The words of the command line are this program's; the toolkit gets none of them.
     static int toolkitArgc = 1;
@@ -169,7 +180,7 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
     qInstallMessageHandler(before);
     TellVersion(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
-    InstallAnswers(&g_answers);
+    if (!info.IsPrint()) InstallAnswers(&g_answers);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      g_pToolkit.get(), [] { g_pApp->OnIdle(); });
     return std::nullopt;
@@ -177,6 +188,7 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
 
 void AfxWinTerm() {
     g_pApp->ExitInstance();
+    AfxReleasePrinter();
     InstallAnswers(nullptr);
     g_pToolkit.reset();
 }
@@ -208,6 +220,7 @@ bool CWinApp::InitInstance() {
 const MessageMap& CWinApp::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
         OnCommand<&CWinApp::OnFileOpen>(ID_FILE_OPEN),
+        OnCommand<&CWinApp::OnFilePrintSetup>(ID_FILE_PRINT_SETUP),
         OnCommand<&CWinApp::OnAppExit>(ID_APP_EXIT),
     };
     static const MessageMap map = {&CCmdTarget::GetMessageMap(), entries};
@@ -221,6 +234,10 @@ void CWinApp::OnFileOpen() {
     const std::string last = m_recentFiles.GetSize() > 0 ? m_recentFiles[0] : "";
     for (const std::string& path : CurrentAnswers().OpenFiles(filters, last.substr(0, last.rfind('/') + 1)))
         OpenDocumentFile(path);
+}
+
+void CWinApp::OnFilePrintSetup() {
+    AfxSetUpPrinter();
 }
 
 void CWinApp::OnAppExit() {
@@ -246,7 +263,21 @@ void CWinApp::ParseCommandLine(CCommandLineInfo& info) const {
     info.ParseCommandLine(m_nArgc, m_pArgv);
 }
 
+// One that ends in an exception ends the program with the status of a failure.
+bool CWinApp::Print(const CCommandLineInfo& info) {
+    if (info.m_nShellCommand == CCommandLineInfo::FilePrintTo && !AfxSelectPrinter(info.m_strPrinterName)) {
+        AfxMessageBox("There is no printer \"" + info.m_strPrinterName + "\".");
+        return false;
+    }
+    const CDocument* const document = OpenDocumentFile(info.m_strFileNames[0]);
+    return document && document->GetViews()[0]->Print(true);
+}
+
 bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
+    if (info.IsPrint()) {
+        if (Print(info)) m_nExitStatus = EXIT_SUCCESS;
+        return false;
+    }
     const bool isDde = info.m_nShellCommand == CCommandLineInfo::FileDDE;
     if (isDde && HandOver(info.m_strFileNames)) {
         m_nExitStatus = EXIT_SUCCESS;

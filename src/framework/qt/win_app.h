@@ -53,8 +53,9 @@ class CWinApp : public CCmdTarget {
 
     void ParseCommandLine(CCommandLineInfo& info) const;
 
-    // Opens the files in their order, in the program that runs already where the command line asks for that.
-    // False when the program is to end: it has handed them over, or all of them failed.
+    // Opens the files in their order, in the program that runs already where the command line asks for that,
+    // or prints one. False when the program is to end: it has handed them over, the page is done, or all of
+    // them failed.
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
     // The file goes to the template of its extension, to the first one where it has none. One that is open
@@ -84,6 +85,7 @@ class CWinApp : public CCmdTarget {
 
     // Opens what the user chooses; the dialog offers one filter for each template, and then all files.
     void OnFileOpen();
+    void OnFilePrintSetup();
     void OnAppExit();
 
   private:
@@ -98,6 +100,7 @@ class CWinApp : public CCmdTarget {
     bool HandOver(const std::vector<std::string>& paths) const;
     bool CanOpenRequests() const;
     void OpenRequests();
+    bool Print(const CCommandLineInfo& info);
 
     std::vector<std::unique_ptr<CMultiDocTemplate>> m_templates;
     int m_nArgc = 0;

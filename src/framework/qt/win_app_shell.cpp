@@ -57,7 +57,7 @@ bool CWinApp::HasHandler(u32 nID, u32 nCode) const {
 void CWinApp::OnUpdateRecentFile(u32 nIndex, CCmdUI& ui) const {
     const bool there = nIndex < m_recentFiles.GetSize();
     ui.SetText(there ? m_recentFiles.GetDisplayName(nIndex) : nIndex == 0 ? "Recent File" : "");
-    ui.SetPrompt(there ? m_recentFiles[nIndex] : "");
+    ui.SetPrompt(there ? m_recentFiles[nIndex] : AfxLoadPrompt(ID_FILE_MRU_FILE1));
     ui.Enable(there);
 }
 
@@ -126,7 +126,11 @@ void CWinApp::RegisterShellFileTypes() const {
 
 // Requests of the desktop
 
+// A copy that prints and ends is none to open files in.
 void CWinApp::EnableShellOpen() {
+    CCommandLineInfo info;
+    ParseCommandLine(info);
+    if (info.IsPrint()) return;
     m_pShellOpen = std::make_unique<ShellOpen>(
         AfxLoadString(AFX_IDS_SHELL_NAME), [this](const std::vector<std::string>& uris) { OpenLater(uris); });
 }

@@ -56,6 +56,7 @@ void CWnd::ShowWindow(bool bShow) {
 
 void CWnd::SetWindowText(const std::string& strText) {
     m_pWidget->setWindowTitle(ToDisplayText(strText));
+    m_pWidget->setAccessibleName(ToDisplayText(strText));
 }
 
 std::string CWnd::GetWindowText() const {

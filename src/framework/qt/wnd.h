@@ -44,6 +44,8 @@ class CWnd : public CCmdTarget {
     bool IsWindowVisible() const;
 
     void ShowWindow(bool bShow);
+
+    // The window's caption. One that shows none is still called so by what reads the screen aloud.
     void SetWindowText(const std::string& strText);
     std::string GetWindowText() const;  // UTF-8
 

@@ -1,0 +1,5 @@
+#include "app/about_dialog.h"
+
+#include "app/resource_ids.h"
+
+CAboutDlg::CAboutDlg() : CDialog(IDD_ABOUT) {}

@@ -1,0 +1,9 @@
+// The box that tells the program's name and version.
+#pragma once
+
+#include "framework/qt/dialog.h"
+
+class CAboutDlg : public CDialog {
+  public:
+    CAboutDlg();
+};

@@ -1,0 +1,38 @@
+// Printing: the printer that the program prints on, the questions about it, and the page that a view is put
+// on. Without any printer, pages go to PDF files.
+#pragma once
+
+#include "framework/core/answers.h"
+
+#include <string>
+
+class CView;
+class QPrinter;
+
+// One printing of one view.
+struct CPrintInfo {
+    QPrinter* m_pPrinter;     // borrowed
+    bool m_bDirect = false;   // without asking
+    bool m_bPreview = false;  // on the screen
+};
+
+// Of the Print dialog: the PDF file to make, empty to print on paper.
+constexpr u32 AFX_IDC_PRINT_FILE = 1154;
+
+// The program's printer, with the settings that the user gave it. Made when it is first asked for.
+QPrinter& AfxGetPrinter();
+
+// Makes it the one of this name, or the PDF file where the name ends in .pdf. False when there is none.
+bool AfxSelectPrinter(const std::string& strName);
+
+// To be called before the toolkit goes.
+void AfxReleasePrinter();
+
+// The Print dialog, or, without asking, whether there is a printer; the user is told when there is none.
+bool AfxPreparePrinting(CPrintInfo& info);
+
+// Puts the view on one page. Throws when the page cannot be made.
+void AfxPrintView(CView& view, CPrintInfo& info);
+
+void AfxPreviewView(CView& view);
+void AfxSetUpPrinter();

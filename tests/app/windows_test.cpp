@@ -1,0 +1,101 @@
+// Several child windows: their commands, their titles and the list of them.
+
+#include "framework/core/document.h"
+#include "framework/qt/menu_bar.h"
+#include "window_case.h"
+
+#include <QDockWidget>
+#include <QMdiSubWindow>
+
+namespace {
+
+std::vector<std::string> Titles() {
+    std::vector<std::string> titles;
+    for (const auto& child : theApp.m_pMainWnd->GetChildren()) titles.push_back(child->GetWindowText());
+    return titles;
+}
+
+}  // namespace
+
+TEST_F(WindowTest, ASecondWindowOnADocumentHasAChoiceOfItsOwnAndClosesAlone) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    const auto level = [](u32 width, u32 height) { return List("ILBM", {Picture(width, height)}); };
+    CDocument* const document =
+        OpenFile(List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {1, 0})}), level(32, 12)}));
+    ASSERT_TRUE(document);
+    View().FitFrameToImage(3.0f);
+    main.OnCmdMsg(ID_WINDOW_NEW, CN_COMMAND, nullptr);
+    EXPECT_EQ(Titles(), std::vector<std::string>({"picture.iff:1", "picture.iff:2"}));
+    EXPECT_EQ(main.MDIGetActive(), &Frame());
+    EXPECT_EQ(View().GetDocument(), document);
+    EXPECT_EQ(ClientSize(), (CSize{64, 24}));
+
+    SendMessageA(&Frame().m_wndLayerCombo, WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_EQ(View().m_nWidth, 32u);
+    const auto& first = static_cast<CVistrelView&>(*main.GetChildren()[0]->GetActiveView());
+    EXPECT_EQ(first.m_nWidth, 64u);
+    EXPECT_EQ(first.m_fScale, 3.0f);
+
+    ASSERT_TRUE(OpenFile(Picture(8, 8), "other.iff"));
+    theApp.PumpMessages();
+    EXPECT_EQ(main.GetMenuState(AFX_IDM_FIRST_MDICHILD), 0u);
+    EXPECT_EQ(main.GetMenuState(AFX_IDM_FIRST_MDICHILD + 2), MF_CHECKED);
+    EXPECT_EQ(main.GetMenuState(AFX_IDM_FIRST_MDICHILD + 3), MF_MISSING);
+
+    main.GetChildren()[0]->OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
+    EXPECT_TRUE(WaitFor([] { return Titles() == std::vector<std::string>{"picture.iff", "other.iff"}; }));
+    EXPECT_EQ(document->GetViews().size(), 1u);
+}
+
+TEST_F(WindowTest, WindowsAreCascadedTiledAndTheirIconsArranged) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    for (const char* name : {"a.iff", "b.iff", "c.iff"}) ASSERT_TRUE(OpenFile(Picture(40, 30), name));
+    const auto place = [&](std::size_t i) { return main.GetChildren()[i]->GetWindowRect(); };
+    main.OnCmdMsg(ID_WINDOW_TILE_HORZ, CN_COMMAND, nullptr);
+    for (const auto& [i, j] : {std::pair{0u, 1u}, {1u, 2u}, {0u, 2u}})
+        EXPECT_TRUE(place(i).right <= place(j).left || place(j).right <= place(i).left ||
+                    place(i).bottom <= place(j).top || place(j).bottom <= place(i).top)
+            << i << " and " << j;
+    main.OnCmdMsg(ID_WINDOW_CASCADE, CN_COMMAND, nullptr);
+    EXPECT_NE(place(0).left, place(1).left);
+    EXPECT_EQ(place(0).Width(), place(2).Width());
+
+    for (const std::size_t i : {0u, 2u}) {
+        main.GetChildren()[i]->GetSubWindow()->showMinimized();
+        main.GetChildren()[i]->MoveWindow({70, 50, 266, 74});
+    }
+    main.OnCmdMsg(ID_WINDOW_ARRANGE, CN_COMMAND, nullptr);
+    EXPECT_EQ(place(0).bottom, place(2).bottom);
+    EXPECT_EQ(place(0).right, place(2).left);
+    EXPECT_EQ(place(0).bottom, main.GetMDIClient()->GetWindowRect().bottom);
+}
+
+TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCommand) {
+    CMDIFrameWnd& main = *theApp.m_pMainWnd;
+    ASSERT_TRUE(OpenFile(Picture(60, 40)));
+    CChildFrame& frame = Frame();
+    auto* const bar = static_cast<QDockWidget*>(frame.m_wndLayerBar.GetWidget());
+    const auto showsWhen = [&](bool shows) { return WaitFor([&] { return bar->isVisible() == shows; }); };
+    const int docked = View().GetClientRect().Height();
+    bar->setFloating(true);
+    EXPECT_EQ(frame.m_wndLayerBar.GetWindowText(), "Layers & Channels");
+    EXPECT_GT(View().GetClientRect().Height(), docked);
+    EXPECT_EQ((theApp.PumpMessages(), bar->isVisible()), true);
+
+    ASSERT_TRUE(OpenFile(Picture(8, 8), "other.iff"));
+    EXPECT_TRUE(showsWhen(false));
+    frame.ActivateFrame();
+    EXPECT_TRUE(showsWhen(true));
+    frame.GetSubWindow()->showMinimized();
+    EXPECT_TRUE(showsWhen(false));
+    frame.MDIRestore();
+    EXPECT_TRUE(showsWhen(true));
+
+    bar->close();
+    EXPECT_EQ((theApp.PumpMessages(), main.GetMenuState(ID_TOGGLE_LAYER_BAR)), 0u);
+    main.OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
+    EXPECT_TRUE(bar->isVisible() && bar->isFloating());
+    bar->setFloating(false);
+    EXPECT_EQ((theApp.PumpMessages(), bar->isVisible()), true);
+    EXPECT_EQ(bar->allowedAreas(), Qt::TopDockWidgetArea | Qt::BottomDockWidgetArea);
+}
