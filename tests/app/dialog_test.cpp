@@ -43,7 +43,7 @@ TEST_F(WindowTest, PrintingAsksAndMakesNothingWhenItIsCancelled) {
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
     const std::filesystem::path file = m_folder / "page.pdf";
     for (const int answer : {IDCANCEL, IDOK}) {
-        m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        m_answers.m_nextDialog = [&file, answer](ModalDialog& dialog) {
             dialog.SetItemText(AFX_IDC_PRINT_FILE, file);
             return answer;
         };

@@ -28,6 +28,9 @@ class SubWindow final : public QMdiSubWindow {
     // A picture can be smaller than any caption.
     QSize minimumSizeHint() const override { return {1, 1}; }
 
+    // What the toolkit gives each window of a cascade: they are to show more of themselves than their bars.
+    QSize sizeHint() const override { return parentWidget()->size() * 3 / 4; }
+
   protected:
     // The caption shows the name of the file; its tip shows where it is.
     bool event(QEvent* pEvent) override {
