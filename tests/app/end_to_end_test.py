@@ -31,6 +31,12 @@ def wait_for(condition, what):
     raise AssertionError(f"waited in vain for {what}")
 
 
+def private_home(folder):
+    """What keeps the program's settings and registrations in the folder, and away from a session bus."""
+    return {"XDG_CONFIG_HOME": os.path.join(folder, "config"), "XDG_DATA_HOME": os.path.join(folder, "data"),
+            "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
+
+
 class Screen:
     """An X server without a window manager."""
 
@@ -44,12 +50,9 @@ class Screen:
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             self.display = ":" + pipe.readline().strip()
-        self.environment = {**os.environ, "DISPLAY": self.display}
+        self.environment = {**os.environ, **private_home(folder), "DISPLAY": self.display}
         self.environment.pop("QT_QPA_PLATFORM", None)
         self.environment.pop("WAYLAND_DISPLAY", None)
-        self.environment["XDG_CONFIG_HOME"] = os.path.join(folder, "config")
-        self.environment["XDG_DATA_HOME"] = os.path.join(folder, "data")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:"
         # In a build with sanitizers a fault of the program is no status of its own; what the bus library keeps
         # is none of it.
         suppressions = os.path.join(folder, "suppressions")
@@ -196,11 +199,15 @@ class EndToEndTest(ProgramTest):
 
 
 class WithoutScreenTest(unittest.TestCase):
+    def setUp(self):
+        self.home = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
+        self.addCleanup(self.home.cleanup)
+
     def run_program(self, *words, **variables):
         environment = {key: value for key, value in os.environ.items()
                        if key not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-        return subprocess.run([PROGRAM, *words], env={**environment, **variables}, capture_output=True, text=True,
-                              timeout=DEADLINE)
+        return subprocess.run([PROGRAM, *words], env={**environment, **private_home(self.home.name), **variables},
+                              capture_output=True, text=True, timeout=DEADLINE)
 
     def test_answers_that_need_none(self):
         for words, status, out, err in [(["--help"], 0, "usage:", ""), (["--version", "x.iff"], 0, "1.12", ""),
