@@ -59,9 +59,10 @@ TEST_F(WindowTest, WindowsAreCascadedTiledAndTheirIconsArranged) {
     }
     for (const std::size_t i : {0u, 2u}) {
         main.GetChildren()[i]->GetSubWindow()->showMinimized();
-        main.GetChildren()[i]->MoveWindow({70, 50, 266, 74});
+        main.GetChildren()[i]->GetSubWindow()->move(70, 50);
     }
     main.OnCmdMsg(ID_WINDOW_ARRANGE, CN_COMMAND, nullptr);
+    EXPECT_GT(place(0).Width(), 100);
     EXPECT_EQ(place(0).bottom, place(2).bottom);
     EXPECT_EQ(place(0).right, place(2).left);
     EXPECT_EQ(place(0).bottom, main.GetMDIClient()->GetWindowRect().bottom);

@@ -72,6 +72,9 @@ void DressBar(QDockWidget& bar, bool bFloating) {
     bar.setFeatures(features);
     QWidget* const before = bar.titleBarWidget();
     bar.setTitleBarWidget(bFloating ? nullptr : new Grip(bar));
+    // Nothing around a floating bar is narrower than its controls.
+    if (QWidget* const controls = bar.widget())
+        controls->setMinimumWidth(bFloating ? controls->sizeHint().width() : 0);
     // It may be what the pointer that drags the bar away went down on.
     if (before) before->deleteLater();
 }

@@ -25,8 +25,10 @@ class SubWindow final : public QMdiSubWindow {
   public:
     explicit SubWindow(CMDIChildWnd& frame) : m_frame(frame) {}
 
-    // A picture can be smaller than any caption.
-    QSize minimumSizeHint() const override { return {1, 1}; }
+    // A picture can be smaller than any caption; a minimised window is nothing but its caption.
+    QSize minimumSizeHint() const override {
+        return isMinimized() ? QMdiSubWindow::minimumSizeHint() : QSize(1, 1);
+    }
 
     // What the toolkit gives each window of a cascade: they are to show more of themselves than their bars.
     QSize sizeHint() const override { return parentWidget()->size() * 3 / 4; }
