@@ -19,6 +19,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QStyle>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -248,6 +249,11 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
             if (window) std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
         },
         Qt::QueuedConnection);
+}
+
+bool CMDIFrameWnd::IsExposed() const {
+    const QWindow* const window = GetWidget()->windowHandle();
+    return window && window->isExposed();
 }
 
 void CMDIFrameWnd::BringToFront() {
