@@ -38,6 +38,7 @@ class Screen:
     """Xvfb keeps what it shows in a file, an X window dump: header, colours, then four bytes for each pixel."""
 
     def __init__(self, folder):
+        self.folder = folder  # the program's home too, while it is measured
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1600x1200x24", "-fbdir",
                                         folder, "-nolisten", "tcp", "-noreset"], pass_fds=[write_end],
@@ -69,7 +70,9 @@ def wait(condition):
 
 def run(screen, command, place):
     """Milliseconds until the pixel at that place has the mark's colour; without one, the place of the last."""
-    environment = {**os.environ, "DISPLAY": screen.display, "QT_QPA_PLATFORM": "xcb"}
+    environment = {**os.environ, "DISPLAY": screen.display, "QT_QPA_PLATFORM": "xcb",
+                   "XDG_CONFIG_HOME": os.path.join(screen.folder, "config"),
+                   "XDG_DATA_HOME": os.path.join(screen.folder, "data")}
     start = time.perf_counter()
     program = subprocess.Popen(command, env=environment)
     wait((lambda: screen.shows_mark(place)) if place else screen.find_mark)

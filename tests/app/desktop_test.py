@@ -63,10 +63,10 @@ class DesktopTest(ProgramTest):
         self.hand_over(paths[3])
         self.call("Open", "['file://%s']" % self.path("by%20bus.iff"), "{}")
         self.path("by bus.iff", picture())
-        self.assertEqual(self.recent(), [names[2], names[1], names[0], b"first.iff"])
+        wait_for(lambda: self.recent() == [names[2], names[1], names[0], b"first.iff"], "the recent files")
         self.screen.press(box, "Return")
         self.wait_for_title("by bus.iff")
-        self.assertEqual(self.recent()[:3], [b"by bus.iff", names[3], names[2]])
+        wait_for(lambda: self.recent()[:3] == [b"by bus.iff", names[3], names[2]], "the recent files")
         self.assertEqual(self.screen.windows(TITLE), [])
         self.call("Activate", "{}")
 

@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
+#include <filesystem>
 
 namespace {
 
@@ -50,13 +51,16 @@ ProfileSection IniProfile::ReadSection(const std::string& strSection) const {
 bool IniProfile::ChangeSection(const std::string& strSection,
                                const std::function<void(ProfileSection&)>& change) {
     const QString folder = QFile::decodeName(m_strFolder.c_str());
-    const QString path = QFile::decodeName(m_strPath.c_str());
     if (!QDir().mkpath(folder)) return false;
     const FileLock lock(m_strFolder + "/.lock");
     if (!lock.IsHeld()) return false;
     const QTemporaryDir beside(folder + QStringLiteral("/.new-XXXXXX"));
     const QString copy = beside.filePath(QStringLiteral("settings.ini"));
-    if (!beside.isValid() || (QFile::exists(path) && !QFile::copy(path, copy))) return false;
+    std::error_code failed;
+    if (!beside.isValid()) return false;
+    if (std::filesystem::exists(m_strPath, failed) &&
+        !std::filesystem::copy_file(m_strPath, QFile::encodeName(copy).toStdString(), failed))
+        return false;
 
     QSettings settings(copy, QSettings::IniFormat);
     const QString section = QString::fromStdString(strSection);

@@ -18,6 +18,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QStatusTipEvent>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -136,6 +137,11 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
             UpdateFrameCounts();
         },
         Qt::QueuedConnection);
+}
+
+bool CMDIFrameWnd::IsExposed() const {
+    const QWindow* const window = GetWidget()->windowHandle();
+    return window && window->isExposed();
 }
 
 void CMDIFrameWnd::BringToFront() {

@@ -88,6 +88,9 @@ class CMDIFrameWnd : public CFrameWnd {
     // What the menu item of a command shows; MF_ bits.
     u32 GetMenuState(u32 nID) const;
 
+    // Whether anything of it is on the screen.
+    bool IsExposed() const;
+
     // In front of other programs, and no longer minimised.
     void BringToFront();
 

@@ -319,6 +319,7 @@ void CWinApp::OnIdle() {
     if (m_bInIdle) return;
     m_bInIdle = true;
     try {
+        WriteRecentFilesWhenSeen();
         m_pMainWnd->OnIdle();
         m_bIdleFailed = false;
     } catch (...) {

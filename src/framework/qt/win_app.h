@@ -95,6 +95,7 @@ class CWinApp : public CCmdTarget {
     CMDIChildWnd* FindOpen(const std::string& strPathName) const;
     void AddToRecentFileList(const std::string& strPathName);
     void WriteRecentFileList();
+    void WriteRecentFilesWhenSeen();
     void OnUpdateRecentFile(u32 nIndex, CCmdUI& ui) const;
     void OnOpenRecentFile(u32 nIndex);
     bool HandOver(const std::vector<std::string>& paths) const;
@@ -111,6 +112,8 @@ class CWinApp : public CCmdTarget {
     std::unique_ptr<ShellOpen> m_pShellOpen;
     std::deque<std::vector<std::string>> m_requests;  // lists of URIs that wait to be opened
     bool m_bInRequest = false;
+    bool m_bRecentFilesChanged = false;  // since they were last written, or could not be
+    bool m_bSeen = false;                // the main window has been on the screen
     bool m_bInIdle = false;
     bool m_bIdleFailed = false;  // reported once, until the handlers run through again
 };

@@ -29,12 +29,20 @@ void CWinApp::LoadStdProfileSettings(u32 nMaxMRU) {
 
 void CWinApp::AddToRecentFileList(const std::string& strPathName) {
     m_recentFiles.Add(strPathName);
-    WriteRecentFileList();
+    m_bRecentFilesChanged = true;
 }
 
 // What cannot be written now is with the next change, or at the end.
 void CWinApp::WriteRecentFileList() {
+    m_bRecentFilesChanged = false;
     if (m_pProfile) m_recentFiles.WriteList(*m_pProfile);
+}
+
+// The disk takes its time, so the picture comes first: at the start that is when its window has come to the
+// screen, and later whenever nothing is left to be drawn.
+void CWinApp::WriteRecentFilesWhenSeen() {
+    m_bSeen = m_bSeen || m_pMainWnd->IsExposed();
+    if (m_bSeen && m_bRecentFilesChanged) WriteRecentFileList();
 }
 
 bool CWinApp::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
@@ -66,7 +74,7 @@ void CWinApp::OnOpenRecentFile(u32 nIndex) {
     const std::string path = m_recentFiles[nIndex];
     if (OpenDocumentFile(path)) return;
     m_recentFiles.Remove(path);
-    WriteRecentFileList();
+    m_bRecentFilesChanged = true;
 }
 
 // Registration with the desktop
