@@ -1,11 +1,11 @@
 #include "chunks/body_chunk.h"
 
 #include "chunks/byte_run.h"
-#include "chunks/plane_rows.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/pixels.h"
 #include "support/random.h"
+#include "support/table.h"
 
 #include <gtest/gtest.h>
 
@@ -46,26 +46,20 @@ class PlainDecoder {
         if (Remaining() == 0) return false;
         if (m_nLiterals > 0) {
             --m_nLiterals;
-            byte = m_data[m_nCursor++];
-            return true;
+            return FetchRaw(byte);
         }
-        if (m_nRepeats > 0) {
-            byte = m_data[m_nCursor];
-            if (--m_nRepeats == 0) ++m_nCursor;
-            return true;
-        }
-        u32 control = 128;
-        while (control == 128) {
-            control = m_data[m_nCursor++];
-            if (Remaining() == 0) return false;
+        if (m_nRepeats == 0) {
+            u32 control = 128;
+            while (control == 128) {
+                control = m_data[m_nCursor++];
+                if (Remaining() == 0) return false;
+            }
+            m_nLiterals = control < 128 ? control : 0;
+            if (control < 128) return FetchRaw(byte);
+            m_nRepeats = 257 - control;
         }
         byte = m_data[m_nCursor];
-        if (control < 128) {
-            m_nLiterals = control;
-            ++m_nCursor;
-        } else {
-            m_nRepeats = 256 - control;
-        }
+        if (--m_nRepeats == 0) ++m_nCursor;
         return true;
     }
 
@@ -79,8 +73,7 @@ class PlainDecoder {
 };
 
 struct Picture {
-    Picture(const BmhdFields& header, const Bytes& data)
-        : iff(Form("ILBM", {Bmhd(header), Chunk("BODY", data)})) {}
+    Picture(const BmhdFields& header, const Bytes& data) : iff(Form("ILBM", {Bmhd(header), Chunk("BODY", data)})) {}
     BodyChunk& Body() const { return ChildAs<BodyChunk>(iff.Root(), 1); }
 
     LoadedIff iff;
@@ -92,37 +85,26 @@ void ExpectAsPlain(u32 width, u32 planes, bool packed, const Bytes& data, u32 ro
     PlainDecoder plain(data, width, planes, packed);
     ASSERT_TRUE(body.BeginRows());
     for (u32 y = 0; y < rows; ++y) {
+        SCOPED_TRACE(testing::Message() << "row " << y << " of width " << width << ", " << planes << " planes");
         const auto expected = plain.DecodeRow();
         const u32* const values = body.DecodeRow();
-        ASSERT_EQ(values != nullptr, expected.has_value())
-            << "row " << y << " of width " << width << ", " << planes << " planes, packed " << packed;
-        ASSERT_EQ(body.m_nRemaining, plain.Remaining()) << "row " << y;
+        ASSERT_EQ(values != nullptr, expected.has_value());
+        ASSERT_EQ(body.m_nRemaining, plain.Remaining());
         if (!expected) return;
-        ASSERT_TRUE(std::equal(expected->begin(), expected->end(), values))
-            << "row " << y << " of width " << width << ", " << planes << " planes, packed " << packed;
+        ASSERT_TRUE(std::equal(expected->begin(), expected->end(), values));
     }
-    body.EndRows();
 }
 
 // Runs and literals of awkward lengths, across plane rows and rows, with controls of 128 strewn in.
 Bytes RandomPackets(Random& random, u64 count) {
     ByteBuilder packets;
     while (packets.Get().size() < count) {
-        switch (random() % 5) {
-            case 0:
-                packets.U8(128);
-                break;
-            case 1:
-                packets.U8(static_cast<u32>(255 - random() % 3)).U8(random());
-                break;
-            case 2:
-                packets.U8(static_cast<u32>(129 + random() % 127)).U8(random());
-                break;
-            default: {
-                const u32 literals = random() % (random() % 8 == 0 ? 128 : 6);
-                packets.U8(literals).Append(random.SomeBytes(literals + 1));
-            }
-        }
+        const u32 kind = random() % 5;
+        const u32 literals = random() % (random() % 8 == 0 ? 128 : 6);
+        if (kind == 0) packets.U8(128);
+        if (kind == 1) packets.U8(255 - random() % 3, random());
+        if (kind == 2) packets.U8(129 + random() % 127, random());
+        if (kind >= 3) packets.U8(literals).Append(random.SomeBytes(literals + 1));
     }
     return packets;
 }
@@ -154,61 +136,25 @@ TEST(DecodeRow, EqualsThePlainDecoderWhereverTheDataEnds) {
 }
 
 TEST(DecodeRow, KnownRows) {
-    struct Case {
-        const char* name;
-        BmhdFields header;
-        Bytes data;
-        TextRows rows;
-        u32 left;
-    };
-    for (const Case& c : {
-             Case{"plane 0 is the lowest bit",
-                  {.width = 16, .height = 1, .planes = 2},
-                  {0xFF, 0, 0, 0xFF},
-                  {"1111111122222222"},
-                  0},
-             Case{"no plane row is padded",
-                  {.width = 24, .height = 1, .planes = 2},
-                  {0, 0, 0xFF, 0xFF, 0, 0},
-                  {"222222220000000011111111"},
-                  0},
-             Case{"a repeat is consumed with its last use",
-                  {.width = 24, .height = 1, .compression = 1},
-                  {0xFE, 0xAA},
-                  {"101010101010101010101010"},
-                  0},
-             Case{"128 stands for nothing",
-                  {.width = 8, .height = 1, .compression = 1},
-                  {0x80, 0, 0x55},
-                  {"01010101"},
-                  0},
-             Case{"any compression but 0",
-                  {.width = 8, .height = 1, .compression = 200},
-                  {0, 0xF0},
-                  {"11110000"},
-                  0},
-             Case{"a cut repeat leaves its byte as control byte",
-                  {.width = 8, .height = 2, .compression = 1},
-                  {0xF0, 0x00, 0x0F},
-                  {"00000000", "00001111"},
-                  0},
-             Case{"a cut literal leaves its rest",
-                  {.width = 8, .height = 2, .compression = 1},
-                  {1, 0xF0, 0, 0x3C, 9},
-                  {"11110000", "00111100"},
-                  1},
-         }) {
-        const Picture picture(c.header, c.data);
+    for (const auto& [name, header, data, expected, left] :
+        Table<const char*, BmhdFields, Bytes, TextRows, u32>{
+            {"plane 0 is the lowest bit", {16, 1, 2}, {0xFF, 0, 0, 0xFF}, {"1111111122222222"}, 0},
+            {"no plane row is padded", {24, 1, 2}, {0, 0, 0xFF, 0xFF, 0, 0}, {"222222220000000011111111"}, 0},
+            {"a repeat is consumed with its last use", {24, 1, 1, 0, 1}, {0xFE, 0xAA}, {"101010101010101010101010"}, 0},
+            {"128 stands for nothing", {8, 1, 1, 0, 1}, {0x80, 0, 0x55}, {"01010101"}, 0},
+            {"any compression but 0", {8, 1, 1, 0, 200}, {0, 0xF0}, {"11110000"}, 0},
+            {"a cut repeat leaves its byte", {8, 2, 1, 0, 1}, {0xF0, 0x00, 0x0F}, {"00000000", "00001111"}, 0},
+            {"a cut literal leaves its rest", {8, 2, 1, 0, 1}, {1, 0xF0, 0, 0x3C, 9}, {"11110000", "00111100"}, 1},
+        }) {
+        const Picture picture(header, data);
         BodyChunk& body = picture.Body();
         ASSERT_TRUE(body.BeginRows());
-        TextRows rows;
-        while (rows.size() < c.header.height) {
+        for (const std::string& row : expected) {
             const u32* const values = body.DecodeRow();
-            ASSERT_TRUE(values) << c.name;
-            rows.push_back(ValueText(values, c.header.width));
+            ASSERT_TRUE(values) << name;
+            EXPECT_EQ(ValueText(values, header.width), row) << name;
         }
-        EXPECT_EQ(rows, c.rows) << c.name;
-        EXPECT_EQ(body.m_nRemaining, c.left) << c.name;
+        EXPECT_EQ(body.m_nRemaining, left) << name;
     }
 }
 
@@ -252,17 +198,12 @@ TEST(ByteRun, TheLeastSizeIsReached) {
 }
 
 TEST(BodyChunk, KnowsWhetherItsDataCanFillTheRows) {
-    struct Case {
-        u32 planes, compression, size, rows;
-        bool can;
-    };
-    for (const Case c : {Case{2, 0, 12, 3, true}, Case{2, 0, 12, 4, false}, Case{2, 1, 12, 12, true},
-                         Case{2, 1, 12, 13, false}, Case{0, 1, 0, 65535, true}}) {
-        const Picture picture(
-            {.width = 16, .height = c.rows, .planes = c.planes, .compression = c.compression}, Bytes(c.size));
-        EXPECT_FALSE(picture.Body().CanFillRows(c.rows)) << "before decoding has begun";
+    for (const auto& [planes, compression, size, rows, can] : Table<u32, u32, u32, u32, bool>{{2, 0, 12, 3, true},
+             {2, 0, 12, 4, false}, {2, 1, 12, 12, true}, {2, 1, 12, 13, false}, {0, 1, 0, 65535, true}}) {
+        const Picture picture({.width = 16, .height = rows, .planes = planes, .compression = compression}, Bytes(size));
+        EXPECT_FALSE(picture.Body().CanFillRows(rows)) << "before decoding has begun";
         picture.Body().BeginRows();
-        EXPECT_EQ(picture.Body().CanFillRows(c.rows), c.can) << c.size << " bytes, " << c.rows << " rows";
+        EXPECT_EQ(picture.Body().CanFillRows(rows), can) << size << " bytes, " << rows << " rows";
     }
 }
 

@@ -13,7 +13,7 @@
 Bytes Chunk(std::string_view id, const Bytes& body, std::optional<u32> declaredSize = {});
 
 Bytes Container(std::string_view id, std::string_view type, const std::vector<Bytes>& children,
-                std::optional<u32> declaredSize = {});
+    std::optional<u32> declaredSize = {});
 Bytes Form(std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize = {});
 Bytes List(std::string_view type, const std::vector<Bytes>& children);
 Bytes Cat(std::string_view type, const std::vector<Bytes>& children);

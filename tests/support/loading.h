@@ -33,9 +33,7 @@ struct LoadedIff {
     IffFile iff;
 };
 
-inline bool Loads(Bytes bytes) {
-    return LoadedIff(std::move(bytes)).bLoaded;
-}
+inline bool Loads(Bytes bytes) { return LoadedIff(std::move(bytes)).bLoaded; }
 
 // The child at a place, which must be there.
 IffChunk& ChildAt(const IffContainer& container, u32 place);

@@ -13,19 +13,17 @@ u64 MemoryFile::GetLength() const {
 u64 MemoryFile::Seek(i64 nOffset, SeekFrom from) {
     ++m_nSeeks;
     const u64 origin = from == begin ? 0 : from == current ? m_nPosition : GetLength();
-    if (m_bThrowOnSeek || (nOffset < 0 && static_cast<u64>(-nOffset) > origin))
-        throw CFileException("no position");
+    if (m_bThrowOnSeek || (nOffset < 0 && static_cast<u64>(-nOffset) > origin)) throw CFileException("no position");
     return m_nPosition = origin + static_cast<u64>(nOffset);
 }
 
 u32 MemoryFile::Read(void* pData, u32 nCount) {
     ++m_nReads;
-    const u64 stop = std::min<u64>(m_bytes.size(), m_nEndAt);
-    const u32 count = static_cast<u32>(m_nPosition >= stop ? 0 : std::min<u64>(nCount, stop - m_nPosition));
+    const u64 left = m_bytes.size() - std::min<u64>(m_bytes.size(), m_nPosition);
+    const u32 count = static_cast<u32>(std::min<u64>(nCount, left));
     if (m_nPosition + count > m_nThrowAt) throw CFileException("broken");
     if (count > 0) std::memcpy(pData, m_bytes.data() + m_nPosition, count);
     m_nPosition += count;
-    m_nBytesRead += count;
     return count;
 }
 
@@ -43,5 +41,5 @@ u32 CountingArchive::Read(void* pData, u32 nCount) {
 
 void CountingArchive::Flush() {
     ++m_nCalls;
-    if (m_bThrowOnFlush) throw CFileException("no flush");
+    if (m_nFlushes++ >= m_nThrowAtFlush) throw CFileException("no flush");
 }

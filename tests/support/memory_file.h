@@ -23,13 +23,11 @@ class MemoryFile final : public CFile {
     Bytes m_bytes;
     u64 m_nClaimedLength = NEVER;  // what GetLength answers, if not the truth
     u64 m_nThrowAt = NEVER;        // reading a byte from here on throws
-    u64 m_nEndAt = NEVER;          // the file ends here all of a sudden, whatever its length
     bool m_bThrowOnSeek = false;
     bool m_bThrowOnLength = false;
     bool m_bThrowOnWrite = false;
 
     u64 m_nReads = 0;
-    u64 m_nBytesRead = 0;
     u64 m_nSeeks = 0;
 
   private:
@@ -44,5 +42,8 @@ class CountingArchive final : public CArchive {
     void Flush() override;
 
     u64 m_nCalls = 0;
-    bool m_bThrowOnFlush = false;
+    u64 m_nThrowAtFlush = MemoryFile::NEVER;  // flushes that succeed
+
+  private:
+    u64 m_nFlushes = 0;
 };
