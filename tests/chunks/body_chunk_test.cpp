@@ -1,6 +1,5 @@
 #include "chunks/body_chunk.h"
 
-#include "chunks/byte_run.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/pixels.h"
@@ -168,42 +167,24 @@ TEST(BodyChunk, DecodingStartsAgainAtAnyTime) {
     EXPECT_EQ(ValueText(body.DecodeRow(), 8), "00001111");
     EXPECT_EQ(ValueText(body.DecodeRow(), 8), "11110000");
     EXPECT_FALSE(body.DecodeRow());
-    body.EndRows();
-    EXPECT_FALSE(body.DecodeRow());
-}
-
-TEST(BodyChunk, WithoutAHeaderInScopeNothingIsDecoded) {
-    const LoadedIff headless(Form("ILBM", {Chunk("BODY", {1, 2}), Bmhd({.width = 8})}));
-    auto& body = ChildAs<BodyChunk>(headless.Root(), 0);
-    EXPECT_FALSE(body.BeginRows());
-    EXPECT_FALSE(body.DecodeRow());
     const Picture empty({.width = 8, .height = 1, .planes = 0}, {});
     EXPECT_TRUE(empty.Body().BeginRows()) << "no bytes are data too";
     EXPECT_EQ(ValueText(empty.Body().DecodeRow(), 8), "00000000");
+    empty.Body().EndRows();
+    EXPECT_FALSE(empty.Body().DecodeRow());
+    const LoadedIff headless(Form("ILBM", {Chunk("BODY", {1, 2}), Bmhd({.width = 8})}));
+    EXPECT_FALSE(ChildAs<BodyChunk>(headless.Root(), 0).BeginRows()) << "no header in scope";
 }
 
-// No packing of a row is shorter than the least size, and one is as short.
-TEST(ByteRun, TheLeastSizeIsReached) {
-    for (u32 size = 0; size <= 400; ++size) {
-        ByteBuilder packed;
-        for (u32 left = size; left >= 128; left -= 128) packed.U8(129).U8(7);
-        if (size % 128 != 0) packed.U8(129);
-        EXPECT_EQ(packed.Get().size(), LeastByteRunSize(size)) << size;
-        packed.U8(7);  // of a cut run only the control byte is used up, but a byte must follow it
-        Bytes row(size);
-        ByteRunSource source{packed.Get().data(), static_cast<u32>(packed.Get().size())};
-        EXPECT_TRUE(UnpackByteRun(row.data(), size, source)) << size;
-        EXPECT_EQ(source.nRemaining, 1u) << size;
-    }
-}
-
+// The least that a run-length coded row takes is two bytes for each 128 and one more for a rest.
 TEST(BodyChunk, KnowsWhetherItsDataCanFillTheRows) {
-    for (const auto& [planes, compression, size, rows, can] : Table<u32, u32, u32, u32, bool>{{2, 0, 12, 3, true},
-             {2, 0, 12, 4, false}, {2, 1, 12, 12, true}, {2, 1, 12, 13, false}, {0, 1, 0, 65535, true}}) {
-        const Picture picture({.width = 16, .height = rows, .planes = planes, .compression = compression}, Bytes(size));
-        EXPECT_FALSE(picture.Body().CanFillRows(rows)) << "before decoding has begun";
+    for (const auto& [planes, compression, size, most] : Table<u32, u32, u32, u32>{
+             {2, 0, 15, 3}, {2, 1, 12, 12}, {63, 1, 12, 12}, {64, 1, 13, 6}, {65, 1, 12, 4}, {255, 1, 16, 2}}) {
+        const Picture picture({.width = 16, .planes = planes, .compression = compression}, Bytes(size));
+        EXPECT_FALSE(picture.Body().CanFillRows(1)) << "before decoding has begun";
         picture.Body().BeginRows();
-        EXPECT_EQ(picture.Body().CanFillRows(rows), can) << size << " bytes, " << rows << " rows";
+        EXPECT_TRUE(picture.Body().CanFillRows(most)) << planes << " planes";
+        EXPECT_FALSE(picture.Body().CanFillRows(most + 1)) << planes << " planes";
     }
 }
 

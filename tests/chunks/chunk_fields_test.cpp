@@ -1,48 +1,13 @@
-#include "chunks/alph_chunk.h"
-#include "chunks/extension_chunks.h"
+#include "chunks/body_chunk.h"
 #include "chunks/ilbm_chunks.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/memory_limit.h"
-#include "support/pixels.h"
 #include "support/table.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-using Values = std::vector<u32>;
-
-Values HeaderOf(const BmhdChunk& b) {
-    return {b.m_nWidth, b.m_nHeight, b.m_nX, b.m_nY, b.m_nPlanes, b.m_nMasking, b.m_nCompression, b.m_nPad,
-        b.m_nTransparentColour, b.m_nXAspect, b.m_nYAspect, b.m_nPageWidth, b.m_nPageHeight};
-}
-
-TEST(Chunks, FieldsComeInFileOrder) {
-    ByteBuilder header;
-    header.U16(0xFFFE, 3, 5, 7).U8(8, 9, 10, 11).U16(13).U8(14, 15).U16(17, 19);
-    const LoadedIff file(Form(
-        "ILBM", {Chunk("BMHD", header), Chunk("GRAB", {0, 1, 0xFF, 2}), Chunk("TRAN", {1, 0, 2, 0, 3, 4, 5, 6, 99}),
-                    S3tc({.code = "DXT3", .width = 4, .height = 5, .data = {7, 8, 9}, .rest = {1, 2}}),
-                    Cmap({RED, {1, 2, 3}})}));
-    ASSERT_TRUE(file.bLoaded);
-    EXPECT_EQ(
-        HeaderOf(ChildAs<BmhdChunk>(file.Root(), 0)), (Values{0xFFFE, 3, 5, 7, 8, 9, 10, 11, 13, 14, 15, 17, 19}));
-    const auto& grab = ChildAs<GrabChunk>(file.Root(), 1);
-    EXPECT_EQ((Values{grab.m_nX, grab.m_nY}), (Values{1, 0xFF02}));
-    const auto& tran = ChildAs<TranChunk>(file.Root(), 2);
-    EXPECT_EQ((Values{tran.m_nByte, tran.m_nFirst, tran.m_nSecond}), (Values{1, 2, 3}));
-    EXPECT_EQ(tran.m_Colour, (IffRgb{4, 5, 6}));
-    const auto& s3tc = ChildAs<S3tcChunk>(file.Root(), 3);
-    EXPECT_EQ((Values{s3tc.m_nValue, s3tc.m_nFirst, s3tc.m_nSecond, s3tc.m_nThird, s3tc.m_nWidth, s3tc.m_nHeight}),
-        (Values{0x01020304, 0x0506, 0x0708, 0x090A, 4, 5}));
-    EXPECT_EQ(s3tc.m_Code, IffId("DXT3"));
-    EXPECT_EQ(Bytes(s3tc.m_pData.Data(), s3tc.m_pData.Data() + s3tc.m_nDataSize), (Bytes{7, 8, 9}));
-    EXPECT_EQ(ChildAs<CmapChunk>(file.Root(), 4).Entries()[1], (IffRgb{1, 2, 3}));
-    const LoadedIff chain(Form("MIPM", {Chunk("CONT", {3, 4, 5})}));
-    EXPECT_EQ(ChildAs<ContChunk>(chain.Root(), 0).m_nLevels, 3u);
-    EXPECT_EQ(ChildAs<ContChunk>(chain.Root(), 0).m_nByte, 4u);
-}
 
 TEST(Chunks, AColourMapHasAsManyEntriesAsFit) {
     for (const u32 size : {0u, 2u, 3u, 50u, 3003u}) {
@@ -79,18 +44,6 @@ TEST(Chunks, WhatTheFileCannotDeliverIsRefusedBeforeItIsAllocated) {
         EXPECT_TRUE(Loads(Form("ILBM", {Chunk(id, Bytes(900))}))) << id;
     }
     EXPECT_FALSE(Loads(Form("ILBM", {S3tc({.data = Bytes(900), .claimedSize = 3000})})));
-}
-
-TEST(Alph, IsDecodedByItsOwnHeader) {
-    const Bytes packed = {0xFF, 0xFF, 1, 0, 0xFF};
-    const LoadedIff file(
-        Form("ILBM", {Bmhd({.width = 8, .height = 1}),
-                         Alph({.width = 16, .height = 9, .planes = 2, .compression = 1, .data = packed})}));
-    auto& alph = ChildAs<AlphChunk>(file.Root(), 1);
-    EXPECT_EQ(alph.m_nDataSize, 5u);
-    ASSERT_TRUE(alph.BeginRows());
-    EXPECT_EQ(ValueText(alph.DecodeRow(), 16), "1111111133333333");
-    EXPECT_FALSE(alph.DecodeRow());
 }
 
 // Writes down what would be stored.

@@ -60,8 +60,8 @@ TEST(Ilbm, ShowsNothingWhereNoPictureCanBeMade) {
 
 TEST(Alpha, IsShownAsGreyAtItsOwnWidth) {
     for (const auto& [name, alph, valid, colours] : Table<const char*, AlphFields, bool, const char*>{
-             {"as wide as the picture", {4, 9, 8, 0, PlanesOf({0, 1, 128, 255, 4, 3, 2, 1}, 4, 8)}, true,
-                 "000000 010101 808080 ffffff 040404 030303 020202 010101"},
+             {"as wide as the picture, packed", {4, 9, 8, 1, ByteRun(PlanesOf({0, 1, 128, 255, 4, 3, 2, 1}, 4, 8), 1)},
+                 true, "000000 010101 808080 ffffff 040404 030303 020202 010101"},
              {"wider", {6, 0, 8, 0, PlanesOf({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 6, 8)}, true,
                  "010101 020202 030303 040404 070707 080808 090909 0a0a0a"},
              {"narrower", {2, 0, 8, 0, PlanesOf({1, 2, 3, 4}, 2, 8)}, true,

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace {
 
 // Two pixels in one row. Sample i of channel c is 16 * (c + 1) + i, or that as the high byte of a word; of one
@@ -54,6 +56,37 @@ TEST(PsdPicture, EveryModeAndDepthGoesToItsConverter) {
         EXPECT_EQ(shown.Colours(), colours) << "mode " << mode << ", depth " << depth << ", channel " << channel;
         EXPECT_EQ(shown.image.m_bValid, 1u);
         EXPECT_EQ(shown.image.m_nColours, mode == PSD_INDEXED ? 256u : 0u);
+    }
+}
+
+TEST(PsdPicture, InkIsScaledByBlack) {
+    // Rows of cyan, magenta, yellow and black.
+    const Bytes bytes = {128, 255, 255, 128, 255, 255, 254, 128, 255, 255, 255, 255, 255, 255, 254, 128};
+    ByteBuilder words;
+    words.U16(65535, 32768, 32767, 0).U16(65535, 32768, 32767, 0).U16(0, 0, 0, 0).U16(65535, 65535, 65535, 32768);
+    const PsdFields eight = {.channels = 4, .columns = 4, .depth = 8, .mode = PSD_CMYK, .samples = bytes};
+    const PsdFields sixteen = {.channels = 4, .columns = 4, .depth = 16, .mode = PSD_CMYK, .samples = words};
+    EXPECT_EQ(Shown(Psd(eight)).Colours(), "80ffff ffffff fefdfe 404080");
+    EXPECT_EQ(Shown(Psd(sixteen)).Colours(), "ffff00 808000 7f7f00 000000");
+}
+
+TEST(PsdPicture, EveryWidthKeepsItsRowsApart) {
+    for (u32 width = 1; width <= 9; ++width) {
+        Bytes plane;
+        std::string expected;
+        for (u32 i = 0; i < 3 * width; ++i) {
+            plane.push_back(static_cast<u8>(7 * i));
+            expected += (i == 0 ? "" : " ") + ColourText(i * 0x070707);
+        }
+        const Bytes three = ByteBuilder().Append(plane).Append(plane).Append(plane);
+        for (const auto& [mode, bits, colours] : Table<u32, u16, u32>{{PSD_GREYSCALE, 8, 256}, {PSD_RGB, 24, 0}}) {
+            const Shown shown(
+                Psd({.channels = bits / 8u, .rows = 3, .columns = width, .mode = mode, .samples = three}));
+            EXPECT_EQ(shown.Colours(), expected) << bits << " bits, width " << width;
+            const i32 across = static_cast<i32>(width);
+            const BITMAPINFOHEADER header = {40, across, 3, 1, bits, BI_RGB, 0, 1024, 1024, colours, colours};
+            EXPECT_EQ(std::memcmp(&shown.image.m_hBitmap->header, &header, sizeof(header)), 0) << "is complete";
+        }
     }
 }
 

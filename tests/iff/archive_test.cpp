@@ -56,21 +56,6 @@ TEST(IffArchive, AnOverrunReadsNothingAndSticks) {
     EXPECT_EQ(file.source.stream.m_nRefs, 2) << "the root's own reference beside the creator's";
 }
 
-TEST(IffArchive, AChunkPartlyReadIsLeftAtItsEnd) {
-    Opened file(Bytes(3000, 1));
-    IffArchive* const child = file.archive->OpenChunk(2000);
-    u16 value = 0;
-    child->Transfer(value);
-    u8 block[100];
-    child->TransferBytes(block, sizeof(block));
-    child->TransferBytes(block, 0);
-    EXPECT_EQ(child->GetRemaining(), 1898);
-    file.archive->CloseChunk(child);
-    EXPECT_EQ(file.source.stream.GetPosition(), 2000u);
-    EXPECT_EQ(file.archive->GetRemaining(), 1000);
-    EXPECT_FALSE(file.archive->HasFailed());
-}
-
 TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
     Opened file(Bytes(20, 0));
     file.archive->CloseChunk(file.archive->OpenChunk(21));
@@ -96,19 +81,6 @@ TEST(IffArchive, DeliversOnlyWhatChunkAndSourceStillHold) {
         EXPECT_EQ(child->HasFailed(), !delivers);
         file.archive->CloseChunk(child);
     }
-}
-
-TEST(IffArchive, AttachesToNoStreamInBadState) {
-    MemoryStream source({});
-    u8 byte = 0;
-    source.stream.GetByte(byte);
-    IffStreamArchive archive;
-    archive.Attach(&source.stream);
-    EXPECT_TRUE(archive.HasFailed());
-    EXPECT_EQ(source.stream.m_nRefs, 1);
-    archive.Transfer(byte);
-    archive.TransferBytes(&byte, 1);
-    EXPECT_EQ(archive.GetRemaining(), 0) << "nothing is counted off where nothing is attached";
 }
 
 }  // namespace

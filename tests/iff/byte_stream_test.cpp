@@ -111,20 +111,20 @@ TEST(ByteStream, FaultsOfTheSourceBecomeStatusBits) {
 }
 
 TEST(ByteStream, WithoutAnArchiveNothingIsSupported) {
-    const auto statusAfter = [](auto operation) {
+    static u8 byte = 0;
+    static u32 limit = 7;
+    for (void (*const operation)(ByteStream&) : {
+             +[](ByteStream& s) { EXPECT_EQ(s.GetRemaining(), 0u); },
+             +[](ByteStream& s) { s.ReadBlock(&byte, 1); },
+             +[](ByteStream& s) { s.WriteBlock(&byte, 1); },
+             +[](ByteStream& s) { s.ReleaseReadBuffer(0); },
+             +[](ByteStream& s) { s.ReleaseWriteBuffer(0); },
+             +[](ByteStream& s) { EXPECT_TRUE(!s.AcquireReadBuffer(&limit, 16) && limit == 0); },
+         }) {
         ArchiveByteStream stream(nullptr, 16);
         operation(stream);
-        return stream.m_nStatus;
-    };
-    u8 byte = 0;
-    u32 limit = 7;
-    EXPECT_EQ(statusAfter([](ByteStream& s) { EXPECT_EQ(s.GetRemaining(), 0u); }), BS_UNSUPPORTED);
-    EXPECT_EQ(statusAfter([&](ByteStream& s) { s.ReadBlock(&byte, 1); }), BS_UNSUPPORTED);
-    EXPECT_EQ(statusAfter([&](ByteStream& s) { s.WriteBlock(&byte, 1); }), BS_UNSUPPORTED);
-    EXPECT_EQ(statusAfter([](ByteStream& s) { s.ReleaseReadBuffer(0); }), BS_UNSUPPORTED);
-    EXPECT_EQ(statusAfter([](ByteStream& s) { s.ReleaseWriteBuffer(0); }), BS_UNSUPPORTED);
-    EXPECT_EQ(statusAfter([&](ByteStream& s) { EXPECT_FALSE(s.AcquireReadBuffer(&limit, 16)); }), BS_UNSUPPORTED);
-    EXPECT_EQ(limit, 0u);
+        EXPECT_EQ(stream.m_nStatus, BS_UNSUPPORTED);
+    }
 }
 
 }  // namespace

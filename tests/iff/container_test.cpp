@@ -36,15 +36,6 @@ std::string ChildrenOf(const IffContainer& container) {
     return text;
 }
 
-TEST(Load, ATreeInFileOrder) {
-    const LoadedIff file(Form("ILBM", {Bmhd({.width = 5}), Chunk("CRNG", {1, 2, 3}), ASKER, Tag(1)}));
-    ASSERT_TRUE(file.bLoaded);
-    EXPECT_EQ(file.Root().m_Type, ID_ILBM);
-    EXPECT_EQ(ChildrenOf(file.Root()), "BMHD[CRNG]BODYGRAB");
-    const auto& raw = ChildAs<IffUnknownChunk>(file.Root(), 1);
-    EXPECT_EQ(Bytes(raw.m_pData.Data(), raw.m_pData.Data() + raw.m_nSize), (Bytes{1, 2, 3}));
-}
-
 TEST(Load, WhatIsAllowedWhere) {
     const std::vector<Bytes> children = {
         Form("MIPM", {Bmhd({})}), List("ILBM", {}), Cat("ILBM", {}), Prop("ILBM", {}), Bmhd({})};
@@ -250,7 +241,7 @@ u32 CompareAll(const IffContainer& part) {
 TEST(FindProperty, EqualsThePlainWalkInRandomTrees) {
     Random random(7);
     u32 found = 0;
-    for (int round = 0; round < 150 && !testing::Test::HasFailure(); ++round) {
+    for (int round = 0; round < 40 && !testing::Test::HasFailure(); ++round) {
         std::vector<Bytes> parts;
         while (parts.size() < 12) parts.push_back(RandomPart(random, 3));
         const LoadedIff file(List("ILBM", parts));
@@ -259,7 +250,7 @@ TEST(FindProperty, EqualsThePlainWalkInRandomTrees) {
         file.Root().RemoveChild(file.Root().m_pFirst);  // what was remembered is no longer true
         CompareAll(file.Root());
     }
-    EXPECT_GT(found, 100'000u);
+    EXPECT_GT(found, 10'000u);
 }
 
 TEST(Container, ChildrenComeAndGo) {

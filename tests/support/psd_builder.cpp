@@ -5,26 +5,20 @@
 namespace {
 
 void PutBlock(ByteBuilder& out, const Bytes& bytes, i32 excess) {
-    out.U32(static_cast<u32>(bytes.size()) + static_cast<u32>(excess)).Append(bytes);
+    out.U32(bytes.size() + static_cast<u64>(excess)).Append(bytes);
 }
 
 void PutName(ByteBuilder& out, const std::string& name, u64 multiple) {
-    out.U8(static_cast<u32>(name.size())).Text(name);
-    out.Repeat((multiple - (1 + name.size()) % multiple) % multiple, 0xAA);
+    out.U8(name.size()).Text(name).Repeat((multiple - (1 + name.size()) % multiple) % multiple, 0xAA);
 }
 
 Bytes LayerInfo(const PsdFields& fields) {
     ByteBuilder info;
-    info.U16(static_cast<u32>(fields.layerCount.value_or(static_cast<i32>(fields.layers.size()))));
+    info.U16(fields.layerCount.value_or(static_cast<i32>(fields.layers.size())));
     for (const auto& layer : fields.layers) info.Append(LayerRecord(layer));
     for (const auto& layer : fields.layers)
         for (const auto& channel : layer.channels) info.Append(channel.data);
     return info.Append(fields.layerPad);
-}
-
-u64 RawSize(const PsdFields& fields) {
-    const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;
-    return fields.channels * fields.rows * rowSize;
 }
 
 }  // namespace
@@ -47,7 +41,9 @@ Bytes Psd(const PsdFields& fields) {
         out.U32(0);
     else
         PutBlock(out, section, fields.sectionExcess);
-    return out.U16(fields.compression).Append(fields.samples ? *fields.samples : Bytes(RawSize(fields)));
+    const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;
+    const Bytes zeroes(fields.samples ? 0 : fields.channels * fields.rows * rowSize);
+    return out.U16(fields.compression).Append(fields.samples.value_or(zeroes));
 }
 
 Bytes LayerRecord(const PsdLayerFields& fields) {
@@ -79,8 +75,8 @@ Bytes PackedData(const std::vector<Bytes>& rows, i32 firstExcess, i32 lastExcess
     ByteBuilder out;
     out.U16(1);
     for (const Bytes& row : rows)
-        out.U16(static_cast<u32>(row.size()) + (&row == &rows.front() ? firstExcess : 0) +
-                (&row == &rows.back() ? lastExcess : 0));
+        out.U16(
+            static_cast<i32>(row.size()) + (&row == &rows.front()) * firstExcess + (&row == &rows.back()) * lastExcess);
     for (const Bytes& row : rows) out.Append(row);
     return out;
 }

@@ -61,13 +61,21 @@ TEST(Describe, AnIffDocument) {
     EXPECT_EQ(printed.error, "");
 }
 
+TEST(Describe, FieldsComeInFileOrder) {
+    ByteBuilder header;
+    header.U16(0xFFFE, 3, 5, 7).U8(8, 9, 10, 11).U16(13).U8(14, 15).U16(17, 19);
+    ExpectPart(Form("ILBM", {Chunk("BMHD", header)}), R"("fields":[65534,3,5,7,8,9,10,11,13,14,15,17,19])");
+    ExpectPart(Form("ILBM", {Chunk("TRAN", {1, 0, 2, 0, 3, 4, 5, 6, 99})}), R"("fields":[1,2,3,4,5,6])");
+    ExpectPart(Form("ILBM", {Chunk("GRAB", {0, 1, 0xFF, 2})}), R"("fields":[1,65282])");
+    ExpectPart(Form("MIPM", {Chunk("CONT", {2, 3, 4})}), R"("fields":[2,3],"id":"CONT")");
+    ExpectPart(Form("ILBM", {S3tc({.code = "WHAT", .width = 3, .data = {1, 2}, .rest = {3}})}),
+        R"("fields":[16909060,"WHAT",1286,1800,2314,3,4,2,"b6cc4292"])");
+}
+
 TEST(Describe, OfAnIffDocumentTheSizeIsUnknownWithoutABitmap) {
     const std::string unknown =
         R"("colours":null,"crc":null,"height":null,"info":"<invalid bitmap>","sum":null,"valid":true,"width":null})";
-    const Bytes blocks = Form("ILBM", {S3tc({.code = "WHAT", .width = 3, .data = {1, 2}})});
-    ExpectPart(blocks, R"("fields":[16909060,"WHAT",1286,1800,2314,3,4,2,"b6cc4292"])");
-    ExpectPart(blocks, R"({"bitmap":false,)" + unknown);
-    ExpectPart(Form("MIPM", {Chunk("CONT", {2, 3})}), R"("fields":[2,3],"id":"CONT")");
+    ExpectPart(Form("ILBM", {S3tc({.code = "WHAT", .width = 3})}), R"({"bitmap":false,)" + unknown);
     ExpectPart(Psd({.channels = 3, .columns = 4, .mode = PSD_LAB}),
         R"({"bitmap":false,"colours":0,"crc":null,"height":1,"info":"<invalid bitmap>","sum":null,"valid":true,"width":4})");
 }
