@@ -68,8 +68,11 @@ TEST(PictureChoice, TheDeepestBodyOfTheWholeFileBeforeAnyBlocks) {
              // The deepest is chosen first and then found to have no colour map: nothing else takes its place.
              {Cat("ILBM", {blue, mapless(4)}), {}},
              {Cat("ILBM", {blocks, mapless(1)}), {}},
-         })
-        EXPECT_EQ(Shown(file).Rows(), rows);
+         }) {
+        const Shown shown(file);
+        EXPECT_EQ(shown.Rows(), rows);
+        EXPECT_FALSE(rows.empty() && shown.image.m_pBody) << "none was chosen";
+    }
 }
 
 TEST(PsdNames, ColoursByModeThenTheOthersByNameOrNumber) {

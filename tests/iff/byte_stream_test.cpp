@@ -101,6 +101,8 @@ TEST(ByteStream, FaultsOfTheSourceBecomeStatusBits) {
              {"seeking throws", [](MemoryStream& s) { s.file.m_bThrowOnSeek = true; }, BS_UNSUPPORTED},
              {"no length", [](MemoryStream& s) { s.file.m_bThrowOnLength = true; }, 0},
              {"4 GiB", [](MemoryStream& s) { s.file.m_nClaimedLength = 1ull << 32; }, BS_UNSUPPORTED},
+             {"position beyond", [](MemoryStream& s) { s.file.Seek(1ll << 32, CFile::begin); },
+                 BS_UNSUPPORTED | BS_SHORT | BS_END},
              {"a byte less", [](MemoryStream& s) { s.file.m_nClaimedLength = 0xFFFFFFFF; }, 0},
          }) {
         MemoryStream source(Counted(3000));

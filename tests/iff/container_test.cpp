@@ -113,6 +113,7 @@ TEST(Load, ExceptionsOfTheSourcePassThrough) {
         bool thrown = false;
         try {
             EXPECT_TRUE(file.Load(&source.stream));
+            EXPECT_LE(source.archive.m_nFlushes, flushes) << "none is kept back";
         } catch (const CFileException&) {
             thrown = true;
         }

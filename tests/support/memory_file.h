@@ -67,9 +67,6 @@ class CountingArchive final : public CArchive {
         if (m_nFlushes++ >= m_nThrowAtFlush) throw CFileException("no flush");
     }
 
-    u64 m_nCalls = 0;
+    u64 m_nCalls = 0, m_nFlushes = 0;
     u64 m_nThrowAtFlush = MemoryFile::NEVER;  // flushes that succeed
-
-  private:
-    u64 m_nFlushes = 0;
 };
