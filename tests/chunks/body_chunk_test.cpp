@@ -12,64 +12,29 @@
 
 namespace {
 
-// The decoder bit by bit and byte by byte, as the format is told: the judge of the fast one.
-class PlainDecoder {
-  public:
-    PlainDecoder(const Bytes& data, u32 width, u32 planes, bool packed)
-        : m_data(data), m_nWidth(width), m_nPlanes(planes), m_bPacked(packed) {}
-
-    std::optional<std::vector<u32>> DecodeRow() {
-        std::vector<u32> values(m_nWidth, 0);
-        m_nLiterals = m_nRepeats = 0;
-        for (u32 p = 0; p < m_nPlanes; ++p) {
-            u8 byte = 0;
-            for (u32 x = 0; x < m_nWidth; ++x) {
-                if (x % 8 == 0 && !(m_bPacked ? FetchPacked(byte) : FetchRaw(byte))) return std::nullopt;
-                if (byte & 0x80 && p < 32) values[x] |= 1u << p;
-                byte = static_cast<u8>(byte << 1);
-            }
-        }
-        return values;
-    }
-
-    u64 Remaining() const { return m_data.size() - m_nCursor; }
-
-  private:
-    bool FetchRaw(u8& byte) {
-        if (Remaining() == 0) return false;
-        byte = m_data[m_nCursor++];
-        return true;
-    }
-
-    bool FetchPacked(u8& byte) {
-        if (Remaining() == 0) return false;
-        if (m_nLiterals > 0) {
-            --m_nLiterals;
-            return FetchRaw(byte);
-        }
-        if (m_nRepeats == 0) {
+// The next row bit by bit and byte by byte, as the format is told: the judge of the fast decoder.
+std::optional<std::vector<u32>> PlainRow(const Bytes& data, u64& cursor, u32 width, u32 planes, bool packed) {
+    std::vector<u32> values(width, 0);
+    u32 literals = 0, repeats = 0;
+    for (u32 i = 0; i < planes * width; ++i) {
+        const u32 plane = i / width, x = i % width;
+        if (x % 8 != 0) continue;
+        if (cursor == data.size()) return std::nullopt;
+        if (packed && literals == 0 && repeats == 0) {
             u32 control = 128;
             while (control == 128) {
-                control = m_data[m_nCursor++];
-                if (Remaining() == 0) return false;
+                control = data[cursor++];
+                if (cursor == data.size()) return std::nullopt;
             }
-            m_nLiterals = control < 128 ? control : 0;
-            if (control < 128) return FetchRaw(byte);
-            m_nRepeats = 257 - control;
+            (control < 128 ? literals : repeats) = control < 128 ? control + 1 : 257 - control;
         }
-        byte = m_data[m_nCursor];
-        if (--m_nRepeats == 0) ++m_nCursor;
-        return true;
+        for (u32 bit = 0; bit < 8 && x + bit < width && plane < 32; ++bit)
+            values[x + bit] |= (data[cursor] >> (7 - bit) & 1u) << plane;
+        if (literals > 0) --literals;
+        if (repeats == 0 || --repeats == 0) ++cursor;
     }
-
-    const Bytes& m_data;
-    const u32 m_nWidth;
-    const u32 m_nPlanes;
-    const bool m_bPacked;
-    u64 m_nCursor = 0;
-    u32 m_nLiterals = 0;
-    u32 m_nRepeats = 0;
-};
+    return values;
+}
 
 struct Picture {
     Picture(const BmhdFields& header, const Bytes& data) : iff(Form("ILBM", {Bmhd(header), Chunk("BODY", data)})) {}
@@ -81,14 +46,14 @@ struct Picture {
 void ExpectAsPlain(u32 width, u32 planes, bool packed, const Bytes& data, u32 rows) {
     const Picture picture({.width = width, .height = rows, .planes = planes, .compression = packed}, data);
     BodyChunk& body = picture.Body();
-    PlainDecoder plain(data, width, planes, packed);
+    u64 cursor = 0;
     ASSERT_TRUE(body.BeginRows());
     for (u32 y = 0; y < rows; ++y) {
         SCOPED_TRACE(testing::Message() << "row " << y << " of width " << width << ", " << planes << " planes");
-        const auto expected = plain.DecodeRow();
+        const auto expected = PlainRow(data, cursor, width, planes, packed);
         const u32* const values = body.DecodeRow();
         ASSERT_EQ(values != nullptr, expected.has_value());
-        ASSERT_EQ(body.m_nRemaining, plain.Remaining());
+        ASSERT_EQ(body.m_nRemaining, data.size() - cursor);
         if (!expected) return;
         ASSERT_TRUE(std::equal(expected->begin(), expected->end(), values));
     }

@@ -109,34 +109,32 @@ TEST(Describe, APhotoshopDocument) {
 }
 
 TEST(Describe, WhyAPhotoshopDocumentIsRefused) {
-    for (const auto& [change, reason] : Table<void (*)(PsdFields&, PsdLayerFields&), const char*>{
-             {[](auto&f, auto&) { f.version = 2; }, "byte 4, header: version 2; version 1 is read"},
-             {[](auto&f, auto&) { f.channels = 25; }, "byte 12, header: 25 channels; 1 to 24 are read"},
-             {[](auto&f, auto&) { f.mode = 5; }, "byte 24, header: colour mode 5"},
-             {[](auto&f, auto&) { f.mode = 2; }, "byte 30, colour mode data: 0 bytes of palette; 768 are read"},
-             {[](auto&, auto&l) { l.signature = "8BIX"; }, "byte 86, layer record 0: no 8BIM before the blend mode"},
-             {[](auto&, auto&l) { l.mask = Bytes(36); },
+    for (const auto& [change, reason] : Table<void (*)(PsdFields*, PsdLayerFields*), const char*>{
+             {[](auto f, auto) { f->signature = "8BPX"; }, "byte 3, header: it does not begin with 8BPS"},
+             {[](auto f, auto) { f->version = 2; }, "byte 4, header: version 2; version 1 is read"},
+             {[](auto f, auto) { f->channels = 25; }, "byte 12, header: 25 channels; 1 to 24 are read"},
+             {[](auto f, auto) { f->mode = 5; }, "byte 24, header: colour mode 5"},
+             {[](auto f, auto) { f->mode = 2; }, "byte 30, colour mode data: 0 bytes of palette; 768 are read"},
+             {[](auto, auto l) { l->signature = "8BIX"; }, "byte 86, layer record 0: no 8BIM before the blend mode"},
+             {[](auto, auto l) { l->mask = Bytes(36); },
                  "byte 102, layer record 0: layer mask data of 36 bytes; 0 or 20 are read"},
-             {[](auto&, auto&l) { l.channels[0].excess = (1 << 24) - 4; },
+             {[](auto, auto l) { l->channels[0].excess = (1 << 24) - 4; },
                  "byte 82, channel 0 of layer record 0: 16777216 bytes of image data; less than 16777216 are read"},
-             {[](auto&, auto&l) { l.bottom = 5; },
+             {[](auto, auto l) { l->bottom = 5; },
                  "byte 146, layer 0: 0 rows and 2 columns; 1 to 30000 of each are read"},
-             {[](auto&, auto&l) { l.channels[0].excess = 1; },
+             {[](auto, auto l) { l->channels[0].excess = 1; },
                  "byte 148, channel 0 of layer 0: 5 bytes of raw data; 4 are read"},
-             {[](auto&, auto&l) { l.channels[0].data[1] = 2; },
+             {[](auto, auto l) { l->channels[0].data[1] = 2; },
                  "byte 148, channel 0 of layer 0: compression 2 (ZIP); 0 or 1 is read"},
-             {[](auto&f, auto&) {
-                  f.layerPad = {0, 0};
-              },
+             {[](auto f, auto) { f->layerPad = Bytes(2); },
                  "byte 150, layer information: it is padded by 2 bytes; 0 or 1 is read"},
-             {[](auto&f, auto&) { f.compression = 1; },
+             {[](auto f, auto) { f->compression = 1; },
                  "byte 171, composite: compression 1 with 1 bits a sample; 0, or 1 with 8 bits, is read"},
-             {[](auto&f, auto&) { f.compression = 0x3842; }, "byte 171, composite: a tagged block stands before it"},
-             {[](auto&f, auto&) { f.signature = "8BPX"; }, "byte 3, header: it does not begin with 8BPS"},
-             {[](auto&f, auto&) { f.samples = Bytes{0}; }, "byte 171, composite: the file ends"},
+             {[](auto f, auto) { f->compression = 0x3842; }, "byte 171, composite: a tagged block stands before it"},
+             {[](auto f, auto) { f->samples = Bytes(1); }, "byte 171, composite: the file ends"},
          }) {
         PsdFields fields = Bitmap();
-        change(fields, fields.layers[0]);
+        change(&fields, &fields.layers[0]);
         ExpectReason(Psd(fields), reason);
     }
     ExpectReason(Truncated(Psd(Bitmap()), 80), "layer record 0: the file ends");
