@@ -50,20 +50,20 @@ TEST(Document, OpensOrSaysWhyNot) {
 
 TEST(Document, GoesWithItsLastView) {
     struct Counted final : public CDocument {
-        explicit Counted(int& alive) : m_alive(alive) { ++m_alive; }
-        ~Counted() override { --m_alive; }
-        int& m_alive;
+        explicit Counted(bool& gone) : m_gone(gone) {}
+        ~Counted() override { m_gone = true; }
+        bool& m_gone;
     };
-    int alive = 0;
-    auto* const document = new Counted(alive);
-    CView* const first = reinterpret_cast<CView*>(&alive);
+    bool gone = false;
+    auto* const document = new Counted(gone);
+    CView* const first = reinterpret_cast<CView*>(&gone);
     CView* const second = reinterpret_cast<CView*>(document);
     document->AddView(first);
     document->AddView(second);
     document->RemoveView(first);
-    EXPECT_EQ(alive, 1);
+    EXPECT_FALSE(gone);
     document->RemoveView(second);
-    EXPECT_EQ(alive, 0);
+    EXPECT_TRUE(gone);
 }
 
 TEST(Document, TheTitleIsTheLastPartOfThePath) {

@@ -9,21 +9,21 @@ TEST(LoadPsd, EverythingIsReadInItsOrder) {
     const LoadedPsd loaded(LayeredPsd());
     ASSERT_TRUE(loaded.bLoaded);
     std::string text = Description(loaded.image);
-    const u64 palette = text.find(" merged") + 7;
+    const u64 palette = text.find("merged") + 6;
     EXPECT_EQ(text.substr(palette, 37), " 0 50 a0 0 50 a0 0 50 a0 0 50 a0 1 51");
-    EXPECT_EQ(text.erase(palette, text.find('\n') - palette),
-        " 1 2 3 8 2 merged\n"
-        "resource  1006 6\n"
-        "resource raw 1000 3\n"
-        "layer first -1 2 1 5 254 -1 240 key 6d 75 6c 20 ranges 73 72 63 65 to 64 65 73 74 -1 6 0 8 254 253\n"
-        " channel -1 ranges 53 52 43 30 to 44 53 54 30 | 1 2 3 | 4 5 6\n"
-        " channel 0 ranges 53 52 43 31 to 44 53 54 31 | 7 7 7 | 7 8 9\n"
-        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | a b\n"
-        "layer  0 0 1 1 255 0 0 key 6e 6f 72 6d ranges 0 0 ff ff to 0 0 ff ff\n"
-        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | c\n"
-        "mask 61 62 63 64 65 66 67 68 65534 4660 128\n"
-        "mask aa aa aa aa aa aa aa aa 43690 43690 170\n"
-        "plane 1 1 1 | 1 2 3");
+    EXPECT_EQ(text.erase(palette, text.find('\n') - 1 - palette),
+        "1 2 3 8 2 merged \n"
+        "resource  1006 6 \n"
+        "resource raw 1000 3 \n"
+        "layer first -1 2 1 5 254 -1 240 key 6d 75 6c 20 ranges 73 72 63 65 to 64 65 73 74 -1 6 0 8 254 253 \n"
+        " channel -1 ranges 53 52 43 30 to 44 53 54 30 | 1 2 3 | 4 5 6 \n"
+        " channel 0 ranges 53 52 43 31 to 44 53 54 31 | 7 7 7 | 7 8 9 \n"
+        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | a b \n"
+        "layer  0 0 1 1 255 0 0 key 6e 6f 72 6d ranges 0 0 ff ff to 0 0 ff ff \n"
+        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | c \n"
+        "mask 61 62 63 64 65 66 67 68 65534 4660 128 \n"
+        "mask aa aa aa aa aa aa aa aa 43690 43690 170 \n"
+        "plane 1 1 1 | 1 2 3 ");
 }
 
 TEST(LoadPsd, HeaderKeepsToTheLimits) {

@@ -102,45 +102,38 @@ PsdFields LayeredPsd() {
 
 std::string Description(const PsdImage& image) {
     std::ostringstream out;
-    const auto numbers = [&](auto... values) { ((out << ' ' << i64{values}), ...); };
-    const auto bytes = [&](const char* title, const auto* data, u64 size) {
-        out << title << std::hex;
-        for (u64 i = 0; i < size; ++i) out << ' ' << u32{reinterpret_cast<const u8*>(data)[i]};
-        out << std::dec;
+    const auto put = [&](const auto&... values) { ((out << values << ' '), ...); };
+    const auto hex = [](const char* title, const auto* data, u64 size) {
+        std::ostringstream text;
+        text << title << std::hex;
+        for (u64 i = 0; i < size; ++i) text << ' ' << u32{reinterpret_cast<const u8*>(data)[i]};
+        return text.str();
     };
     const auto ranges = [&](const auto& of) {
-        bytes(" ranges", of.m_SourceRange.data(), 4);
-        bytes(" to", of.m_DestRange.data(), 4);
+        put(hex("ranges", of.m_SourceRange.data(), 4), hex("to", of.m_DestRange.data(), 4));
     };
-    numbers(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
-    bytes(image.m_bMergedAlpha ? " merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0);
-    for (const auto& resource : image.m_Resources) {
-        out << "\nresource " << resource->m_pszName.get();
-        numbers(resource->m_nId, resource->m_pData->GetSize());
-    }
-    for (const auto& layer : image.m_Layers) {
-        const PsdLayer& l = *layer;
-        out << "\nlayer " << l.m_pszName.get();
-        numbers(l.m_nTop, l.m_nLeft, l.m_nBottom, l.m_nRight, l.m_nOpacity, l.m_nClipping, l.m_nFlags);
-        bytes(" key", &l.m_BlendKey, 4);
-        ranges(l);
-        if (l.m_bHasMask)
-            numbers(
-                l.m_nMaskTop, l.m_nMaskLeft, l.m_nMaskBottom, l.m_nMaskRight, l.m_nMaskDefaultColour, l.m_nMaskFlags);
-        for (const auto& channel : l.m_Channels) {
-            out << "\n channel " << channel->m_nId;
+    put(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
+    put(hex(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0));
+    for (const auto& r : image.m_Resources) put("\nresource", r->m_pszName.get(), r->m_nId, r->m_pData->GetSize());
+    for (const auto& l : image.m_Layers) {
+        put("\nlayer", l->m_pszName.get(), l->m_nTop, l->m_nLeft, l->m_nBottom, l->m_nRight);
+        put(l->m_nOpacity, l->m_nClipping, l->m_nFlags, hex("key", &l->m_BlendKey, 4));
+        ranges(*l);
+        if (l->m_bHasMask) put(l->m_nMaskTop, l->m_nMaskLeft, l->m_nMaskBottom, l->m_nMaskRight);
+        if (l->m_bHasMask) put(l->m_nMaskDefaultColour, l->m_nMaskFlags);
+        for (const auto& channel : l->m_Channels) {
+            put("\n channel", channel->m_nId);
             ranges(*channel);
-            const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l.m_bHasMask;
-            const i32 rows = isMask ? l.m_nMaskBottom - l.m_nMaskTop : l.m_nBottom - l.m_nTop;
-            const i32 columns = isMask ? l.m_nMaskRight - l.m_nMaskLeft : l.m_nRight - l.m_nLeft;
-            for (i32 y = 0; y < rows; ++y) bytes(" |", channel->m_ppPlane[y], static_cast<u32>(columns));
+            const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l->m_bHasMask;
+            const i32 rows = isMask ? l->m_nMaskBottom - l->m_nMaskTop : l->m_nBottom - l->m_nTop;
+            const i32 columns = isMask ? l->m_nMaskRight - l->m_nMaskLeft : l->m_nRight - l->m_nLeft;
+            for (i32 y = 0; y < rows; ++y) put(hex("|", channel->m_ppPlane[y], static_cast<u32>(columns)));
         }
     }
-    for (const auto& mask : image.m_GlobalMasks) {
-        bytes("\nmask", mask->m_Colour.data(), 8);
-        numbers(mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
-    }
+    for (const auto& mask : image.m_GlobalMasks)
+        put(hex("\nmask", mask->m_Colour.data(), 8), mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
     for (u64 row = 0; row < u64{image.m_nChannels} * image.m_nHeight; ++row)
-        bytes(row % image.m_nHeight ? " |" : "\nplane", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8);
+        put(hex(
+            row % image.m_nHeight ? "|" : "\nplane", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8));
     return out.str();
 }
