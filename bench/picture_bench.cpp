@@ -1,7 +1,9 @@
 // From the bytes of an IFF picture to the bitmap on show: loading, decoding rows, packing, drawing.
 
 #include "chunks/body_chunk.h"
+#include "chunks/extension_chunks.h"
 #include "chunks/register_chunks.h"
+#include "display/block_decoder.h"
 #include "display/display_image.h"
 #include "display/row_packing.h"
 #include "document/vistrel_doc.h"
@@ -11,6 +13,8 @@
 #include "support/random.h"
 
 #include <benchmark/benchmark.h>
+
+#include <malloc.h>
 
 namespace {
 
@@ -55,6 +59,22 @@ void OpenAndBuild(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE * SIDE);
 }
 BENCHMARK(OpenAndBuild)->Unit(benchmark::kMillisecond);
+
+// Bytes are those of the decoded pixels. Blocks that were had before are had again, so that no fresh pages
+// count.
+void DecodeBlocks(benchmark::State& state) {
+    constexpr u32 WIDE = 4096;
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    const bool oneBit = state.range(0) == 1;
+    const Bytes data = Random(3).SomeBytes(WIDE / 4 * (WIDE / 4) * (oneBit ? 8 : 16));
+    const LoadedIff file(Form(
+        "ILBM", {S3tc({.code = oneBit ? "DXT1" : "DXT5", .width = WIDE, .height = WIDE, .data = data})}));
+    const auto& chunk = ChildAs<S3tcChunk>(file.Root(), 0);
+    for (auto _ : state) benchmark::DoNotOptimize(DecodeS3tcImage(chunk));
+    state.SetBytesProcessed(static_cast<i64>(state.iterations()) * WIDE * WIDE * 4);
+}
+BENCHMARK(DecodeBlocks)->Arg(1)->Arg(5)->ArgName("code")->Unit(benchmark::kMillisecond);
 
 void PackCmyk8(benchmark::State& state) {
     const Bytes samples = Random(2).SomeBytes(4 * SIDE);

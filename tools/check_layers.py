@@ -35,6 +35,7 @@ TESTS_ONLY = {"tests/iff": ["chunks/ilbm_chunks.h"]}
 # The same for what else stands beside src/.
 BESIDE_SRC = {
     "tools": CORE + ["tests/support"],
+    "bench/startup": [],
     "bench": CORE + ["framework/qt", "app", "tests/support"],
     "fuzz": CORE + ["tests/support"],
     "tests/support": CORE,
@@ -43,7 +44,7 @@ BESIDE_SRC = {
 }
 
 # Qt headers stand in the .cpp files of these folders only.
-QT_FOLDERS = ["framework/qt", "tests/framework_qt", "tests/app"]
+QT_FOLDERS = ["framework/qt", "tests/framework_qt", "tests/app", "bench/startup"]
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 QT_HEADER = re.compile(r"Q[A-Z]|Qt|q[a-z]*\.h$|private/q")

@@ -40,6 +40,7 @@ void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, const void* pBits) {
     header.biYPelsPerMeter = 1024;
     header.biClrImportant = header.biClrUsed;
     m_hBitmap = CreateDIBitmap(nullptr, &header, CBM_INIT, pBits, &info, DIB_RGB_COLORS);
+    m_bMemoryRefused = !m_hBitmap && m_nWidth > 0 && m_nHeight > 0;
 }
 
 void DisplayImage::FillGreyPalette(BITMAPINFO& info, u32 nCount) {

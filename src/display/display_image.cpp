@@ -15,6 +15,7 @@ void DisplayImage::BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nCha
     DiscardBitmap();
     // Cleared until the end, so that an exception on the way leaves no valid picture behind.
     m_bValid = 0;
+    m_bMemoryRefused = false;
     bool valid = false;
     if (document.m_nDocType == DOC_PSD) valid = BuildPsdPicture(document.m_Psd, nLayer, nChannel);
     // Which picture an IFF document's layer stands for was settled when the layer was chosen.

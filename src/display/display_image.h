@@ -60,6 +60,7 @@ class DisplayImage {
 
     HBITMAP m_hBitmap = nullptr;  // owned
     u32 m_bValid = 0;
+    bool m_bMemoryRefused = false;  // the memory for the bitmap itself, all before it having been made
     u32 m_nWidth = 0;               // pixels
     u32 m_nHeight = 0;              // rows
     u32 m_nColours = 0;             // palette entries; 0 for a true-colour picture

@@ -14,10 +14,6 @@ RowTable16 Plane16(const PsdImage& psd, u32 channel) {
     return reinterpret_cast<RowTable16>(Plane8(psd, channel));
 }
 
-u32 Distance(i32 from, i32 to) {
-    return static_cast<u32>(to) - static_cast<u32>(from);
-}
-
 }  // namespace
 
 bool DisplayImage::BuildPsdPicture(const PsdImage& psd, u32 nLayer, u32 nChannel) {
@@ -104,8 +100,8 @@ void DisplayImage::ConvertPsdComposite(const PsdImage& psd) {
 
 // A layer's planes have one byte a sample, whatever the document's depth.
 void DisplayImage::ConvertPsdLayer(const PsdLayer& layer, u32 nChannel) {
-    m_nWidth = Distance(layer.m_nLeft, layer.m_nRight);
-    m_nHeight = Distance(layer.m_nTop, layer.m_nBottom);
+    m_nWidth = PsdDistance(layer.m_nLeft, layer.m_nRight);
+    m_nHeight = PsdDistance(layer.m_nTop, layer.m_nBottom);
     m_nColours = 0;
     if (nChannel == 0) {
         RowTable8 colours[3] = {};
@@ -116,8 +112,8 @@ void DisplayImage::ConvertPsdLayer(const PsdLayer& layer, u32 nChannel) {
     }
     const PsdLayerChannel& channel = *layer.m_Channels.GetAt(nChannel - 1);
     if (channel.m_nId == PSD_CHANNEL_USER_MASK && layer.m_bHasMask) {
-        m_nWidth = Distance(layer.m_nMaskLeft, layer.m_nMaskRight);
-        m_nHeight = Distance(layer.m_nMaskTop, layer.m_nMaskBottom);
+        m_nWidth = PsdDistance(layer.m_nMaskLeft, layer.m_nMaskRight);
+        m_nHeight = PsdDistance(layer.m_nMaskTop, layer.m_nMaskBottom);
     }
     ConvertGrey8(channel.m_ppPlane);
 }

@@ -92,15 +92,6 @@ void UnpackBits(u8* row, const u8* packed, u32 width) {
     if (rest > 0) std::memcpy(row + (width - rest), UNPACKED[packed[width / 8]].data(), rest);
 }
 
-bool IsPlaneSide(u32 length) {
-    return length >= 1 && length <= PSD_LONGEST_SIDE;
-}
-
-// Unsigned, so that a rectangle turned inside out counts as too large.
-u32 Distance(i32 from, i32 to) {
-    return static_cast<u32>(to) - static_cast<u32>(from);
-}
-
 }  // namespace
 
 bool DecodePackBitsRow(u8* row, ByteStream& stream, u32 width, u32 packed) {
@@ -200,14 +191,14 @@ bool PsdLayerChannel::ReadChannelData(ByteStream& stream, u32 rows, u32 columns)
 }
 
 bool PsdLayer::ReadChannelImages(ByteStream& stream) {
-    const u32 rows = Distance(m_nTop, m_nBottom);
-    const u32 columns = Distance(m_nLeft, m_nRight);
-    if (!IsPlaneSide(rows) || !IsPlaneSide(columns)) return false;
-    const u32 maskRows = Distance(m_nMaskTop, m_nMaskBottom);
-    const u32 maskColumns = Distance(m_nMaskLeft, m_nMaskRight);
+    const u32 rows = PsdDistance(m_nTop, m_nBottom);
+    const u32 columns = PsdDistance(m_nLeft, m_nRight);
+    if (!IsPsdSide(rows) || !IsPsdSide(columns)) return false;
+    const u32 maskRows = PsdDistance(m_nMaskTop, m_nMaskBottom);
+    const u32 maskColumns = PsdDistance(m_nMaskLeft, m_nMaskRight);
     for (const auto& channel : m_Channels) {
         const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && m_bHasMask;
-        if (isMask && (!IsPlaneSide(maskRows) || !IsPlaneSide(maskColumns))) return false;
+        if (isMask && (!IsPsdSide(maskRows) || !IsPsdSide(maskColumns))) return false;
         if (!channel->ReadChannelData(stream, isMask ? maskRows : rows, isMask ? maskColumns : columns))
             return false;
     }

@@ -11,16 +11,6 @@ namespace {
 constexpr u32 MOST_CHANNELS = 24;
 constexpr u32 PALETTE_BYTES = 3 * PSD_PALETTE_SIZE;
 
-// The least that the image data of one channel takes: its compression and one sample.
-constexpr u32 LEAST_CHANNEL_SIZE = 3;
-
-// Bytes of image data that the layer's channels still need.
-u64 ChannelDataSize(const PsdLayer& layer) {
-    u64 size = 0;
-    for (const auto& channel : layer.m_Channels) size += std::max(channel->m_nLength, LEAST_CHANNEL_SIZE);
-    return size;
-}
-
 }  // namespace
 
 bool PsdImage::ReadHeader(ByteStream& stream) {
@@ -35,8 +25,8 @@ bool PsdImage::ReadHeader(ByteStream& stream) {
     if (!stream.IsGood()) return false;
     // Compared unsigned, so that negative fields count as too large.
     if (m_nChannels == 0 || m_nChannels > MOST_CHANNELS) return false;
-    if (m_nHeight == 0 || m_nHeight > PSD_LONGEST_SIDE) return false;
-    if (m_nWidth == 0 || m_nWidth > PSD_LONGEST_SIDE) return false;
+    if (!IsPsdSide(m_nHeight)) return false;
+    if (!IsPsdSide(m_nWidth)) return false;
     if (m_nDepth != 1 && m_nDepth != 8 && m_nDepth != 16) return false;
     return m_nMode <= PSD_CMYK || (m_nMode >= PSD_MULTICHANNEL && m_nMode <= PSD_LAB);
 }
@@ -100,8 +90,10 @@ bool PsdImage::ReadLayerRecords(ByteStream& stream, u32 count) {
     for (u32 i = 0; i < count; ++i) {
         auto layer = MakePsdObject<PsdLayer>();
         if (!layer || !layer->ReadLayerRecord(stream)) return false;
-        announced += ChannelDataSize(*layer);
-        if (announced > DataLength(stream) || !m_Layers.Append(std::move(layer))) return false;
+        announced += layer->LeastImageDataSize();
+        // Left in the state that reading them would have left.
+        if (announced > DataLength(stream)) stream.m_nStatus |= BS_END;
+        if (!stream.IsGood() || !m_Layers.Append(std::move(layer))) return false;
     }
     return stream.IsGood();
 }

@@ -18,8 +18,7 @@ constexpr u32 PSD_MULTICHANNEL = 7;
 constexpr u32 PSD_DUOTONE = 8;
 constexpr u32 PSD_LAB = 9;
 
-constexpr u32 PSD_PALETTE_SIZE = 256;    // entries
-constexpr u32 PSD_LONGEST_SIDE = 30000;  // rows or columns
+constexpr u32 PSD_PALETTE_SIZE = 256;  // entries
 
 class PsdImage {
   public:

@@ -2,6 +2,7 @@
 
 #include "psd/field_reader.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -118,4 +119,11 @@ bool PsdGlobalMask::ReadGlobalMask(ByteStream& stream) {
     m_nKind = ReadU8(stream);
     Skip(stream, 1);
     return stream.IsGood();
+}
+
+u64 PsdLayer::LeastImageDataSize() const {
+    constexpr u32 LEAST_CHANNEL_SIZE = 3;  // its compression and one sample
+    u64 size = 0;
+    for (const auto& channel : m_Channels) size += std::max(channel->m_nLength, LEAST_CHANNEL_SIZE);
+    return size;
 }

@@ -12,6 +12,17 @@ class ByteStream;
 constexpr i32 PSD_CHANNEL_TRANSPARENCY = -1;
 constexpr i32 PSD_CHANNEL_USER_MASK = -2;
 
+constexpr u32 PSD_LONGEST_SIDE = 30000;  // rows or columns of an image, a layer or a mask
+
+constexpr bool IsPsdSide(u32 length) {
+    return length >= 1 && length <= PSD_LONGEST_SIDE;
+}
+
+// Between two edges. Unsigned, so that a rectangle turned inside out counts as too large.
+constexpr u32 PsdDistance(i32 from, i32 to) {
+    return static_cast<u32>(to) - static_cast<u32>(from);
+}
+
 using PsdBlendingRange = std::array<u8, 4>;  // as in the file
 
 constexpr PsdBlendingRange PSD_DEFAULT_RANGE = {0, 0, 255, 255};
@@ -52,6 +63,9 @@ class PsdLayer : public PsdObject {
     // Reads the image data of every channel. A layer of no rows or no columns is refused, even one without
     // channels.
     bool ReadChannelImages(ByteStream& stream);
+
+    // Bytes that the image data of its channels takes at the least.
+    u64 LeastImageDataSize() const;
 
     i32 m_nTop = 0;  // edges in rows and columns of the image; they may lie outside it
     i32 m_nLeft = 0;

@@ -51,6 +51,15 @@ void WriteFile(JsonWriter& json, const CVistrelDoc& document, const std::string&
     json.EndLine();
 }
 
+// What a refused document has left behind is gone when this returns.
+bool ReadAndWrite(CFile& file, const std::string& strPath, std::FILE* out) {
+    CVistrelDoc document;
+    const bool accepted = Load(document, file);
+    JsonWriter json(out);
+    WriteFile(json, document, strPath);
+    return accepted;
+}
+
 }  // namespace
 
 DescribeResult DescribeFile(const std::string& strPath, std::FILE* out) {
@@ -60,11 +69,7 @@ DescribeResult DescribeFile(const std::string& strPath, std::FILE* out) {
     };
     try {
         CRegularFile file(strPath);
-        CVistrelDoc document;
-        const bool accepted = Load(document, file);
-        JsonWriter json(out);
-        WriteFile(json, document, strPath);
-        if (accepted) return DescribeResult::Accepted;
+        if (ReadAndWrite(file, strPath, out)) return DescribeResult::Accepted;
         std::fprintf(stderr, "%s: refused. %s\n", strPath.c_str(), DescribeRefusal(file).c_str());
         return DescribeResult::Refused;
     } catch (const CException& exception) {

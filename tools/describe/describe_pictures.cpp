@@ -51,6 +51,18 @@ void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown)
     json.EndObject();
 }
 
+// False when memory refuses the picture, which is not valid then.
+bool Build(DisplayImage& image, const CVistrelDoc& document, u32 layer, u32 channel) {
+    try {
+        image.BuildBitmap(document, layer, channel);
+        if (!image.m_bMemoryRefused) return true;
+    } catch (const std::bad_alloc&) {
+    } catch (const CMemoryException&) {
+    }
+    image.m_bValid = 0;
+    return false;
+}
+
 }  // namespace
 
 void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName) {
@@ -63,15 +75,9 @@ void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std:
         json.Key("channels");
         json.BeginArray();
         for (u32 channel = 0; channel < channels.size(); ++channel) {
-            try {
-                image.BuildBitmap(document, layer, channel);
-            } catch (const std::bad_alloc&) {
+            if (!Build(image, document, layer, channel))
                 std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", strFileName.c_str(), layer, channel,
                              CMemoryException().what());
-            } catch (const CMemoryException& exception) {
-                std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", strFileName.c_str(), layer, channel,
-                             exception.what());
-            }
             json.BeginObject();
             json.Key("name");
             json.Text(channels[channel]);

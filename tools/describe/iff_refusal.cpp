@@ -12,6 +12,19 @@ std::string Name(IffId id) {
     return "\"" + text + "\"";
 }
 
+// The middle of a path through thousands of containers says nothing.
+std::string Shortened(const std::string& path) {
+    constexpr size_t KEPT = 60;
+    return path.size() <= 3 * KEPT ? path : path.substr(0, KEPT) + "..." + path.substr(path.size() - KEPT);
+}
+
+constexpr const char* CONTAINER_ENDS = "its container ends";
+
+// What ends where an archive does: the outermost chunk stands in the file itself.
+const char* EndOf(const IffArchive& archive) {
+    return archive.GetDepth() == 0 ? "the file ends" : CONTAINER_ENDS;
+}
+
 class IffWalk {
   public:
     explicit IffWalk(ByteStream& stream) : m_stream(stream) {}
@@ -19,6 +32,10 @@ class IffWalk {
     Refusal Walk() {
         const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive);
         archive->Attach(&m_stream);
+        if (archive->GetRemaining() < 0) {
+            Stop("the file", "its 2 GiB and more are too many");
+            return m_refusal;
+        }
         IffId id;
         archive->Transfer(id);
         const bool outermost = id == ID_FORM || id == ID_LIST || id == ID_CAT;
@@ -34,61 +51,74 @@ class IffWalk {
   private:
     void Stop(const std::string& reading, const std::string& rule) {
         m_bStopped = true;
-        m_refusal = {m_stream.GetPosition(), reading + m_strPath, m_stream.IsGood() ? rule : "the file ends"};
+        m_refusal = {m_stream.GetPosition(), reading + Shortened(m_strPath),
+                     m_stream.IsGood() ? rule : DescribeBadState(m_stream)};
     }
 
-    // One chunk whose id is known.
+    // One chunk whose id is known. Calls itself once for each level, so texts are made elsewhere: they would
+    // take room on the stack at every level.
     void ReadBody(IffArchive& archive, IffId formType, IffId id, bool useRegistry) {
         u32 size = 0;
         archive.Transfer(size);
-        if (archive.HasFailed()) return Stop("the size of " + Name(id), "its container ends");
+        if (archive.HasFailed()) return StopAtSize(archive, id);
         const size_t outer = m_strPath.size();
-        m_strPath += (outer == 0 ? " in " : "/") + Name(id);
+        Enter(id);
         const auto chunk = CountedPtr<IffChunk>::Adopt(useRegistry ? IffChunkRegistry::Create(formType, id)
                                                                    : new IffUnknownChunk(id));
         IffArchive* const body = archive.OpenChunk(size);
-        auto* const container = dynamic_cast<IffContainer*>(chunk.Get());
         if (body->HasFailed())
-            Stop("the size", std::to_string(size) + " bytes; less than 2147483648 are read");
-        else if (container)
+            StopAtHugeSize(size);
+        else if (auto* const container = dynamic_cast<IffContainer*>(chunk.Get()))
             ReadChildren(*body, *container);
         else
             ReadFields(*body, *chunk, size);
         archive.CloseChunk(body);
-        u8 pad = 0;
-        if (!m_bStopped && size % 2 != 0) {
-            archive.Transfer(pad);
-            if (archive.HasFailed()) Stop("the pad byte", "its container ends");
-        }
+        if (!m_bStopped && size % 2 != 0) ReadPad(archive);
         m_strPath.resize(outer);
     }
 
     void ReadChildren(IffArchive& body, IffContainer& container) {
         body.Transfer(container.m_Type);
-        if (body.HasFailed()) return Stop("the type", "its container ends");
-        if (body.GetDepth() > DEEPEST_CONTAINER) {
-            m_strPath.clear();
-            return Stop("a container", "it is the " + std::to_string(body.GetDepth()) +
-                                           "th one inside another; " + std::to_string(DEEPEST_CONTAINER) +
-                                           " are read");
-        }
+        if (body.HasFailed()) return StopAtType();
+        if (body.GetDepth() > DEEPEST_CONTAINER) return StopAtDepth(body.GetDepth());
         while (!m_bStopped && body.GetRemaining() > 0) {
             IffId id;
             body.Transfer(id);
             const bool allowed = container.IsChildAllowed(id);
             if (id.IsNull() && !body.HasFailed()) body.Transfer(id);
-            if (body.HasFailed()) return Stop("the id of a chunk", "its container ends");
+            if (body.HasFailed()) return StopAtId();
             ReadBody(body, container.m_Type, id, allowed);
         }
-        if (!m_bStopped && body.GetRemaining() < 0) Stop("the last chunk", "it is larger than its container");
+        if (!m_bStopped && body.GetRemaining() < 0) StopAtOverrun();
     }
 
     void ReadFields(IffArchive& body, IffChunk& chunk, u32 size) {
         chunk.Transfer(body);
         if (!body.HasFailed()) return;
         const bool fileEnds =
-            m_stream.GetRemaining() < static_cast<u32>(body.GetRemaining()) && body.GetRemaining() > 0;
+            body.GetRemaining() > 0 && m_stream.GetRemaining() < static_cast<u32>(body.GetRemaining());
         Stop("the body", fileEnds ? "the file ends" : std::to_string(size) + " bytes are too few for it");
+    }
+
+    void ReadPad(IffArchive& archive) {
+        u8 pad = 0;
+        archive.Transfer(pad);
+        if (archive.HasFailed()) Stop("the pad byte", EndOf(archive));
+    }
+
+    void Enter(IffId id) { m_strPath += (m_strPath.empty() ? " in " : "/") + Name(id); }
+
+    void StopAtId() { Stop("the id of a chunk", CONTAINER_ENDS); }
+    void StopAtSize(const IffArchive& archive, IffId id) { Stop("the size of " + Name(id), EndOf(archive)); }
+    void StopAtType() { Stop("the type", CONTAINER_ENDS); }
+    void StopAtOverrun() { Stop("the last chunk", "it is larger than its container"); }
+    void StopAtHugeSize(u32 size) {
+        Stop("the size", std::to_string(size) + " bytes; less than 2147483648 are read");
+    }
+    void StopAtDepth(u32 depth) {
+        m_strPath.clear();  // says no more than the number does
+        Stop("a container", "it is the " + std::to_string(depth) + "th one inside another; " +
+                                std::to_string(DEEPEST_CONTAINER) + " are read");
     }
 
     ByteStream& m_stream;

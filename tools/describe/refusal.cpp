@@ -4,6 +4,8 @@
 #include "framework/core/file.h"
 #include "iff/archive_byte_stream.h"
 
+#include <new>
+
 namespace {
 
 constexpr u32 BUFFER_SIZE = 1024;
@@ -16,7 +18,13 @@ std::string Sentence(const Refusal& refusal) {
 
 }  // namespace
 
-std::string DescribeRefusal(CFile& file) {
+std::string DescribeBadState(const ByteStream& stream) {
+    if (stream.m_nStatus & BS_UNSUPPORTED) return "the file is too large";
+    if (stream.m_nStatus & BS_ERROR) return "the file cannot be read";
+    return "the file ends";
+}
+
+std::string DescribeRefusal(CFile& file) try {
     CArchive archive(&file, CArchive::load);
     file.Seek(0, CFile::begin);
     ArchiveByteStream psd(&archive, BUFFER_SIZE);
@@ -24,10 +32,12 @@ std::string DescribeRefusal(CFile& file) {
     // What the first reader has done to the stream stays, and keeps the second one from reading.
     const bool usable = psd.IsGood();
     psd.Close();
-    if (!usable) return first + "not asked, since the data had ended";
+    if (!usable) return first + "not asked, since the first had come to no good end";
     file.Seek(0, CFile::begin);
     ArchiveByteStream iff(&archive, BUFFER_SIZE);
     const std::string second = Sentence(WhyNotIff(iff));
     iff.Close();
     return first + second;
+} catch (const std::bad_alloc&) {
+    return "There is not enough memory to tell why";
 }

@@ -16,6 +16,9 @@ struct Refusal {
     std::string strRule;     // what it would have taken; empty where that cannot be told
 };
 
+// What a stream in bad state has run into.
+std::string DescribeBadState(const ByteStream& stream);
+
 // Each walks from the stream's position on; only for a file that the reader has refused.
 Refusal WhyNotPsd(ByteStream& stream);
 Refusal WhyNotIff(ByteStream& stream);

@@ -46,8 +46,8 @@ struct GdiBitmap {
 };
 
 using HBITMAP = GdiBitmap*;
-struct HDC__;
-using HDC = HDC__*;  // no bitmap here depends on a device, so none is ever needed
+struct GdiDevice;
+using HDC = GdiDevice*;  // no bitmap here depends on a device, so none is ever needed
 
 // Copies the pixels into a new device bitmap, which the caller frees with DeleteObject. Null when the picture
 // is empty, its description is none that is drawn here (8 bits with a colour table or 24 bits, bottom-up), or
