@@ -50,11 +50,8 @@ TEST(RecentFiles, TheLatestComesFirstAndTwoProgramsKeepOneList) {
 
 TEST(RecentFiles, WhatIsKeptMayBeDamaged) {
     MemoryProfile profile;
-    profile.m_section = {{"File1", "nonsense"},
-                         {"File3", "file:///x"},
-                         {"File4", "file:///x"},
-                         {"File9", "file:///y"},
-                         {"File10", "file:///z"}};
+    profile.m_section = {{"File1", "nonsense"}, {"File3", "file:///x"}, {"File4", "file:///x"}, {"File9", "file:///y"},
+        {"File10", "file:///z"}};
     CRecentFileList list(9);
     list.ReadList(profile);
     EXPECT_EQ(Paths(list), "/x /y");
@@ -72,11 +69,9 @@ TEST(RecentFiles, MenuTextsAreShortAndHaveTheirMnemonic) {
         const char* pszShort;
     };
     for (const Path& row :
-         {Path{"/home/a/bc.iff", "/home/a/bc.iff"}, Path{"/home/abc/de/fgh.iff", "/home/.../fgh.iff"},
-          Path{"/home/a/0123456789.iff", ".../01234...9.iff"},
-          Path{"/0123456789012345.iff", "/012345...345.iff"},
-          Path{"/x/a\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4.iff",
-               ".../a\xC3\xA4\xC3\xA4....iff"}}) {
+        {Path{"/home/a/bc.iff", "/home/a/bc.iff"}, Path{"/home/abc/de/fgh.iff", "/home/.../fgh.iff"},
+            Path{"/home/a/0123456789.iff", ".../01234...9.iff"}, Path{"/0123456789012345.iff", "/012345...345.iff"},
+            Path{"/x/a\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4.iff", ".../a\xC3\xA4\xC3\xA4....iff"}}) {
         EXPECT_EQ(AbbreviatePath(row.pszPath, 17), row.pszShort);
     }
 }
@@ -89,7 +84,7 @@ TEST(FileUri, EveryPathComesBackAndWhatIsNoneDoesNot) {
 
     for (const char* uri : {"file:///a%c3%bc", "file://localhost/a\xC3\xBC", "file:/a%C3%BC"})
         EXPECT_EQ(FromFileUri(uri), "/a\xC3\xBC") << uri;
-    for (const char* uri : {"file://elsewhere/a", "http:///a", "file:a", "file:///a%", "file:///a%4",
-                            "file:///a%4g", "file:///a%00b", ""})
+    for (const char* uri :
+        {"file://elsewhere/a", "http:///a", "file:a", "file:///a%", "file:///a%4", "file:///a%4g", "file:///a%00b", ""})
         EXPECT_FALSE(FromFileUri(uri)) << uri;
 }

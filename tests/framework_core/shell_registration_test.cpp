@@ -3,20 +3,13 @@
 #include <gtest/gtest.h>
 
 TEST(ShellRegistration, AnyPathOfTheProgramIsOneWordOfOneLine) {
-    const ShellRegistration registration = {"com.maker.Program",
-                                            "A & <B>",
-                                            "C",
-                                            "image/x-c",
-                                            "image/x-o",
-                                            "O",
-                                            {{".ABC", "Program.Picture", "Pictures & <more>"}}};
+    const ShellRegistration registration = {"com.maker.Program", "A & <B>", "C", "image/x-c", "image/x-o", "O",
+        {{".ABC", "Program.Picture", "Pictures & <more>"}}};
     const std::string entry = registration.MakeDesktopEntry("/a b/100%\"`$\\\n/program");
-    EXPECT_NE(entry.find("\nExec=\"/a b/100%%\\\\\"\\\\`\\\\$\\\\\\\\\\n/program\" -dde %F\n"),
-              std::string::npos)
+    EXPECT_NE(entry.find("\nExec=\"/a b/100%%\\\\\"\\\\`\\\\$\\\\\\\\\\n/program\" -dde %F\n"), std::string::npos)
         << entry;
     EXPECT_NE(entry.find("\nTryExec=/a b/100%\"`$\\\\\\n/program\n"), std::string::npos) << entry;
-    EXPECT_NE(entry.find("\nMimeType=image/x-program-picture;image/x-c;image/x-program-offer;\n"),
-              std::string::npos)
+    EXPECT_NE(entry.find("\nMimeType=image/x-program-picture;image/x-c;image/x-program-offer;\n"), std::string::npos)
         << entry;
 
     const std::string package = registration.MakeMimePackage();

@@ -16,7 +16,7 @@ namespace {
 class IniProfileTest : public testing::Test {
   protected:
     PrivateHome m_home;
-    const std::filesystem::path m_folder = m_home.m_folder / "config";
+    const std::filesystem::path m_folder = m_home.m_folder.Path("config");
 };
 
 }  // namespace
@@ -49,8 +49,7 @@ TEST_F(IniProfileTest, ADamagedFileIsWrittenAnewAndOneThatCannotBeIsLeft) {
         std::ofstream(m_folder / "Maker/Program.ini") << damage;
         IniProfile profile("Maker", "Program");
         EXPECT_EQ(profile.ReadSection("List"), ProfileSection());
-        EXPECT_TRUE(profile.ChangeSection("List", [](ProfileSection& section) { section["a"] = "b"; }))
-            << damage;
+        EXPECT_TRUE(profile.ChangeSection("List", [](ProfileSection& section) { section["a"] = "b"; })) << damage;
         EXPECT_EQ(IniProfile("Maker", "Program").ReadSection("List"), (ProfileSection{{"a", "b"}})) << damage;
     }
     // A folder in the file's place.

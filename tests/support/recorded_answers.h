@@ -17,8 +17,7 @@ class RecordedAnswers final : public Answers {
         return IDOK;
     }
 
-    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
-                                       const std::string& strFolder) override {
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters, const std::string& strFolder) override {
         m_filters = filters;
         m_strFolder = strFolder;
         return m_nextFiles;
