@@ -1,11 +1,10 @@
 #include "chunks/body_chunk.h"
 
-#include "chunks/byte_run.h"
-#include "chunks/plane_rows.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/pixels.h"
 #include "support/random.h"
+#include "support/table.h"
 
 #include <gtest/gtest.h>
 
@@ -13,74 +12,32 @@
 
 namespace {
 
-// The decoder bit by bit and byte by byte, as the format is told: the judge of the fast one.
-class PlainDecoder {
-  public:
-    PlainDecoder(const Bytes& data, u32 width, u32 planes, bool packed)
-        : m_data(data), m_nWidth(width), m_nPlanes(planes), m_bPacked(packed) {}
-
-    std::optional<std::vector<u32>> DecodeRow() {
-        std::vector<u32> values(m_nWidth, 0);
-        m_nLiterals = m_nRepeats = 0;
-        for (u32 p = 0; p < m_nPlanes; ++p) {
-            u8 byte = 0;
-            for (u32 x = 0; x < m_nWidth; ++x) {
-                if (x % 8 == 0 && !(m_bPacked ? FetchPacked(byte) : FetchRaw(byte))) return std::nullopt;
-                if (byte & 0x80 && p < 32) values[x] |= 1u << p;
-                byte = static_cast<u8>(byte << 1);
+// The next row bit by bit and byte by byte, as the format is told: the judge of the fast decoder.
+std::optional<std::vector<u32>> PlainRow(const Bytes& data, u64& cursor, u32 width, u32 planes, bool packed) {
+    std::vector<u32> values(width, 0);
+    u32 literals = 0, repeats = 0;
+    for (u32 i = 0; i < planes * width; ++i) {
+        const u32 plane = i / width, x = i % width;
+        if (x % 8 != 0) continue;
+        if (cursor == data.size()) return std::nullopt;
+        if (packed && literals == 0 && repeats == 0) {
+            u32 control = 128;
+            while (control == 128) {
+                control = data[cursor++];
+                if (cursor == data.size()) return std::nullopt;
             }
+            (control < 128 ? literals : repeats) = control < 128 ? control + 1 : 257 - control;
         }
-        return values;
+        for (u32 bit = 0; bit < 8 && x + bit < width && plane < 32; ++bit)
+            values[x + bit] |= (data[cursor] >> (7 - bit) & 1u) << plane;
+        if (literals > 0) --literals;
+        if (repeats == 0 || --repeats == 0) ++cursor;
     }
-
-    u64 Remaining() const { return m_data.size() - m_nCursor; }
-
-  private:
-    bool FetchRaw(u8& byte) {
-        if (Remaining() == 0) return false;
-        byte = m_data[m_nCursor++];
-        return true;
-    }
-
-    bool FetchPacked(u8& byte) {
-        if (Remaining() == 0) return false;
-        if (m_nLiterals > 0) {
-            --m_nLiterals;
-            byte = m_data[m_nCursor++];
-            return true;
-        }
-        if (m_nRepeats > 0) {
-            byte = m_data[m_nCursor];
-            if (--m_nRepeats == 0) ++m_nCursor;
-            return true;
-        }
-        u32 control = 128;
-        while (control == 128) {
-            control = m_data[m_nCursor++];
-            if (Remaining() == 0) return false;
-        }
-        byte = m_data[m_nCursor];
-        if (control < 128) {
-            m_nLiterals = control;
-            ++m_nCursor;
-        } else {
-            m_nRepeats = 256 - control;
-        }
-        return true;
-    }
-
-    const Bytes& m_data;
-    const u32 m_nWidth;
-    const u32 m_nPlanes;
-    const bool m_bPacked;
-    u64 m_nCursor = 0;
-    u32 m_nLiterals = 0;
-    u32 m_nRepeats = 0;
-};
+    return values;
+}
 
 struct Picture {
-    Picture(const BmhdFields& header, const Bytes& data)
-        : iff(Form("ILBM", {Bmhd(header), Chunk("BODY", data)})) {}
+    Picture(const BmhdFields& header, const Bytes& data) : iff(Form("ILBM", {Bmhd(header), Chunk("BODY", data)})) {}
     BodyChunk& Body() const { return ChildAs<BodyChunk>(iff.Root(), 1); }
 
     LoadedIff iff;
@@ -89,40 +46,29 @@ struct Picture {
 void ExpectAsPlain(u32 width, u32 planes, bool packed, const Bytes& data, u32 rows) {
     const Picture picture({.width = width, .height = rows, .planes = planes, .compression = packed}, data);
     BodyChunk& body = picture.Body();
-    PlainDecoder plain(data, width, planes, packed);
+    u64 cursor = 0;
     ASSERT_TRUE(body.BeginRows());
     for (u32 y = 0; y < rows; ++y) {
-        const auto expected = plain.DecodeRow();
+        SCOPED_TRACE(testing::Message() << "row " << y << " of width " << width << ", " << planes << " planes");
+        const auto expected = PlainRow(data, cursor, width, planes, packed);
         const u32* const values = body.DecodeRow();
-        ASSERT_EQ(values != nullptr, expected.has_value())
-            << "row " << y << " of width " << width << ", " << planes << " planes, packed " << packed;
-        ASSERT_EQ(body.m_nRemaining, plain.Remaining()) << "row " << y;
+        ASSERT_EQ(values != nullptr, expected.has_value());
+        ASSERT_EQ(body.m_nRemaining, data.size() - cursor);
         if (!expected) return;
-        ASSERT_TRUE(std::equal(expected->begin(), expected->end(), values))
-            << "row " << y << " of width " << width << ", " << planes << " planes, packed " << packed;
+        ASSERT_TRUE(std::equal(expected->begin(), expected->end(), values));
     }
-    body.EndRows();
 }
 
 // Runs and literals of awkward lengths, across plane rows and rows, with controls of 128 strewn in.
 Bytes RandomPackets(Random& random, u64 count) {
     ByteBuilder packets;
     while (packets.Get().size() < count) {
-        switch (random() % 5) {
-            case 0:
-                packets.U8(128);
-                break;
-            case 1:
-                packets.U8(static_cast<u32>(255 - random() % 3)).U8(random());
-                break;
-            case 2:
-                packets.U8(static_cast<u32>(129 + random() % 127)).U8(random());
-                break;
-            default: {
-                const u32 literals = random() % (random() % 8 == 0 ? 128 : 6);
-                packets.U8(literals).Append(random.SomeBytes(literals + 1));
-            }
-        }
+        const u32 kind = random() % 5;
+        const u32 literals = random() % (random() % 8 == 0 ? 128 : 6);
+        if (kind == 0) packets.U8(128);
+        if (kind == 1) packets.U8(255 - random() % 3, random());
+        if (kind == 2) packets.U8(129 + random() % 127, random());
+        if (kind >= 3) packets.U8(literals).Append(random.SomeBytes(literals + 1));
     }
     return packets;
 }
@@ -154,61 +100,25 @@ TEST(DecodeRow, EqualsThePlainDecoderWhereverTheDataEnds) {
 }
 
 TEST(DecodeRow, KnownRows) {
-    struct Case {
-        const char* name;
-        BmhdFields header;
-        Bytes data;
-        TextRows rows;
-        u32 left;
-    };
-    for (const Case& c : {
-             Case{"plane 0 is the lowest bit",
-                  {.width = 16, .height = 1, .planes = 2},
-                  {0xFF, 0, 0, 0xFF},
-                  {"1111111122222222"},
-                  0},
-             Case{"no plane row is padded",
-                  {.width = 24, .height = 1, .planes = 2},
-                  {0, 0, 0xFF, 0xFF, 0, 0},
-                  {"222222220000000011111111"},
-                  0},
-             Case{"a repeat is consumed with its last use",
-                  {.width = 24, .height = 1, .compression = 1},
-                  {0xFE, 0xAA},
-                  {"101010101010101010101010"},
-                  0},
-             Case{"128 stands for nothing",
-                  {.width = 8, .height = 1, .compression = 1},
-                  {0x80, 0, 0x55},
-                  {"01010101"},
-                  0},
-             Case{"any compression but 0",
-                  {.width = 8, .height = 1, .compression = 200},
-                  {0, 0xF0},
-                  {"11110000"},
-                  0},
-             Case{"a cut repeat leaves its byte as control byte",
-                  {.width = 8, .height = 2, .compression = 1},
-                  {0xF0, 0x00, 0x0F},
-                  {"00000000", "00001111"},
-                  0},
-             Case{"a cut literal leaves its rest",
-                  {.width = 8, .height = 2, .compression = 1},
-                  {1, 0xF0, 0, 0x3C, 9},
-                  {"11110000", "00111100"},
-                  1},
-         }) {
-        const Picture picture(c.header, c.data);
+    for (const auto& [name, header, data, expected, left] :
+        Table<const char*, BmhdFields, Bytes, TextRows, u32>{
+            {"plane 0 is the lowest bit", {16, 1, 2}, {0xFF, 0, 0, 0xFF}, {"1111111122222222"}, 0},
+            {"no plane row is padded", {24, 1, 2}, {0, 0, 0xFF, 0xFF, 0, 0}, {"222222220000000011111111"}, 0},
+            {"a repeat is consumed with its last use", {24, 1, 1, 0, 1}, {0xFE, 0xAA}, {"101010101010101010101010"}, 0},
+            {"128 stands for nothing", {8, 1, 1, 0, 1}, {0x80, 0, 0x55}, {"01010101"}, 0},
+            {"any compression but 0", {8, 1, 1, 0, 200}, {0, 0xF0}, {"11110000"}, 0},
+            {"a cut repeat leaves its byte", {8, 2, 1, 0, 1}, {0xF0, 0x00, 0x0F}, {"00000000", "00001111"}, 0},
+            {"a cut literal leaves its rest", {8, 2, 1, 0, 1}, {1, 0xF0, 0, 0x3C, 9}, {"11110000", "00111100"}, 1},
+        }) {
+        const Picture picture(header, data);
         BodyChunk& body = picture.Body();
         ASSERT_TRUE(body.BeginRows());
-        TextRows rows;
-        while (rows.size() < c.header.height) {
+        for (const std::string& row : expected) {
             const u32* const values = body.DecodeRow();
-            ASSERT_TRUE(values) << c.name;
-            rows.push_back(ValueText(values, c.header.width));
+            ASSERT_TRUE(values) << name;
+            EXPECT_EQ(ValueText(values, header.width), row) << name;
         }
-        EXPECT_EQ(rows, c.rows) << c.name;
-        EXPECT_EQ(body.m_nRemaining, c.left) << c.name;
+        EXPECT_EQ(body.m_nRemaining, left) << name;
     }
 }
 
@@ -222,47 +132,24 @@ TEST(BodyChunk, DecodingStartsAgainAtAnyTime) {
     EXPECT_EQ(ValueText(body.DecodeRow(), 8), "00001111");
     EXPECT_EQ(ValueText(body.DecodeRow(), 8), "11110000");
     EXPECT_FALSE(body.DecodeRow());
-    body.EndRows();
-    EXPECT_FALSE(body.DecodeRow());
-}
-
-TEST(BodyChunk, WithoutAHeaderInScopeNothingIsDecoded) {
-    const LoadedIff headless(Form("ILBM", {Chunk("BODY", {1, 2}), Bmhd({.width = 8})}));
-    auto& body = ChildAs<BodyChunk>(headless.Root(), 0);
-    EXPECT_FALSE(body.BeginRows());
-    EXPECT_FALSE(body.DecodeRow());
     const Picture empty({.width = 8, .height = 1, .planes = 0}, {});
     EXPECT_TRUE(empty.Body().BeginRows()) << "no bytes are data too";
     EXPECT_EQ(ValueText(empty.Body().DecodeRow(), 8), "00000000");
+    empty.Body().EndRows();
+    EXPECT_FALSE(empty.Body().DecodeRow());
+    const LoadedIff headless(Form("ILBM", {Chunk("BODY", {1, 2}), Bmhd({.width = 8})}));
+    EXPECT_FALSE(ChildAs<BodyChunk>(headless.Root(), 0).BeginRows()) << "no header in scope";
 }
 
-// No packing of a row is shorter than the least size, and one is as short.
-TEST(ByteRun, TheLeastSizeIsReached) {
-    for (u32 size = 0; size <= 400; ++size) {
-        ByteBuilder packed;
-        for (u32 left = size; left >= 128; left -= 128) packed.U8(129).U8(7);
-        if (size % 128 != 0) packed.U8(129);
-        EXPECT_EQ(packed.Get().size(), LeastByteRunSize(size)) << size;
-        packed.U8(7);  // of a cut run only the control byte is used up, but a byte must follow it
-        Bytes row(size);
-        ByteRunSource source{packed.Get().data(), static_cast<u32>(packed.Get().size())};
-        EXPECT_TRUE(UnpackByteRun(row.data(), size, source)) << size;
-        EXPECT_EQ(source.nRemaining, 1u) << size;
-    }
-}
-
+// The least that a run-length coded row takes is two bytes for each 128 and one more for a rest.
 TEST(BodyChunk, KnowsWhetherItsDataCanFillTheRows) {
-    struct Case {
-        u32 planes, compression, size, rows;
-        bool can;
-    };
-    for (const Case c : {Case{2, 0, 12, 3, true}, Case{2, 0, 12, 4, false}, Case{2, 1, 12, 12, true},
-                         Case{2, 1, 12, 13, false}, Case{0, 1, 0, 65535, true}}) {
-        const Picture picture(
-            {.width = 16, .height = c.rows, .planes = c.planes, .compression = c.compression}, Bytes(c.size));
-        EXPECT_FALSE(picture.Body().CanFillRows(c.rows)) << "before decoding has begun";
+    for (const auto& [planes, compression, size, most] : Table<u32, u32, u32, u32>{
+             {2, 0, 15, 3}, {2, 1, 12, 12}, {63, 1, 12, 12}, {64, 1, 13, 6}, {65, 1, 12, 4}, {255, 1, 16, 2}}) {
+        const Picture picture({.width = 16, .planes = planes, .compression = compression}, Bytes(size));
+        EXPECT_FALSE(picture.Body().CanFillRows(1)) << "before decoding has begun";
         picture.Body().BeginRows();
-        EXPECT_EQ(picture.Body().CanFillRows(c.rows), c.can) << c.size << " bytes, " << c.rows << " rows";
+        EXPECT_TRUE(picture.Body().CanFillRows(most)) << planes << " planes";
+        EXPECT_FALSE(picture.Body().CanFillRows(most + 1)) << planes << " planes";
     }
 }
 

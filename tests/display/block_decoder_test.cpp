@@ -4,11 +4,9 @@
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/random.h"
+#include "support/table.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdio>
-#include <string>
 
 namespace {
 
@@ -18,103 +16,70 @@ std::string Decoded(const S3tcFields& fields) {
     const LargeBlock pixels = DecodeS3tcImage(ChildAs<S3tcChunk>(file.Root(), 0));
     EXPECT_TRUE(!pixels || pixels.Size() == u64{fields.width} * fields.height * 4);
     std::string text;
-    for (u64 i = 0; i < pixels.Size(); i += 4) {
-        const u8* const p = pixels.Data() + i;
-        char pixel[10];
-        std::snprintf(pixel, sizeof(pixel), "%02x%02x%02x%02x ", p[2], p[1], p[0], p[3]);
-        text += pixel;
+    for (u64 i = 0; i < pixels.Size(); ++i) {
+        const u8 byte = pixels.Data()[i ^ (i % 2 ? 0 : 2)];  // blue and red change places
+        text += {"0123456789abcdef"[byte >> 4], "0123456789abcdef"[byte & 15]};
+        if (i % 4 == 3) text += ' ';
     }
     return text;
 }
 
-// The first row of a block.
-std::string FirstRow(std::string_view code, const Bytes& block) {
-    return Decoded({.code = code, .width = 4, .height = 1, .data = block});
-}
+// Two end points, which the files hold in little-endian order, with indices 0, 1, 2, 3 in the first row.
+Bytes Colours(u32 first, u32 second) { return ByteBuilder().U8(first, first >> 8, second, second >> 8, 0xE4, 0, 0, 0); }
 
-// Indices 0, 1, 2, 3 in the first row.
-const Bytes INDICES = {0xE4, 0, 0, 0};
-
-Bytes Colours(u32 first, u32 second) {
-    return ByteBuilder().U8(first).U8(first >> 8).U8(second).U8(second >> 8).Append(INDICES);
-}
-
-TEST(BlockDecoder, KnownColours) {
-    struct Case {
-        const char* name;
-        Bytes block;
-        const char* row;
+TEST(BlockDecoder, KnownRows) {
+    const Bytes colours = Colours(0x001F, 0xF800);  // has no fourth colour where there is no alpha of its own
+    const auto with = [&](const Bytes& alpha) { return ByteBuilder().Append(alpha).Append(colours).Get(); };
+    const auto interpolated = [&](u8 first, u8 second) {
+        return with({first, second, 2 | 7 << 3 | (1 << 6 & 0xFF), (1 >> 2) | 6 << 1, 0, 0, 0, 0});  // 2, 7, 1, 6
     };
-    for (const Case& c : {
-             Case{"red over blue: thirds", Colours(0xF800, 0x001F), "ff0000ff 0000ffff aa0055ff 5500aaff "},
-             Case{"blue below red: a half and nothing", Colours(0x001F, 0xF800),
-                  "0000ffff ff0000ff 7f007fff 00000000 "},
-             Case{"equal end points count as below", Colours(0x07E0, 0x07E0),
-                  "00ff00ff 00ff00ff 00ff00ff 00000000 "},
-             Case{"bits are repeated, thirds truncated", Colours(0x8410, 0x0841),
-                  "848284ff 080808ff 5a595aff 313031ff "},
-         })
-        EXPECT_EQ(FirstRow("DXT1", c.block), c.row) << c.name;
-}
-
-TEST(BlockDecoder, KnownAlphas) {
-    const Bytes colours =
-        Colours(0x001F, 0xF800);  // would have a transparent colour without alpha of its own
-    const auto with = [&](const Bytes& alpha) { return Bytes(ByteBuilder().Append(alpha).Append(colours)); };
     const Bytes nibbles = with({0x10, 0xF7, 0, 0, 0, 0, 0, 0});
-    for (const char* code : {"DXT2", "DXT3"})
-        EXPECT_EQ(FirstRow(code, nibbles), "0000ff00 ff000011 5500aa77 aa0055ff ") << code;
-    // Indices 2, 7, 1, 6 of 3 bits each.
-    const Bytes indices = {2 | 7 << 3 | (1 << 6 & 0xFF), (1 >> 2) | 6 << 1, 0, 0, 0, 0};
-    const auto interpolated = [&](u32 first, u32 second) {
-        return with(ByteBuilder().U8(first).U8(second).Append(indices));
-    };
-    for (const char* code : {"DXT4", "DXT5"}) {
-        EXPECT_EQ(FirstRow(code, interpolated(200, 100)), "0000ffb9 ff000072 5500aa64 aa005580 ") << code;
-        EXPECT_EQ(FirstRow(code, interpolated(100, 200)), "0000ff78 ff0000ff 5500aac8 aa005500 ") << code;
-    }
+    for (const auto& [code, data, row] : Table<const char*, Bytes, const char*>{
+             {"DXT1", Colours(0xF800, 0x001F), "ff0000ff 0000ffff aa0055ff 5500aaff "},  // thirds
+             {"DXT1", colours, "0000ffff ff0000ff 7f007fff 00000000 "},                  // a half, and nothing
+             {"DXT1", Colours(0x07E0, 0x07E0), "00ff00ff 00ff00ff 00ff00ff 00000000 "},
+             {"DXT1", Colours(0x8410, 0x0841), "848284ff 080808ff 5a595aff 313031ff "},  // bits are repeated
+             {"DXT2", nibbles, "0000ff00 ff000011 5500aa77 aa0055ff "},
+             {"DXT3", nibbles, "0000ff00 ff000011 5500aa77 aa0055ff "},
+             {"DXT4", interpolated(200, 100), "0000ffb9 ff000072 5500aa64 aa005580 "},
+             {"DXT5", interpolated(200, 100), "0000ffb9 ff000072 5500aa64 aa005580 "},
+             {"DXT5", interpolated(100, 200), "0000ff78 ff0000ff 5500aac8 aa005500 "},
+             {"DXT5", interpolated(100, 100), "0000ff64 ff0000ff 5500aa64 aa005500 "},
+         })
+        EXPECT_EQ(Decoded({.code = code, .height = 1, .data = data}), row) << code;
 }
 
 TEST(BlockDecoder, EveryPixelOfABlockHasItsPlace) {
     // Index 1 in the four corners alone.
-    const Bytes block = {0, 0xF8, 0x1F, 0, 0x41, 0, 0, 0x41};
     const std::string red = "ff0000ff ", blue = "0000ffff ";
     const std::string edge = blue + red + red + blue, middle = red + red + red + red;
-    EXPECT_EQ(Decoded({.data = block}), edge + middle + middle + edge);
+    EXPECT_EQ(Decoded({.data = {0, 0xF8, 0x1F, 0, 0x41, 0, 0, 0x41}}), edge + middle + middle + edge);
 }
 
 // Each crop shows what the whole blocks show there.
 TEST(BlockDecoder, EdgesAreCropped) {
-    Random random(11);
-    for (const auto& [code, blockSize] :
-         {std::pair("DXT1", 8u), std::pair("DXT3", 16u), std::pair("DXT5", 16u)}) {
-        const Bytes all = random.SomeBytes(4 * 4 * blockSize);
-        for (u32 width = 1; width <= 13; ++width) {
-            for (u32 height = 1; height <= 13; ++height) {
-                const u32 across = (width + 3) / 4, down = (height + 3) / 4;
-                const Bytes data(all.begin(), all.begin() + across * down * blockSize);
-                const std::string whole =
-                    Decoded({.code = code, .width = across * 4, .height = down * 4, .data = data});
-                std::string expected;
-                for (u32 y = 0; y < height; ++y)
-                    expected += whole.substr(u64{y} * across * 4 * 9, u64{width} * 9);
-                ASSERT_EQ(Decoded({.code = code, .width = width, .height = height, .data = data}), expected)
-                    << code << " " << width << " x " << height;
-            }
+    for (const auto& [code, blockSize] : Table<const char*, u32>{{"DXT1", 8}, {"DXT3", 16}, {"DXT5", 16}}) {
+        const Bytes all = Random(11).SomeBytes(4 * 4 * blockSize);
+        for (u32 size = 0; size < 13 * 13; ++size) {
+            const u32 width = size / 13 + 1, height = size % 13 + 1, across = (width + 3) / 4, down = (height + 3) / 4;
+            const Bytes data = Truncated(all, (16 - across * down) * blockSize);
+            const std::string whole = Decoded({.code = code, .width = across * 4, .height = down * 4, .data = data});
+            std::string expected;
+            for (u32 y = 0; y < height; ++y) expected += whole.substr(u64{y} * across * 4 * 9, u64{width} * 9);
+            ASSERT_EQ(Decoded({.code = code, .width = width, .height = height, .data = data}), expected)
+                << code << " " << width << " x " << height;
         }
     }
 }
 
 TEST(BlockDecoder, RefusesOtherCodesAndSizes) {
     EXPECT_NE(Decoded({.data = Bytes(8)}), "") << "control";
-    EXPECT_EQ(Decoded({.data = Bytes(7)}), "");
-    EXPECT_EQ(Decoded({.data = Bytes(9)}), "");
+    for (const u32 size : {7u, 9u}) EXPECT_EQ(Decoded({.data = Bytes(size)}), "");
     EXPECT_EQ(Decoded({.width = 5, .data = Bytes(8)}), "");
-    EXPECT_EQ(Decoded({.width = 0, .data = Bytes(0)}), "");
-    EXPECT_EQ(Decoded({.height = 0, .data = Bytes(0)}), "");
+    EXPECT_EQ(Decoded({.width = 0}), "");
+    EXPECT_EQ(Decoded({.height = 0}), "");
     EXPECT_EQ(Decoded({.code = "DXT3", .data = Bytes(8)}), "");
-    EXPECT_EQ(Decoded({.code = "DXT6", .data = Bytes(16)}), "");
-    EXPECT_EQ(Decoded({.code = "dxt1", .data = Bytes(8)}), "");
+    for (const char* code : {"DXT6", "dxt1"}) EXPECT_EQ(Decoded({.code = code, .data = Bytes(16)}), "");
 }
 
 }  // namespace

@@ -1,115 +1,116 @@
-#include "support/psd_filler.h"
+#include "support/psd_builder.h"
 #include "support/shown.h"
+#include "support/table.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace {
 
-// Two pixels in one row. Sample i of channel c is 16 * (c + 1) + i, or that as the high byte of a word.
-u8 ByteSample(u32 i) {
-    return static_cast<u8>(16 * (i / 2 + 1) + i % 2);
-}
-u16 WordSample(u32 i) {
-    return static_cast<u16>(ByteSample(i) << 8 | 0x03);
-}
-u8 BitSample(u32 i) {
-    return i % 2;
-}
-
-void Fill(PsdImage& psd, u32 mode, u32 depth, u32 channels) {
-    psd.m_nMode = mode;
-    psd.m_nDepth = depth;
-    psd.m_nChannels = channels;
-    psd.m_nWidth = 2;
-    psd.m_nHeight = 1;
-    if (depth == 16)
-        FillPlanes(psd, WordSample);
-    else
-        FillPlanes(psd, depth == 8 ? ByteSample : BitSample);
-    if (mode != PSD_INDEXED) return;
-    psd.m_pPalette = std::make_unique<u8[]>(3 * PSD_PALETTE_SIZE);
-    for (u32 i = 0; i < 3 * PSD_PALETTE_SIZE; ++i) psd.m_pPalette[i] = static_cast<u8>(i + 1);
+// Two pixels in one row. Sample i of channel c is 16 * (c + 1) + i, or that as the high byte of a word; of one
+// bit a sample, the first is black and the second white.
+Bytes Document(u32 mode, u32 depth, u32 channels) {
+    PsdFields fields = {.channels = channels, .columns = 2, .depth = depth, .mode = mode};
+    ByteBuilder samples;
+    for (u32 value = 16; value < 16 * (channels + 1); value += 16) {
+        if (depth == 1) samples.U8(0x80);
+        if (depth == 8) samples.U8(value, value + 1);
+        if (depth == 16) samples.U8(value, 3, value + 1, 3);
+    }
+    fields.samples = samples;
+    // Entry i of the palette is 3 * i + 1, 3 * i + 2, 3 * i + 3.
+    for (u32 i = 0; mode == PSD_INDEXED && i < 768; ++i)
+        fields.colourData.push_back(static_cast<u8>(i % 256 * 3 + i / 256 + 1));
+    return Psd(fields);
 }
 
 TEST(PsdPicture, EveryModeAndDepthGoesToItsConverter) {
-    struct Case {
-        u32 mode, depth, channels, channel;
-        const char* colours;
-    };
-    for (const Case& c : {
-             Case{PSD_GREYSCALE, 8, 1, 0, "101010 111111"},
-             Case{PSD_GREYSCALE, 16, 1, 0, "101010 111111"},
-             Case{PSD_BITMAP, 1, 1, 0, "000000 ffffff"},
-             Case{PSD_DUOTONE, 8, 2, 0, "101010 111111"},
-             Case{PSD_INDEXED, 8, 1, 0, "313233 343536"},
-             Case{PSD_INDEXED, 16, 1, 0, "0a0b0c 0a0b0c"},
-             Case{PSD_INDEXED, 1, 1, 0, "010203 040506"},
-             Case{PSD_INDEXED, 8, 1, 1, "101010 111111"},
-             Case{PSD_RGB, 8, 3, 0, "102030 112131"},
-             Case{PSD_RGB, 16, 3, 0, "102030 112131"},
-             Case{PSD_RGB, 1, 3, 0, "000000 010101"},
-             Case{PSD_RGB, 8, 2, 0, "102000 112100"},
-             Case{PSD_RGB, 8, 4, 4, "404040 414141"},
-             Case{PSD_RGB, 16, 4, 2, "202020 212121"},
-             Case{PSD_RGB, 1, 4, 4, "000000 ffffff"},
-             Case{PSD_CMYK, 8, 3, 0, "102030 112131"},
-             Case{PSD_CMYK, 8, 4, 0, "04080c 04080c"},
-             Case{PSD_CMYK, 16, 4, 0, "04080c 04080c"},
-             Case{PSD_LAB, 8, 3, 0, ""},
-             Case{PSD_LAB, 8, 3, 2, "202020 212121"},
-             Case{PSD_MULTICHANNEL, 8, 2, 0, ""},
-             Case{PSD_MULTICHANNEL, 8, 2, 1, "101010 111111"},
-             Case{PSD_RGB, 8, 2, 3, ""},  // a colour that the file lacks
+    for (const auto& [mode, depth, channels, channel, colours] : Table<u32, u32, u32, u32, const char*>{
+             {PSD_GREYSCALE, 8, 1, 0, "101010 111111"},
+             {PSD_GREYSCALE, 16, 1, 0, "101010 111111"},
+             {PSD_BITMAP, 1, 1, 0, "000000 ffffff"},
+             {PSD_DUOTONE, 8, 2, 0, "101010 111111"},
+             {PSD_INDEXED, 8, 1, 0, "313233 343536"},
+             {PSD_INDEXED, 16, 1, 0, "0a0b0c 0a0b0c"},
+             {PSD_INDEXED, 1, 1, 0, "010203 040506"},
+             {PSD_INDEXED, 8, 1, 1, "101010 111111"},
+             {PSD_RGB, 8, 3, 0, "102030 112131"},
+             {PSD_RGB, 16, 3, 0, "102030 112131"},
+             {PSD_RGB, 1, 3, 0, "000000 010101"},
+             {PSD_RGB, 8, 2, 0, "102000 112100"},
+             {PSD_RGB, 8, 4, 4, "404040 414141"},
+             {PSD_RGB, 16, 4, 2, "202020 212121"},
+             {PSD_RGB, 1, 4, 4, "000000 ffffff"},
+             {PSD_RGB, 8, 2, 3, ""},  // a colour that the file lacks
+             {PSD_CMYK, 8, 3, 0, "102030 112131"},
+             {PSD_CMYK, 8, 4, 0, "04080c 04080c"},
+             {PSD_CMYK, 16, 4, 0, "04080c 04080c"},
+             {PSD_LAB, 8, 3, 0, ""},
+             {PSD_LAB, 8, 3, 2, "202020 212121"},
+             {PSD_MULTICHANNEL, 8, 2, 0, ""},
+             {PSD_MULTICHANNEL, 8, 2, 1, "101010 111111"},
          }) {
-        Shown shown;
-        shown.document.m_nDocType = DOC_PSD;
-        Fill(shown.document.m_Psd, c.mode, c.depth, c.channels);
-        shown.Select(0, c.channel);
-        EXPECT_EQ(shown.Colours(), c.colours)
-            << "mode " << c.mode << ", depth " << c.depth << ", channel " << c.channel;
+        Shown shown(Document(mode, depth, channels));
+        shown.Select(0, channel);
+        EXPECT_EQ(shown.Colours(), colours) << "mode " << mode << ", depth " << depth << ", channel " << channel;
         EXPECT_EQ(shown.image.m_bValid, 1u);
-        EXPECT_EQ(shown.image.m_nColours, c.mode == PSD_INDEXED ? 256u : 0u);
+        EXPECT_EQ(shown.image.m_nColours, mode == PSD_INDEXED ? 256u : 0u);
+    }
+}
+
+TEST(PsdPicture, InkIsScaledByBlack) {
+    // Rows of cyan, magenta, yellow and black.
+    const Bytes bytes = {128, 255, 255, 128, 255, 255, 254, 128, 255, 255, 255, 255, 255, 255, 254, 128};
+    ByteBuilder words;
+    words.U16(65535, 32768, 32767, 0).U16(65535, 32768, 32767, 0).U16(0, 0, 0, 0).U16(65535, 65535, 65535, 32768);
+    const PsdFields eight = {.channels = 4, .columns = 4, .depth = 8, .mode = PSD_CMYK, .samples = bytes};
+    const PsdFields sixteen = {.channels = 4, .columns = 4, .depth = 16, .mode = PSD_CMYK, .samples = words};
+    EXPECT_EQ(Shown(Psd(eight)).Colours(), "80ffff ffffff fefdfe 404080");
+    EXPECT_EQ(Shown(Psd(sixteen)).Colours(), "ffff00 808000 7f7f00 000000");
+}
+
+TEST(PsdPicture, EveryWidthKeepsItsRowsApart) {
+    for (u32 width = 1; width <= 9; ++width) {
+        Bytes plane;
+        std::string expected;
+        for (u32 i = 0; i < 3 * width; ++i) {
+            plane.push_back(static_cast<u8>(7 * i));
+            expected += (i == 0 ? "" : " ") + ColourText(i * 0x070707);
+        }
+        const Bytes three = ByteBuilder().Append(plane).Append(plane).Append(plane);
+        for (const auto& [mode, bits, colours] : Table<u32, u16, u32>{{PSD_GREYSCALE, 8, 256}, {PSD_RGB, 24, 0}}) {
+            const Shown shown(
+                Psd({.channels = bits / 8u, .rows = 3, .columns = width, .mode = mode, .samples = three}));
+            EXPECT_EQ(shown.Colours(), expected) << bits << " bits, width " << width;
+            const i32 across = static_cast<i32>(width);
+            const BITMAPINFOHEADER header = {40, across, 3, 1, bits, BI_RGB, 0, 1024, 1024, colours, colours};
+            EXPECT_EQ(std::memcmp(&shown.image.m_hBitmap->header, &header, sizeof(header)), 0) << "is complete";
+        }
     }
 }
 
 TEST(PsdPicture, LayersAreShownByTheIdsOfTheirChannels) {
-    Shown shown;
-    shown.document.m_nDocType = DOC_PSD;
-    PsdImage& psd = shown.document.m_Psd;
-    Fill(psd, PSD_CMYK, 16, 4);  // has no say in what a layer shows
-    PsdLayer& layer = AddLayer(psd, "");
-    // One column, two rows, across the image's edge; the differences of the edges are unsigned.
-    layer.m_nTop = 0x7FFFFFFF;
-    layer.m_nBottom = static_cast<i32>(0x80000001);
-    layer.m_nLeft = -1;
-    layer.m_nRight = 0;
-    layer.m_nMaskRight = 3;
-    layer.m_nMaskBottom = 1;
-    u8 samples[5][3] = {{1, 2}, {3, 4}, {5, 6}, {7, 8, 9}, {10, 11}};
-    std::vector<std::vector<u8*>> tables;
-    const auto add = [&](i32 id, u8* plane, u32 columns) {
-        tables.push_back({plane, plane + columns});
-        AddChannel(layer, id).m_ppPlane = tables.back().data();
-    };
-    tables.reserve(5);
-    add(2, samples[0], 1);
-    add(0, samples[1], 1);
-    add(-1, samples[2], 1);
-    add(-2, samples[3], 3);
-    add(0, samples[4], 1);  // takes the place of the earlier red
-
-    shown.Select(1, 0);
-    EXPECT_EQ(shown.Colours(), "0a0001 0b0002");
-    EXPECT_EQ(shown.image.InfoText(), "1x2x0");
-    shown.Select(1, 3);
-    EXPECT_EQ(shown.Colours(), "050505 060606");
-    layer.m_bHasMask = true;
-    shown.Select(1, 4);
-    EXPECT_EQ(shown.Colours(), "070707 080808 090909");
-    EXPECT_EQ(shown.image.InfoText(), "3x1x0");
-    layer.m_bHasMask = false;
-    shown.Select(1, 4);
-    EXPECT_EQ(shown.image.InfoText(), "1x2x0") << "without mask data the layer's size counts";
+    // One column, two rows, across the image's edge; the differences of the edges are unsigned. The document's
+    // mode and depth have no say in what a layer shows, and a later red takes the place of an earlier one.
+    PsdLayerFields layer = {.top = 0x7FFFFFFF, .left = -1, .bottom = -0x7FFFFFFF, .right = 0};
+    for (const auto& [id, samples] :
+        Table<i32, Bytes>{{2, {1, 2}}, {0, {3, 4}}, {-1, {5, 6}}, {-2, {7, 8}}, {3, {0, 0}}, {0, {10, 11}}})
+        layer.channels.push_back({.id = id, .data = RawData(samples)});
+    PsdLayerFields masked = layer;
+    masked.channels[3].data = RawData({7, 8, 9});
+    masked.mask = ByteBuilder().U32(0, 0, 1, 3, 0);
+    Shown shown(Psd({.channels = 4, .depth = 16, .mode = PSD_CMYK, .layers = {layer, masked}}));
+    for (const auto& [nLayer, channel, colours, info] : Table<u32, u32, const char*, const char*>{
+             {1, 0, "0a0001 0b0002", "1x2x0"},
+             {1, 3, "050505 060606", "1x2x0"},
+             {1, 4, "070707 080808", "1x2x0"},  // without mask data the layer's size counts
+             {2, 4, "070707 080808 090909", "3x1x0"},
+         }) {
+        shown.Select(nLayer, channel);
+        EXPECT_EQ(shown.Colours(), colours) << channel;
+        EXPECT_EQ(shown.image.InfoText(), info) << channel;
+    }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "framework/core/cmd_target.h"
 #include "framework/core/command_line.h"
+#include "support/table.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +20,7 @@ class Base : public CCmdTarget {
 
   protected:
     static inline const MessageEntry s_entries[] = {OnCommand<&Base::OnFirst>(FIRST),
-                                                    OnCommand<&Base::OnSecond>(SECOND),
-                                                    OnUpdateCommandUi<&Base::OnUpdateFirst>(FIRST)};
+        OnCommand<&Base::OnSecond>(SECOND), OnUpdateCommandUi<&Base::OnUpdateFirst>(FIRST)};
     static inline const MessageMap s_map = {&s_messageMap, s_entries};
     const MessageMap& GetMessageMap() const override { return s_map; }
 };
@@ -33,8 +33,7 @@ class Derived final : public Base {
 
   protected:
     static inline const MessageEntry s_entries[] = {OnCommand<&Derived::OnFirst>(FIRST),
-                                                    OnControl<&Derived::OnSelection>(CBN_SELCHANGE, FIRST),
-                                                    OnUpdateCommandUi<&Derived::OnUpdateSecond>(SECOND)};
+        OnControl<&Derived::OnSelection>(CBN_SELCHANGE, FIRST), OnUpdateCommandUi<&Derived::OnUpdateSecond>(SECOND)};
     static inline const MessageMap s_map = {&Base::s_map, s_entries};
     const MessageMap& GetMessageMap() const override { return s_map; }
 };
@@ -75,22 +74,21 @@ TEST(CmdUi, TheFrameworkDecidesWhereNoUpdateHandlerDoes) {
 }
 
 TEST(CommandLine, SwitchesAndFiles) {
-    struct Case {
-        std::vector<const char*> words;
-        CCommandLineInfo::ShellCommand command;
-        std::vector<std::string> files;
-    };
-    for (const Case& c : {Case{{}, CCommandLineInfo::FileNew, {}},
-                          Case{{"b", "/a", ""}, CCommandLineInfo::FileOpen, {"b", "/a", ""}},
-                          Case{{"--", "--help", "-x"}, CCommandLineInfo::FileOpen, {"--help", "-x"}},
-                          Case{{"a", "--version", "-x"}, CCommandLineInfo::ShowVersion, {"a"}},
-                          Case{{"-x", "--help"}, CCommandLineInfo::BadSwitch, {}}}) {
+    using Words = std::vector<const char*>;
+    using Info = CCommandLineInfo;
+    for (const auto& [words, command, files] : Table<Words, Info::ShellCommand, std::vector<std::string>>{
+             {Words{}, Info::FileNew, {}},
+             {{"b", "/a", ""}, Info::FileOpen, {"b", "/a", ""}},
+             {{"--", "--help", "-x"}, Info::FileOpen, {"--help", "-x"}},
+             {{"a", "--version", "-x"}, Info::ShowVersion, {"a"}},
+             {{"-x", "--help"}, Info::BadSwitch, {}},
+         }) {
         std::vector<char*> argv = {const_cast<char*>("vistrel")};
-        for (const char* word : c.words) argv.push_back(const_cast<char*>(word));
-        CCommandLineInfo info;
+        for (const char* word : words) argv.push_back(const_cast<char*>(word));
+        Info info;
         info.ParseCommandLine(static_cast<int>(argv.size()), argv.data());
-        EXPECT_EQ(info.m_nShellCommand, c.command) << testing::PrintToString(c.words);
-        EXPECT_EQ(info.m_strFileNames, c.files);
+        EXPECT_EQ(info.m_nShellCommand, command) << testing::PrintToString(words);
+        EXPECT_EQ(info.m_strFileNames, files);
     }
 }
 

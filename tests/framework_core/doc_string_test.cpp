@@ -1,30 +1,30 @@
 #include "framework/core/doc_string.h"
 
+#include "support/table.h"
+
 #include <gtest/gtest.h>
 
 TEST(DocString, HasSevenFieldsOfWhichAnyMayBeMissing) {
     const std::string whole = "\n\n\nPictures (*.ABC)\n.ABC\nProgram.Picture\nPicture";
-    EXPECT_EQ(GetDocString(whole, DocStringField::WindowTitle), "");
-    EXPECT_EQ(GetDocString(whole, DocStringField::FilterName), "Pictures (*.ABC)");
-    EXPECT_EQ(GetDocString(whole, DocStringField::RegFileTypeName), "Picture");
-    EXPECT_EQ(GetDocString("\n\n\nPictures", DocStringField::FilterName), "Pictures");
-    EXPECT_EQ(GetDocString("\n\n\nPictures", DocStringField::FilterExt), "");
-    EXPECT_EQ(GetDocString("", DocStringField::RegFileTypeId), "");
+    for (const auto& [text, field, expected] : Table<std::string, DocStringField, const char*>{
+             {whole, DocStringField::WindowTitle, ""},
+             {whole, DocStringField::FilterName, "Pictures (*.ABC)"},
+             {whole, DocStringField::RegFileTypeName, "Picture"},
+             {"\n\n\nPictures", DocStringField::FilterName, "Pictures"},
+             {"\n\n\nPictures", DocStringField::FilterExt, ""},
+         })
+        EXPECT_EQ(GetDocString(text, field), expected);
 }
 
 TEST(DocString, AnExtensionIsThatOfTheLastPartOfThePath) {
-    EXPECT_TRUE(MatchesFilterExt(".ABC", "/home/x.def/picture.aBc"));
-    EXPECT_TRUE(MatchesFilterExt(".ABC", ".abc"));
-    EXPECT_FALSE(MatchesFilterExt(".ABC", "/home/x.abc/picture"));
-    EXPECT_FALSE(MatchesFilterExt(".ABC", "picture.abc.def"));
-    EXPECT_FALSE(MatchesFilterExt(".ABC", "picture.abcd"));
+    for (const char* path : {"/home/x.def/picture.aBc", ".abc"}) EXPECT_TRUE(MatchesFilterExt(".ABC", path)) << path;
+    for (const char* path : {"/home/x.abc/picture", "picture.abc.def", "picture.abcd"})
+        EXPECT_FALSE(MatchesFilterExt(".ABC", path)) << path;
     EXPECT_FALSE(MatchesFilterExt(".ABC;*.DEF", "picture.abc"));
     EXPECT_FALSE(MatchesFilterExt("", "picture"));
 }
 
 TEST(DocString, PatternsOfAFilter) {
-    using Patterns = std::vector<std::string>;
-    EXPECT_EQ(FilterPatterns(".ABC"), Patterns({"*.ABC"}));
-    EXPECT_EQ(FilterPatterns(".ABC;*.DEF"), Patterns({"*.ABC", "*.DEF"}));
-    EXPECT_EQ(FilterPatterns(""), Patterns());
+    EXPECT_EQ(FilterPatterns(".ABC;*.DEF"), (std::vector<std::string>{"*.ABC", "*.DEF"}));
+    EXPECT_EQ(FilterPatterns(""), std::vector<std::string>());
 }

@@ -4,11 +4,10 @@
 #include "framework/core/exception.h"
 #include "framework/core/file.h"
 #include "support/recorded_answers.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <new>
 #include <stdexcept>
 
@@ -31,55 +30,48 @@ class TestDocument final : public CDocument {
 
 TEST(Document, OpensOrSaysWhyNot) {
     RecordedAnswers answers;
-    const std::string path =
-        std::filesystem::temp_directory_path() / ("vistrel-document-" + std::to_string(getpid()));
-    const auto open = [&](const char* contents) {
-        std::ofstream(path) << contents;
+    const TempFolder folder;
+    const auto open = [](const std::string& path) {
         TestDocument document;
         const bool opened = document.OnOpenDocument(path);
         EXPECT_EQ(document.m_strRead, opened ? path : "");
         return opened;
     };
-    EXPECT_TRUE(open("abc"));
+    EXPECT_TRUE(open(folder.Write({'a', 'b', 'c'})));
     EXPECT_TRUE(answers.m_messages.empty());
-    EXPECT_FALSE(open("mem"));
-    EXPECT_FALSE(open("ref"));
-    EXPECT_FALSE(open("xyz"));
-    std::filesystem::remove(path);
-    TestDocument document;
-    EXPECT_FALSE(document.OnOpenDocument(path));
-    const std::string named = "\"" + path + "\" was not opened. ";
+    for (const u8 first : {'m', 'r', 'x'}) EXPECT_FALSE(open(folder.Write({first, 'y', 'z'})));
+    EXPECT_FALSE(open(folder.Path("gone")));
+    const std::string lead = "\"" + folder.Path("file") + "\" was not opened. ";
     EXPECT_EQ(answers.m_messages,
-              (std::vector<std::string>{named + "There is not enough memory.",
-                                        named + "It is no document of the kinds that this viewer reads.",
-                                        named + "Something else.",
-                                        named + "It cannot be opened: No such file or directory."}));
+        (std::vector<std::string>{lead + "There is not enough memory.",
+            lead + "It is no document of the kinds that this viewer reads.", lead + "Something else.",
+            "\"" + folder.Path("gone") + "\" was not opened. It cannot be opened: No such file or directory."}));
 }
 
 TEST(Document, GoesWithItsLastView) {
     struct Counted final : public CDocument {
-        explicit Counted(int& alive) : m_alive(alive) { ++m_alive; }
-        ~Counted() override { --m_alive; }
-        int& m_alive;
+        explicit Counted(bool& gone) : m_gone(gone) {}
+        ~Counted() override { m_gone = true; }
+        bool& m_gone;
     };
-    int alive = 0;
-    auto* const document = new Counted(alive);
-    CView* const first = reinterpret_cast<CView*>(&alive);
+    bool gone = false;
+    auto* const document = new Counted(gone);
+    CView* const first = reinterpret_cast<CView*>(&gone);
     CView* const second = reinterpret_cast<CView*>(document);
     document->AddView(first);
     document->AddView(second);
     document->RemoveView(first);
-    EXPECT_EQ(alive, 1);
+    EXPECT_FALSE(gone);
     document->RemoveView(second);
-    EXPECT_EQ(alive, 0);
+    EXPECT_TRUE(gone);
 }
 
 TEST(Document, TheTitleIsTheLastPartOfThePath) {
     TestDocument document;
-    document.SetPathName("some/folder/picture.iff");
-    EXPECT_EQ(document.GetTitle(), "picture.iff");
-    document.SetPathName("picture.iff");
-    EXPECT_EQ(document.GetTitle(), "picture.iff");
+    for (const char* path : {"some/folder/picture.iff", "picture.iff"}) {
+        document.SetPathName(path);
+        EXPECT_EQ(document.GetTitle(), "picture.iff");
+    }
 }
 
 }  // namespace

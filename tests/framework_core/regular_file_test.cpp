@@ -2,13 +2,11 @@
 
 #include "framework/core/exception.h"
 #include "support/random.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -16,28 +14,11 @@
 
 namespace {
 
-class RegularFileTest : public testing::Test {
-  protected:
-    RegularFileTest() {
-        m_folder = std::filesystem::temp_directory_path() / "vistrel-test-XXXXXX";
-        if (!mkdtemp(m_folder.data())) ADD_FAILURE() << "no folder for the test";
-    }
-    ~RegularFileTest() override { std::filesystem::remove_all(m_folder); }
-
-    std::string Write(const Bytes& bytes) {
-        std::ofstream(Path("file"), std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return Path("file");
-    }
-    std::string Path(const std::string& name) const { return m_folder + "/" + name; }
-
-    std::string m_folder;
-};
-
-TEST_F(RegularFileTest, ReadsWhatStandsAtEveryPosition) {
+TEST(RegularFile, ReadsWhatStandsAtEveryPosition) {
+    const TempFolder folder;
     Random random(1);
     const Bytes bytes = random.SomeBytes(3 * CRegularFile::WINDOW_SIZE + 17);
-    CRegularFile file(Write(bytes));
+    CRegularFile file(folder.Write(bytes));
     ASSERT_EQ(file.GetLength(), bytes.size());
     for (int i = 0; i < 2000; ++i) {
         const u64 position = random() % (bytes.size() + 10);
@@ -47,13 +28,23 @@ TEST_F(RegularFileTest, ReadsWhatStandsAtEveryPosition) {
         ASSERT_EQ(file.Seek(static_cast<i64>(position), CFile::begin), position);
         ASSERT_EQ(file.Read(got.data(), wanted), there);
         ASSERT_EQ(file.Seek(0, CFile::current), position + there);
-        ASSERT_TRUE(std::equal(got.begin(), got.begin() + static_cast<i64>(there),
-                               bytes.begin() + static_cast<i64>(position)));
+        ASSERT_EQ(std::memcmp(got.data(), bytes.data() + std::min(position, bytes.size()), there), 0);
     }
 }
 
-TEST_F(RegularFileTest, NoPositionBeforeTheFirstByte) {
-    CRegularFile file(Write(Bytes(10)));
+TEST(RegularFile, SmallReadsShareOneWindow) {
+    const TempFolder folder;
+    CRegularFile file(folder.Write(Bytes(100, 'a')));
+    char letters[3] = {};
+    file.Read(letters, 1);
+    folder.Write(Bytes(100, 'b'));
+    file.Read(letters + 1, 1);
+    EXPECT_STREQ(letters, "aa") << "the second byte was read with the first";
+}
+
+TEST(RegularFile, NoPositionBeforeTheFirstByte) {
+    const TempFolder folder;
+    CRegularFile file(folder.Write(Bytes(10)));
     EXPECT_EQ(file.Seek(-4, CFile::end), 6u);
     EXPECT_EQ(file.Seek(-6, CFile::current), 0u);
     file.Seek(3, CFile::begin);
@@ -62,8 +53,9 @@ TEST_F(RegularFileTest, NoPositionBeforeTheFirstByte) {
     EXPECT_THROW(file.Write("x", 1), CFileException);
 }
 
-TEST_F(RegularFileTest, AFileThatShrinksGivesAShortCount) {
-    const std::string path = Write(Bytes(4 * CRegularFile::WINDOW_SIZE));
+TEST(RegularFile, OneThatShrinksGivesAShortCount) {
+    const TempFolder folder;
+    const std::string path = folder.Write(Bytes(4 * CRegularFile::WINDOW_SIZE));
     CRegularFile file(path);
     Bytes out(3 * CRegularFile::WINDOW_SIZE);
     ASSERT_EQ(file.Read(out.data(), 10), 10u);
@@ -72,14 +64,13 @@ TEST_F(RegularFileTest, AFileThatShrinksGivesAShortCount) {
     EXPECT_EQ(file.Read(out.data(), 10), 0u);
 }
 
-TEST_F(RegularFileTest, RefusesWhatIsNoFile) {
-    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+TEST(RegularFile, RefusesWhatIsNoFile) {
+    const TempFolder folder;
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, Path("socket").c_str(), sizeof(address.sun_path) - 1);
+    sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = {}};
+    folder.Path("socket").copy(address.sun_path, sizeof(address.sun_path) - 1);
     ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-
     const auto reason = [](const std::string& path) -> std::string {
         try {
             CRegularFile file(path);
@@ -88,12 +79,12 @@ TEST_F(RegularFileTest, RefusesWhatIsNoFile) {
             return exception.what();
         }
     };
-    EXPECT_EQ(reason(m_folder), "It is a folder");
-    EXPECT_EQ(reason(Path("pipe")), "It is a pipe");
-    EXPECT_EQ(reason(Path("socket")), "It is a socket");
+    EXPECT_EQ(reason(folder.m_strPath), "It is a folder");
+    EXPECT_EQ(reason(folder.Path("pipe")), "It is a pipe");
+    EXPECT_EQ(reason(folder.Path("socket")), "It is a socket");
     EXPECT_EQ(reason("/dev/zero"), "It is a device");
-    EXPECT_EQ(reason(Path("missing")), "It cannot be opened: No such file or directory");
-    EXPECT_EQ(reason(Write({})), "opened");
+    EXPECT_EQ(reason(folder.Path("missing")), "It cannot be opened: No such file or directory");
+    EXPECT_EQ(reason(folder.Write({})), "opened");
     close(listener);
 }
 

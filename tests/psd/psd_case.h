@@ -1,16 +1,19 @@
-// Documents beside each other that differ in the one value that decides.
+// Documents that load, and beside each one that is refused: it differs in the one value that decides.
 #pragma once
 
 #include "support/psd_builder.h"
 
 #include <gtest/gtest.h>
 
-struct PsdCase {
+struct PsdPair {
     const char* what;
-    PsdFields fields;
-    bool bLoads;
+    PsdFields loads;
+    PsdFields refused;
 };
 
-inline void ExpectLoads(const std::vector<PsdCase>& table) {
-    for (const PsdCase& row : table) EXPECT_EQ(LoadedPsd(row.fields).bLoaded, row.bLoads) << row.what;
+inline void ExpectPairs(const std::vector<PsdPair>& table) {
+    for (const PsdPair& row : table) {
+        EXPECT_TRUE(LoadedPsd(row.loads).bLoaded) << row.what;
+        EXPECT_FALSE(LoadedPsd(row.refused).bLoaded) << row.what;
+    }
 }

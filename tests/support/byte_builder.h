@@ -10,24 +10,26 @@ using Bytes = std::vector<u8>;
 
 class ByteBuilder {
   public:
-    ByteBuilder& U8(u32 value) {
-        m_bytes.push_back(static_cast<u8>(value));
+    // One field for each value.
+    template <typename... Values>
+    ByteBuilder& U8(Values... values) {
+        (m_bytes.push_back(static_cast<u8>(values)), ...);
         return *this;
     }
-    ByteBuilder& U16(u32 value) { return U8(value >> 8).U8(value); }
-    ByteBuilder& U32(u32 value) { return U16(value >> 16).U16(value); }
-    ByteBuilder& Text(std::string_view text) {
-        m_bytes.insert(m_bytes.end(), text.begin(), text.end());
-        return *this;
+    template <typename... Values>
+    ByteBuilder& U16(Values... values) {
+        return (U8(static_cast<u32>(values) >> 8, values), ...);
     }
+    template <typename... Values>
+    ByteBuilder& U32(Values... values) {
+        return (U16(static_cast<u32>(values) >> 16, values), ...);
+    }
+    ByteBuilder& Text(std::string_view text) { return Append(Bytes(text.begin(), text.end())); }
     ByteBuilder& Append(const Bytes& bytes) {
         m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
         return *this;
     }
-    ByteBuilder& Repeat(u64 count, u32 value) {
-        m_bytes.insert(m_bytes.end(), count, static_cast<u8>(value));
-        return *this;
-    }
+    ByteBuilder& Repeat(u64 count, u32 value) { return Append(Bytes(count, static_cast<u8>(value))); }
 
     const Bytes& Get() const { return m_bytes; }
     operator Bytes() const { return m_bytes; }
@@ -37,4 +39,6 @@ class ByteBuilder {
 };
 
 // The first bytes.size() - count of them.
-Bytes Truncated(const Bytes& bytes, u64 count);
+inline Bytes Truncated(const Bytes& bytes, u64 count) {
+    return Bytes(bytes.begin(), bytes.end() - static_cast<i64>(count));
+}

@@ -10,8 +10,8 @@ Bytes Chunk(std::string_view id, const Bytes& body, std::optional<u32> declaredS
     return chunk;
 }
 
-Bytes Container(std::string_view id, std::string_view type, const std::vector<Bytes>& children,
-                std::optional<u32> declaredSize) {
+Bytes Container(
+    std::string_view id, std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize) {
     ByteBuilder body;
     body.Text(type);
     for (const Bytes& child : children) body.Append(child);
@@ -22,17 +22,11 @@ Bytes Form(std::string_view type, const std::vector<Bytes>& children, std::optio
     return Container("FORM", type, children, declaredSize);
 }
 
-Bytes List(std::string_view type, const std::vector<Bytes>& children) {
-    return Container("LIST", type, children);
-}
+Bytes List(std::string_view type, const std::vector<Bytes>& children) { return Container("LIST", type, children); }
 
-Bytes Cat(std::string_view type, const std::vector<Bytes>& children) {
-    return Container("CAT ", type, children);
-}
+Bytes Cat(std::string_view type, const std::vector<Bytes>& children) { return Container("CAT ", type, children); }
 
-Bytes Prop(std::string_view type, const std::vector<Bytes>& children) {
-    return Container("PROP", type, children);
-}
+Bytes Prop(std::string_view type, const std::vector<Bytes>& children) { return Container("PROP", type, children); }
 
 Bytes Nested(u32 depth, std::string_view id) {
     ByteBuilder file;
@@ -41,24 +35,14 @@ Bytes Nested(u32 depth, std::string_view id) {
 }
 
 Bytes Bmhd(const BmhdFields& fields) {
-    return Chunk("BMHD", ByteBuilder()
-                             .U16(fields.width)
-                             .U16(fields.height)
-                             .U32(0)
-                             .U8(fields.planes)
-                             .U8(fields.masking)
-                             .U8(fields.compression)
-                             .U8(0)
-                             .U16(0)
-                             .U8(10)
-                             .U8(11)
-                             .U16(fields.width)
-                             .U16(fields.height));
+    ByteBuilder body;
+    body.U16(fields.width, fields.height, 0, 0).U8(fields.planes, fields.masking, fields.compression, 0);
+    return Chunk("BMHD", body.U16(0).U8(10, 11).U16(fields.width, fields.height));
 }
 
 Bytes Cmap(const std::vector<IffRgb>& colours) {
     ByteBuilder body;
-    for (const IffRgb& colour : colours) body.U8(colour.red).U8(colour.green).U8(colour.blue);
+    for (const IffRgb& colour : colours) body.U8(colour.red, colour.green, colour.blue);
     return Chunk("CMAP", body);
 }
 
@@ -72,26 +56,16 @@ Bytes GreyCmap(u32 entries, u32 step) {
 }
 
 Bytes Alph(const AlphFields& fields) {
-    return Chunk("ALPH", ByteBuilder()
-                             .U16(fields.width)
-                             .U16(fields.height)
-                             .U8(fields.planes)
-                             .U8(fields.compression)
-                             .Append(fields.data));
+    ByteBuilder body;
+    body.U16(fields.width, fields.height).U8(fields.planes, fields.compression);
+    return Chunk("ALPH", body.Append(fields.data));
 }
 
 Bytes S3tc(const S3tcFields& fields) {
-    return Chunk("S3TC", ByteBuilder()
-                             .U32(0x01020304)
-                             .Text(fields.code)
-                             .U16(0x0506)
-                             .U16(0x0708)
-                             .U16(0x090A)
-                             .U16(fields.width)
-                             .U16(fields.height)
-                             .U32(fields.claimedSize.value_or(static_cast<u32>(fields.data.size())))
-                             .Append(fields.data)
-                             .Append(fields.rest));
+    ByteBuilder body;
+    body.U32(0x01020304).Text(fields.code).U16(0x0506, 0x0708, 0x090A, fields.width, fields.height);
+    body.U32(fields.claimedSize.value_or(static_cast<u32>(fields.data.size())));
+    return Chunk("S3TC", body.Append(fields.data).Append(fields.rest));
 }
 
 Bytes PlanesOf(const std::vector<u32>& values, u32 width, u32 planes) {
@@ -119,13 +93,13 @@ Bytes ByteRun(const Bytes& planeRows, u32 planeRowSize) {
         };
         for (u64 at = start; at < end;) {
             if (const u64 run = runAt(at); run > 2) {
-                packed.U8(static_cast<u32>(257 - run)).U8(planeRows[at]);
+                packed.U8(257 - run, planeRows[at]);
                 at += run;
                 continue;
             }
             u64 stop = at + 1;
             while (stop < end && stop - at < 128 && runAt(stop) <= 2) ++stop;
-            packed.U8(static_cast<u32>(stop - at - 1));
+            packed.U8(stop - at - 1);
             for (; at < stop; ++at) packed.U8(planeRows[at]);
         }
     }

@@ -13,7 +13,7 @@
 Bytes Chunk(std::string_view id, const Bytes& body, std::optional<u32> declaredSize = {});
 
 Bytes Container(std::string_view id, std::string_view type, const std::vector<Bytes>& children,
-                std::optional<u32> declaredSize = {});
+    std::optional<u32> declaredSize = {});
 Bytes Form(std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize = {});
 Bytes List(std::string_view type, const std::vector<Bytes>& children);
 Bytes Cat(std::string_view type, const std::vector<Bytes>& children);
@@ -23,11 +23,7 @@ Bytes Prop(std::string_view type, const std::vector<Bytes>& children);
 Bytes Nested(u32 depth, std::string_view id);
 
 struct BmhdFields {
-    u32 width = 0;
-    u32 height = 0;
-    u32 planes = 1;
-    u32 masking = 0;
-    u32 compression = 0;
+    u32 width = 0, height = 0, planes = 1, masking = 0, compression = 0;
 };
 
 Bytes Bmhd(const BmhdFields& fields);
@@ -37,10 +33,7 @@ Bytes Cmap(const std::vector<IffRgb>& colours);
 Bytes GreyCmap(u32 entries, u32 step = 1);
 
 struct AlphFields {
-    u32 width = 0;
-    u32 height = 0;
-    u32 planes = 1;
-    u32 compression = 0;
+    u32 width = 0, height = 0, planes = 1, compression = 0;
     Bytes data = {};
 };
 
@@ -48,8 +41,7 @@ Bytes Alph(const AlphFields& fields);
 
 struct S3tcFields {
     std::string_view code = "DXT1";
-    u32 width = 4;
-    u32 height = 4;
+    u32 width = 4, height = 4;
     Bytes data = {};
     std::optional<u32> claimedSize = {};  // instead of the data's
     Bytes rest = {};                      // behind the data
@@ -58,11 +50,8 @@ struct S3tcFields {
 // The header fields that nobody interprets hold the bytes 1 to 10.
 Bytes S3tc(const S3tcFields& fields);
 
-inline constexpr IffRgb BLACK = {0, 0, 0};
-inline constexpr IffRgb WHITE = {255, 255, 255};
-inline constexpr IffRgb RED = {255, 0, 0};
-inline constexpr IffRgb GREEN = {0, 255, 0};
-inline constexpr IffRgb BLUE = {0, 0, 255};
+inline constexpr IffRgb BLACK = {0, 0, 0}, WHITE = {255, 255, 255};
+inline constexpr IffRgb RED = {255, 0, 0}, GREEN = {0, 255, 0}, BLUE = {0, 0, 255};
 
 // Plane rows of values given row by row, as a BODY holds them, raw.
 Bytes PlanesOf(const std::vector<u32>& values, u32 width, u32 planes);

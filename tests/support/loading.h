@@ -6,7 +6,7 @@
 #include "iff/iff_file.h"
 #include "support/memory_file.h"
 
-#include <memory>
+#include <stdexcept>
 
 // The size of the document's stream buffer.
 constexpr u32 BUFFER_SIZE = 1024;
@@ -24,7 +24,10 @@ struct MemoryStream {
 
 // What the IFF reader made of some bytes.
 struct LoadedIff {
-    explicit LoadedIff(Bytes bytes);
+    explicit LoadedIff(Bytes bytes) {
+        MemoryStream source(std::move(bytes));
+        bLoaded = iff.Load(&source.stream);
+    }
 
     // The outermost container, which must be there.
     IffContainer& Root() const { return dynamic_cast<IffContainer&>(*iff.GetRoot()); }
@@ -33,12 +36,15 @@ struct LoadedIff {
     IffFile iff;
 };
 
-inline bool Loads(Bytes bytes) {
-    return LoadedIff(std::move(bytes)).bLoaded;
-}
+inline bool Loads(Bytes bytes) { return LoadedIff(std::move(bytes)).bLoaded; }
 
 // The child at a place, which must be there.
-IffChunk& ChildAt(const IffContainer& container, u32 place);
+inline IffChunk& ChildAt(const IffContainer& container, u32 place) {
+    const IffChunkNode* node = container.m_pFirst;
+    for (; node && place > 0; --place) node = node->m_pNext;
+    if (!node) throw std::out_of_range("no such child");
+    return *node->m_pChunk;
+}
 
 template <typename Class>
 Class& ChildAs(const IffContainer& container, u32 place) {

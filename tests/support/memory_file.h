@@ -2,9 +2,12 @@
 #pragma once
 
 #include "framework/core/archive.h"
+#include "framework/core/exception.h"
 #include "framework/core/file.h"
 #include "support/byte_builder.h"
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -13,24 +16,39 @@ class MemoryFile final : public CFile {
     MemoryFile() = default;
     explicit MemoryFile(Bytes bytes) : m_bytes(std::move(bytes)) {}
 
-    static constexpr u64 NEVER = std::numeric_limits<u64>::max();
+    u64 GetLength() const override {
+        if (m_bThrowOnLength) throw CFileException("no length");
+        return m_nClaimedLength != NEVER ? m_nClaimedLength : m_bytes.size();
+    }
+    u64 Seek(i64 nOffset, SeekFrom from) override {
+        ++m_nSeeks;
+        const u64 origin = from == begin ? 0 : from == current ? m_nPosition : GetLength();
+        if (m_bThrowOnSeek || (nOffset < 0 && static_cast<u64>(-nOffset) > origin)) throw CFileException("no position");
+        return m_nPosition = origin + static_cast<u64>(nOffset);
+    }
+    u32 Read(void* pData, u32 nCount) override {
+        ++m_nReads;
+        const u64 left = m_bytes.size() - std::min<u64>(m_bytes.size(), m_nPosition);
+        const u32 count = static_cast<u32>(std::min<u64>(nCount, left));
+        if (m_nPosition + count > m_nThrowAt) throw CFileException("broken");
+        std::copy_n(m_bytes.data() + (m_bytes.size() - left), count, static_cast<u8*>(pData));
+        m_nPosition += count;
+        return count;
+    }
+    void Write(const void* pData, u32 nCount) override {
+        if (m_bThrowOnWrite) throw CFileException("full");
+        m_bytes.resize(std::max<u64>(m_bytes.size(), m_nPosition + nCount));
+        std::copy_n(static_cast<const u8*>(pData), nCount, m_bytes.data() + m_nPosition);
+        m_nPosition += nCount;
+    }
 
-    u64 GetLength() const override;
-    u64 Seek(i64 nOffset, SeekFrom from) override;
-    u32 Read(void* pData, u32 nCount) override;
-    void Write(const void* pData, u32 nCount) override;
+    static constexpr u64 NEVER = std::numeric_limits<u64>::max();
 
     Bytes m_bytes;
     u64 m_nClaimedLength = NEVER;  // what GetLength answers, if not the truth
     u64 m_nThrowAt = NEVER;        // reading a byte from here on throws
-    u64 m_nEndAt = NEVER;          // the file ends here all of a sudden, whatever its length
-    bool m_bThrowOnSeek = false;
-    bool m_bThrowOnLength = false;
-    bool m_bThrowOnWrite = false;
-
-    u64 m_nReads = 0;
-    u64 m_nBytesRead = 0;
-    u64 m_nSeeks = 0;
+    bool m_bThrowOnSeek = false, m_bThrowOnLength = false, m_bThrowOnWrite = false;
+    u64 m_nReads = 0, m_nSeeks = 0;
 
   private:
     u64 m_nPosition = 0;
@@ -40,9 +58,15 @@ class CountingArchive final : public CArchive {
   public:
     using CArchive::CArchive;
 
-    u32 Read(void* pData, u32 nCount) override;
-    void Flush() override;
+    u32 Read(void* pData, u32 nCount) override {
+        ++m_nCalls;
+        return CArchive::Read(pData, nCount);
+    }
+    void Flush() override {
+        ++m_nCalls;
+        if (m_nFlushes++ >= m_nThrowAtFlush) throw CFileException("no flush");
+    }
 
-    u64 m_nCalls = 0;
-    bool m_bThrowOnFlush = false;
+    u64 m_nCalls = 0, m_nFlushes = 0;
+    u64 m_nThrowAtFlush = MemoryFile::NEVER;  // flushes that succeed
 };

@@ -15,40 +15,27 @@ std::string ColourText(u32 pixel) {
     return text;
 }
 
-TextRows BitmapText(HBITMAP hBitmap) {
-    TextRows rows;
-    for (u32 y = 0; hBitmap && y < hBitmap->nHeight; ++y) {
-        std::string row;
-        for (u32 x = 0; x < hBitmap->nWidth; ++x) {
-            switch (hBitmap->Row(y)[x]) {
-                case 0xFF000000:
-                    row += 'k';
-                    break;
-                case 0xFFFFFFFF:
-                    row += 'w';
-                    break;
-                case 0xFFFF0000:
-                    row += 'r';
-                    break;
-                case 0xFF00FF00:
-                    row += 'g';
-                    break;
-                case 0xFF0000FF:
-                    row += 'b';
-                    break;
-                default:
-                    row += '?';
-            }
-        }
-        rows.push_back(row);
+static char Letter(u32 pixel) {
+    switch (pixel) {
+        case 0xFF000000: return 'k';
+        case 0xFFFFFFFF: return 'w';
+        case 0xFFFF0000: return 'r';
+        case 0xFF00FF00: return 'g';
+        case 0xFF0000FF: return 'b';
+        default: return '?';
     }
+}
+
+TextRows BitmapText(HBITMAP hBitmap) {
+    TextRows rows(hBitmap ? hBitmap->nHeight : 0);
+    for (u32 y = 0; y < rows.size(); ++y)
+        for (u32 x = 0; x < hBitmap->nWidth; ++x) rows[y] += Letter(hBitmap->Row(y)[x]);
     return rows;
 }
 
 std::string BitmapColours(HBITMAP hBitmap) {
     std::string text;
     for (u32 y = 0; hBitmap && y < hBitmap->nHeight; ++y)
-        for (u32 x = 0; x < hBitmap->nWidth; ++x)
-            text += (text.empty() ? "" : " ") + ColourText(hBitmap->Row(y)[x]);
+        for (u32 x = 0; x < hBitmap->nWidth; ++x) text += (text.empty() ? "" : " ") + ColourText(hBitmap->Row(y)[x]);
     return text;
 }

@@ -1,39 +1,32 @@
 #include "support/psd_builder.h"
 
-#include <array>
 #include <sstream>
 
 namespace {
 
 void PutBlock(ByteBuilder& out, const Bytes& bytes, i32 excess) {
-    out.U32(static_cast<u32>(bytes.size()) + static_cast<u32>(excess)).Append(bytes);
+    out.U32(bytes.size() + static_cast<u64>(excess)).Append(bytes);
 }
 
 void PutName(ByteBuilder& out, const std::string& name, u64 multiple) {
-    out.U8(static_cast<u32>(name.size())).Text(name);
-    out.Repeat((multiple - (1 + name.size()) % multiple) % multiple, 0xAA);
+    out.U8(name.size()).Text(name).Repeat((multiple - (1 + name.size()) % multiple) % multiple, 0xAA);
 }
 
 Bytes LayerInfo(const PsdFields& fields) {
     ByteBuilder info;
-    info.U16(static_cast<u32>(fields.layerCount.value_or(static_cast<i32>(fields.layers.size()))));
+    info.U16(fields.layerCount.value_or(static_cast<i32>(fields.layers.size())));
     for (const auto& layer : fields.layers) info.Append(LayerRecord(layer));
     for (const auto& layer : fields.layers)
         for (const auto& channel : layer.channels) info.Append(channel.data);
     return info.Append(fields.layerPad);
 }
 
-u64 RawSize(const PsdFields& fields) {
-    const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;
-    return fields.channels * fields.rows * rowSize;
-}
-
 }  // namespace
 
 Bytes Psd(const PsdFields& fields) {
     ByteBuilder out;
-    out.Text(fields.signature).U16(fields.version).Repeat(6, 0).U16(fields.channels).U32(fields.rows);
-    out.U32(fields.columns).U16(fields.depth).U16(fields.mode);
+    out.Text(fields.signature).U16(fields.version).Repeat(6, 0).U16(fields.channels);
+    out.U32(fields.rows, fields.columns).U16(fields.depth, fields.mode);
     PutBlock(out, fields.colourData, 0);
     ByteBuilder resources;
     for (const auto& resource : fields.resources) resources.Append(ResourceBlock(resource));
@@ -48,17 +41,18 @@ Bytes Psd(const PsdFields& fields) {
         out.U32(0);
     else
         PutBlock(out, section, fields.sectionExcess);
-    return out.U16(fields.compression).Append(fields.samples ? *fields.samples : Bytes(RawSize(fields)));
+    const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;
+    const Bytes zeroes(fields.samples ? 0 : fields.channels * fields.rows * rowSize);
+    return out.U16(fields.compression).Append(fields.samples.value_or(zeroes));
 }
 
 Bytes LayerRecord(const PsdLayerFields& fields) {
     ByteBuilder out;
-    for (i32 edge : {fields.top, fields.left, fields.bottom, fields.right}) out.U32(static_cast<u32>(edge));
-    out.U16(static_cast<u32>(fields.channels.size()));
+    out.U32(fields.top, fields.left, fields.bottom, fields.right).U16(fields.channels.size());
     for (const auto& channel : fields.channels)
-        out.U16(static_cast<u32>(channel.id)).U32(static_cast<u32>(channel.data.size() + channel.excess));
+        out.U16(channel.id).U32(channel.data.size() + static_cast<u64>(channel.excess));
     out.Text(fields.signature).Text(fields.key);
-    out.U8(fields.opacity).U8(fields.clipping).U8(fields.flags).U8(0xAA);
+    out.U8(fields.opacity, fields.clipping, fields.flags, 0xAA);
     ByteBuilder extra;
     PutBlock(extra, fields.mask, 0);
     PutBlock(extra, fields.ranges, fields.rangesExcess);
@@ -75,16 +69,14 @@ Bytes ResourceBlock(const PsdResourceFields& fields) {
     return out.Repeat(fields.data.size() % 2, 0xAA);
 }
 
-Bytes RawData(const Bytes& samples) {
-    return ByteBuilder().U16(0).Append(samples);
-}
+Bytes RawData(const Bytes& samples) { return ByteBuilder().U16(0).Append(samples); }
 
 Bytes PackedData(const std::vector<Bytes>& rows, i32 firstExcess, i32 lastExcess) {
     ByteBuilder out;
     out.U16(1);
     for (const Bytes& row : rows)
-        out.U16(static_cast<u32>(row.size()) + (&row == &rows.front() ? firstExcess : 0) +
-                (&row == &rows.back() ? lastExcess : 0));
+        out.U16(
+            static_cast<i32>(row.size()) + (&row == &rows.front()) * firstExcess + (&row == &rows.back()) * lastExcess);
     for (const Bytes& row : rows) out.Append(row);
     return out;
 }
@@ -95,13 +87,11 @@ PsdFields LayeredPsd() {
     fields.resources = {{.id = 1006, .data = {1, 'a', 0, 2, 'b', 'c'}}, {.name = "raw", .data = {1, 2, 3}}};
     PsdLayerFields layer = {.top = -1, .left = 2, .bottom = 1, .right = 5};
     layer.channels = {{.id = -1, .data = RawData({1, 2, 3, 4, 5, 6})},
-                      {.id = 0, .data = PackedData({{0xFE, 7}, {2, 7, 8, 9}})},
-                      {.id = -2, .data = RawData({10, 11})}};
+        {.id = 0, .data = PackedData({{0xFE, 7}, {2, 7, 8, 9}})}, {.id = -2, .data = RawData({10, 11})}};
     layer.key = "mul ", layer.opacity = 254, layer.clipping = 0xFF, layer.flags = 0xF0, layer.name = "first";
-    layer.mask = ByteBuilder().U32(0xFFFFFFFF).U32(6).U32(0).U32(8).U8(0xFE).U8(0xFD).U16(0xAAAA);
+    layer.mask = ByteBuilder().U32(0xFFFFFFFF, 6, 0, 8).U8(0xFE, 0xFD).U16(0xAAAA);
     layer.ranges = ByteBuilder().Text("srcedestSRC0DST0SRC1DST1");  // none for the third
-    fields.layers = {layer,
-                     {.channels = {{.id = -2, .data = RawData({12})}}, .ranges = Bytes(7), .extra = {1}}};
+    fields.layers = {layer, {.channels = {{.id = -2, .data = RawData({12})}}, .ranges = Bytes(7), .extra = {1}}};
     fields.layerCount = -2;
     fields.layerPad = {0};
     fields.globalMasks = ByteBuilder().U16(0xFFFE).Text("abcdefgh").U16(0x1234).U8(0x80).Repeat(1 + 14, 0xAA);
@@ -112,49 +102,38 @@ PsdFields LayeredPsd() {
 
 std::string Description(const PsdImage& image) {
     std::ostringstream out;
-    auto numbers = [&](std::initializer_list<i64> values) {
-        for (i64 value : values) out << ' ' << value;
+    const auto put = [&](const auto&... values) { ((out << values << ' '), ...); };
+    const auto hex = [](const char* title, const auto* data, u64 size) {
+        std::ostringstream text;
+        text << title << std::hex;
+        for (u64 i = 0; i < size; ++i) text << ' ' << u32{reinterpret_cast<const u8*>(data)[i]};
+        return text.str();
     };
-    auto bytes = [&](const char* pszTitle, const auto* data, u64 size) {
-        out << pszTitle << std::hex;
-        for (u64 i = 0; i < size; ++i) out << ' ' << u32{reinterpret_cast<const u8*>(data)[i]};
-        out << std::dec;
+    const auto ranges = [&](const auto& of) {
+        put(hex("ranges", of.m_SourceRange.data(), 4), hex("to", of.m_DestRange.data(), 4));
     };
-    numbers({image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode});
-    bytes(image.m_bMergedAlpha ? " merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0);
-    for (const auto& resource : image.m_Resources) {
-        out << "\nresource " << resource->m_pszName.get();
-        numbers({resource->m_nId, resource->m_pData->GetSize()});
-    }
-    for (const auto& layer : image.m_Layers) {
-        out << "\nlayer " << layer->m_pszName.get();
-        numbers({layer->m_nTop, layer->m_nLeft, layer->m_nBottom, layer->m_nRight, layer->m_nOpacity,
-                 layer->m_nClipping, layer->m_nFlags});
-        bytes(" key", &layer->m_BlendKey, 4);
-        bytes(" ranges", layer->m_SourceRange.data(), 4);
-        bytes(" to", layer->m_DestRange.data(), 4);
-        const std::array<i32, 4> edges = {layer->m_nTop, layer->m_nLeft, layer->m_nBottom, layer->m_nRight};
-        const std::array<i32, 4> maskEdges = {layer->m_nMaskTop, layer->m_nMaskLeft, layer->m_nMaskBottom,
-                                              layer->m_nMaskRight};
-        if (layer->m_bHasMask)
-            numbers({maskEdges[0], maskEdges[1], maskEdges[2], maskEdges[3], layer->m_nMaskDefaultColour,
-                     layer->m_nMaskFlags});
-        for (const auto& channel : layer->m_Channels) {
-            out << "\n channel " << channel->m_nId;
-            bytes(" ranges", channel->m_SourceRange.data(), 4);
-            bytes(" to", channel->m_DestRange.data(), 4);
-            const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && layer->m_bHasMask;
-            const auto& [top, left, bottom, right] = isMask ? maskEdges : edges;
-            for (u32 row = 0; row < static_cast<u32>(bottom - top); ++row)
-                bytes(" |", channel->m_ppPlane[row], static_cast<u32>(right - left));
+    put(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
+    put(hex(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0));
+    for (const auto& r : image.m_Resources) put("\nresource", r->m_pszName.get(), r->m_nId, r->m_pData->GetSize());
+    for (const auto& l : image.m_Layers) {
+        put("\nlayer", l->m_pszName.get(), l->m_nTop, l->m_nLeft, l->m_nBottom, l->m_nRight);
+        put(l->m_nOpacity, l->m_nClipping, l->m_nFlags, hex("key", &l->m_BlendKey, 4));
+        ranges(*l);
+        if (l->m_bHasMask) put(l->m_nMaskTop, l->m_nMaskLeft, l->m_nMaskBottom, l->m_nMaskRight);
+        if (l->m_bHasMask) put(l->m_nMaskDefaultColour, l->m_nMaskFlags);
+        for (const auto& channel : l->m_Channels) {
+            put("\n channel", channel->m_nId);
+            ranges(*channel);
+            const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l->m_bHasMask;
+            const i32 rows = isMask ? l->m_nMaskBottom - l->m_nMaskTop : l->m_nBottom - l->m_nTop;
+            const i32 columns = isMask ? l->m_nMaskRight - l->m_nMaskLeft : l->m_nRight - l->m_nLeft;
+            for (i32 y = 0; y < rows; ++y) put(hex("|", channel->m_ppPlane[y], static_cast<u32>(columns)));
         }
     }
-    for (const auto& mask : image.m_GlobalMasks) {
-        bytes("\nmask", mask->m_Colour.data(), 8);
-        numbers({mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind});
-    }
+    for (const auto& mask : image.m_GlobalMasks)
+        put(hex("\nmask", mask->m_Colour.data(), 8), mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
     for (u64 row = 0; row < u64{image.m_nChannels} * image.m_nHeight; ++row)
-        bytes(row % image.m_nHeight ? " |" : "\nplane", image.m_pppPlanes[0][row],
-              image.m_nWidth * image.m_nDepth / 8);
+        put(hex(
+            row % image.m_nHeight ? "|" : "\nplane", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8));
     return out.str();
 }

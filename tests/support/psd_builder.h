@@ -16,18 +16,11 @@ struct PsdChannelFields {
 };
 
 struct PsdLayerFields {
-    i32 top = 0;
-    i32 left = 0;
-    i32 bottom = 1;
-    i32 right = 1;
+    i32 top = 0, left = 0, bottom = 1, right = 1;
     std::vector<PsdChannelFields> channels = {};
-    std::string signature = "8BIM";
-    std::string key = "norm";
-    u32 opacity = 255;
-    u32 clipping = 0;
-    u32 flags = 0;
-    Bytes mask = {};
-    Bytes ranges = {};
+    std::string signature = "8BIM", key = "norm";
+    u32 opacity = 255, clipping = 0, flags = 0;
+    Bytes mask = {}, ranges = {};
     i32 rangesExcess = 0;
     std::string name = {};
     Bytes extra = {};  // behind the name
@@ -44,12 +37,7 @@ struct PsdResourceFields {
 
 struct PsdFields {
     std::string signature = "8BPS";
-    u32 version = 1;
-    u32 channels = 1;
-    u32 rows = 1;
-    u32 columns = 1;
-    u32 depth = 8;
-    u32 mode = PSD_GREYSCALE;
+    u32 version = 1, channels = 1, rows = 1, columns = 1, depth = 8, mode = PSD_GREYSCALE;
     Bytes colourData = {};
     std::vector<PsdResourceFields> resources = {};
     i32 resourcesExcess = 0;

@@ -3,7 +3,7 @@
 
 #include "display/display_image.h"
 #include "document/vistrel_doc.h"
-#include "support/byte_builder.h"
+#include "support/memory_file.h"
 #include "support/pixels.h"
 
 #include <string>
@@ -11,13 +11,18 @@
 
 struct Shown {
     // The file's first selection.
-    explicit Shown(Bytes bytes);
-
-    // An empty document, for tests that fill it by hand.
-    Shown() = default;
+    explicit Shown(Bytes bytes) {
+        MemoryFile file(std::move(bytes));
+        CArchive archive(&file, CArchive::load);
+        document.Serialize(archive);
+        Select(0, 0);
+    }
 
     // Chooses a layer, and then one of its channels.
-    void Select(u32 nLayer, u32 nChannel);
+    void Select(u32 nLayer, u32 nChannel) {
+        channels = image.ChooseLayer(document, nLayer);
+        image.BuildBitmap(document, nLayer, nChannel);
+    }
 
     TextRows Rows() const { return BitmapText(image.m_hBitmap); }
     std::string Colours() const { return BitmapColours(image.m_hBitmap); }

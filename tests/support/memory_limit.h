@@ -1,0 +1,14 @@
+// As long as it lives, no block above so many bytes can be had.
+#pragma once
+
+#include "base/large_block.h"
+
+class MemoryLimit {
+  public:
+    explicit MemoryLimit(u64 limit) : m_nBefore(LargeBlock::SetLimit(limit)) {}
+    MemoryLimit(const MemoryLimit&) = delete;
+    ~MemoryLimit() { LargeBlock::SetLimit(m_nBefore); }
+
+  private:
+    u64 m_nBefore;
+};
