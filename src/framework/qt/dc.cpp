@@ -19,7 +19,7 @@ HBITMAP CDC::SelectObject(HBITMAP hBitmap) {
     return std::exchange(m_hBitmap, hBitmap);
 }
 
-// On the screen both units are the logical pixel.
+// On the screen both units are the logical pixel, and a page is drawn as if it were one.
 void CDC::DPtoLP(CSize*) const {}
 
 bool CDC::StretchBlt(int x, int y, int nWidth, int nHeight, const CDC* pSource, [[maybe_unused]] int xSource,

@@ -13,8 +13,8 @@ class CDC {
   public:
     CDC() = default;
 
-    // A window's context while it is painted. The painter is borrowed; exposed is the part, in pixels of the
-    // window, outside which nothing shows.
+    // The context of a window while it is painted, or of a page. The painter is borrowed; exposed is the
+    // part, in the units drawn in, outside which nothing shows.
     CDC(QPainter* pPainter, const CRect& exposed) : m_pPainter(pPainter), m_exposed(exposed) {}
 
     CDC(const CDC&) = delete;

@@ -74,8 +74,6 @@ constexpr int CASCADE_STEPS = 10;
 
 void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
     auto* const area = new QMdiArea;
-    // When a child closes, the one that was active before is the next one.
-    area->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     frame.GetBarHost()->setCentralWidget(area);
@@ -104,8 +102,8 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     m_pMenu = AfxFindMenu(nIDResource);
     window->setWindowIcon(AfxLoadIcon(nIDResource));
     AfxAddAccelerators(*window, *this);
-    AddCloseKey();
     if (OnCreate({}) == -1) return false;
+    AddWindowKeys();
     SetMessageText({});
     UpdateMenu();
     return true;
@@ -134,6 +132,7 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
         [this, pChild, window] {
             if (!window) return;
             std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
             UpdateFrameCounts();
         },
         Qt::QueuedConnection);

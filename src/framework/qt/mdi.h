@@ -109,7 +109,7 @@ class CMDIFrameWnd : public CFrameWnd {
 
   private:
     friend class CMDIChildWnd;
-    void AddCloseKey();
+    void AddWindowKeys();
     void OnWindowNew();
     void OnWindowArrange();
     void OnWindowCascade();

@@ -50,7 +50,10 @@ class SubWindow final : public QMdiSubWindow {
         return QMdiSubWindow::eventFilter(pWatched, pEvent);
     }
 
+    // The one that was active before it is the next one, whereas the keys that go through all windows keep to
+    // the order in which these were opened.
     void closeEvent(QCloseEvent* pEvent) override {
+        mdiArea()->setActivationOrder(QMdiArea::ActivationHistoryOrder);
         QMdiSubWindow::closeEvent(pEvent);
         if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
     }

@@ -160,8 +160,8 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
             std::printf("%s\n", AfxLoadString(AFX_IDS_VERSION).c_str());
             return EXIT_SUCCESS;
         case CCommandLineInfo::BadSwitch:
-            std::fprintf(stderr, "%s: unknown switch %s; --help lists those there are\n", g_pszProgram,
-                         info.m_strBadSwitch.c_str());
+            std::fprintf(stderr, "%s: the switch %s is unknown, or lacks a word; --help lists all\n",
+                         g_pszProgram, info.m_strBadSwitch.c_str());
             return 2;
         default:
             break;

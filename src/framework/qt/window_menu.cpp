@@ -35,14 +35,24 @@ const MessageMap& CMDIFrameWnd::GetMessageMap() const {
     return map;
 }
 
-// Child windows have it on every desktop; on some the toolkit gives it to them too.
-void CMDIFrameWnd::AddCloseKey() {
-    auto* const key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F4), GetWidget());
-    const auto close = [this] {
-        if (MDIGetActive()) AfxGuardedCall([&] { OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr); });
+// What child windows understand on every desktop. The toolkit knows some of it on some, and goes through the
+// windows by the order of their last use, so that a key pressed again leads back.
+void CMDIFrameWnd::AddWindowKeys() {
+    QMdiArea* const area = m_wndMDIClient.GetArea();
+    const auto add = [this](const char* pszKeys, const auto& call) {
+        auto* const key = new QShortcut(QKeySequence(QString::fromLatin1(pszKeys)), GetWidget());
+        QObject::connect(key, &QShortcut::activated, call);
+        QObject::connect(key, &QShortcut::activatedAmbiguously, call);
     };
-    QObject::connect(key, &QShortcut::activated, close);
-    QObject::connect(key, &QShortcut::activatedAmbiguously, close);
+    const auto next = [area] { area->activateNextSubWindow(); };
+    const auto previous = [area] { area->activatePreviousSubWindow(); };
+    add("Ctrl+Tab", next);
+    add("Ctrl+F6", next);
+    add("Ctrl+Shift+Tab", previous);
+    add("Ctrl+Shift+F6", previous);
+    add("Ctrl+F4", [this] {
+        if (MDIGetActive()) AfxGuardedCall([&] { OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr); });
+    });
 }
 
 void CMDIFrameWnd::OnWindowNew() {
