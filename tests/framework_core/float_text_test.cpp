@@ -7,10 +7,10 @@ TEST(FloatTextTest, ReadsBothDecimalSignsAndNothingButANumber) {
         const char* pszText;
         std::optional<float> value;
     };
-    for (const Case& c : {Case{"0.03125", 0.03125f}, Case{"0,03125", 0.03125f}, Case{" 32\t", 32.0f},
-                          Case{"+2", 2.0f}, Case{"-.5", -0.5f}, Case{"2e1", 20.0f}, Case{"", {}},
-                          Case{" ", {}}, Case{"abc", {}}, Case{"1 2", {}}, Case{"1,2,3", {}}, Case{"2x", {}},
-                          Case{"+-2", {}}, Case{"+", {}}, Case{"nan", {}}, Case{"inf", {}}, Case{"1e99", {}}})
+    for (const Case& c : {Case{"0.03125", 0.03125f}, Case{"0,03125", 0.03125f}, Case{" 32\t", 32.0f}, Case{"+2", 2.0f},
+             Case{"-.5", -0.5f}, Case{"2e1", 20.0f}, Case{"", {}}, Case{" ", {}}, Case{"abc", {}}, Case{"1 2", {}},
+             Case{"1,2,3", {}}, Case{"2x", {}}, Case{"+-2", {}}, Case{"+", {}}, Case{"nan", {}}, Case{"inf", {}},
+             Case{"1e99", {}}})
         EXPECT_EQ(TextToFloat(c.pszText, ","), c.value) << c.pszText;
 }
 
