@@ -8,7 +8,7 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
             m_strFileNames.push_back(word);
         } else if (word == "--") {
             switchesEnded = true;
-        } else if (m_nShellCommand == FileNew || m_nShellCommand == FileDDE) {
+        } else if (!IsAnswer()) {
             if (word == "--help") {
                 m_nShellCommand = ShowHelp;
             } else if (word == "--version") {

@@ -24,6 +24,11 @@ class CCommandLineInfo {
 
     bool IsPrint() const { return m_nShellCommand == FilePrint || m_nShellCommand == FilePrintTo; }
 
+    // Whether there is only something to say, and the first such switch counts.
+    bool IsAnswer() const {
+        return m_nShellCommand == ShowHelp || m_nShellCommand == ShowVersion || m_nShellCommand == BadSwitch;
+    }
+
     ShellCommand m_nShellCommand = FileNew;
     std::vector<std::string> m_strFileNames;  // in their order; one to print
     std::string m_strPrinterName;             // for FilePrintTo

@@ -12,6 +12,10 @@ CControlBar::~CControlBar() {
     if (GetParent()) static_cast<CFrameWnd*>(GetParent())->RemoveControlBar(*this);
 }
 
+bool CControlBar::IsWindowVisible() const {
+    return GetWidget() && !GetWidget()->isHidden();
+}
+
 void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
 
 void CControlBar::AttachBar(QWidget* pWidget, CFrameWnd* pFrame, u32 nID) {

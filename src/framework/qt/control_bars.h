@@ -18,6 +18,9 @@ class CControlBar : public CWnd {
   public:
     ~CControlBar() override;
 
+    // Whether the user has it on, though the window around it may be minimised.
+    bool IsWindowVisible() const override;
+
     // Asks the frame for the state of everything on the bar that shows one.
     virtual void OnUpdateCmdUI(CFrameWnd& frame);
 

@@ -9,11 +9,15 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
+#include <QToolButton>
 
 namespace {
 
 // Pixels; the room that a toolbar gives its handle.
 constexpr int GRIP_WIDTH = 9;
+
+// Pixels to both sides of the caption's text.
+constexpr int CAPTION_MARGIN = 4;
 
 // How far from its place at the edge a bar floats, so that it does not look docked still; pixels.
 constexpr int FLOAT_STEP = 24;
@@ -23,26 +27,54 @@ void ToggleFloating(QDockWidget& bar) {
     if (bar.isFloating()) bar.move(bar.pos() + QPoint(FLOAT_STEP, FLOAT_STEP));
 }
 
-// What stands for the caption while the bar is docked. The dock widget drags by whatever does.
-class Grip final : public QWidget {
+// What stands for the caption: a grip while the bar is docked, its title and a button to close it while it
+// floats. It is one and the same, because the toolkit makes a floating bar's window anew for another one.
+// What it does not take for itself the dock widget does: dragging.
+class Caption final : public QWidget {
   public:
-    explicit Grip(QDockWidget& bar) : QWidget(&bar), m_bar(bar) {}
+    explicit Caption(QDockWidget& bar) : QWidget(&bar), m_bar(bar), m_close(this) {
+        m_close.setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+        m_close.setAutoRaise(true);
+        m_close.setFocusPolicy(Qt::NoFocus);
+        m_close.setAccessibleName(QDockWidget::tr("Close"));
+        m_close.hide();
+        connect(&m_close, &QToolButton::clicked, &bar, &QDockWidget::close);
+    }
 
-    QSize sizeHint() const override { return {GRIP_WIDTH, GRIP_WIDTH}; }
+    void SetFloating(bool bFloating) {
+        m_close.setVisible(bFloating);
+        updateGeometry();
+        update();
+    }
+
+    QSize sizeHint() const override {
+        if (m_close.isHidden()) return {GRIP_WIDTH, GRIP_WIDTH};
+        const int height = m_close.sizeHint().height();
+        return {fontMetrics().horizontalAdvance(m_bar.windowTitle()) + 2 * CAPTION_MARGIN + height, height};
+    }
     QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        QStyleOption option;
-        option.initFrom(this);
-        option.state |= QStyle::State_Horizontal;
-        style()->drawPrimitive(QStyle::PE_IndicatorToolBarHandle, &option, &painter, this);
+        if (m_close.isHidden()) {
+            QStyleOption option;
+            option.initFrom(this);
+            option.state |= QStyle::State_Horizontal;
+            style()->drawPrimitive(QStyle::PE_IndicatorToolBarHandle, &option, &painter, this);
+        } else {
+            painter.drawText(rect().adjusted(CAPTION_MARGIN, 0, -m_close.width(), 0), Qt::AlignVCenter,
+                             m_bar.windowTitle());
+        }
+    }
+    void resizeEvent(QResizeEvent*) override {
+        m_close.setGeometry(width() - height(), 0, height(), height());
     }
     void mouseDoubleClickEvent(QMouseEvent*) override { ToggleFloating(m_bar); }
 
   private:
     QDockWidget& m_bar;
+    QToolButton m_close;
 };
 
 class DialogWidget final : public QWidget {
@@ -64,19 +96,15 @@ class DialogWidget final : public QWidget {
     QSize m_sizeHint;
 };
 
-// The toolkit draws a caption for a floating bar only where none of the program's own stands.
 void DressBar(QDockWidget& bar, bool bFloating) {
     QDockWidget::DockWidgetFeatures features =
         QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable | QDockWidget::DockWidgetClosable;
     if (!bFloating) features |= QDockWidget::DockWidgetVerticalTitleBar;
     bar.setFeatures(features);
-    QWidget* const before = bar.titleBarWidget();
-    bar.setTitleBarWidget(bFloating ? nullptr : new Grip(bar));
+    static_cast<Caption*>(bar.titleBarWidget())->SetFloating(bFloating);
     // Nothing around a floating bar is narrower than its controls.
     if (QWidget* const controls = bar.widget())
         controls->setMinimumWidth(bFloating ? controls->sizeHint().width() : 0);
-    // It may be what the pointer that drags the bar away went down on.
-    if (before) before->deleteLater();
 }
 
 QDockWidget* DockOf(const CWnd& bar) {
@@ -90,6 +118,7 @@ bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
     if (!resource) return false;
     auto* const bar = new QDockWidget;
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setTitleBarWidget(new Caption(*bar));
     DressBar(*bar, false);
     QObject::connect(bar, &QDockWidget::topLevelChanged, bar,
                      [bar](bool bFloating) { DressBar(*bar, bFloating); });
@@ -116,4 +145,13 @@ void CDialogBar::OnUpdateCmdUI(CFrameWnd& frame) {
     if (away ? !bar->isVisible() : !m_bAway) return;
     m_bAway = away;
     bar->setVisible(!away);
+}
+
+bool CDialogBar::IsWindowVisible() const {
+    return m_bAway || CControlBar::IsWindowVisible();
+}
+
+void CDialogBar::ShowWindow(bool bShow) {
+    m_bAway = false;
+    CControlBar::ShowWindow(bShow);
 }

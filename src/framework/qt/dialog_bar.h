@@ -15,6 +15,10 @@ class CDialogBar : public CControlBar {
     // Null when the template has no control of this id.
     QWidget* GetDlgItem(u32 nID) const;
 
+    // Also while it is away with its frame.
+    bool IsWindowVisible() const override;
+    void ShowWindow(bool bShow) override;
+
     // While it floats it comes and goes with its frame.
     void OnUpdateCmdUI(CFrameWnd& frame) override;
 

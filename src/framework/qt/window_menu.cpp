@@ -95,7 +95,8 @@ void CMDIFrameWnd::FillWindowList(QMenu& menu) {
         if (action->data().toUInt() >= AFX_IDM_FIRST_MDICHILD) delete action;
     const CMDIChildWnd* const active = MDIGetActive();
     for (std::size_t i = 0; i < m_children.size(); ++i) {
-        QString text = m_children[i]->GetSubWindow()->windowTitle().replace(u'&', QStringLiteral("&&"));
+        QString text =
+            QString::fromStdString(m_children[i]->GetWindowText()).replace(u'&', QStringLiteral("&&"));
         text = QStringLiteral("%1%2 %3").arg(i < 9 ? QStringLiteral("&") : QString()).arg(i + 1).arg(text);
         QAction* const action = menu.addAction(text);
         action->setData(AFX_IDM_FIRST_MDICHILD + static_cast<u32>(i));

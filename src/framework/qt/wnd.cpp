@@ -14,6 +14,10 @@ QRect ToQt(const CRect& rect) {
     return {rect.left, rect.top, rect.Width(), rect.Height()};
 }
 
+// What the toolkit takes for the place of its mark for changed documents, and how it is made to show it.
+const QString TITLE_MARK = QStringLiteral("[*]");
+const QString TITLE_MARK_SHOWN = QStringLiteral("[*][*]");
+
 }  // namespace
 
 CWnd::~CWnd() {
@@ -55,12 +59,12 @@ void CWnd::ShowWindow(bool bShow) {
 }
 
 void CWnd::SetWindowText(const std::string& strText) {
-    m_pWidget->setWindowTitle(ToDisplayText(strText));
+    m_pWidget->setWindowTitle(ToDisplayText(strText).replace(TITLE_MARK, TITLE_MARK_SHOWN));
     m_pWidget->setAccessibleName(ToDisplayText(strText));
 }
 
 std::string CWnd::GetWindowText() const {
-    return m_pWidget->windowTitle().toStdString();
+    return m_pWidget->windowTitle().replace(TITLE_MARK_SHOWN, TITLE_MARK).toStdString();
 }
 
 void CWnd::Invalidate() {

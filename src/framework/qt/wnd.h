@@ -41,9 +41,9 @@ class CWnd : public CCmdTarget {
     void MoveWindow(const CRect& rect);
 
     // False too where a window around it does not show.
-    bool IsWindowVisible() const;
+    virtual bool IsWindowVisible() const;
 
-    void ShowWindow(bool bShow);
+    virtual void ShowWindow(bool bShow);
 
     // The window's caption. One that shows none is still called so by what reads the screen aloud.
     void SetWindowText(const std::string& strText);
