@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -27,9 +28,13 @@ std::optional<float> TextToFloat(const std::string& strText, const std::string& 
     // The conversion knows no plus; a sign behind it is no number either.
     if (text[0] == '+' && text.find_first_of("+-", 1) != 1) text.erase(0, 1);
 
-    float value = 0;
+    double value = 0;
     const char* const textEnd = text.data() + text.size();
     const auto [end, error] = std::from_chars(text.data(), textEnd, value);
-    if (error != std::errc() || end != textEnd || !std::isfinite(value)) return std::nullopt;
-    return value;
+    const bool isBeyond = error == std::errc::result_out_of_range;
+    if ((error != std::errc() && !isBeyond) || end != textEnd || !std::isfinite(value)) return std::nullopt;
+    // Beyond the range of a double lies what is too large as well as what is too small; the exponent tells.
+    if (isBeyond && text.find("e-") == std::string::npos && text.find("E-") == std::string::npos)
+        value = std::copysign(std::numeric_limits<double>::infinity(), text[0] == '-' ? -1 : 1);
+    return static_cast<float>(value);
 }
