@@ -181,6 +181,8 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
     TellVersion(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
     if (!info.IsPrint()) InstallAnswers(&g_answers);
+    AfxAskForLocks();
+    QObject::connect(g_pToolkit.get(), &QGuiApplication::applicationStateChanged, &AfxAskForLocks);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      g_pToolkit.get(), [] { g_pApp->OnIdle(); });
     return std::nullopt;
