@@ -11,6 +11,8 @@ namespace {
 
 const QString INTERFACE = QStringLiteral("org.freedesktop.Application");
 
+const QString PROPERTIES = QStringLiteral("org.freedesktop.DBus.Properties");
+
 const QString INTROSPECTION = QStringLiteral(R"(  <interface name="org.freedesktop.Application">
     <method name="Activate">
       <arg type="a{sv}" name="platform_data" direction="in"/>
@@ -41,6 +43,7 @@ class ShellOpen::Node final : public QDBusVirtualObject {
     QString introspect(const QString&) const override { return INTROSPECTION; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.interface() == PROPERTIES) return TellProperties(message, connection);
         if (!message.interface().isEmpty() && message.interface() != INTERFACE) return false;
         const QString call = message.member() + u'(' + message.signature() + u')';
         if (call == QStringLiteral("Open(asa{sv})") || call == QStringLiteral("Activate(a{sv})")) {
@@ -59,6 +62,14 @@ class ShellOpen::Node final : public QDBusVirtualObject {
     }
 
   private:
+    // There are none, which is no reason to deny whoever asks for all of them.
+    static bool TellProperties(const QDBusMessage& message, const QDBusConnection& connection) {
+        const QString of = message.arguments().value(0).toString();
+        if (message.member() != QStringLiteral("GetAll") || (!of.isEmpty() && of != INTERFACE)) return false;
+        connection.send(message.createReply(QVariantMap()));
+        return true;
+    }
+
     Request m_request;
 };
 
