@@ -49,7 +49,7 @@ bool CVistrelApp::InitInstance() {
                                                            RuntimeClassOf<CVistrelView>()));
 
     EnableShellOpen();
-    RegisterShellFileTypes();
+    RegisterShellFileTypes(IDR_MAINFRAME);
 
     auto mainFrame = std::make_unique<CMainFrame>();
     if (!mainFrame->LoadFrame(IDR_MAINFRAME)) return false;

@@ -43,9 +43,9 @@ class CWinApp : public CCmdTarget {
     // Takes part in what the desktop opens.
     void EnableShellOpen();
 
-    // Tells the user's desktop of the program and of the kinds of files that are its own, where it does not
-    // know yet. The program runs on when it cannot be told.
-    void RegisterShellFileTypes() const;
+    // Tells the user's desktop of the program, of the kinds of files that are its own and of its icon, where
+    // it does not know yet. The program runs on when it cannot be told.
+    void RegisterShellFileTypes(u32 nIDIcon) const;
 
     ShellRegistration GetShellRegistration() const;
 

@@ -100,6 +100,15 @@ void Register(const QString& folder, const QString& name, const std::string& tex
     RunDetached(gatherer, gathered);
 }
 
+// The desktop looks at the time of the theme's folder to see whether there are new icons in it.
+void RegisterIcon(const QString& data, const QString& name, const PictureResource& picture) {
+    const QString theme = QStringLiteral("/icons/hicolor");
+    const QString folder = theme + QStringLiteral("/scalable/apps");
+    for (const QString& other : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
+        if (other != data && QFile::exists(other + folder + u'/' + name)) return;
+    Register(data + folder, name, picture.pszSvg, QStringLiteral("touch"), data + theme);
+}
+
 }  // namespace
 
 ShellRegistration CWinApp::GetShellRegistration() const {
@@ -118,7 +127,7 @@ ShellRegistration CWinApp::GetShellRegistration() const {
 }
 
 // Both texts are UTF-8, which a path need not be.
-void CWinApp::RegisterShellFileTypes() const {
+void CWinApp::RegisterShellFileTypes(u32 nIDIcon) const {
     const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
     if (!QUtf8StringView(program).isValidUtf8()) return;
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
@@ -126,6 +135,8 @@ void CWinApp::RegisterShellFileTypes() const {
     const QString name = QString::fromStdString(registration.strId);
     const QString mime = data + QStringLiteral("/mime");
     const QString entries = data + QStringLiteral("/applications");
+    if (const PictureResource* const icon = AfxFindPicture(nIDIcon))
+        RegisterIcon(data, name + QStringLiteral(".svg"), *icon);
     Register(mime + QStringLiteral("/packages"), name + QStringLiteral(".xml"),
              registration.MakeMimePackage(), QStringLiteral("update-mime-database"), mime);
     Register(entries, name + QStringLiteral(".desktop"), registration.MakeDesktopEntry(program.toStdString()),
