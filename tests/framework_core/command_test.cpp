@@ -82,6 +82,8 @@ TEST(CommandLine, SwitchesAndFiles) {
              {{"--", "--help", "-x"}, Info::FileOpen, {"--help", "-x"}},
              {{"a", "--version", "-x"}, Info::ShowVersion, {"a"}},
              {{"-x", "--help"}, Info::BadSwitch, {}},
+             {{"a", "-p", "b"}, Info::FilePrint, {"a", "b"}},
+             {{"a", "-pt", "b", "c"}, Info::SurplusWord, {"a", "b"}},
          }) {
         std::vector<char*> argv = {const_cast<char*>("vistrel")};
         for (const char* word : words) argv.push_back(const_cast<char*>(word));

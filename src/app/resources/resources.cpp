@@ -56,12 +56,12 @@ constexpr StringResource STRINGS[] = {
     {AFX_IDP_PARSE_REAL_RANGE, "Please enter a number between %1 and %2."},
     {AFX_IDS_USAGE,
      "usage: vistrel [-dde] [FILE...]\n"
-     "       vistrel -p FILE\n"
+     "       vistrel -p FILE...\n"
      "       vistrel -pt FILE PRINTER\n"
      "Shows still pictures, each in a window of its own.\n"
      "\n"
-     "  -p FILE             prints the file on the default printer and ends\n"
-     "  -pt FILE PRINTER    prints it on this one; NAME.pdf for PRINTER makes that file\n"
+     "  -p FILE...          prints the files on the default printer and ends\n"
+     "  -pt FILE PRINTER    prints the file on this one; NAME.pdf for PRINTER makes that file\n"
      "  -dde                opens the files in the program that runs already, if any\n"
      "  --                  every word behind it names a file\n"
      "  --help              prints this and ends\n"

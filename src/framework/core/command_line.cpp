@@ -14,19 +14,31 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
             } else if (word == "--version") {
                 m_nShellCommand = ShowVersion;
             } else if (word == "-dde") {
-                m_nShellCommand = FileDDE;
-            } else if (word == "-p" && i + 1 < argc) {
-                m_nShellCommand = FilePrint;
-                m_strFileNames = {argv[++i]};
+                Choose(FileDDE, word);
+            } else if (word == "-p") {
+                Choose(FilePrint, word);
             } else if (word == "-pt" && i + 2 < argc) {
-                m_nShellCommand = FilePrintTo;
-                m_strFileNames = {argv[++i]};
+                Choose(FilePrintTo, word);
+                m_strFileNames.push_back(argv[++i]);
                 m_strPrinterName = argv[++i];
             } else {
-                m_nShellCommand = BadSwitch;
-                m_strBadSwitch = word;
+                Refuse(BadSwitch, word);
             }
         }
     }
     if (m_nShellCommand == FileNew && !m_strFileNames.empty()) m_nShellCommand = FileOpen;
+    if (m_nShellCommand == FilePrint && m_strFileNames.empty()) Refuse(BadSwitch, "-p");
+    if (m_nShellCommand == FilePrintTo && m_strFileNames.size() > 1) Refuse(SurplusWord, "-pt");
+}
+
+void CCommandLineInfo::Choose(ShellCommand command, const std::string& strSwitch) {
+    if (m_nShellCommand == FileNew || m_nShellCommand == command)
+        m_nShellCommand = command;
+    else
+        Refuse(SurplusWord, strSwitch);
+}
+
+void CCommandLineInfo::Refuse(ShellCommand answer, const std::string& strSwitch) {
+    m_nShellCommand = answer;
+    m_strBadSwitch = strSwitch;
 }

@@ -15,22 +15,28 @@ class CCommandLineInfo {
         FilePrintTo,
         ShowHelp,
         ShowVersion,
-        BadSwitch
+        BadSwitch,   // not known, or one of the words that go with it is missing
+        SurplusWord  // a switch beside which there are words that do not go with it
     };
 
-    // Takes the arguments behind the program's name. Help, version and a switch that is not known, or that
-    // lacks one of the words that go with it, win over files.
+    // Takes the arguments behind the program's name. Help, version and a switch that cannot be followed win
+    // over files.
     void ParseCommandLine(int argc, char* const* argv);
 
     bool IsPrint() const { return m_nShellCommand == FilePrint || m_nShellCommand == FilePrintTo; }
 
     // Whether there is only something to say, and the first such switch counts.
     bool IsAnswer() const {
-        return m_nShellCommand == ShowHelp || m_nShellCommand == ShowVersion || m_nShellCommand == BadSwitch;
+        return m_nShellCommand == ShowHelp || m_nShellCommand == ShowVersion ||
+               m_nShellCommand == BadSwitch || m_nShellCommand == SurplusWord;
     }
 
     ShellCommand m_nShellCommand = FileNew;
-    std::vector<std::string> m_strFileNames;  // in their order; one to print
+    std::vector<std::string> m_strFileNames;  // in their order; one for FilePrintTo
     std::string m_strPrinterName;             // for FilePrintTo
-    std::string m_strBadSwitch;
+    std::string m_strBadSwitch;               // for BadSwitch and SurplusWord
+
+  private:
+    void Choose(ShellCommand command, const std::string& strSwitch);
+    void Refuse(ShellCommand answer, const std::string& strSwitch);
 };

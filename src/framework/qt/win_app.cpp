@@ -163,6 +163,11 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
             std::fprintf(stderr, "%s: the switch %s is unknown, or lacks a word; --help lists all\n",
                          g_pszProgram, info.m_strBadSwitch.c_str());
             return 2;
+        case CCommandLineInfo::SurplusWord:
+            std::fprintf(stderr,
+                         "%s: the switch %s does not go with all of the other words; --help lists all\n",
+                         g_pszProgram, info.m_strBadSwitch.c_str());
+            return EXIT_FAILURE;
         default:
             break;
     }
@@ -265,14 +270,24 @@ void CWinApp::ParseCommandLine(CCommandLineInfo& info) const {
     info.ParseCommandLine(m_nArgc, m_pArgv);
 }
 
-// One that ends in an exception ends the program with the status of a failure.
+// A file that cannot be printed keeps none of the others from it.
 bool CWinApp::Print(const CCommandLineInfo& info) {
     if (info.m_nShellCommand == CCommandLineInfo::FilePrintTo && !AfxSelectPrinter(info.m_strPrinterName)) {
         AfxMessageBox("There is no printer \"" + info.m_strPrinterName + "\".");
         return false;
     }
-    const CDocument* const document = OpenDocumentFile(info.m_strFileNames[0]);
-    return document && document->GetViews()[0]->Print(true);
+    bool all = true;
+    for (const std::string& path : info.m_strFileNames) {
+        bool printed = false;
+        const auto print = [&] {
+            const CDocument* const document = OpenDocumentFile(path);
+            printed = document && document->GetViews()[0]->Print(true);
+        };
+        AfxGuardedCall(print, "\"" + path + "\" was not printed. ");
+        m_pMainWnd->DestroyChildren();
+        all = all && printed;
+    }
+    return all;
 }
 
 bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {

@@ -54,7 +54,7 @@ class CWinApp : public CCmdTarget {
     void ParseCommandLine(CCommandLineInfo& info) const;
 
     // Opens the files in their order, in the program that runs already where the command line asks for that,
-    // or prints one. False when the program is to end: it has handed them over, the page is done, or all of
+    // or prints them. False when the program is to end: it has handed them over, the page is done, or all of
     // them failed.
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
