@@ -8,7 +8,6 @@
 #include "framework/qt/win_app.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QIcon>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -60,7 +59,7 @@ class MainWindow final : public QMainWindow {
 
     void closeEvent(QCloseEvent*) override {
         AfxGuardedCall([&] { m_frame.DestroyChildren(); });
-        QCoreApplication::exit(0);
+        AfxGetApp()->End();
     }
 
   private:

@@ -44,6 +44,14 @@ class ToolkitApplication final : public QApplication {
         }
         return handled;
     }
+
+  protected:
+    // The session ends, and every window has been closed.
+    bool event(QEvent* pEvent) override {
+        const bool handled = QApplication::event(pEvent);
+        if (pEvent->type() == QEvent::Quit && pEvent->isAccepted()) g_pApp->End();
+        return handled;
+    }
 };
 
 // A question in the middle of something long waits for the user, not the other way round.
@@ -65,6 +73,7 @@ class PlainCursor {
 class BoxAnswers final : public Answers {
   public:
     int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
+        if (g_pApp->IsEnding()) return IDCANCEL;
         QMessageBox box(nStyle & MB_ICONEXCLAMATION ? QMessageBox::Warning : QMessageBox::NoIcon,
                         ToDisplayText(strCaption), QString(), QMessageBox::Ok, QApplication::activeWindow());
         box.setTextFormat(Qt::PlainText);
@@ -251,6 +260,12 @@ void CWinApp::OnAppExit() {
     SendMessageA(m_pMainWnd.get(), WM_CLOSE, 0, 0);
 }
 
+void CWinApp::End() {
+    m_bEnding = true;
+    m_nExitStatus = EXIT_SUCCESS;
+    QCoreApplication::exit(m_nExitStatus);
+}
+
 int CWinApp::Run() {
     return QApplication::exec();
 }
@@ -302,10 +317,11 @@ bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
     }
     bool opened = isDde && info.m_strFileNames.empty();
     for (const std::string& path : info.m_strFileNames) opened |= OpenDocumentFile(path) != nullptr;
-    return opened || !m_requests.empty();
+    return !m_bEnding && (opened || !m_requests.empty());
 }
 
 CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
+    if (m_bEnding) return nullptr;
     const std::string path = GetFullPath(strPathName);
     CDocument* document = nullptr;
     if (CMDIChildWnd* const child = FindOpen(path)) {

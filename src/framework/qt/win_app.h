@@ -30,6 +30,11 @@ class CWinApp : public CCmdTarget {
     // Runs until the main window is closed; the program's status.
     int Run();
 
+    // The program is to end, whatever is going on: no file opens any more and no message shows, so that what
+    // goes through a list of files comes to its end too.
+    void End();
+    bool IsEnding() const { return m_bEnding; }
+
     // Writes the settings; takes down windows and templates.
     void ExitInstance();
 
@@ -59,7 +64,8 @@ class CWinApp : public CCmdTarget {
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
     // The file goes to the template of its extension, to the first one where it has none. One that is open
-    // already comes to the front. Null when it failed, which has been reported then.
+    // already comes to the front. Null when it failed, which has been reported then, or the program is
+    // ending.
     CDocument* OpenDocumentFile(const std::string& strPathName);
 
     // Opens what the URIs name, in their order, and comes to the front, as soon as no dialog is up and
@@ -111,6 +117,7 @@ class CWinApp : public CCmdTarget {
     CRecentFileList m_recentFiles{0};
     std::unique_ptr<ShellOpen> m_pShellOpen;
     std::deque<std::vector<std::string>> m_requests;  // lists of URIs that wait to be opened
+    bool m_bEnding = false;
     bool m_bInRequest = false;
     bool m_bRecentFilesChanged = false;  // since they were last written, or could not be
     bool m_bSeen = false;                // the main window has been on the screen

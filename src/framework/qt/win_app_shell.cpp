@@ -166,8 +166,8 @@ void CWinApp::OpenLater(const std::vector<std::string>& uris) {
 
 // A menu stays open on the list of recent files that it shows.
 bool CWinApp::CanOpenRequests() const {
-    return m_pMainWnd && !m_requests.empty() && !m_bInRequest && !QApplication::activeModalWidget() &&
-           !QApplication::activePopupWidget();
+    return m_pMainWnd && !m_bEnding && !m_requests.empty() && !m_bInRequest &&
+           !QApplication::activeModalWidget() && !QApplication::activePopupWidget();
 }
 
 void CWinApp::OpenRequests() {
