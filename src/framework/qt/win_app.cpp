@@ -143,6 +143,12 @@ void OnStartMessage(QtMsgType type, const QMessageLogContext&, const QString&) {
     if (type == QtFatalMsg) std::_Exit(SayNoDisplay());
 }
 
+// Where the display goes away the toolkit ends the program in the middle of an event, and nothing that still
+// stands can be taken down without it.
+void OnExit() {
+    if (g_pToolkit) std::_Exit(EXIT_FAILURE);
+}
+
 }  // namespace
 
 CWinApp* AfxGetApp() {
@@ -192,6 +198,7 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
     const QtMessageHandler before = qInstallMessageHandler(OnStartMessage);
     g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv);
     qInstallMessageHandler(before);
+    std::atexit(OnExit);
     TellVersion(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
     if (!info.IsPrint()) InstallAnswers(&g_answers);
