@@ -102,8 +102,8 @@ TEST_F(WindowTest, ListsBarsAndViewsHaveNamesForWhatReadsTheScreen) {
     };
     EXPECT_EQ(shown(View())->text(QAccessible::Name).toStdString(), "picture.iff");
     EXPECT_EQ(shown(Frame().m_wndInfoBar)->text(QAccessible::Name).toStdString(), "Info Bar");
-    // The toolkit takes the ampersand for the mark of a mnemonic, and calls a list what is chosen in it.
-    EXPECT_EQ(shown(Frame().m_wndLayerBar)->text(QAccessible::Name).toStdString(), "Layers  Channels");
+    EXPECT_EQ(shown(Frame().m_wndLayerBar)->text(QAccessible::Name).toStdString(), "Layers & Channels");
+    // The toolkit calls a list what is chosen in it.
     for (const CWnd* const list : {&Frame().m_wndLayerCombo, &Frame().m_wndChannelCombo})
         EXPECT_EQ(shown(*list)->relations(QAccessible::Label).size(), 1);
 }

@@ -4,12 +4,17 @@
 #include "framework/qt/dialog_template.h"
 #include "framework/qt/frame_wnd.h"
 
+#include <QAccessibleWidget>
+#include <QApplication>
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
+
+#include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -19,13 +24,8 @@ constexpr int GRIP_WIDTH = 9;
 // Pixels to both sides of the caption's text.
 constexpr int CAPTION_MARGIN = 4;
 
-// How far from its place at the edge a bar floats, so that it does not look docked still; pixels.
+// How far from its place at the edge a bar floats at first, so that it does not look docked still; pixels.
 constexpr int FLOAT_STEP = 24;
-
-void ToggleFloating(QDockWidget& bar) {
-    bar.setFloating(!bar.isFloating());
-    if (bar.isFloating()) bar.move(bar.pos() + QPoint(FLOAT_STEP, FLOAT_STEP));
-}
 
 // What stands for the caption: a grip while the bar is docked, its title and a button to close it while it
 // floats. It is one and the same, because the toolkit makes a floating bar's window anew for another one.
@@ -45,6 +45,17 @@ class Caption final : public QWidget {
         m_close.setVisible(bFloating);
         updateGeometry();
         update();
+    }
+
+    // From the edge to the place where the bar floated last, and back to the edge.
+    void ToggleFloating() {
+        if (m_bar.isFloating()) {
+            m_floatingAt = m_bar.pos();
+            m_bar.setFloating(false);
+        } else {
+            m_bar.setFloating(true);
+            m_bar.move(m_floatingAt.value_or(m_bar.pos() + QPoint(FLOAT_STEP, FLOAT_STEP)));
+        }
     }
 
     QSize sizeHint() const override {
@@ -70,12 +81,17 @@ class Caption final : public QWidget {
     void resizeEvent(QResizeEvent*) override {
         m_close.setGeometry(width() - height(), 0, height(), height());
     }
-    void mouseDoubleClickEvent(QMouseEvent*) override { ToggleFloating(m_bar); }
+    void mouseDoubleClickEvent(QMouseEvent*) override { ToggleFloating(); }
 
   private:
     QDockWidget& m_bar;
     QToolButton m_close;
+    std::optional<QPoint> m_floatingAt;
 };
+
+Caption& CaptionOf(const QDockWidget& bar) {
+    return *static_cast<Caption*>(bar.titleBarWidget());
+}
 
 class DialogWidget final : public QWidget {
   public:
@@ -89,11 +105,50 @@ class DialogWidget final : public QWidget {
 
   protected:
     // The bar is to be taken hold of anywhere between its controls, not by the grip alone.
-    void mouseDoubleClickEvent(QMouseEvent*) override { ToggleFloating(m_bar); }
+    void mouseDoubleClickEvent(QMouseEvent*) override { CaptionOf(m_bar).ToggleFloating(); }
 
   private:
     QDockWidget& m_bar;
     QSize m_sizeHint;
+};
+
+// How near to the frame's upper or lower edge a bar is dropped that is to dock there; pixels.
+constexpr int DROP_REACH = 80;
+
+// The toolkit takes whatever is dropped near the left or the right edge for a bar to dock at that one, and
+// leaves it floating where that edge is not allowed. It is meant for the upper or the lower edge.
+class DockedBar final : public QDockWidget {
+  public:
+    using QDockWidget::QDockWidget;
+
+  protected:
+    bool event(QEvent* pEvent) override {
+        const bool handled = QDockWidget::event(pEvent);
+        if (pEvent->type() != QEvent::MouseButtonPress && pEvent->type() != QEvent::MouseButtonRelease)
+            return handled;
+        const QPoint at = static_cast<QMouseEvent*>(pEvent)->globalPosition().toPoint();
+        if (pEvent->type() == QEvent::MouseButtonPress)
+            m_pressed = at;
+        else if (isFloating() && (at - m_pressed).manhattanLength() > QApplication::startDragDistance())
+            Drop(at);
+        return handled;
+    }
+
+  private:
+    void Drop(const QPoint& onScreen) {
+        auto& host = *static_cast<QMainWindow*>(parentWidget());
+        const QRect frame = host.rect();
+        const QPoint at = host.mapFromGlobal(onScreen);
+        const int reach = std::min(DROP_REACH, frame.height() / 2);
+        const Qt::DockWidgetArea area = at.y() < reach                     ? Qt::TopDockWidgetArea
+                                        : at.y() >= frame.height() - reach ? Qt::BottomDockWidgetArea
+                                                                           : Qt::NoDockWidgetArea;
+        if (!frame.contains(at) || area == Qt::NoDockWidgetArea || !isAreaAllowed(area)) return;
+        host.addDockWidget(area, this);
+        setFloating(false);
+    }
+
+    QPoint m_pressed;
 };
 
 void DressBar(QDockWidget& bar, bool bFloating) {
@@ -101,10 +156,17 @@ void DressBar(QDockWidget& bar, bool bFloating) {
         QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable | QDockWidget::DockWidgetClosable;
     if (!bFloating) features |= QDockWidget::DockWidgetVerticalTitleBar;
     bar.setFeatures(features);
-    static_cast<Caption*>(bar.titleBarWidget())->SetFloating(bFloating);
+    CaptionOf(bar).SetFloating(bFloating);
     // Nothing around a floating bar is narrower than its controls.
     if (QWidget* const controls = bar.widget())
         controls->setMinimumWidth(bFloating ? controls->sizeHint().width() : 0);
+}
+
+// The toolkit's own name of a dock widget is its title, from which it takes every ampersand for the mark of a
+// mnemonic.
+QAccessibleInterface* MakeAccessible(const QString& className, QObject* pObject) {
+    if (className != QStringLiteral("QDockWidget")) return nullptr;
+    return new QAccessibleWidget(static_cast<QWidget*>(pObject), QAccessible::Grouping);
 }
 
 QDockWidget* DockOf(const CWnd& bar) {
@@ -116,7 +178,8 @@ QDockWidget* DockOf(const CWnd& bar) {
 bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
     const DialogResource* const resource = AfxFindDialog(nIDTemplate);
     if (!resource) return false;
-    auto* const bar = new QDockWidget;
+    QAccessible::installFactory(&MakeAccessible);  // does nothing the second time
+    auto* const bar = new DockedBar(pFrame->GetBarHost());
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
     bar->setTitleBarWidget(new Caption(*bar));
     DressBar(*bar, false);
