@@ -65,7 +65,8 @@ class Screen:
         self.server.wait()
 
     def xdotool(self, *words):
-        done = subprocess.run(["xdotool", *words], env=self.environment, capture_output=True, text=True)
+        done = subprocess.run(["xdotool", *words], env=self.environment, capture_output=True, text=True,
+                              timeout=DEADLINE)
         return done.stdout.split()
 
     def windows(self, title):

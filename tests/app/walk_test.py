@@ -1,0 +1,198 @@
+#!/usr/bin/env python3
+"""One walk through the program as a person takes it, with real keys and clicks.
+
+usage: walk_test.py PROGRAM
+Needs what end_to_end_test.py needs, and a window manager: openbox.
+"""
+
+import struct
+import subprocess
+import unittest
+from pathlib import Path
+
+from end_to_end_test import (COLOURS, DEADLINE, HEIGHT, PLANES, PROGRAM, TITLE, WIDTH, ProgramTest, chunk,
+                             value_at, wait_for)
+
+BAR = "Layers & Channels"
+
+
+def planes_of(values, width, planes):
+    body = b""
+    for start in range(0, len(values), width):
+        for plane in range(planes):
+            bits = "".join(str(value >> plane & 1) for value in values[start:start + width])
+            body += int(bits, 2).to_bytes(width // 8, "big")
+    return body
+
+
+def form(values, width, height, before=b""):
+    header = struct.pack(">HHhhBBBBHBBhh", width, height, 0, 0, PLANES, 0, 0, 0, 0, 1, 1, width, height)
+    colours = b"".join(bytes(colour) for colour in COLOURS)
+    return chunk(b"FORM", b"ILBM" + chunk(b"BMHD", header) + chunk(b"CMAP", colours) + before +
+                 chunk(b"BODY", planes_of(values, width, PLANES)))
+
+
+WHOLE = [value_at(x, y) for y in range(HEIGHT) for x in range(WIDTH)]
+LEVEL = [value_at(x + 5, y + 3) for y in range(HEIGHT // 2) for x in range(WIDTH // 2)]
+ALPHA = [255 - 3 * value for value in WHOLE]
+
+
+def document():
+    """A picture with an alpha picture, and one mip-map level."""
+    alph = chunk(b"ALPH", struct.pack(">HHBB", WIDTH, HEIGHT, 8, 0) + planes_of(ALPHA, WIDTH, 8))
+    return chunk(b"LIST", b"ILBM" + form(WHOLE, WIDTH, HEIGHT, alph) + chunk(b"FORM", b"MIPM" + chunk(b"CONT", b"\1\0")) +
+                 chunk(b"LIST", b"ILBM" + form(LEVEL, WIDTH // 2, HEIGHT // 2)))
+
+
+def stretched(pixels, width, to_width, to_height):
+    """Rows of a picture stretched to another size, nearest neighbour."""
+    height = len(pixels) // width
+    return [b"".join(pixels[y * height // to_height * width + x * width // to_width] for x in range(to_width))
+            for y in range(to_height)]
+
+
+def in_colour(values):
+    return [bytes(reversed(COLOURS[value])) + b"\0" for value in values]
+
+
+class WalkTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.screen.environment["HOME"] = self.folder.name
+        # A window that comes before its manager is up may never be shown.
+        managed = Path(self.folder.name, "managed")
+        self.manager = subprocess.Popen(["openbox", "--startup", f"touch {managed}"], env=self.screen.environment,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for(managed.exists, "the window manager")
+        self.program = subprocess.Popen([PROGRAM], env=self.screen.environment, cwd=self.folder.name)
+        self.wait_for_window(TITLE)
+
+    def tearDown(self):
+        self.manager.kill()
+        self.manager.wait()
+        super().tearDown()
+
+    def wait_for_window(self, title):
+        """Waits until the window has the keyboard."""
+        wait_for(lambda: " ".join(self.screen.xdotool("getactivewindow", "getwindowname")) == title, title)
+
+    def keys(self, *keys):
+        for key in keys:
+            self.screen.xdotool("key", "--clearmodifiers", key)
+
+    def command(self, menu, item):
+        """Opens a menu with its mnemonic and takes one of its items."""
+        self.keys("alt+" + menu)
+        self.screen.xdotool("sleep", "0.1")
+        self.keys(item)
+
+    def answer(self, title, text):
+        self.wait_for_window(title)
+        self.screen.xdotool("type", text)
+        self.keys("Return")
+        wait_for(lambda: not self.screen.windows(title), f"the end of {title}")
+
+    def double_click(self, x, y):
+        self.screen.xdotool("mousemove", str(x), str(y), "click", "--repeat", "2", "1")
+
+    def drag(self, start, end):
+        """In steps, as a hand does."""
+        words = ["mousemove", *map(str, start), "mousedown", "1"]
+        for step in range(1, 11):
+            words += ["mousemove", *(str(a + (b - a) * step // 10) for a, b in zip(start, end)), "sleep", "0.02"]
+        self.screen.xdotool(*words, "mouseup", "1", "mousemove", "1", "1")
+
+    def floating_caption(self):
+        floating = wait_for(lambda: self.screen.windows(BAR), "the bar to float")[0]
+        words = self.screen.xdotool("getwindowgeometry", "--shell", floating)
+        place = dict(word.split("=") for word in words)
+        return int(place["X"]) + 40, int(place["Y"]) + 10
+
+    def place_of(self, rows):
+        """Where a picture stands on the screen, or None."""
+        screen = [bytearray(row) for row in self.screen.rows()]
+        for row in screen:
+            row[3::4] = bytes(len(row) // 4)  # the byte that nobody sees
+        for top, row in enumerate(screen[:len(screen) - len(rows) + 1]):
+            left = row.find(rows[0])
+            if left >= 0 and left % 4 == 0 and all(
+                    screen[top + y][left:left + len(line)] == line for y, line in enumerate(rows)):
+                return left // 4, top
+        return None
+
+    def wait_for_picture(self, pixels, width, scale=1.0):
+        height = len(pixels) // width
+        rows = stretched(pixels, width, int(width * scale), int(height * scale))
+        return wait_for(lambda: self.place_of(rows), f"the picture at {scale}")
+
+    def test_walk(self):
+        whole, level, alpha = in_colour(WHOLE), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
+        path = self.path("chain.iff", document())
+
+        self.keys("ctrl+o")
+        self.answer("Open", path)
+        self.wait_for_window(f"{TITLE} - chain.iff")
+        self.wait_for_picture(whole, WIDTH)
+
+        self.keys("alt+c", "Down")
+        self.wait_for_picture(alpha, WIDTH)
+        self.keys("Up", "alt+l", "Down")
+        self.wait_for_picture(level, WIDTH // 2, 2.0)
+        self.keys("Up")
+        self.wait_for_picture(whole, WIDTH)
+
+        for scale in ("2", "0.5", "1"):
+            self.command("w", "z")
+            self.answer("Zoom", scale)
+            place = self.wait_for_picture(whole, WIDTH, float(scale))
+
+        # The frame keeps its size and the view takes the bar's room.
+        for bar in "il":
+            self.command("v", bar)
+            wait_for(lambda: not self.place_of(stretched(whole, WIDTH, WIDTH, HEIGHT)), "a bar to go")
+            self.command("v", bar)
+            self.wait_for_picture(whole, WIDTH)
+
+        # The bar's grip stands at its left end, above the picture; a floating bar has a caption.
+        grip = place[0] + 3, place[1] - 20
+        self.double_click(*grip)
+        self.double_click(*self.floating_caption())
+        wait_for(lambda: not self.screen.windows(BAR), "the bar to dock")
+        self.wait_for_picture(whole, WIDTH)
+        self.drag(grip, (place[0] + 300, place[1] + 200))
+        self.drag(self.floating_caption(), (place[0] + 20, place[1] - 5))
+        wait_for(lambda: not self.screen.windows(BAR), "the bar to be dropped where it was")
+        self.wait_for_picture(whole, WIDTH)
+
+        self.command("w", "n")
+        self.wait_for_window(f"{TITLE} - chain.iff:2")
+        # Its choices are its own.
+        self.keys("alt+c", "Down")
+        self.wait_for_picture(alpha, WIDTH)
+        self.command("w", "t")
+        wait_for(lambda: not self.place_of(stretched(alpha, WIDTH, WIDTH, HEIGHT)), "the windows side by side")
+
+        self.keys("ctrl+p")
+        self.wait_for_window("Print")
+        self.keys("Return")
+        printed = Path(self.folder.name)
+        wait_for(lambda: any(file.read_bytes().startswith(b"%PDF") for file in printed.glob("*.pdf")), "the printed page")
+
+        self.keys("ctrl+F4")
+        self.wait_for_window(f"{TITLE} - chain.iff")
+        self.keys("ctrl+F4")
+        self.wait_for_window(TITLE)
+        self.command("f", "1")
+        self.wait_for_window(f"{TITLE} - chain.iff")
+        self.wait_for_picture(whole, WIDTH)
+
+        self.command("h", "a")
+        self.answer("About Vistrel", "")
+        self.keys("ctrl+F4")
+        self.wait_for_window(TITLE)
+        self.command("f", "x")
+        self.assertEqual(self.program.wait(timeout=DEADLINE), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
