@@ -77,15 +77,16 @@ TEST_F(WindowTest, TheKeyBesideAnItemIsItsAccelerator) {
                 }
 }
 
-TEST_F(WindowTest, TheMainFramesBarsHideAloneAndTheStatusBarSaysWhatIsPointedAt) {
+TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
     CMDIFrameWnd& main = *theApp.m_pMainWnd;
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
     theApp.PumpMessages();
-    for (const u32 id : {ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR})
+    const std::set<u32> bars = {ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR};
+    for (const u32 id : bars)
         for (const u32 state : {0u, MF_CHECKED}) {
             main.OnCmdMsg(id, CN_COMMAND, nullptr);
-            EXPECT_EQ(main.GetMenuState(id), state);
-            EXPECT_TRUE(Frame().m_wndInfoBar.IsWindowVisible());
+            for (const u32 other : bars)
+                EXPECT_EQ(main.GetMenuState(other), other == id ? state : MF_CHECKED);
         }
     const auto& bar = static_cast<CStatusBar&>(*main.GetControlBar(ID_VIEW_STATUS_BAR));
     EXPECT_EQ(bar.GetPaneText(0), "Ready");

@@ -32,13 +32,6 @@ TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) 
     EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>(6, IDD_ZOOM));
 }
 
-TEST_F(WindowTest, ZoomIsGreyWithoutAPicture) {
-    ASSERT_TRUE(OpenFile(Picture(8, 8)));
-    EXPECT_EQ((theApp.PumpMessages(), theApp.m_pMainWnd->GetMenuState(ID_ZOOM)), 0u);
-    ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8, .planes = 1})}), "empty.iff"));
-    EXPECT_EQ((theApp.PumpMessages(), theApp.m_pMainWnd->GetMenuState(ID_ZOOM)), MF_GRAYED);
-}
-
 TEST_F(WindowTest, PrintingAsksAndMakesNothingWhenItIsCancelled) {
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
     const std::filesystem::path file = m_folder / "page.pdf";

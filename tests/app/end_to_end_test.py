@@ -167,6 +167,12 @@ class EndToEndTest(ProgramTest):
         wait_for(lambda: self.screen.windows(TITLE + " - picture.iff"), "the main window")
         wait_for(lambda: shows_picture(self.screen.rows()), "the picture")
 
+    def test_ends_with_its_screen(self):
+        self.start(self.path("picture.iff", picture()))
+        wait_for(lambda: shows_picture(self.screen.rows()), "the picture")
+        self.screen.close()
+        self.assertEqual(self.program.wait(DEADLINE), 1)
+
     def test_each_refusal_is_told_and_ends_with_status_1(self):
         os.mkdir(self.path("folder"))
         os.mkfifo(self.path("pipe"))

@@ -82,9 +82,7 @@ class WalkTest(ProgramTest):
 
     def command(self, menu, item):
         """Opens a menu with its mnemonic and takes one of its items."""
-        self.keys("alt+" + menu)
-        self.screen.xdotool("sleep", "0.1")
-        self.keys(item)
+        self.keys("alt+" + menu, item)
 
     def answer(self, title, text):
         self.wait_for_window(title)
