@@ -20,12 +20,12 @@ class DesktopTest(ProgramTest):
         super().setUp()
         self.screen.environment["DBUS_SESSION_BUS_ADDRESS"] = os.environ["DBUS_SESSION_BUS_ADDRESS"]
         self.running = []
+        self.addCleanup(self.end_all)
 
-    def tearDown(self):
+    def end_all(self):
         for program in self.running:
             program.kill()
             program.wait()
-        super().tearDown()
 
     def start(self, *words):
         self.running.append(subprocess.Popen([PROGRAM, *words], env=self.screen.environment))

@@ -137,16 +137,16 @@ class ProgramTest(unittest.TestCase):
     def setUp(self):
         # What the program starts beside itself can still be writing there at the end.
         self.folder = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
+        self.addCleanup(self.folder.cleanup)
         self.screen = Screen(self.folder.name)
+        self.addCleanup(self.screen.close)
         self.program = None
+        self.addCleanup(self.end_program)
 
-    def tearDown(self):
-        if self.program and self.program.poll() is None:
-            self.program.kill()
+    def end_program(self):
         if self.program:
+            self.program.kill()
             self.program.wait()
-        self.screen.close()
-        self.folder.cleanup()
 
     def path(self, name, content=None):
         path = os.path.join(self.folder.name, name)

@@ -63,14 +63,14 @@ class WalkTest(ProgramTest):
         managed = Path(self.folder.name, "managed")
         self.manager = subprocess.Popen(["openbox", "--startup", f"touch {managed}"], env=self.screen.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(self.end_manager)
         wait_for(managed.exists, "the window manager")
         self.program = subprocess.Popen([PROGRAM], env=self.screen.environment, cwd=self.folder.name)
         self.wait_for_window(TITLE)
 
-    def tearDown(self):
+    def end_manager(self):
         self.manager.kill()
         self.manager.wait()
-        super().tearDown()
 
     def wait_for_window(self, title):
         """Waits until the window has the keyboard."""
