@@ -29,7 +29,7 @@ Bytes Colours(u32 first, u32 second) { return ByteBuilder().U8(first, first >> 8
 
 TEST(BlockDecoder, KnownRows) {
     const Bytes colours = Colours(0x001F, 0xF800);  // has no fourth colour where there is no alpha of its own
-    const auto with = [&](const Bytes& alpha) { return ByteBuilder().Append(alpha).Append(colours).Get(); };
+    const auto with = [&](const Bytes& alpha) -> Bytes { return ByteBuilder().Append(alpha).Append(colours); };
     const auto interpolated = [&](u8 first, u8 second) {
         return with({first, second, 2 | 7 << 3 | (1 << 6 & 0xFF), (1 >> 2) | 6 << 1, 0, 0, 0, 0});  // 2, 7, 1, 6
     };

@@ -13,8 +13,11 @@
 
 namespace {
 
-class TestDocument final : public CDocument {
-  public:
+struct TestDocument final : public CDocument {
+    explicit TestDocument(bool* pGone = nullptr) : m_pGone(pGone) {}
+    ~TestDocument() override {
+        if (m_pGone) *m_pGone = true;
+    }
     void Serialize(CArchive& archive) override {
         char first = 0;
         if (archive.IsLoading() && archive.Read(&first, 1) == 1 && archive.GetFile()->GetLength() == 3)
@@ -25,38 +28,33 @@ class TestDocument final : public CDocument {
     }
     void DeleteContents() override { m_strRead.clear(); }
 
+    bool* const m_pGone;
     std::string m_strRead;
 };
 
 TEST(Document, OpensOrSaysWhyNot) {
     RecordedAnswers answers;
     const TempFolder folder;
-    const auto open = [](const std::string& path) {
+    const std::string path = folder.Path("file"), gone = folder.Path("gone");
+    const std::string lead = "\"" + path + "\" was not opened. ";
+    EXPECT_FALSE(TestDocument().OnOpenDocument(gone));
+    EXPECT_EQ(
+        answers.m_messages.back(), "\"" + gone + "\" was not opened. It cannot be opened: No such file or directory.");
+    for (const auto& [first, message] : {std::pair{'m', "There is not enough memory."},
+             {'r', "It is no document of the kinds that this viewer reads; vistrel-describe tells what it is."},
+             {'x', "Something else."}, {'a', ""}}) {
+        folder.Write({static_cast<u8>(first), 'y', 'z'});
         TestDocument document;
-        const bool opened = document.OnOpenDocument(path);
-        EXPECT_EQ(document.m_strRead, opened ? path : "");
-        return opened;
-    };
-    EXPECT_TRUE(open(folder.Write({'a', 'b', 'c'})));
-    EXPECT_TRUE(answers.m_messages.empty());
-    for (const u8 first : {'m', 'r', 'x'}) EXPECT_FALSE(open(folder.Write({first, 'y', 'z'})));
-    EXPECT_FALSE(open(folder.Path("gone")));
-    const std::string lead = "\"" + folder.Path("file") + "\" was not opened. ";
-    EXPECT_EQ(answers.m_messages,
-        (std::vector<std::string>{lead + "There is not enough memory.",
-            lead + "It is no document of the kinds that this viewer reads; vistrel-describe tells what it is.",
-            lead + "Something else.",
-            "\"" + folder.Path("gone") + "\" was not opened. It cannot be opened: No such file or directory."}));
+        answers.m_messages = {lead};
+        EXPECT_EQ(document.OnOpenDocument(path), first == 'a');
+        EXPECT_EQ(document.m_strRead, first == 'a' ? path : "");
+        EXPECT_EQ(answers.m_messages.back(), lead + message);
+    }
 }
 
 TEST(Document, GoesWithItsLastView) {
-    struct Counted final : public CDocument {
-        explicit Counted(bool& gone) : m_gone(gone) {}
-        ~Counted() override { m_gone = true; }
-        bool& m_gone;
-    };
     bool gone = false;
-    auto* const document = new Counted(gone);
+    auto* const document = new TestDocument(&gone);
     CView* const first = reinterpret_cast<CView*>(&gone);
     CView* const second = reinterpret_cast<CView*>(document);
     document->AddView(first);
@@ -65,14 +63,6 @@ TEST(Document, GoesWithItsLastView) {
     EXPECT_FALSE(gone);
     document->RemoveView(second);
     EXPECT_TRUE(gone);
-}
-
-TEST(Document, TheTitleIsTheLastPartOfThePath) {
-    TestDocument document;
-    for (const char* path : {"some/folder/picture.iff", "picture.iff"}) {
-        document.SetPathName(path);
-        EXPECT_EQ(document.GetTitle(), "picture.iff");
-    }
 }
 
 }  // namespace

@@ -48,31 +48,27 @@ TEST(Load, WhatIsAllowedWhere) {
         const LoadedIff file(List("ILBM", {Container(id, "ILBM", children)}));
         EXPECT_EQ(ChildrenOf(ChildAs<IffContainer>(file.Root(), 0)), expected);
     }
-    const LoadedIff level(children[0]);
-    EXPECT_EQ(ChildrenOf(level.Root()), "[BMHD]") << "picture chunks are known in their own forms only";
+    EXPECT_EQ(ChildrenOf(LoadedIff(children[0]).Root()), "[BMHD]")
+        << "picture chunks are known in their own forms only";
 }
 
 TEST(Load, RefusalsBesideTheirControls) {
-    const Bytes odd = Form("ILBM", {Bmhd({}), Chunk("BODY", {1, 2, 3, 4, 5})});
-    ASSERT_EQ(odd.size(), 54u);
     const auto child = [](std::string_view id, u32 size, u32 declared) {
         return Form("ILBM", {Chunk(id, Bytes(size), declared)}, std::max(declared, size) + 12);
     };
     const auto outermost = [](std::string_view id) { return Container(id, "ILBM", {Bmhd({})}); };
     const Bytes wrapping = Chunk("GRAB", Bytes(4), 0x7FFFFFFE);
     for (const auto& [name, file, loads] : Table<const char*, Bytes, bool>{
-             {"whole", odd, true},
-             {"bytes behind the end", ByteBuilder().Append(odd).U32(1), true},
-             {"no room for the pad byte", Form("ILBM", {Bmhd({}), Chunk("BODY", Bytes(5))}, 45), false},
-             {"a child as large as its parent allows", Form("ILBM", {Chunk("CRNG", Bytes(6), 6)}), true},
+             {"bytes behind the end", ByteBuilder().Append(child("BODY", 4, 4)).U32(1), true},
+             {"room for the pad byte", Form("ILBM", {Chunk("BODY", Bytes(5))}, 18), true},
+             {"no room for it", Form("ILBM", {Chunk("BODY", Bytes(5))}, 17), false},
              {"a child that is larger", Form("ILBM", {Chunk("CRNG", Bytes(6), 8)}), false},
              {"a child of 2 GiB", Form("ILBM", {Chunk("CRNG", Bytes(6), 0x80000000)}), false},
-             {"a child of nearly 4 GiB", Form("ILBM", {Chunk("CRNG", Bytes(6), 0xFFFFFFFE)}), false},
              {"LIST", outermost("LIST"), true},
              {"CAT", outermost("CAT "), true},
              {"PROP", outermost("PROP"), false},
              {"another id", outermost("form"), false},
-             {"four zero bytes before it", ByteBuilder().U32(0).Append(odd), false},
+             {"no id", outermost({"\0\0\0\0", 4}), false},
              {"no type", Chunk("FORM", {}), false},
              {"BMHD of 19 bytes", child("BMHD", 19, 19), false},
              {"BMHD of 24 bytes", child("BMHD", 24, 24), true},
@@ -106,20 +102,19 @@ TEST(Load, EachReplacesTheOneBefore) {
 // Whatever the archive throws while it is positioned, and whenever, ends the load and nothing else.
 TEST(Load, ExceptionsOfTheSourcePassThrough) {
     const Bytes bytes = Form("ILBM", {Cmap({RED}), List("ILBM", {Chunk("CRNG", Bytes(2000))}), ASKER});
-    for (u64 flushes = 0;; ++flushes) {
+    bool thrown = true;
+    for (u64 flushes = 0; thrown; ++flushes) {
         MemoryStream source(bytes);
         source.archive.m_nThrowAtFlush = flushes;
-        IffFile file;
-        bool thrown = false;
+        thrown = false;
         try {
-            EXPECT_TRUE(file.Load(&source.stream));
+            EXPECT_TRUE(IffFile().Load(&source.stream));
             EXPECT_LE(source.archive.m_nFlushes, flushes) << "none is kept back";
         } catch (const CFileException&) {
             thrown = true;
         }
         EXPECT_EQ(source.stream.m_nRefs, 1) << flushes;
         source.archive.m_nThrowAtFlush = MemoryFile::NEVER;
-        if (!thrown) break;
         ASSERT_LT(flushes, 100u);
     }
 }
@@ -129,7 +124,6 @@ TEST(Load, ANullIdIsFollowedByTheIdThatCounts) {
     const LoadedIff list(List("ILBM", {NULL_ID, ASKER, Form("ILBM", {ASKER})}));
     EXPECT_EQ(ChildrenOf(list.Root()), "BODYFORM") << "a picture chunk slips into a LIST";
     const LoadedIff twice(List("ILBM", {ByteBuilder().U32(0, 0, 2).U16(7)}));
-    EXPECT_TRUE(twice.bLoaded);
     EXPECT_TRUE(ChildAt(twice.Root(), 0).IsUnknown());
 }
 
@@ -139,60 +133,39 @@ TEST(Load, ContainersInsideContainersHaveALimit) {
         EXPECT_FALSE(Loads(Nested(DEEPEST_CONTAINER + 1, id))) << id;
         EXPECT_FALSE(Loads(Nested(1'000'000, id))) << id;
     }
-    const LoadedIff deep(Nested(DEEPEST_CONTAINER, "LIST"));
-    EXPECT_TRUE(deep.Root().ForEach(
-        ID_NULL, ID_NULL, [](IffChunk*, void*) { return false; }, nullptr));
-}
-
-// The values of the tags visited; those of other chunks are 0, and "!" says that the callback ended it.
-std::string Visited(const Bytes& bytes, IffId type, IffId id, u64 stopAt = 100) {
-    const LoadedIff file(bytes);
-    std::pair<std::string, u64> visit = {"", stopAt};
-    const auto callback = [](IffChunk* chunk, void* context) {
-        auto& [text, stop] = *static_cast<decltype(visit)*>(context);
-        text += std::to_string(ValueOf(chunk));
-        return text.size() < stop;
-    };
-    return file.Root().ForEach(type, id, callback, &visit) ? visit.first : visit.first + "!";
 }
 
 TEST(ForEach, VisitsFormsOfTheTypeInFileOrder) {
-    const Bytes cat = Cat("MIPM",
+    const LoadedIff cat(Cat("MIPM",
         {Form("ILBM", {Tag(1), Bmhd({}), Tag(2)}), Form("MIPM", {Tag(8)}), List("MIPM", {Form("ILBM", {Tag(9)})}),
-            List("ILBM", {Prop("ILBM", {Tag(3)}), Form("ILBM", {Tag(4)})})});
-    EXPECT_EQ(Visited(cat, ID_ILBM, TAG_ID), "1234");
-    EXPECT_EQ(Visited(cat, ID_ILBM, TAG_ID, 3), "123!");
-    EXPECT_EQ(Visited(cat, ID_ILBM, ID_NULL), "10234") << "the null id matches the header too";
-    EXPECT_EQ(Visited(cat, IffId("MIPM"), TAG_ID), "");
-    EXPECT_EQ(Visited(List("ILBM", {NULL_ID, Tag(5), Form("ILBM", {Tag(6)})}), ID_ILBM, TAG_ID), "6");
+            List("ILBM", {NULL_ID, Tag(7), Prop("ILBM", {Tag(3)}), Form("ILBM", {Tag(4), Tag(5)})})}));
+    for (const auto& [type, id, values] : Table<IffId, IffId, const char*>{{ID_ILBM, TAG_ID, "1234"},
+             {ID_ILBM, ID_NULL, "10234"},  // the null id matches the header too
+             {IffId("MIPM"), TAG_ID, ""}}) {
+        std::string visited;
+        const auto callback = [](IffChunk* chunk, void* context) {
+            *static_cast<std::string*>(context) += std::to_string(ValueOf(chunk));
+            return ValueOf(chunk) != 4;
+        };
+        const bool whole = cat.Root().ForEach(type, id, callback, &visited);
+        EXPECT_EQ(whole, visited.empty()) << "ended at the fourth";
+        EXPECT_EQ(visited, values);
+    }
 }
 
+// By hand, what the comparison below leaves to its judge.
 TEST(FindProperty, NearestBeforeTheAskerThenOutThroughLists) {
-    const auto form = [](std::vector<Bytes> chunks) { return Form("ILBM", chunks); };
-    const auto prop = [](u8 value) { return Prop("ILBM", {Tag(value)}); };
-    for (const auto& [name, bytes, found] : Table<const char*, Bytes, u32>{
-             {"own, nearest", form({Tag(1), Tag(2), ASKER, Tag(3)}), 2},
-             {"none before it", form({ASKER, Tag(3)}), 0},
-             {"own before PROP", List("ILBM", {prop(1), form({Tag(2), ASKER})}), 2},
-             {"last in a PROP", List("ILBM", {Prop("ILBM", {Tag(1), Tag(2)}), form({ASKER, Tag(9)})}), 2},
-             {"nearer PROP", List("ILBM", {prop(1), prop(2), form({ASKER})}), 2},
-             {"nearer PROP without it", List("ILBM", {prop(1), Prop("ILBM", {}), form({ASKER})}), 1},
-             {"PROP behind", List("ILBM", {form({ASKER}), prop(1)}), 0},
-             {"PROP of another type", List("ILBM", {Prop("MIPM", {}), form({ASKER})}), 0},
-             {"two LISTs out", List("X   ", {prop(1), List("Y   ", {form({ASKER})})}), 1},
-             {"inner LIST first", List("X   ", {prop(1), List("Y   ", {prop(2), form({ASKER})})}), 2},
-             {"a CAT ends it", List("ILBM", {prop(1), Cat("ILBM", {form({ASKER})})}), 0},
-             {"a FORM ends it", List("ILBM", {prop(1), form({form({ASKER})})}), 0},
+    const auto prop = [](u8 value) { return Prop("ILBM", {Tag(value), Bmhd({})}); };
+    for (const auto& [bytes, found] : Table<Bytes, u32>{
+             {List("ILBM", {prop(1), Form("ILBM", {Tag(2), Tag(3), ASKER, Tag(4)})}), 3},
+             {List("ILBM", {prop(1), prop(2), Prop("ILBM", {}), Form("ILBM", {ASKER})}), 2},
+             {List("X   ", {prop(1), Prop("MIPM", {Tag(2)}), List("Y   ", {Form("ILBM", {ASKER})})}), 1},
+             {List("ILBM", {prop(1), Cat("ILBM", {Form("ILBM", {ASKER})})}), 0},
          }) {
         const LoadedIff file(bytes);
-        // Down to the innermost form, whose body asks.
         const IffContainer* at = &file.Root();
-        while (!at->FindFirst(ASKER_ID)) {
-            const IffChunkNode* node = at->m_pLast;
-            while (node->m_pChunk->m_Id == ID_PROP) node = node->m_pPrev;
-            at = &dynamic_cast<IffContainer&>(*node->m_pChunk);
-        }
-        EXPECT_EQ(ValueOf(at->FindFirst(ASKER_ID)->m_pChunk->FindProperty(TAG_ID)), found) << name;
+        while (!at->FindFirst(ASKER_ID)) at = &dynamic_cast<IffContainer&>(*at->FindLast(ID_NULL)->m_pChunk);
+        EXPECT_EQ(ValueOf(at->FindFirst(ASKER_ID)->m_pChunk->FindProperty(TAG_ID)), found);
     }
     EXPECT_EQ(GrabChunk().FindProperty(ID_NULL), nullptr);
 }
@@ -257,35 +230,28 @@ TEST(FindProperty, EqualsThePlainWalkInRandomTrees) {
 TEST(Container, ChildrenComeAndGo) {
     const LoadedIff file(Form("ILBM", {Tag(1), Chunk("JUNK", {}), Tag(2), Tag(3)}));
     IffContainer& root = file.Root();
-    EXPECT_EQ(ValueOf(root.FindNext(root.FindFirst(TAG_ID), TAG_ID)->m_pChunk.Get()), 2u)
-        << "unknown ones do not count";
     const auto kept = CountedPtr<IffChunk>::Share(&ChildAt(root, 2));
     root.RemoveChild(kept->m_pNode);
     EXPECT_EQ(kept->m_nRefs, 1);
     EXPECT_FALSE(kept->m_pParent || kept->m_pNode);
     root.RemoveChild(root.m_pLast);
     root.RemoveChild(root.m_pFirst);
-    EXPECT_EQ(ChildrenOf(root), "[JUNK]");
     root.AddChild(kept.Get());
     EXPECT_EQ(ChildrenOf(root), "[JUNK]GRAB");
 }
 
 TEST(Registry, TheLatestRegistrationThatMatchesWins) {
-    struct Other final : public IffChunk {
-        Other() : IffChunk(IffId("TEST")) {}
-        void Transfer(IffArchive&) override {}
-    };
     const auto create = [](IffId type, IffId id) {
         return CountedPtr<IffChunk>::Adopt(IffChunkRegistry::Create(type, id));
     };
     const IffId type("TYPE"), id("TEST");
     IffChunkRegistry::Register(type, id, []() -> IffChunk* { return new GrabChunk; });
     EXPECT_TRUE(dynamic_cast<GrabChunk*>(create(type, id).Get()));
-    IffChunkRegistry::Register(type, id, []() -> IffChunk* { return new Other; });
-    EXPECT_TRUE(dynamic_cast<Other*>(create(type, id).Get()));
-    EXPECT_TRUE(dynamic_cast<Other*>(create(ID_NULL, id).Get())) << "a null type in the question matches";
+    IffChunkRegistry::Register(type, id, []() -> IffChunk* { return new CmapChunk; });
+    EXPECT_TRUE(dynamic_cast<CmapChunk*>(create(type, id).Get()));
+    EXPECT_TRUE(dynamic_cast<CmapChunk*>(create(ID_NULL, id).Get())) << "a null type in the question matches";
+    EXPECT_TRUE(dynamic_cast<IffForm*>(create(type, ID_FORM).Get())) << "a null type in the entry matches";
     EXPECT_TRUE(create(ID_ILBM, id)->IsUnknown());
-    EXPECT_TRUE(dynamic_cast<IffForm*>(create(ID_ILBM, ID_FORM).Get())) << "a null type in the entry matches";
     EXPECT_TRUE(create(ID_ILBM, ID_NULL)->IsUnknown());
 }
 

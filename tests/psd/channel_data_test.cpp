@@ -33,8 +33,7 @@ TEST(PackBits, RowsAreWhatThePlainDecoderMakesOfThem) {
     for (u32 round = 0; round < 20000; ++round) {
         // Packets of all lengths, short ones most often, anywhere in the buffer.
         const u32 start = random.Below(1100);
-        ByteBuilder data;
-        data.Append(random.SomeBytes(start));
+        ByteBuilder data = {random.SomeBytes(start)};
         u32 width = 0;
         for (u32 packets = 1 + random.Below(30); packets > 0; --packets) {
             const i32 header = static_cast<i8>(random.Below(3) > 0 ? random.Below(20) - 10 : random());
@@ -42,7 +41,7 @@ TEST(PackBits, RowsAreWhatThePlainDecoderMakesOfThem) {
             width += static_cast<u32>(header < 0 ? 1 - header : 1 + header);
         }
         // Some rows have a wrong width or count, or end too early.
-        u32 size = static_cast<u32>(data.Get().size()) - start;
+        u32 size = static_cast<u32>(data.size()) - start;
         if (random.Below(8) == 0) width += random.Below(2) * 2 - 1;
         if (random.Below(8) == 0) size += random.Below(2) * 2 - 1;
         const Bytes bytes = Truncated(data.Repeat(random.Below(2) * 200, 0x80), random.Below(8) == 0);
@@ -85,18 +84,18 @@ TEST(Words, AreSwappedInEveryBlock) {
 }
 
 TEST(ChannelData, LengthAndDataAgree) {
-    const Bytes run = {0xFF, 7}, raw = RawData({1, 2, 3, 4, 5, 6}), packed = PackedData({run, run, run});
     const auto with = [](Bytes data, i32 excess) -> PsdFields {
         return {.layers = {{.bottom = 3, .right = 2, .channels = {{.data = data, .excess = excess}}}}};
     };
-    ExpectPairs({
-        {"raw 1 short", with(raw, 0), with(raw, -1)},
-        {"raw 1 long", with(raw, 0), with(raw, 1)},
-        {"packed 1 short", with(packed, 0), with(packed, -1)},
-        {"packed 1 long", with(packed, 0), with(packed, 1)},
-        {"counts moved", with(packed, 0), with(PackedData({run, run, run}, 1, -1), 0)},
-        {"compression 2", with(raw, 0), with({0, 2, 1, 2, 3, 4, 5, 6}, 0)},
-    });
+    const Bytes packed = PackedData({{0xFF, 7}, {0xFF, 7}, {0xFF, 7}});
+    for (const Bytes& data : {RawData({1, 2, 3, 4, 5, 6}), packed}) {
+        Bytes other = data;
+        other[1] = 2;
+        ExpectPairs({{"1 short", with(data, 0), with(data, -1)}, {"1 long", with(data, 0), with(data, 1)},
+            {"compression 2", with(data, 0), with(other, 0)}});
+    }
+    const PsdFields moved = with({0, 1, 0, 3, 0, 2, 0, 1, 0xFF, 7, 0xFF, 7, 0xFF, 7}, 0);
+    ExpectPairs({{"counts moved", with(packed, 0), moved}});
 }
 
 TEST(ChannelData, PlanesTakeTheSizeOfTheirRectangle) {

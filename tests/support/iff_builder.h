@@ -9,15 +9,20 @@
 #include <string_view>
 #include <vector>
 
-// Id, size, body and, behind an odd body, the pad byte.
-Bytes Chunk(std::string_view id, const Bytes& body, std::optional<u32> declaredSize = {});
+using DeclaredSize = std::optional<u32>;
 
-Bytes Container(std::string_view id, std::string_view type, const std::vector<Bytes>& children,
-    std::optional<u32> declaredSize = {});
-Bytes Form(std::string_view type, const std::vector<Bytes>& children, std::optional<u32> declaredSize = {});
-Bytes List(std::string_view type, const std::vector<Bytes>& children);
-Bytes Cat(std::string_view type, const std::vector<Bytes>& children);
-Bytes Prop(std::string_view type, const std::vector<Bytes>& children);
+// Id, size, body and, behind an odd body, the pad byte.
+Bytes Chunk(std::string_view id, const Bytes& body, DeclaredSize size = {});
+
+using Parts = std::vector<Bytes>;
+
+Bytes Container(std::string_view id, std::string_view type, const Parts& parts, DeclaredSize size = {});
+inline Bytes Form(std::string_view type, const Parts& parts, DeclaredSize size = {}) {
+    return Container("FORM", type, parts, size);
+}
+inline Bytes List(std::string_view type, const Parts& parts) { return Container("LIST", type, parts); }
+inline Bytes Cat(std::string_view type, const Parts& parts) { return Container("CAT ", type, parts); }
+inline Bytes Prop(std::string_view type, const Parts& parts) { return Container("PROP", type, parts); }
 
 // One container inside another, depth of them, the innermost empty.
 Bytes Nested(u32 depth, std::string_view id);
@@ -43,8 +48,7 @@ struct S3tcFields {
     std::string_view code = "DXT1";
     u32 width = 4, height = 4;
     Bytes data = {};
-    std::optional<u32> claimedSize = {};  // instead of the data's
-    Bytes rest = {};                      // behind the data
+    DeclaredSize claimedSize = {};  // instead of the data's
 };
 
 // The header fields that nobody interprets hold the bytes 1 to 10.

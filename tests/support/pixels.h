@@ -4,19 +4,35 @@
 #include "base/types.h"
 #include "framework/core/gdi_bitmap.h"
 
+#include <cstdio>
+#include <map>
 #include <string>
 #include <vector>
 
 using TextRows = std::vector<std::string>;
 
-// Values below 36 as digits and letters, others as '#'.
-std::string ValueText(const u32* pValues, u32 nWidth);
-
-// A pixel as "rrggbb".
-std::string ColourText(u32 pixel);
-
 // One letter for each pixel: k black, w white, r, g, b; '?' for any other colour. No bitmap gives no rows.
-TextRows BitmapText(HBITMAP hBitmap);
+inline TextRows BitmapText(HBITMAP hBitmap) {
+    static const std::map<u32, char> LETTERS = {
+        {0xFF000000, 'k'}, {0xFFFFFFFF, 'w'}, {0xFFFF0000, 'r'}, {0xFF00FF00, 'g'}, {0xFF0000FF, 'b'}};
+    TextRows rows(hBitmap ? hBitmap->nHeight : 0);
+    for (u32 y = 0; y < rows.size(); ++y) {
+        for (u32 x = 0; x < hBitmap->nWidth; ++x) {
+            const auto letter = LETTERS.find(hBitmap->Row(y)[x]);
+            rows[y] += letter == LETTERS.end() ? '?' : letter->second;
+        }
+    }
+    return rows;
+}
 
 // Every pixel as "rrggbb", rows one behind the other, separated by spaces.
-std::string BitmapColours(HBITMAP hBitmap);
+inline std::string BitmapColours(HBITMAP hBitmap) {
+    std::string text;
+    for (u32 i = 0; hBitmap && i < hBitmap->nWidth * hBitmap->nHeight; ++i) {
+        char colour[8];
+        std::snprintf(
+            colour, sizeof(colour), " %06x", hBitmap->Row(i / hBitmap->nWidth)[i % hBitmap->nWidth] & 0xFFFFFF);
+        text += colour + (i == 0);
+    }
+    return text;
+}

@@ -32,15 +32,12 @@ Bytes Psd(const PsdFields& fields) {
     for (const auto& resource : fields.resources) resources.Append(ResourceBlock(resource));
     PutBlock(out, resources, fields.resourcesExcess);
     ByteBuilder section;
-    if (fields.layerCount || !fields.layers.empty())
-        PutBlock(section, LayerInfo(fields), fields.layersExcess);
-    else
-        section.U32(0);
-    PutBlock(section, fields.globalMasks, fields.globalMasksExcess);
-    if (section.Get() == Bytes(8, 0) && fields.sectionExcess == 0)
-        out.U32(0);
-    else
-        PutBlock(out, section, fields.sectionExcess);
+    const bool hasLayers = fields.layerCount || !fields.layers.empty();
+    if (hasLayers || !fields.globalMasks.empty()) {
+        PutBlock(section, hasLayers ? LayerInfo(fields) : Bytes(), fields.layersExcess);
+        PutBlock(section, fields.globalMasks, fields.globalMasksExcess);
+    }
+    PutBlock(out, section, fields.sectionExcess);
     const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;
     const Bytes zeroes(fields.samples ? 0 : fields.channels * fields.rows * rowSize);
     return out.U16(fields.compression).Append(fields.samples.value_or(zeroes));
@@ -71,14 +68,10 @@ Bytes ResourceBlock(const PsdResourceFields& fields) {
 
 Bytes RawData(const Bytes& samples) { return ByteBuilder().U16(0).Append(samples); }
 
-Bytes PackedData(const std::vector<Bytes>& rows, i32 firstExcess, i32 lastExcess) {
-    ByteBuilder out;
-    out.U16(1);
-    for (const Bytes& row : rows)
-        out.U16(
-            static_cast<i32>(row.size()) + (&row == &rows.front()) * firstExcess + (&row == &rows.back()) * lastExcess);
-    for (const Bytes& row : rows) out.Append(row);
-    return out;
+Bytes PackedData(const std::vector<Bytes>& rows) {
+    ByteBuilder counts, data;
+    for (const Bytes& row : rows) counts.U16(row.size()), data.Append(row);
+    return ByteBuilder().U16(1).Append(counts).Append(data);
 }
 
 PsdFields LayeredPsd() {
@@ -103,37 +96,38 @@ PsdFields LayeredPsd() {
 std::string Description(const PsdImage& image) {
     std::ostringstream out;
     const auto put = [&](const auto&... values) { ((out << values << ' '), ...); };
-    const auto hex = [](const char* title, const auto* data, u64 size) {
-        std::ostringstream text;
-        text << title << std::hex;
-        for (u64 i = 0; i < size; ++i) text << ' ' << u32{reinterpret_cast<const u8*>(data)[i]};
-        return text.str();
-    };
-    const auto ranges = [&](const auto& of) {
-        put(hex("ranges", of.m_SourceRange.data(), 4), hex("to", of.m_DestRange.data(), 4));
+    const auto putBytes = [&](const char* title, const void* data, u64 size) {
+        out << title;
+        for (u64 i = 0; i < size; ++i) out << ' ' << u32{static_cast<const u8*>(data)[i]};
+        out << ' ';
     };
     put(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
-    put(hex(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0));
+    putBytes(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0);
     for (const auto& r : image.m_Resources) put("\nresource", r->m_pszName.get(), r->m_nId, r->m_pData->GetSize());
     for (const auto& l : image.m_Layers) {
         put("\nlayer", l->m_pszName.get(), l->m_nTop, l->m_nLeft, l->m_nBottom, l->m_nRight);
-        put(l->m_nOpacity, l->m_nClipping, l->m_nFlags, hex("key", &l->m_BlendKey, 4));
-        ranges(*l);
-        if (l->m_bHasMask) put(l->m_nMaskTop, l->m_nMaskLeft, l->m_nMaskBottom, l->m_nMaskRight);
+        put(l->m_nOpacity, l->m_nClipping, l->m_nFlags);
+        putBytes("key", &l->m_BlendKey, 4);
+        if (l->m_bHasMask) put("mask", l->m_nMaskTop, l->m_nMaskLeft, l->m_nMaskBottom, l->m_nMaskRight);
         if (l->m_bHasMask) put(l->m_nMaskDefaultColour, l->m_nMaskFlags);
         for (const auto& channel : l->m_Channels) {
             put("\n channel", channel->m_nId);
-            ranges(*channel);
+            putBytes("ranges", channel->m_SourceRange.data(), 4);
+            putBytes("to", channel->m_DestRange.data(), 4);
             const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l->m_bHasMask;
-            const i32 rows = isMask ? l->m_nMaskBottom - l->m_nMaskTop : l->m_nBottom - l->m_nTop;
-            const i32 columns = isMask ? l->m_nMaskRight - l->m_nMaskLeft : l->m_nRight - l->m_nLeft;
-            for (i32 y = 0; y < rows; ++y) put(hex("|", channel->m_ppPlane[y], static_cast<u32>(columns)));
+            const u32 rows =
+                isMask ? PsdDistance(l->m_nMaskTop, l->m_nMaskBottom) : PsdDistance(l->m_nTop, l->m_nBottom);
+            const u32 columns =
+                isMask ? PsdDistance(l->m_nMaskLeft, l->m_nMaskRight) : PsdDistance(l->m_nLeft, l->m_nRight);
+            for (u32 y = 0; y < rows; ++y) putBytes("|", channel->m_ppPlane[y], columns);
         }
     }
-    for (const auto& mask : image.m_GlobalMasks)
-        put(hex("\nmask", mask->m_Colour.data(), 8), mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
-    for (u64 row = 0; row < u64{image.m_nChannels} * image.m_nHeight; ++row)
-        put(hex(
-            row % image.m_nHeight ? "|" : "\nplane", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8));
+    for (const auto& mask : image.m_GlobalMasks) {
+        putBytes("\nmask", mask->m_Colour.data(), 8);
+        put(mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
+    }
+    for (u32 row = 0; row < image.m_nChannels * image.m_nHeight; ++row)
+        putBytes(
+            row % image.m_nHeight ? "|" : "\nplane", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8);
     return out.str();
 }

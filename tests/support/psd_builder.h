@@ -56,9 +56,9 @@ Bytes Psd(const PsdFields& fields);
 Bytes LayerRecord(const PsdLayerFields& fields);
 Bytes ResourceBlock(const PsdResourceFields& fields);
 
-// Image data of a channel, its compression first. Each packed row can count more bytes than it has.
+// Image data of a channel, its compression first.
 Bytes RawData(const Bytes& samples);
-Bytes PackedData(const std::vector<Bytes>& rows, i32 firstExcess = 0, i32 lastExcess = 0);
+Bytes PackedData(const std::vector<Bytes>& rows);
 
 // Something of everything: palette, resources, layers with raw and packed channels, masks, ranges and names.
 PsdFields LayeredPsd();
@@ -72,5 +72,5 @@ struct LoadedPsd {
     bool bLoaded;
 };
 
-// Everything that an image holds, a line for each object; bytes and samples in hexadecimal.
+// Everything that an image holds, a line for each object; bytes and samples in decimal.
 std::string Description(const PsdImage& image);
