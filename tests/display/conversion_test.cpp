@@ -14,15 +14,15 @@ std::string Converted(Convert convert) {
     DisplayImage image;
     image.m_nWidth = 3, image.m_nHeight = 1;
     convert(image);
-    return BitmapColours(image.m_hBitmap);
+    return BitmapText(image.m_hBitmap);
 }
 
 TEST(Conversion, IndicesGoThroughThePaletteThatIsThere) {
     const u8 index[] = {2, 0, 1};
     const u8* const rows[] = {index};
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, TRIPLETS, 3); }), "070809 010203 445566");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, nullptr, 0); }), "020202 000000 010101");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed1(rows, TRIPLETS, 2); }), "000000 010203 445566");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, TRIPLETS, 3); }), "<070809><010203><445566>");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, nullptr, 0); }), "<020202>k<010101>");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed1(rows, TRIPLETS, 2); }), "k<010203><445566>");
 }
 
 TEST(Conversion, AbsentPlanesAreNotRead) {
@@ -32,10 +32,10 @@ TEST(Conversion, AbsentPlanesAreNotRead) {
     EXPECT_EQ(Converted([](auto& i) { i.ConvertGrey16(nullptr); }), "");
     EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed8(nullptr, TRIPLETS, 3); }), "");
     EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed16(nullptr, TRIPLETS, 3); }), "");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertRgb8(nullptr, nullptr, nullptr); }), "000000 000000 000000");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertRgb16(rows, nullptr, nullptr); }), "ff0000 800000 000000");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertCmyk8(nullptr, nullptr, nullptr, nullptr); }), "ffffff ffffff ffffff");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(nullptr, rows, nullptr, nullptr); }), "ffffff ff80ff ff00ff");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertRgb8(nullptr, nullptr, nullptr); }), "kkk");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertRgb16(rows, nullptr, nullptr); }), "r<800000>k");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertCmyk8(nullptr, nullptr, nullptr, nullptr); }), "www");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(nullptr, rows, nullptr, nullptr); }), "w<ff80ff><ff00ff>");
 }
 
 TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {

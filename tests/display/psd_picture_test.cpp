@@ -28,35 +28,31 @@ Bytes Document(u32 mode, u32 depth, u32 channels) {
 
 TEST(PsdPicture, EveryModeAndDepthGoesToItsConverter) {
     for (const auto& [mode, depth, channels, channel, colours] : Table<u32, u32, u32, u32, const char*>{
-             {PSD_GREYSCALE, 8, 1, 0, "101010 111111"},
-             {PSD_GREYSCALE, 16, 1, 0, "101010 111111"},
-             {PSD_BITMAP, 1, 1, 0, "000000 ffffff"},
-             {PSD_DUOTONE, 8, 2, 0, "101010 111111"},
-             {PSD_INDEXED, 8, 1, 0, "313233 343536"},
-             {PSD_INDEXED, 16, 1, 0, "0a0b0c 0a0b0c"},
-             {PSD_INDEXED, 1, 1, 0, "010203 040506"},
-             {PSD_INDEXED, 8, 1, 1, "101010 111111"},
-             {PSD_RGB, 8, 3, 0, "102030 112131"},
-             {PSD_RGB, 16, 3, 0, "102030 112131"},
-             {PSD_RGB, 1, 3, 0, "000000 010101"},
-             {PSD_RGB, 8, 2, 0, "102000 112100"},
-             {PSD_RGB, 8, 4, 4, "404040 414141"},
-             {PSD_RGB, 16, 4, 2, "202020 212121"},
-             {PSD_RGB, 1, 4, 4, "000000 ffffff"},
+             {PSD_GREYSCALE, 8, 1, 0, "<101010><111111>"},
+             {PSD_GREYSCALE, 16, 1, 0, "<101010><111111>"},
+             {PSD_BITMAP, 1, 1, 0, "kw"},
+             {PSD_DUOTONE, 8, 2, 0, "<101010><111111>"},
+             {PSD_INDEXED, 8, 1, 0, "<313233><343536>"},
+             {PSD_INDEXED, 16, 1, 0, "<0a0b0c><0a0b0c>"},
+             {PSD_INDEXED, 1, 1, 0, "<010203><040506>"},
+             {PSD_RGB, 8, 3, 0, "<102030><112131>"},
+             {PSD_RGB, 16, 3, 0, "<102030><112131>"},
+             {PSD_RGB, 1, 3, 0, "k<010101>"},
+             {PSD_RGB, 8, 2, 0, "<102000><112100>"},
+             {PSD_RGB, 16, 4, 2, "<202020><212121>"},
+             {PSD_RGB, 1, 4, 4, "kw"},
              {PSD_RGB, 8, 2, 3, ""},  // a colour that the file lacks
-             {PSD_CMYK, 8, 3, 0, "102030 112131"},
-             {PSD_CMYK, 8, 4, 0, "04080c 04080c"},
-             {PSD_CMYK, 16, 4, 0, "04080c 04080c"},
+             {PSD_CMYK, 8, 3, 0, "<102030><112131>"},
+             {PSD_CMYK, 8, 4, 0, "<04080c><04080c>"},
+             {PSD_CMYK, 16, 4, 0, "<04080c><04080c>"},
              {PSD_LAB, 8, 3, 0, ""},
-             {PSD_LAB, 8, 3, 2, "202020 212121"},
+             {PSD_LAB, 8, 3, 2, "<202020><212121>"},
              {PSD_MULTICHANNEL, 8, 2, 0, ""},
-             {PSD_MULTICHANNEL, 8, 2, 1, "101010 111111"},
          }) {
-        Shown shown(Document(mode, depth, channels));
-        shown.Select(0, channel);
-        EXPECT_EQ(shown.Colours(), colours) << "mode " << mode << ", depth " << depth << ", channel " << channel;
-        EXPECT_EQ(shown.image.m_bValid, 1u);
-        EXPECT_EQ(shown.image.m_nColours, mode == PSD_INDEXED ? 256u : 0u);
+        const Shown shown(Document(mode, depth, channels), 0, channel);
+        const std::string size = mode == PSD_INDEXED ? "2x1x256 " : "2x1x0 ";
+        EXPECT_EQ(shown.Text(), *colours ? size + colours : "no bitmap")
+            << "mode " << mode << ", depth " << depth << ", channel " << channel;
     }
 }
 
@@ -65,10 +61,11 @@ TEST(PsdPicture, InkIsScaledByBlack) {
     const Bytes bytes = {128, 255, 255, 128, 255, 255, 254, 128, 255, 255, 255, 255, 255, 255, 254, 128};
     ByteBuilder words;
     words.U16(65535, 32768, 32767, 0).U16(65535, 32768, 32767, 0).U16(0, 0, 0, 0).U16(65535, 65535, 65535, 32768);
-    const PsdFields eight = {.channels = 4, .columns = 4, .depth = 8, .mode = PSD_CMYK, .samples = bytes};
-    const PsdFields sixteen = {.channels = 4, .columns = 4, .depth = 16, .mode = PSD_CMYK, .samples = words};
-    EXPECT_EQ(Shown(Psd(eight)).Colours(), "80ffff ffffff fefdfe 404080");
-    EXPECT_EQ(Shown(Psd(sixteen)).Colours(), "ffff00 808000 7f7f00 000000");
+    for (const auto& [depth, samples, text] : Table<u32, Bytes, const char*>{
+             {8, bytes, "4x1x0 <80ffff>w<fefdfe><404080>"}, {16, words, "4x1x0 <ffff00><808000><7f7f00>k"}})
+        EXPECT_EQ(
+            Shown(Psd({.channels = 4, .columns = 4, .depth = depth, .mode = PSD_CMYK, .samples = samples})).Text(),
+            text);
 }
 
 TEST(PsdPicture, EveryWidthKeepsItsRowsApart) {
@@ -98,15 +95,14 @@ TEST(PsdPicture, LayersAreShownByTheIdsOfTheirChannels) {
     masked.channels[3].data = RawData({7, 8, 9});
     masked.mask = ByteBuilder().U32(0, 0, 1, 3, 0);
     Shown shown(Psd({.channels = 4, .depth = 16, .mode = PSD_CMYK, .layers = {layer, masked}}));
-    for (const auto& [nLayer, channel, colours, info] : Table<u32, u32, const char*, const char*>{
-             {1, 0, "0a0001 0b0002", "1x2x0"},
-             {1, 3, "050505 060606", "1x2x0"},
-             {1, 4, "070707 080808", "1x2x0"},  // without mask data the layer's size counts
-             {2, 4, "070707 080808 090909", "3x1x0"},
+    for (const auto& [nLayer, channel, text] : Table<u32, u32, const char*>{
+             {1, 0, "1x2x0 <0a0001>/<0b0002>"},
+             {1, 3, "1x2x0 <050505>/<060606>"},
+             {1, 4, "1x2x0 <070707>/<080808>"},  // without mask data the layer's size counts
+             {2, 4, "3x1x0 <070707><080808><090909>"},
          }) {
         shown.Select(nLayer, channel);
-        EXPECT_EQ(shown.Colours(), colours) << channel;
-        EXPECT_EQ(shown.image.InfoText(), info) << channel;
+        EXPECT_EQ(shown.Text(), text) << channel;
     }
 }
 

@@ -26,14 +26,14 @@ Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes& bits)
 
 TEST(GdiBitmap, RowsComeBottomUpAndPadded) {
     const Bytes indices = {0, 1, 1, 0, 1, 0, 0, 0};  // three of each four bytes count
-    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, indices).get()), (TextRows{"grr", "rgg"}));
-    EXPECT_EQ(BitmapText(Make(2, 1, 24, 0, {255, 0, 0, 0, 0, 255, 0, 0}).get()), (TextRows{"br"}));
+    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, indices).get()), "grr/rgg");
+    EXPECT_EQ(BitmapText(Make(2, 1, 24, 0, {255, 0, 0, 0, 0, 255, 0, 0}).get()), "br");
 }
 
 TEST(GdiBitmap, IndicesBehindTheColourTable) {
     const Bytes bits = {1, 2, 255, 0};
-    EXPECT_EQ(BitmapText(Make(4, 1, 8, 2, bits).get()), (TextRows{"gkkr"}));
-    EXPECT_EQ(BitmapColours(Make(4, 1, 8, 0, bits).get()), "010101 020202 ffffff 000000");
+    EXPECT_EQ(BitmapText(Make(4, 1, 8, 2, bits).get()), "gkkr");
+    EXPECT_EQ(BitmapText(Make(4, 1, 8, 0, bits).get()), "<010101><020202>wk");
 }
 
 TEST(GdiBitmap, RefusesWhatCannotBeDrawn) {

@@ -1,7 +1,6 @@
 #include "framework/core/recent_files.h"
 
 #include "framework/core/path_name.h"
-#include "support/table.h"
 
 #include <gtest/gtest.h>
 
@@ -59,14 +58,9 @@ TEST(RecentFiles, MenuTextsAreShortAndHaveTheirMnemonic) {
     list.Add("/a/fish & chips.psd");
     EXPECT_EQ(list.GetDisplayName(0), "&1 /a/fish && chips.psd");
     EXPECT_EQ(list.GetDisplayName(1), "&2 /home/.../last/summer/holidays/at/the/sea/wave.iff");
-    for (const auto& [path, abbreviated] : Table<const char*, const char*>{
-             {"/home/a/bc.iff", "/home/a/bc.iff"},
-             {"/home/abc/de/fgh.iff", "/home/.../fgh.iff"},
-             {"/home/a/0123456789.iff", ".../01234...9.iff"},
-             {"/0123456789012345.iff", "/012345...345.iff"},
-             {"/x/aääääääää.iff", ".../aää....iff"},
-         })
-        EXPECT_EQ(AbbreviatePath(path, 17), abbreviated);
+    EXPECT_EQ(AbbreviatePath("/home/abc/de/fgh.iff", 17), "/home/.../fgh.iff");
+    EXPECT_EQ(
+        AbbreviatePath("/x/a\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4.iff", 17), ".../a\u00e4\u00e4....iff");
 }
 
 TEST(FileUri, EveryPathComesBackAndWhatIsNoneDoesNot) {

@@ -23,17 +23,14 @@ struct Opened {
 };
 
 TEST(IffArchive, IntegersAreBigEndianAndIdsAreNot) {
-    Opened file(
-        ByteBuilder().U8(0xFE).U16(0xFF80).U32(0xFFFFFF7F, 0x01020304, 0x050607F8).Text("FORMFORM").U32(-1, -129));
+    Opened file(ByteBuilder().U8(0xFE).U16(0xFF80).U32(0xFFFFFF7F, 0x01020304, 0x050607F8).Text("FORMFORM"));
     EXPECT_EQ(file.Next<i8>(), -2);
     EXPECT_EQ(file.Next<i16>(), -128);
     EXPECT_EQ(file.Next<i32>(), -129);
     EXPECT_EQ(file.Next<u64>(), 0x01020304050607F8u);
     EXPECT_EQ(file.Next<u32>(), 0x464F524Du);
+    EXPECT_EQ(file.archive->GetRemaining(), 4);
     EXPECT_EQ(file.Next<IffId>(), ID_FORM);
-    EXPECT_EQ(file.archive->GetRemaining(), 8);
-    EXPECT_EQ(file.Next<i64>(), -129);
-    EXPECT_FALSE(file.archive->HasFailed());
 }
 
 TEST(IffArchive, AnOverrunReadsNothingAndSticks) {
@@ -41,14 +38,12 @@ TEST(IffArchive, AnOverrunReadsNothingAndSticks) {
     IffArchive* const child = file.archive->OpenChunk(3);
     u32 value = 0;
     child->Transfer(value);
-    EXPECT_TRUE(child->HasFailed());
-    EXPECT_EQ(child->GetRemaining(), -1);
+    EXPECT_TRUE(child->HasFailed() && child->GetRemaining() == -1);
     EXPECT_EQ(file.source.stream.GetPosition(), 0u);
     EXPECT_FALSE(file.archive->HasFailed()) << "the parent learns of it when the child is closed";
     file.archive->CloseChunk(child);
     EXPECT_TRUE(file.archive->HasFailed());
     EXPECT_EQ(file.source.stream.GetPosition(), 3u);
-    EXPECT_EQ(file.source.stream.m_nRefs, 2) << "the root's own reference beside the creator's";
 }
 
 TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {

@@ -47,7 +47,7 @@ Bytes Rewritten(PsdResourceData& data, const Bytes& bytes, bool bBreaks = false)
     MemoryStream source(bytes);
     EXPECT_TRUE(data.Read(source.stream, static_cast<u32>(bytes.size())));
     MemoryFile file;
-    file.m_bThrowOnWrite = bBreaks;
+    file.m_bBroken = bBreaks;
     CArchive archive(&file, CArchive::store);
     ArchiveByteStream stream(&archive, 4);
     EXPECT_EQ(data.Write(stream), !bBreaks);

@@ -39,14 +39,10 @@ struct LoadedIff {
 inline bool Loads(Bytes bytes) { return LoadedIff(std::move(bytes)).bLoaded; }
 
 // The child at a place, which must be there.
-inline IffChunk& ChildAt(const IffContainer& container, u32 place) {
+template <typename Class>
+Class& ChildAs(const IffContainer& container, u32 place) {
     const IffChunkNode* node = container.m_pFirst;
     for (; node && place > 0; --place) node = node->m_pNext;
     if (!node) throw std::out_of_range("no such child");
-    return *node->m_pChunk;
-}
-
-template <typename Class>
-Class& ChildAs(const IffContainer& container, u32 place) {
-    return dynamic_cast<Class&>(ChildAt(container, place));
+    return dynamic_cast<Class&>(*node->m_pChunk);
 }

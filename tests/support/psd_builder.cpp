@@ -96,38 +96,28 @@ PsdFields LayeredPsd() {
 std::string Description(const PsdImage& image) {
     std::ostringstream out;
     const auto put = [&](const auto&... values) { ((out << values << ' '), ...); };
-    const auto putBytes = [&](const char* title, const void* data, u64 size) {
-        out << title;
-        for (u64 i = 0; i < size; ++i) out << ' ' << u32{static_cast<const u8*>(data)[i]};
-        out << ' ';
+    const auto putBytes = [&](const char* title, const u8* bytes, u64 size) {
+        out << title << ' ';
+        for (u64 i = 0; i < size; ++i) put(u32{bytes[i]});
     };
     put(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
     putBytes(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0);
     for (const auto& r : image.m_Resources) put("\nresource", r->m_pszName.get(), r->m_nId, r->m_pData->GetSize());
     for (const auto& l : image.m_Layers) {
-        put("\nlayer", l->m_pszName.get(), l->m_nTop, l->m_nLeft, l->m_nBottom, l->m_nRight);
-        put(l->m_nOpacity, l->m_nClipping, l->m_nFlags);
-        putBytes("key", &l->m_BlendKey, 4);
-        if (l->m_bHasMask) put("mask", l->m_nMaskTop, l->m_nMaskLeft, l->m_nMaskBottom, l->m_nMaskRight);
-        if (l->m_bHasMask) put(l->m_nMaskDefaultColour, l->m_nMaskFlags);
+        put("\nlayer", l->m_pszName.get(), l->m_nTop, l->m_nLeft, l->m_nBottom, l->m_nRight, l->m_nOpacity);
+        put(l->m_nClipping, l->m_nFlags);
         for (const auto& channel : l->m_Channels) {
             put("\n channel", channel->m_nId);
             putBytes("ranges", channel->m_SourceRange.data(), 4);
             putBytes("to", channel->m_DestRange.data(), 4);
             const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l->m_bHasMask;
-            const u32 rows =
-                isMask ? PsdDistance(l->m_nMaskTop, l->m_nMaskBottom) : PsdDistance(l->m_nTop, l->m_nBottom);
-            const u32 columns =
-                isMask ? PsdDistance(l->m_nMaskLeft, l->m_nMaskRight) : PsdDistance(l->m_nLeft, l->m_nRight);
-            for (u32 y = 0; y < rows; ++y) putBytes("|", channel->m_ppPlane[y], columns);
+            const i32 rows = isMask ? l->m_nMaskBottom - l->m_nMaskTop : l->m_nBottom - l->m_nTop;
+            const i32 columns = isMask ? l->m_nMaskRight - l->m_nMaskLeft : l->m_nRight - l->m_nLeft;
+            for (i32 y = 0; y < rows; ++y) putBytes("|", channel->m_ppPlane[y], static_cast<u32>(columns));
         }
     }
-    for (const auto& mask : image.m_GlobalMasks) {
-        putBytes("\nmask", mask->m_Colour.data(), 8);
-        put(mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
-    }
+    for (const auto& mask : image.m_GlobalMasks) put("\nmask", mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
     for (u32 row = 0; row < image.m_nChannels * image.m_nHeight; ++row)
-        putBytes(
-            row % image.m_nHeight ? "|" : "\nplane", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8);
+        putBytes(row ? "|" : "\nplanes", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8);
     return out.str();
 }

@@ -72,5 +72,5 @@ struct LoadedPsd {
     bool bLoaded;
 };
 
-// Everything that an image holds, a line for each object; bytes and samples in decimal.
+// What an image holds, a line for each object; bytes and samples in decimal.
 std::string Description(const PsdImage& image);
