@@ -4,65 +4,71 @@
 #include "framework/core/exception.h"
 #include "framework/core/file.h"
 #include "support/recorded_answers.h"
+#include "support/table.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 #include <stdexcept>
+#include <sys/stat.h>
 
 namespace {
 
+// Its file's first byte says how its reading ends.
 struct TestDocument final : public CDocument {
-    explicit TestDocument(bool* pGone = nullptr) : m_pGone(pGone) {}
-    ~TestDocument() override {
-        if (m_pGone) *m_pGone = true;
-    }
+    ~TestDocument() override { ++s_nGone; }
     void Serialize(CArchive& archive) override {
         char first = 0;
-        if (archive.IsLoading() && archive.Read(&first, 1) == 1 && archive.GetFile()->GetLength() == 3)
-            m_strRead = archive.m_strFileName;
+        archive.Read(&first, 1);
+        m_strRead = archive.m_strFileName;
         if (first == 'm') throw std::bad_alloc();
         if (first == 'r') AfxThrowArchiveException(CArchiveException::generic, archive.m_strFileName);
         if (first == 'x') throw std::runtime_error("Something else");
     }
     void DeleteContents() override { m_strRead.clear(); }
 
-    bool* const m_pGone;
+    static inline int s_nGone = 0;
     std::string m_strRead;
 };
 
 TEST(Document, OpensOrSaysWhyNot) {
-    RecordedAnswers answers;
     const TempFolder folder;
-    const std::string path = folder.Path("file"), gone = folder.Path("gone");
-    const std::string lead = "\"" + path + "\" was not opened. ";
-    EXPECT_FALSE(TestDocument().OnOpenDocument(gone));
-    EXPECT_EQ(
-        answers.m_messages.back(), "\"" + gone + "\" was not opened. It cannot be opened: No such file or directory.");
-    for (const auto& [first, message] : {std::pair{'m', "There is not enough memory."},
-             {'r', "It is no document of the kinds that this viewer reads; vistrel-describe tells what it is."},
-             {'x', "Something else."}, {'a', ""}}) {
-        folder.Write({static_cast<u8>(first), 'y', 'z'});
+    const std::string pipe = folder.Path("pipe"), socket = folder.Path("socket");
+    ASSERT_TRUE(mkfifo(pipe.c_str(), 0600) == 0 && mknod(socket.c_str(), S_IFSOCK | 0600, 0) == 0);
+    for (const auto& [path, message] : Table<std::string, std::string>{
+             {folder.Write({'a'}, "a"), ""},
+             {folder.Write({}, "empty"), ""},
+             {folder.Write({'m'}, "m"), "There is not enough memory."},
+             {folder.Write({'r'}, "r"),
+                 "It is no document of the kinds that this viewer reads; vistrel-describe tells what it is."},
+             {folder.Write({'x'}, "x"), "Something else."},
+             {folder.Path("gone"), "It cannot be opened: No such file or directory."},
+             {folder.m_strPath, "It is a folder."},
+             {pipe, "It is a pipe."},
+             {socket, "It is a socket."},
+             {"/dev/zero", "It is a device."},
+         }) {
+        RecordedAnswers answers;
         TestDocument document;
-        answers.m_messages = {lead};
-        EXPECT_EQ(document.OnOpenDocument(path), first == 'a');
-        EXPECT_EQ(document.m_strRead, first == 'a' ? path : "");
-        EXPECT_EQ(answers.m_messages.back(), lead + message);
+        EXPECT_EQ(document.OnOpenDocument(path), message.empty());
+        EXPECT_EQ(document.m_strRead, message.empty() ? path : "");
+        answers.m_messages.push_back("");
+        EXPECT_EQ(answers.m_messages[0], message.empty() ? "" : "\"" + path + "\" was not opened. " + message);
     }
 }
 
 TEST(Document, GoesWithItsLastView) {
-    bool gone = false;
-    auto* const document = new TestDocument(&gone);
-    CView* const first = reinterpret_cast<CView*>(&gone);
+    auto* const document = new TestDocument;
+    CView* const first = reinterpret_cast<CView*>(&document->m_strRead);
     CView* const second = reinterpret_cast<CView*>(document);
     document->AddView(first);
     document->AddView(second);
+    const int before = TestDocument::s_nGone;
     document->RemoveView(first);
-    EXPECT_FALSE(gone);
+    EXPECT_EQ(TestDocument::s_nGone, before);
     document->RemoveView(second);
-    EXPECT_TRUE(gone);
+    EXPECT_EQ(TestDocument::s_nGone, before + 1);
 }
 
 }  // namespace

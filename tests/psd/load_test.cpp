@@ -28,37 +28,35 @@ TEST(LoadPsd, EverythingIsReadInItsOrder) {
 
 TEST(LoadPsd, HeaderKeepsToTheLimits) {
     ExpectPairs({
-        {"first byte", {}, {.signature = "9BPS"}},
-        {"version", {}, {.version = 2}},
-        {"fewest channels", {}, {.channels = 0}},
-        {"most channels", {.channels = 24}, {.channels = 25}},
-        {"most rows", {.rows = 30000}, {.rows = 30001}},
-        {"fewest columns", {}, {.columns = 0}},
+        {"signature", {}, {.signature = "9BPS"}},
+        {"version", {.version = 1}, {.version = 2}},
+        {"channels", {.channels = 24}, {.channels = 25}},
+        {"no channels", {}, {.channels = 0}},
+        {"rows", {.rows = 30000}, {.rows = 30001}},
+        {"columns", {.columns = 1}, {.columns = 0}},
         {"depth", {.depth = 16}, {.depth = 32}},
     });
-    for (u32 mode = 0; mode < 11; ++mode) {
-        const LoadedPsd loaded({.mode = mode, .colourData = Bytes(768)});
-        EXPECT_EQ(loaded.bLoaded, mode < 5 || (mode > 6 && mode < 10)) << mode;
-    }
+    for (u32 mode = 0; mode < 11; ++mode)
+        EXPECT_EQ(LoadedPsd({.mode = mode, .colourData = Bytes(768)}).bLoaded, mode < 5 || (mode > 6 && mode < 10))
+            << mode;
 }
 
 TEST(LoadPsd, SectionsEndWhereTheySay) {
-    const Bytes palette(768), mask(14);
-    const std::vector<PsdResourceFields> resource = {{.data = {1, 2, 3}}};
-    const std::vector<PsdLayerFields> layer(1);
+    for (i32 PsdFields::*const excess :
+        {&PsdFields::resourcesExcess, &PsdFields::layersExcess, &PsdFields::globalMasksExcess}) {
+        for (const i32 by : {-1, 1}) {
+            PsdFields fields = {.resources = {{.data = {1, 2, 3}}}, .layers = {{}}, .globalMasks = Bytes(14)};
+            EXPECT_TRUE(LoadedPsd(fields).bLoaded);
+            fields.*excess = by;
+            EXPECT_FALSE(LoadedPsd(fields).bLoaded) << by;
+        }
+    }
     ExpectPairs({
-        {"palette of 767", {.mode = 2, .colourData = palette}, {.mode = 2, .colourData = Bytes(767)}},
-        {"palette of 769", {.mode = 2, .colourData = palette}, {.mode = 2, .colourData = Bytes(769)}},
-        {"resources 1 short", {.resources = resource}, {.resources = resource, .resourcesExcess = -1}},
-        {"resources 1 long", {.resources = resource}, {.resources = resource, .resourcesExcess = 1}},
-        {"layers 1 short", {.layers = layer}, {.layers = layer, .layersExcess = -1}},
-        {"layers padded", {.layers = layer, .layerPad = {9}}, {.layers = layer, .layerPad = {0, 0}}},
-        {"masks 1 short", {.globalMasks = mask}, {.globalMasks = mask, .globalMasksExcess = -1}},
-        {"masks 1 long", {.globalMasks = mask}, {.globalMasks = mask, .globalMasksExcess = 1}},
-        {"masks of 16", {.globalMasks = Bytes(28)}, {.globalMasks = Bytes(16)}},
+        {"palette of 767", {.mode = 2, .colourData = Bytes(768)}, {.mode = 2, .colourData = Bytes(767)}},
+        {"palette of 769", {.colourData = Bytes(1000)}, {.mode = 2, .colourData = Bytes(769)}},
+        {"layers padded", {.layers = {{}}, .layerPad = {9}}, {.layers = {{}}, .layerPad = {0, 0}}},
+        {"masks of 16", {.layers = {{}}, .globalMasks = Bytes(28), .sectionExcess = 77}, {.globalMasks = Bytes(16)}},
     });
-    EXPECT_TRUE(LoadedPsd(PsdFields{.colourData = Bytes(1000)}).bLoaded) << "bytes that are no palette";
-    EXPECT_TRUE(LoadedPsd({.layers = layer, .sectionExcess = 77}).bLoaded) << "this length bounds nothing";
 }
 
 TEST(LoadPsd, CompositeComesInFourForms) {
@@ -124,18 +122,6 @@ TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
         ASSERT_TRUE(image.LoadPsd(&last.stream));
         ASSERT_EQ(Description(image), plain) << "nothing is left of the document before";
     }
-}
-
-TEST(LoadPsd, AFlippedBitIsNeverAFault) {
-    Bytes whole = Psd(LayeredPsd());
-    u32 accepted = 0;
-    for (u64 bit = 0; bit < whole.size() * 8; ++bit) {
-        whole[bit / 8] ^= static_cast<u8>(1 << bit % 8);
-        const LoadedPsd loaded(whole);
-        if (loaded.bLoaded) accepted += Description(loaded.image).size() > 0;  // touches every sample
-        whole[bit / 8] ^= static_cast<u8>(1 << bit % 8);
-    }
-    EXPECT_GT(accepted, 768u * 8) << "the palette's bits at least";
 }
 
 }  // namespace

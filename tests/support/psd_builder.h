@@ -32,7 +32,6 @@ struct PsdResourceFields {
     u32 id = 1000;
     std::string name = {};
     Bytes data = {};
-    i32 excess = 0;
 };
 
 struct PsdFields {
@@ -54,7 +53,6 @@ struct PsdFields {
 
 Bytes Psd(const PsdFields& fields);
 Bytes LayerRecord(const PsdLayerFields& fields);
-Bytes ResourceBlock(const PsdResourceFields& fields);
 
 // Image data of a channel, its compression first.
 Bytes RawData(const Bytes& samples);
