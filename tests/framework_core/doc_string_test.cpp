@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 TEST(DocString, HasSevenFieldsOfWhichAnyMayBeMissing) {
-    const std::string whole = "\n\n\nPictures (*.ABC)\n.ABC\nProgram.Picture\nPicture";
-    EXPECT_EQ(GetDocString(whole, DocStringField::FilterName), "Pictures (*.ABC)");
-    EXPECT_EQ(GetDocString(whole, DocStringField::RegFileTypeName), "Picture");
+    EXPECT_EQ(GetDocString("\n\n\nPictures (*.ABC)\n.ABC", DocStringField::FilterName), "Pictures (*.ABC)");
     EXPECT_EQ(GetDocString("\n\n\nPictures", DocStringField::FilterExt), "");
 }
 

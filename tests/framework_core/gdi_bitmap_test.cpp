@@ -25,15 +25,10 @@ Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes& bits)
 }
 
 TEST(GdiBitmap, RowsComeBottomUpAndPadded) {
-    const Bytes indices = {0, 1, 1, 0, 1, 0, 0, 0};  // three of each four bytes count
-    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, indices).get()), "grr/rgg");
+    const Bytes indices = {0, 1, 1, 0, 1, 0, 2, 0};  // three of each four bytes count
+    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, indices).get()), "grk/rgg") << "black is behind the colour table";
+    EXPECT_EQ(BitmapText(Make(3, 2, 8, 0, indices).get()), "<010101>k<020202>/k<010101><010101>") << "without one";
     EXPECT_EQ(BitmapText(Make(2, 1, 24, 0, {255, 0, 0, 0, 0, 255, 0, 0}).get()), "br");
-}
-
-TEST(GdiBitmap, IndicesBehindTheColourTable) {
-    const Bytes bits = {1, 2, 255, 0};
-    EXPECT_EQ(BitmapText(Make(4, 1, 8, 2, bits).get()), "gkkr");
-    EXPECT_EQ(BitmapText(Make(4, 1, 8, 0, bits).get()), "<010101><020202>wk");
 }
 
 TEST(GdiBitmap, RefusesWhatCannotBeDrawn) {

@@ -202,19 +202,6 @@ TEST(FindProperty, EqualsThePlainWalkInRandomTrees) {
     EXPECT_EQ(GrabChunk().FindProperty(TAG_ID), nullptr) << "in no container";
 }
 
-TEST(Container, ChildrenComeAndGo) {
-    const LoadedIff file(Form("ILBM", {Tag(1), Chunk("JUNK", {}), Tag(2), Tag(3)}));
-    IffContainer& root = file.Root();
-    const auto kept = CountedPtr<IffChunk>::Share(&ChildAs<IffChunk>(root, 2));
-    root.RemoveChild(kept->m_pNode);
-    EXPECT_EQ(kept->m_nRefs, 1);
-    EXPECT_FALSE(kept->m_pParent || kept->m_pNode);
-    root.RemoveChild(root.m_pLast);
-    root.RemoveChild(root.m_pFirst);
-    root.AddChild(kept.Get());
-    EXPECT_EQ(ChildrenOf(root), "[JUNK]GRAB");
-}
-
 TEST(ReadOnlyCheck, EndsAProgramOfAnotherMind) {
     CheckIffReadOnly();
     EXPECT_EXIT(CheckIffReadOnlySetting(!g_bIffReadOnly), testing::ExitedWithCode(256 - 45),

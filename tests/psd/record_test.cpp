@@ -19,16 +19,6 @@ TEST(LayerRecord, ShapeIsJudged) {
     }
 }
 
-// Names of every padding, and one with a zero byte inside, where it ends.
-TEST(Names, ArePaddedByTheirLengthInTheFile) {
-    for (const std::string& name : {std::string("a"), std::string("ab\0cd", 5), std::string(255, 'x')}) {
-        const LoadedPsd loaded({.resources = {{.name = name, .data = Bytes(5)}, {}}, .layers = {{.name = name}, {}}});
-        ASSERT_TRUE(loaded.bLoaded) << name;
-        EXPECT_STREQ(loaded.image.m_Resources.GetAt(0)->m_pszName.get(), name.c_str());
-        EXPECT_STREQ(loaded.image.m_Layers.GetAt(0)->m_pszName.get(), name.c_str());
-    }
-}
-
 TEST(Resource, ShapeIsJudged) {
     const auto with = [](PsdResourceFields resource) -> PsdFields { return {.resources = {resource}}; };
     const Bytes names = ByteBuilder().Text("\7Channel\4Mask");
