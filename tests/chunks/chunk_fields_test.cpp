@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(Chunks, AColourMapHasAsManyEntriesAsFit) {
     for (const u32 size : {0u, 2u, 3u, 50u, 3003u}) {
         const LoadedIff file(Form("ILBM", {Chunk("CMAP", Bytes(size, 5)), Chunk("BODY", {1})}));
@@ -37,5 +35,3 @@ TEST(Chunks, WhatTheFileCannotDeliverIsRefusedBeforeItIsAllocated) {
     }
     EXPECT_FALSE(Loads(Form("ILBM", {S3tc({.data = Bytes(900), .claimedSize = 3000})})));
 }
-
-}  // namespace

@@ -8,14 +8,12 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-Bytes OneColour(const IffRgb& colour, u32 planes = 1) {
+static Bytes OneColour(const IffRgb& colour, u32 planes = 1) {
     const std::vector<IffRgb> map(1u << planes, colour);
     return Form("ILBM", {Bmhd({2, 1, planes}), Cmap(map), Chunk("BODY", Bytes(planes))});
 }
 
-Bytes Levels(u8 count) { return Form("MIPM", {Chunk("CONT", {count, 0})}); }
+static Bytes Levels(u8 count) { return Form("MIPM", {Chunk("CONT", {count, 0})}); }
 
 TEST(MipMaps, AreListedByCountAndFoundByPlace) {
     const Bytes blocks = S3tc({.width = 2, .height = 1, .data = {0xE0, 0x07, 0, 0, 0, 0, 0, 0}});
@@ -94,17 +92,16 @@ TEST(PsdNames, LayersAndTheirChannels) {
 // What a search costs is counted, not timed.
 TEST(PictureChoice, CostsNoMoreThanAFewLooksAtEachChunk) {
     constexpr u32 MANY = 20'000;
-    const Bytes body = Chunk("BODY", {}), grab = Chunk("GRAB", Bytes(4)), form = Form("ILBM", {body});
-    const Bytes bodies = Form("ILBM", Parts(MANY, body));
+    const Bytes grab = Chunk("GRAB", Bytes(4)), body = Chunk("BODY", {}), form = Form("ILBM", {body});
     Parts propsThenForms(MANY, Prop("ILBM", {grab})), fewProps(7, Prop("ILBM", Parts(8, grab)));
     propsThenForms.resize(2 * MANY, form);
-    fewProps.push_back(bodies);
+    fewProps.push_back(Form("ILBM", Parts(MANY, body)));
     Bytes deep = List("ILBM", Parts(MANY, form));
     for (int level = 0; level < 1000; ++level) deep = List("ILBM", {deep});
     for (const auto& [name, bytes, chunks] : Table<const char*, Bytes, u64>{
              {"props and forms", List("ILBM", propsThenForms), 4 * MANY},
              {"few small props", List("ILBM", fewProps), MANY},
-             {"one large prop", List("ILBM", {Prop("ILBM", Parts(MANY, grab)), bodies}), 2 * MANY},
+             {"one large prop", List("ILBM", {Prop("ILBM", Parts(MANY, grab)), fewProps.back()}), 2 * MANY},
              {"deep", deep, 2 * MANY},
              {"lists of one", List("ILBM", Parts(MANY, List("ILBM", {form}))), 3 * MANY},
          }) {
@@ -113,5 +110,3 @@ TEST(PictureChoice, CostsNoMoreThanAFewLooksAtEachChunk) {
         EXPECT_LE(IffContainer::s_nNodesVisited - before, 8 * chunks) << name;
     }
 }
-
-}  // namespace

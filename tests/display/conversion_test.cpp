@@ -4,13 +4,11 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 const u8 TRIPLETS[] = {1, 2, 3, 0x44, 0x55, 0x66, 7, 8, 9};
 
 // The colours of what a conversion makes of a row of three pixels.
 template <typename Convert>
-std::string Converted(Convert convert) {
+static std::string Converted(Convert convert) {
     DisplayImage image;
     image.m_nWidth = 3, image.m_nHeight = 1;
     convert(image);
@@ -45,5 +43,3 @@ TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
     EXPECT_GT(clamped.cx, 1 << 20);
     EXPECT_EQ(clamped.cx, clamped.cy);
 }
-
-}  // namespace

@@ -8,11 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 const Bytes FOUR = Cmap({BLACK, RED, GREEN, BLUE});
 
-Bytes Picture(const BmhdFields& header, const Bytes& body, const Bytes& map = FOUR) {
+static Bytes Picture(const BmhdFields& header, const Bytes& body, const Bytes& map = FOUR) {
     return Form("ILBM", {Bmhd(header), map, Chunk("BODY", body)});
 }
 
@@ -105,5 +103,3 @@ TEST(DisplayImage, WithoutMemoryNoPictureIsLeft) {
         EXPECT_FALSE(shown.image.m_pBody && shown.image.m_pBody->DecodeRow()) << "decoding has ended";
     }
 }
-
-}  // namespace

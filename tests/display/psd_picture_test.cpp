@@ -7,11 +7,9 @@
 
 #include <cstring>
 
-namespace {
-
 // Two pixels in one row. Sample i of channel c is 16 * (c + 1) + i, or that as the high byte of a word; of one
 // bit a sample, the first is black and the second white.
-Bytes Document(u32 mode, u32 depth, u32 channels) {
+static Bytes Document(u32 mode, u32 depth, u32 channels) {
     PsdFields fields = {.channels = channels, .columns = 2, .depth = depth, .mode = mode};
     ByteBuilder samples;
     for (u32 value = 16; value < 16 * (channels + 1); value += 16) {
@@ -105,5 +103,3 @@ TEST(PsdPicture, LayersAreShownByTheIdsOfTheirChannels) {
         EXPECT_EQ(shown.Text(), text) << channel;
     }
 }
-
-}  // namespace

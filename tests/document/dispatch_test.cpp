@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 const Bytes PICTURE = Form("ILBM", {Bmhd({.width = 8, .height = 1}), Chunk("GRAB", Bytes(4))});
 
 TEST(Dispatch, AnIffFileIsReadFromTheBufferThatPhotoshopLeft) {
@@ -42,7 +40,4 @@ TEST(Dispatch, FaultsOfTheFileRefuseItOrPassThrough) {
     EXPECT_THROW(CVistrelDoc().Serialize(broken.archive), CArchiveException);
     unflushable.archive.m_nThrowAtFlush = 0;
     EXPECT_THROW(CVistrelDoc().Serialize(unflushable.archive), CFileException);
-    unflushable.archive.m_nThrowAtFlush = MemoryFile::NEVER;
 }
-
-}  // namespace

@@ -9,8 +9,6 @@
 #include <algorithm>
 #include <unistd.h>
 
-namespace {
-
 constexpr u32 WINDOW = CRegularFile::WINDOW_SIZE;
 
 TEST(RegularFile, ReadsWhatStandsAtEveryPosition) {
@@ -59,5 +57,3 @@ TEST(RegularFile, OneThatShrinksGivesAShortCount) {
     EXPECT_EQ(file.Read(out.data(), 3 * WINDOW), WINDOW + 90);
     EXPECT_EQ(file.Read(out.data(), 10), 0u);
 }
-
-}  // namespace

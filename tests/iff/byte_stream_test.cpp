@@ -4,11 +4,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 const Bytes DATA = Random(1).SomeBytes(5000);
 
-u8 Next(ByteStream& stream) {
+static u8 Next(ByteStream& stream) {
     u8 byte = 0xEE;
     stream.GetByte(byte);
     return byte;
@@ -93,5 +91,3 @@ TEST(ByteStream, FaultsOfTheSourceBecomeStatusBits) {
     Next(none);
     EXPECT_EQ(none.m_nStatus, BS_UNSUPPORTED | BS_END) << "without an archive";
 }
-
-}  // namespace

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(LoadPsd, EverythingIsReadInItsOrder) {
     const LoadedPsd loaded(LayeredPsd());
     ASSERT_TRUE(loaded.bLoaded);
@@ -123,5 +121,3 @@ TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
         ASSERT_EQ(Description(image), plain) << "nothing is left of the document before";
     }
 }
-
-}  // namespace

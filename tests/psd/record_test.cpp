@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(LayerRecord, ShapeIsJudged) {
     const auto with = [](PsdLayerFields layer) -> PsdFields { return {.layers = {layer}}; };
     ExpectPairs({
@@ -42,5 +40,3 @@ TEST(Resource, WritesWhatItRead) {
         EXPECT_EQ(file.m_bytes, written) << id;
     }
 }
-
-}  // namespace

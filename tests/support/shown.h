@@ -28,7 +28,7 @@ struct Shown {
 
     // The size, the colours and the pixels of a picture that is there, or why there is none.
     std::string Text() const {
-        if (!image.m_bValid) return "not valid";
+        if (!image.m_bValid) return image.m_hBitmap ? "a bitmap that is not valid" : "not valid";
         return image.m_hBitmap ? image.InfoText() + " " + BitmapText(image.m_hBitmap) : "no bitmap";
     }
 
