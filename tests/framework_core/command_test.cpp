@@ -8,27 +8,23 @@ namespace {
 
 constexpr u32 FIRST = 1, SECOND = 2, NOBODY = 3;
 
-struct Base : public CCmdTarget {
-    void OnFirst() { m_log += "base "; }
+// A map over a base map, as a class and its base have them.
+struct Target final : public CCmdTarget {
+    void OnBaseFirst() { m_log += "base "; }
+    void OnFirst() { m_log += "first "; }
     void OnSecond() { m_log += "second "; }
     void OnUpdateFirst(CCmdUI* ui) { ui->Enable(false); }
+    void OnUpdateSecond(CCmdUI* ui) { ui->m_bContinueRouting = true; }
 
-    static inline const MessageEntry s_entries[] = {OnCommand<&Base::OnFirst>(FIRST),
-        OnCommand<&Base::OnSecond>(SECOND), OnUpdateCommandUi<&Base::OnUpdateFirst>(FIRST)};
-    static inline const MessageMap s_map = {&s_messageMap, s_entries};
+    static inline const MessageEntry s_baseEntries[] = {OnCommand<&Target::OnBaseFirst>(FIRST),
+        OnCommand<&Target::OnSecond>(SECOND), OnUpdateCommandUi<&Target::OnUpdateFirst>(FIRST)};
+    static inline const MessageMap s_base = {&s_messageMap, s_baseEntries};
+    static inline const MessageEntry s_entries[] = {
+        OnCommand<&Target::OnFirst>(FIRST), OnUpdateCommandUi<&Target::OnUpdateSecond>(SECOND)};
+    static inline const MessageMap s_map = {&s_base, s_entries};
     const MessageMap& GetMessageMap() const override { return s_map; }
 
     std::string m_log;
-};
-
-struct Derived final : public Base {
-    void OnFirst() { m_log += "derived "; }
-    void OnUpdateSecond(CCmdUI* ui) { ui->m_bContinueRouting = true; }
-
-    static inline const MessageEntry s_entries[] = {
-        OnCommand<&Derived::OnFirst>(FIRST), OnUpdateCommandUi<&Derived::OnUpdateSecond>(SECOND)};
-    static inline const MessageMap s_map = {&Base::s_map, s_entries};
-    const MessageMap& GetMessageMap() const override { return s_map; }
 };
 
 struct RecordedUi final : public CCmdUI {
@@ -41,15 +37,15 @@ struct RecordedUi final : public CCmdUI {
 };
 
 TEST(MessageMap, TheMostDerivedHandlerOfIdAndCodeIsCalled) {
-    Derived target;
+    Target target;
     EXPECT_TRUE(target.OnCmdMsg(FIRST, CN_COMMAND, nullptr));
     EXPECT_TRUE(target.OnCmdMsg(SECOND, CN_COMMAND, nullptr));
     EXPECT_FALSE(target.OnCmdMsg(SECOND, CBN_SELCHANGE, nullptr));
-    EXPECT_EQ(target.m_log, "derived second ");
+    EXPECT_EQ(target.m_log, "first second ");
 }
 
 TEST(CmdUi, TheFrameworkDecidesWhereNoUpdateHandlerDoes) {
-    Derived target;
+    Target target;
     for (const auto& [id, disableIfNoHandler, state] : Table<u32, bool, const char*>{
              {FIRST, true, "disabled"},  // its own handler decides
              {SECOND, true, "enabled"},  // left to the framework, and a command handler is there

@@ -12,16 +12,14 @@
 
 namespace {
 
-struct Free {
-    void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
-};
-using Bitmap = std::unique_ptr<GdiBitmap, Free>;
+using Bitmap = std::unique_ptr<GdiBitmap, decltype(&DeleteObject)>;
 
 // Red and green are the first two entries of the colour table.
 Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes& bits) {
     BITMAPINFO info = {
         {40, width, height, 1, bitCount, BI_RGB, 0, 0, 0, colours, colours}, {{0, 0, 255, 0}, {0, 255, 0, 0}}};
-    return Bitmap(CreateDIBitmap(nullptr, &info.bmiHeader, CBM_INIT, bits.data(), &info, DIB_RGB_COLORS));
+    return Bitmap(
+        CreateDIBitmap(nullptr, &info.bmiHeader, CBM_INIT, bits.data(), &info, DIB_RGB_COLORS), &DeleteObject);
 }
 
 TEST(GdiBitmap, RowsComeBottomUpAndPadded) {
@@ -43,7 +41,7 @@ Bitmap Ramp(u32 width, u32 height) {
     u32* out = reinterpret_cast<u32*>(block.Data());
     for (u32 y = 0; y < height; ++y)
         for (u32 x = 0; x < width; ++x) *out++ = y << 16 | x;
-    return Bitmap(new GdiBitmap{{}, width, height, std::move(block)});
+    return Bitmap(new GdiBitmap{{}, width, height, std::move(block)}, &DeleteObject);
 }
 
 TEST(Stretch, EveryPixelShowsItsNearestSource) {

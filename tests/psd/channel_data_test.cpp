@@ -2,10 +2,7 @@
 
 #include "psd/field_reader.h"
 #include "psd/psd_case.h"
-#include "support/psd_builder.h"
 #include "support/random.h"
-
-#include <gtest/gtest.h>
 
 #include <optional>
 

@@ -8,18 +8,14 @@
 
 #include <stdexcept>
 
-// The size of the document's stream buffer.
-constexpr u32 BUFFER_SIZE = 1024;
-
 // A stream over bytes in memory, with everything under it.
 struct MemoryStream {
-    explicit MemoryStream(Bytes bytes, u32 nBufferSize = BUFFER_SIZE)
-        : file(std::move(bytes)), archive(&file, CArchive::load), stream(&archive, nBufferSize) {}
+    explicit MemoryStream(Bytes bytes) : file(std::move(bytes)) {}
     ~MemoryStream() { stream.Close(); }
 
     MemoryFile file;
-    CountingArchive archive;
-    ArchiveByteStream stream;
+    CountingArchive archive{&file, CArchive::load};
+    ArchiveByteStream stream{&archive, 1024};  // as large a buffer as the document's
 };
 
 // What the IFF reader made of some bytes.

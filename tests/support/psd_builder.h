@@ -21,10 +21,9 @@ struct PsdLayerFields {
     std::string signature = "8BIM", key = "norm";
     u32 opacity = 255, clipping = 0, flags = 0;
     Bytes mask = {}, ranges = {};
-    i32 rangesExcess = 0;
     std::string name = {};
     Bytes extra = {};  // behind the name
-    i32 extraExcess = 0;
+    i32 rangesExcess = 0, extraExcess = 0;
 };
 
 struct PsdResourceFields {
@@ -39,13 +38,10 @@ struct PsdFields {
     u32 version = 1, channels = 1, rows = 1, columns = 1, depth = 8, mode = PSD_GREYSCALE;
     Bytes colourData = {};
     std::vector<PsdResourceFields> resources = {};
-    i32 resourcesExcess = 0;
     std::vector<PsdLayerFields> layers = {};
     std::optional<i32> layerCount = {};
-    Bytes layerPad = {};
-    i32 layersExcess = 0;
-    Bytes globalMasks = {};
-    i32 globalMasksExcess = 0;
+    Bytes layerPad = {}, globalMasks = {};
+    i32 resourcesExcess = 0, layersExcess = 0, globalMasksExcess = 0;
     i32 sectionExcess = 0;  // of the layers and masks together
     u32 compression = 0;
     std::optional<Bytes> samples = {};  // if not given, as many zero bytes as raw data takes
