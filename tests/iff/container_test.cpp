@@ -111,14 +111,6 @@ TEST(Load, ExceptionsOfTheSourcePassThrough) {
     }
 }
 
-TEST(Load, ANullIdIsFollowedByTheIdThatCounts) {
-    EXPECT_EQ(ChildrenOf(LoadedIff(Form("ILBM", {NULL_ID, Tag(1)})).Root()), "[GRAB]");
-    const LoadedIff list(List("ILBM", {NULL_ID, ASKER, Form("ILBM", {ASKER})}));
-    EXPECT_EQ(ChildrenOf(list.Root()), "BODYFORM") << "a picture chunk slips into a LIST";
-    const LoadedIff twice(List("ILBM", {ByteBuilder().U32(0, 0, 2).U16(7)}));
-    EXPECT_EQ(ChildrenOf(twice.Root()), std::string("[\0\0\0\0]", 6));
-}
-
 TEST(Load, ContainersInsideContainersHaveALimit) {
     for (const char* id : {"LIST", "FORM"}) {
         EXPECT_TRUE(Loads(Nested(DEEPEST_CONTAINER, id))) << id;
