@@ -8,10 +8,8 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 // The pixels of a picture as "rrggbbaa", or nothing.
-std::string Decoded(const S3tcFields& fields) {
+static std::string Decoded(const S3tcFields& fields) {
     const LoadedIff file(Form("ILBM", {S3tc(fields)}));
     const LargeBlock pixels = DecodeS3tcImage(ChildAs<S3tcChunk>(file.Root(), 0));
     EXPECT_TRUE(!pixels || pixels.Size() == u64{fields.width} * fields.height * 4);
@@ -26,7 +24,9 @@ std::string Decoded(const S3tcFields& fields) {
 }
 
 // Two end points, which the files hold in little-endian order, with indices 0, 1, 2, 3 in the first row.
-Bytes Colours(u32 first, u32 second) { return ByteBuilder().U8(first, first >> 8, second, second >> 8, 0xE4, 0, 0, 0); }
+static Bytes Colours(u32 first, u32 second) {
+    return ByteBuilder().U8(first, first >> 8, second, second >> 8, 0xE4, 0, 0, 0);
+}
 
 TEST(BlockDecoder, KnownRows) {
     const Bytes colours = Colours(0x001F, 0xF800);  // has no fourth colour where there is no alpha of its own
@@ -79,5 +79,3 @@ TEST(BlockDecoder, RefusesOtherCodesAndSizes) {
              {"DXT3", 4, 8, false}, {"DXT6", 4, 16, false}, {"dxt1", 4, 8, false}})
         EXPECT_EQ(Decoded({.code = code, .width = width, .data = Bytes(size)}) != "", decodes) << code << size;
 }
-
-}  // namespace

@@ -51,29 +51,30 @@ TEST(PictureChoice, TheDeepestBodyOfTheWholeFileBeforeAnyBlocks) {
              {Cat("ILBM", {blocks, OneColour(RED, 0)}), "1x1x0 w"},  // no planes
              // The deepest is chosen first and then found to have no colour map: nothing else takes its place.
              {Cat("ILBM", {blocks, blue, Form("ILBM", {header, body})}), "not valid"},
-         })
-        EXPECT_EQ(Shown(file).Text(), text);
+         }) {
+        const Shown shown(file);
+        EXPECT_EQ(shown.Text(), text);
+        EXPECT_FALSE(shown.image.m_pBody && !shown.image.m_bValid) << "none is chosen then";
+    }
 }
 
 TEST(PsdNames, ColoursByModeThenTheOthersByNameOrNumber) {
-    for (const auto& [mode, channels, mergedAlpha, alphas, expected] : Table<u32, u32, bool, const char*, Names>{
-             {PSD_BITMAP, 1, false, "", {"Black"}},
-             {PSD_GREYSCALE, 2, false, "", {"Black", "Channel 1"}},
-             {PSD_DUOTONE, 1, false, "\1x", {"Black"}},
-             {PSD_INDEXED, 1, false, "", {"Index"}},
-             {PSD_RGB, 5, true, "\3one\3two", {"Red", "Green", "Blue", "*one", "two"}},
-             {PSD_RGB, 5, true, "\3one", {"Red", "Green", "Blue", "*one", "Channel 4"}},
-             {PSD_RGB, 5, false, "\3one\3two\1x", {"Red", "Green", "Blue", "one", "two"}},
-             {PSD_RGB, 2, true, "\3one", {"Red", "Green", "Blue"}},
-             {PSD_CMYK, 5, false, "", {"Cyan", "Magenta", "Yellow", "Black", "Channel 4"}},
-             {PSD_MULTICHANNEL, 2, true, "\3one", {"*one", "Channel 1"}},
-             {PSD_LAB, 3, false, "", {"Lightness", "a", "b"}},
+    for (const auto& [mode, channels, mergedAlpha, alphas, names] : Table<u32, u32, bool, const char*, Names>{
+             {PSD_BITMAP, 1, false, "", {"Composite", "Black"}},
+             {PSD_GREYSCALE, 2, false, "", {"Composite", "Black", "Channel 1"}},
+             {PSD_DUOTONE, 1, false, "\1x", {"Composite", "Black"}},
+             {PSD_INDEXED, 1, false, "", {"Composite", "Index"}},
+             {PSD_RGB, 5, true, "\3one\3two", {"Composite", "Red", "Green", "Blue", "*one", "two"}},
+             {PSD_RGB, 5, true, "\3one", {"Composite", "Red", "Green", "Blue", "*one", "Channel 4"}},
+             {PSD_RGB, 5, false, "\3one\3two\1x", {"Composite", "Red", "Green", "Blue", "one", "two"}},
+             {PSD_RGB, 2, true, "\3one", {"Composite", "Red", "Green", "Blue"}},
+             {PSD_CMYK, 5, false, "", {"Composite", "Cyan", "Magenta", "Yellow", "Black", "Channel 4"}},
+             {PSD_MULTICHANNEL, 2, true, "\3one", {"Composite", "*one", "Channel 1"}},
+             {PSD_LAB, 3, false, "", {"Composite", "Lightness", "a", "b"}},
          }) {
         PsdFields fields = {.channels = channels, .mode = mode, .colourData = Bytes(768)};
         fields.resources = {{.data = {1}}, {.id = 1006, .data = ByteBuilder().Text(alphas)}};
         fields.layers = {{}}, fields.layerCount = mergedAlpha ? -1 : 1;
-        Names names = expected;
-        names.insert(names.begin(), "Composite");
         EXPECT_EQ(Shown(Psd(fields)).channels, names) << "mode " << mode;
     }
 }

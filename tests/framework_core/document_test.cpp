@@ -64,11 +64,11 @@ TEST(Document, GoesWithItsLastView) {
     CView* const second = reinterpret_cast<CView*>(document);
     document->AddView(first);
     document->AddView(second);
-    const int before = TestDocument::s_nGone;
+    TestDocument::s_nGone = 0;
     document->RemoveView(first);
-    EXPECT_EQ(TestDocument::s_nGone, before);
+    EXPECT_EQ(TestDocument::s_nGone, 0);
     document->RemoveView(second);
-    EXPECT_EQ(TestDocument::s_nGone, before + 1);
+    EXPECT_EQ(TestDocument::s_nGone, 1);
 }
 
 }  // namespace

@@ -10,12 +10,10 @@
 #include <memory>
 #include <vector>
 
-namespace {
-
 using Bitmap = std::unique_ptr<GdiBitmap, decltype(&DeleteObject)>;
 
 // Red and green are the first two entries of the colour table.
-Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes& bits) {
+static Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes& bits) {
     BITMAPINFO info = {
         {40, width, height, 1, bitCount, BI_RGB, 0, 0, 0, colours, colours}, {{0, 0, 255, 0}, {0, 255, 0, 0}}};
     return Bitmap(
@@ -36,7 +34,7 @@ TEST(GdiBitmap, RefusesWhatCannotBeDrawn) {
 }
 
 // In row y and column x, a pixel has the value y << 16 | x.
-Bitmap Ramp(u32 width, u32 height) {
+static Bitmap Ramp(u32 width, u32 height) {
     LargeBlock block = LargeBlock::Try(u64{width} * height * 4);
     u32* out = reinterpret_cast<u32*>(block.Data());
     for (u32 y = 0; y < height; ++y)
@@ -65,5 +63,3 @@ TEST(Stretch, WritesTheExposedPartAlone) {
     StretchExposed(*Ramp(4, 4), {4, 4, 8, 8}, {2, 5, 5, 7}, out.data(), 4);
     EXPECT_EQ(out, (std::vector<u32>{0x20001, 0x20001, 0x20002, 77, 0x30001, 0x30001, 0x30002, 77, 77, 77, 77, 77}));
 }
-
-}  // namespace

@@ -6,10 +6,8 @@
 
 #include <optional>
 
-namespace {
-
 // The row decoder as the format describes it, a byte at a time: the judge of the fast one.
-std::optional<Bytes> PlainRow(const Bytes& packed, u64 start, u64 width, u64 size) {
+static std::optional<Bytes> PlainRow(const Bytes& packed, u64 start, u64 width, u64 size) {
     Bytes row;
     u64 at = start;
     do {
@@ -108,5 +106,3 @@ TEST(ChannelData, PlanesTakeTheSizeOfTheirRectangle) {
     });
     EXPECT_TRUE(LoadedPsd(with({.channels = {{.id = -2, .data = RawData({1})}}})).bLoaded) << "-2 without a mask";
 }
-
-}  // namespace

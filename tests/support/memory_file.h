@@ -34,7 +34,6 @@ struct MemoryFile final : public CFile {
         return count;
     }
     void Write(const void* pData, u32 nCount) override {
-        if (m_bBroken) throw CFileException("full");
         m_bytes.resize(std::max<u64>(m_bytes.size(), m_nPosition + nCount));
         std::copy_n(static_cast<const u8*>(pData), nCount, m_bytes.data() + m_nPosition);
         m_nPosition += nCount;
@@ -45,7 +44,7 @@ struct MemoryFile final : public CFile {
     Bytes m_bytes;
     u64 m_nClaimedLength = NEVER;  // what GetLength answers, if not the truth
     u64 m_nThrowAt = NEVER;        // reading a byte from here on throws
-    bool m_bBroken = false;        // whatever is asked but reading throws
+    bool m_bBroken = false;        // asking where the file stands or ends throws
     u64 m_nReads = 0, m_nSeeks = 0;
     u64 m_nPosition = 0;
 };

@@ -82,8 +82,7 @@ std::string Description(const PsdImage& image) {
         put(l->m_nClipping, l->m_nFlags);
         for (const auto& channel : l->m_Channels) {
             put("\n channel", channel->m_nId);
-            putBytes("ranges", channel->m_SourceRange.data(), 4);
-            putBytes("to", channel->m_DestRange.data(), 4);
+            putBytes("range", channel->m_DestRange.data(), 4);
             const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l->m_bHasMask;
             const i32 rows = isMask ? l->m_nMaskBottom - l->m_nMaskTop : l->m_nBottom - l->m_nTop;
             const i32 columns = isMask ? l->m_nMaskRight - l->m_nMaskLeft : l->m_nRight - l->m_nLeft;
