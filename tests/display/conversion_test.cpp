@@ -36,6 +36,13 @@ TEST(Conversion, AbsentPlanesAreNotRead) {
     EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(nullptr, rows, nullptr, nullptr); }), "w<ff80ff><ff00ff>");
 }
 
+TEST(Conversion, InkIsScaledByBlack) {
+    const u8 bytes[] = {128, 255, 254}, *const rows8[] = {bytes};
+    const u16 words[] = {65535, 32768, 32767}, *const rows16[] = {words};
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk8(rows8, rows8, nullptr, rows8); }), "<404080>w<fdfdfe>");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(rows16, nullptr, rows16, rows16); }), "w<408040><3f7f3f>");
+}
+
 TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
     EXPECT_EQ(FittedClientSize(100, 50, 0.03125f), (CSize{3, 1}));
     EXPECT_EQ(FittedClientSize(33, 0, 1.5f), (CSize{49, 0}));

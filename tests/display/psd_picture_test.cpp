@@ -54,18 +54,6 @@ TEST(PsdPicture, EveryModeAndDepthGoesToItsConverter) {
     }
 }
 
-TEST(PsdPicture, InkIsScaledByBlack) {
-    // Rows of cyan, magenta, yellow and black.
-    const Bytes bytes = {128, 255, 255, 128, 255, 255, 254, 128, 255, 255, 255, 255, 255, 255, 254, 128};
-    ByteBuilder words;
-    words.U16(65535, 32768, 32767, 0).U16(65535, 32768, 32767, 0).U16(0, 0, 0, 0).U16(65535, 65535, 65535, 32768);
-    for (const auto& [depth, samples, text] : Table<u32, Bytes, const char*>{
-             {8, bytes, "4x1x0 <80ffff>w<fefdfe><404080>"}, {16, words, "4x1x0 <ffff00><808000><7f7f00>k"}})
-        EXPECT_EQ(
-            Shown(Psd({.channels = 4, .columns = 4, .depth = depth, .mode = PSD_CMYK, .samples = samples})).Text(),
-            text);
-}
-
 TEST(PsdPicture, EveryWidthKeepsItsRowsApart) {
     for (u32 width = 1; width <= 9; ++width) {
         const Bytes plane = Random(width).SomeBytes(3 * width);

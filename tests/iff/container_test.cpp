@@ -10,21 +10,19 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 constexpr IffId TAG_ID("GRAB"), ASKER_ID("BODY");
 
-Bytes Tag(u8 value) { return Chunk("GRAB", {0, value, 0, 0}); }
+static Bytes Tag(u8 value) { return Chunk("GRAB", {0, value, 0, 0}); }
 const Bytes ASKER = Chunk("BODY", {1, 2});
 const Bytes NULL_ID(4, 0);
 
-u32 ValueOf(const IffChunk* chunk) {
+static u32 ValueOf(const IffChunk* chunk) {
     const auto* const grab = dynamic_cast<const GrabChunk*>(chunk);
     return grab ? grab->m_nX : 0;
 }
 
 // Ids of the children in file order, unknown ones in brackets.
-std::string ChildrenOf(const IffContainer& container) {
+static std::string ChildrenOf(const IffContainer& container) {
     std::string text;
     for (const IffChunkNode* node = container.m_pFirst; node; node = node->m_pNext) {
         EXPECT_TRUE(node->m_pChunk->m_pParent == &container && node->m_pChunk->m_pNode == node);
@@ -137,7 +135,7 @@ TEST(ForEach, VisitsFormsOfTheTypeInFileOrderUntilToldToEnd) {
 }
 
 // The lookup as a plain walk: the judge of index and memory.
-IffChunk* PlainFind(const IffChunk& asker, IffId id) {
+static IffChunk* PlainFind(const IffChunk& asker, IffId id) {
     const auto last = [id](const IffChunkNode* node) {
         while (node && (node->m_pChunk->IsUnknown() || !node->m_pChunk->m_Id.Matches(id))) node = node->m_pPrev;
         return node ? node->m_pChunk.Get() : nullptr;
@@ -151,7 +149,7 @@ IffChunk* PlainFind(const IffChunk& asker, IffId id) {
     return found;
 }
 
-Bytes RandomPart(Random& random, u32 depth) {
+static Bytes RandomPart(Random& random, u32 depth) {
     static const std::string_view TYPES[] = {"ILBM", "MIPM", {"\0\0\0\0", 4}};
     static const Bytes LEAVES[] = {ASKER, Tag(1), Bmhd({}), Chunk("CMAP", {}), Chunk("JUNK", {}), Chunk("GRBA", {})};
     const u32 shape = depth == 0 ? 2 : random.Below(8);
@@ -164,7 +162,7 @@ Bytes RandomPart(Random& random, u32 depth) {
     return Container(ids[shape], TYPES[random.Below(3)], children);
 }
 
-u32 CompareAll(const IffContainer& part) {
+static u32 CompareAll(const IffContainer& part) {
     u32 found = 0;
     for (const IffChunkNode* node = part.m_pFirst; node; node = node->m_pNext) {
         const IffChunk& chunk = *node->m_pChunk;
@@ -199,5 +197,3 @@ TEST(ReadOnlyCheck, EndsAProgramOfAnotherMind) {
     EXPECT_EXIT(CheckIffReadOnlySetting(!g_bIffReadOnly), testing::ExitedWithCode(256 - 45),
         "Error: IFF_READ_ONLY definition not consistent");
 }
-
-}  // namespace
