@@ -100,6 +100,7 @@ TEST(Describe, APhotoshopDocument) {
 
 TEST(Describe, WhyAPhotoshopDocumentIsRefused) {
     for (const auto& [change, reason] : Table<void (*)(PsdFields*, PsdLayerFields*), const char*>{
+             {[](auto f, auto) { f->signature = "8BPX"; }, "byte 3, header: it does not begin with 8BPS"},
              {[](auto f, auto) { f->channels = 25; }, "byte 12, header: 25 channels; 1 to 24 are read"},
              {[](auto f, auto) { f->mode = 2; }, "byte 30, colour mode data: 0 bytes of palette; 768 are read"},
              {[](auto, auto l) { l->channels[0].excess = (1 << 24) - 4; },
