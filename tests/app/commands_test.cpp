@@ -17,16 +17,13 @@
 namespace {
 
 // Commands that are enabled without a document, and those that a picture on show adds.
-const std::set<u32> ALWAYS = {ID_FILE_OPEN, ID_FILE_PRINT_SETUP, ID_APP_EXIT,
-                              ID_APP_ABOUT, ID_VIEW_TOOLBAR,     ID_VIEW_STATUS_BAR};
-const std::set<u32> WITH_PICTURE = {
-    ID_FILE_CLOSE,       ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_TOGGLE_INFO_BAR,
-    ID_TOGGLE_LAYER_BAR, ID_WINDOW_NEW, ID_WINDOW_CASCADE,     ID_WINDOW_TILE_HORZ,
-    ID_WINDOW_ARRANGE,   ID_ZOOM,       ID_NEXT_PANE,          ID_PREV_PANE};
+const std::set<u32> ALWAYS = {
+    ID_FILE_OPEN, ID_FILE_PRINT_SETUP, ID_APP_EXIT, ID_APP_ABOUT, ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR};
+const std::set<u32> WITH_PICTURE = {ID_FILE_CLOSE, ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_TOGGLE_INFO_BAR,
+    ID_TOGGLE_LAYER_BAR, ID_WINDOW_NEW, ID_WINDOW_CASCADE, ID_WINDOW_TILE_HORZ, ID_WINDOW_ARRANGE, ID_ZOOM,
+    ID_NEXT_PANE, ID_PREV_PANE};
 
-QMainWindow& Window() {
-    return *theApp.m_pMainWnd->GetBarHost();
-}
+QMainWindow& Window() { return *theApp.m_pMainWnd->GetBarHost(); }
 
 void ExpectItems(const QList<QAction*>& items, bool bPicture) {
     std::set<QKeySequence> mnemonics;
@@ -34,8 +31,7 @@ void ExpectItems(const QList<QAction*>& items, bool bPicture) {
         const u32 id = item->data().toUInt();
         const QKeySequence mnemonic = QKeySequence::mnemonic(item->text());
         EXPECT_TRUE(mnemonic.isEmpty() || mnemonics.insert(mnemonic).second) << item->text().toStdString();
-        if (item->isSeparator() || item->menu() || !item->isVisible() || id >= AFX_IDM_FIRST_MDICHILD)
-            continue;
+        if (item->isSeparator() || item->menu() || !item->isVisible() || id >= AFX_IDM_FIRST_MDICHILD) continue;
         EXPECT_FALSE(item->statusTip().isEmpty()) << id;
         // How many recent files there are is up to the tests before this one.
         if (id >= ID_FILE_MRU_FILE1 && id <= ID_FILE_MRU_FILE9) continue;
@@ -85,8 +81,7 @@ TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
     for (const u32 id : bars)
         for (const u32 state : {0u, MF_CHECKED}) {
             main.OnCmdMsg(id, CN_COMMAND, nullptr);
-            for (const u32 other : bars)
-                EXPECT_EQ(main.GetMenuState(other), other == id ? state : MF_CHECKED);
+            for (const u32 other : bars) EXPECT_EQ(main.GetMenuState(other), other == id ? state : MF_CHECKED);
         }
     const auto& bar = static_cast<CStatusBar&>(*main.GetControlBar(ID_VIEW_STATUS_BAR));
     EXPECT_EQ(bar.GetPaneText(0), "Ready");
@@ -98,9 +93,7 @@ TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
 
 TEST_F(WindowTest, ListsBarsAndViewsHaveNamesForWhatReadsTheScreen) {
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
-    const auto shown = [](const CWnd& window) {
-        return QAccessible::queryAccessibleInterface(window.GetWidget());
-    };
+    const auto shown = [](const CWnd& window) { return QAccessible::queryAccessibleInterface(window.GetWidget()); };
     EXPECT_EQ(shown(View())->text(QAccessible::Name).toStdString(), "picture.iff");
     EXPECT_EQ(shown(Frame().m_wndInfoBar)->text(QAccessible::Name).toStdString(), "Info Bar");
     EXPECT_EQ(shown(Frame().m_wndLayerBar)->text(QAccessible::Name).toStdString(), "Layers & Channels");

@@ -11,8 +11,8 @@ TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) 
     };
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
     std::string shown = "1";
-    for (const Entry& entry : {Entry{"0.03125", {3, 1}}, Entry{"32", {3200, 1600}}, Entry{"0.03", {}},
-                               Entry{"33", {}}, Entry{"abc", {}}, Entry{" 1.5 ", {150, 75}}}) {
+    for (const Entry& entry : {Entry{"0.03125", {3, 1}}, Entry{"32", {3200, 1600}}, Entry{"0.03", {}}, Entry{"33", {}},
+             Entry{"abc", {}}, Entry{" 1.5 ", {150, 75}}}) {
         m_answers.m_messages.clear();
         const CSize before = ClientSize();
         const bool refused = entry.size == CSize{};
@@ -46,6 +46,6 @@ TEST_F(WindowTest, PrintingAsksAndMakesNothingWhenItIsCancelled) {
     for (const u32 id : {ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP})
         EXPECT_TRUE(Frame().OnCmdMsg(id, CN_COMMAND, nullptr));
     EXPECT_EQ(m_answers.m_dialogs,
-              std::vector<u32>({ID_FILE_PRINT, ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP}));
+        std::vector<u32>({ID_FILE_PRINT, ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP}));
     EXPECT_TRUE(m_answers.m_messages.empty());
 }

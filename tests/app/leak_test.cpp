@@ -41,9 +41,7 @@ class App final : public CVistrelApp {
   public:
     bool InitInstance() override { return Later(m_start), CVistrelApp::InitInstance(); }
     bool Command(u32 nID) { return m_pMainWnd->OnCmdMsg(nID, CN_COMMAND, nullptr); }
-    void Later(const std::function<void()>& call) {
-        QMetaObject::invokeMethod(qApp, call, Qt::QueuedConnection);
-    }
+    void Later(const std::function<void()>& call) { QMetaObject::invokeMethod(qApp, call, Qt::QueuedConnection); }
 
     std::function<void()> m_start;  // once the program runs
 };
@@ -85,7 +83,7 @@ struct Cycle final : public QObject {
 // Large enough for 500 that are lost to be seen.
 Bytes Picture() {
     return Form("ILBM", {Bmhd({.width = 128, .height = 96, .planes = 8}), GreyCmap(256, 1),
-                         Chunk("BODY", PlanesOf(std::vector<u32>(128 * 96, 85), 128, 8))});
+                            Chunk("BODY", PlanesOf(std::vector<u32>(128 * 96, 85), 128, 8))});
 }
 
 int CompareGrowth(int nCount, char** argv) {
@@ -119,8 +117,8 @@ int CompareGrowth(int nCount, char** argv) {
     theApp.m_start = [&] { documents.Next(); };
     const int status = AfxWinMain(1, argv);
     const i64 grown = documents.m_nGrowth, bareGrown = bare.m_nGrowth;
-    std::printf("%d documents: %lld bytes, empty windows: %lld bytes\n", nCount,
-                static_cast<long long>(grown), static_cast<long long>(bareGrown));
+    std::printf("%d documents: %lld bytes, empty windows: %lld bytes\n", nCount, static_cast<long long>(grown),
+        static_cast<long long>(bareGrown));
     if (documents.m_nDone != bare.m_nDone || bare.m_nDone <= nCount) return EXIT_FAILURE;
     return MEASURES && grown > std::max<i64>(bareGrown, 0) + ALLOWANCE ? EXIT_FAILURE : status;
 }

@@ -29,9 +29,7 @@ inline bool WaitFor(const std::function<bool()>& condition) {
 }
 
 // Value of a pixel of Picture; no two neighbours are the same.
-inline u32 ValueAt(u32 x, u32 y) {
-    return (x * 7 + y * 11) % 32;
-}
+inline u32 ValueAt(u32 x, u32 y) { return (x * 7 + y * 11) % 32; }
 
 // 32 shades of grey, all neighbours different.
 inline Bytes Picture(u32 width, u32 height) {
@@ -39,7 +37,7 @@ inline Bytes Picture(u32 width, u32 height) {
     for (u32 y = 0; y < height; ++y)
         for (u32 x = 0; x < width; ++x) values.push_back(ValueAt(x, y));
     return Form("ILBM", {Bmhd({.width = width, .height = height, .planes = 5}), GreyCmap(32, 8),
-                         Chunk("BODY", PlanesOf(values, width, 5))});
+                            Chunk("BODY", PlanesOf(values, width, 5))});
 }
 
 inline u32 ShownColour(u32 x, u32 y) {
@@ -94,6 +92,4 @@ inline std::vector<std::string> Entries(CComboBox& list) {
     return entries;
 }
 
-inline void PrintTo(const CSize& size, std::ostream* pOut) {
-    *pOut << size.cx << " x " << size.cy;
-}
+inline void PrintTo(const CSize& size, std::ostream* pOut) { *pOut << size.cx << " x " << size.cy; }

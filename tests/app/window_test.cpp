@@ -21,9 +21,8 @@ TEST_F(WindowTest, APictureOpensWithItsListsItsPaneAndItsTitle) {
     EXPECT_EQ(SendMessageA(&Frame().m_wndChannelCombo, CB_GETCURSEL, 0, 0), 0);
     EXPECT_EQ(ClientSize(), (CSize{320, 200}));
     EXPECT_TRUE(WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == "320x200x32"; }));
-    EXPECT_TRUE(WaitFor([&] {
-        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff";
-    }));
+    EXPECT_TRUE(
+        WaitFor([&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff"; }));
     EXPECT_TRUE(m_answers.m_messages.empty());
 }
 
@@ -36,11 +35,10 @@ TEST_F(WindowTest, TheClientAreaTakesExactlyThePicturesSizeTimesTheScale) {
         CSize size;
     };
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
-    for (const Fit& fit :
-         {Fit{100, 50, 1.0f, {100, 50}}, Fit{100, 50, 0.03125f, {3, 1}}, Fit{100, 50, 1.0f, {100, 50}},
-          Fit{100, 50, 32.0f, {3200, 1600}}, Fit{33, 2, 1.5f, {49, 3}}, Fit{20, 10, 0.03125f, {0, 0}},
-          Fit{40, 10, 0.03125f, {1, 0}}, Fit{100, 50, 1.0f, {100, 50}}, Fit{4096, 30, 32.0f, {131072, 960}},
-          Fit{7, 5, 1.0f, {7, 5}}}) {
+    for (const Fit& fit : {Fit{100, 50, 1.0f, {100, 50}}, Fit{100, 50, 0.03125f, {3, 1}}, Fit{100, 50, 1.0f, {100, 50}},
+             Fit{100, 50, 32.0f, {3200, 1600}}, Fit{33, 2, 1.5f, {49, 3}}, Fit{20, 10, 0.03125f, {0, 0}},
+             Fit{40, 10, 0.03125f, {1, 0}}, Fit{100, 50, 1.0f, {100, 50}}, Fit{4096, 30, 32.0f, {131072, 960}},
+             Fit{7, 5, 1.0f, {7, 5}}}) {
         View().m_nWidth = fit.nWidth;
         View().m_nHeight = fit.nHeight;
         View().FitFrameToImage(fit.fScale);
@@ -74,13 +72,11 @@ TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
     ASSERT_TRUE(OpenFile(Picture(11, 5)));
     Frame().MDIMaximize();
     EXPECT_TRUE(WaitFor([&] { return ClientSize().cx > 500; }));
-    EXPECT_TRUE(WaitFor([&] {
-        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - [picture.iff]";
-    }));
+    EXPECT_TRUE(WaitFor(
+        [&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - [picture.iff]"; }));
     Frame().MDIRestore();
-    EXPECT_TRUE(WaitFor([&] {
-        return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff";
-    }));
+    EXPECT_TRUE(
+        WaitFor([&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer - picture.iff"; }));
     EXPECT_EQ(ClientSize(), (CSize{11, 5}));
 
     Frame().MDIMaximize();
@@ -118,8 +114,7 @@ TEST_F(WindowTest, EveryPixelIsStretchedOverItsPlaceWhereverTheViewIsScrolledTo)
             const int x = origin.left - corner.left, y = origin.top - corner.top;
             const std::vector<u32> pixels = area.CapturePixels({200, y, 264, y + 3});
             for (u32 i = 0; i < 3 * 64; ++i)
-                ASSERT_EQ(pixels[i],
-                          ShownColour((200 + i % 64 - static_cast<u32>(x)) / scale, i / 64 / scale))
+                ASSERT_EQ(pixels[i], ShownColour((200 + i % 64 - static_cast<u32>(x)) / scale, i / 64 / scale))
                     << "frame at " << left << ", column " << i % 64 << " at scale " << scale;
         }
     }
@@ -128,8 +123,8 @@ TEST_F(WindowTest, EveryPixelIsStretchedOverItsPlaceWhereverTheViewIsScrolledTo)
 // The keyboard steps through the closed list; the last level is counted but not there.
 TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
     const auto level = [](u32 width, u32 height) { return List("ILBM", {Picture(width, height)}); };
-    ASSERT_TRUE(OpenFile(
-        List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {3, 0})}), level(32, 12), level(16, 6)})));
+    ASSERT_TRUE(
+        OpenFile(List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {3, 0})}), level(32, 12), level(16, 6)})));
     CComboBox& layers = Frame().m_wndLayerCombo;
     CComboBox& channels = Frame().m_wndChannelCombo;
     ASSERT_EQ(Entries(layers), std::vector<std::string>({"Image", "Mip Map 1", "Mip Map 2", "Mip Map 3"}));
@@ -160,10 +155,9 @@ TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
     ASSERT_TRUE(OpenFile(Picture(8, 8)));
     CComboBox& list = Frame().m_wndLayerCombo;
     SendMessageA(&list, CB_RESETCONTENT, 0, 0);
-    for (const Name& name :
-         {Name{"plain", "plain"}, Name{"gr\xC3\xBCn", "gr\xC3\xBCn"}, Name{"gr\xFCn", "gr\xC3\xBCn"},
-          Name{"5 \x80", "5 \xE2\x82\xAC"}, Name{"a\tb\nc\x7F", "a b c "}, Name{"\x81\xFC", " \xC3\xBC"},
-          Name{"<b>&x", "<b>&x"}}) {
+    for (const Name& name : {Name{"plain", "plain"}, Name{"gr\xC3\xBCn", "gr\xC3\xBCn"}, Name{"gr\xFCn", "gr\xC3\xBCn"},
+             Name{"5 \x80", "5 \xE2\x82\xAC"}, Name{"a\tb\nc\x7F", "a b c "}, Name{"\x81\xFC", " \xC3\xBC"},
+             Name{"<b>&x", "<b>&x"}}) {
         SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(name.pszBytes));
         EXPECT_EQ(Entries(list).back(), name.pszShown);
     }
@@ -179,12 +173,10 @@ TEST_F(WindowTest, APictureThatCannotBeMadeShowsAnEmptyView) {
 
 TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
     CMDIFrameWnd& main = *theApp.m_pMainWnd;
-    m_answers.m_nextFiles = {Write(Picture(8, 8), "a.iff"), Write({}, "a<b>.iff"),
-                             Write(Picture(9, 9), "b.iff")};
+    m_answers.m_nextFiles = {Write(Picture(8, 8), "a.iff"), Write({}, "a<b>.iff"), Write(Picture(9, 9), "b.iff")};
     EXPECT_TRUE(main.OnCmdMsg(ID_FILE_OPEN, CN_COMMAND, nullptr));
     ASSERT_EQ(m_answers.m_filters.size(), 6u);
-    EXPECT_EQ(m_answers.m_filters[0].strPatterns,
-              std::vector<std::string>({"*.TMG", "*.TFF", "*.IFF", "*.PSD"}));
+    EXPECT_EQ(m_answers.m_filters[0].strPatterns, std::vector<std::string>({"*.TMG", "*.TFF", "*.IFF", "*.PSD"}));
     EXPECT_EQ(m_answers.m_filters[1].strPatterns, std::vector<std::string>({"*.IFF"}));
     EXPECT_EQ(m_answers.m_filters[5].strPatterns, std::vector<std::string>({"*"}));
     ASSERT_EQ(m_answers.m_messages.size(), 1u);
@@ -274,7 +266,7 @@ class TroubleTest : public WindowTest {
   protected:
     TroubleTest()
         : m_template(IDR_IFF_TYPE, RuntimeClassOf<CVistrelDoc>(), RuntimeClassOf<CChildFrame>(),
-                     RuntimeClassOf<TroubledView>()) {}
+              RuntimeClassOf<TroubledView>()) {}
     ~TroubleTest() override { g_trouble = nullptr; }
 
     CDocument* OpenTroubled() {
@@ -290,8 +282,8 @@ TEST_F(TroubleTest, AnExceptionWhileADocumentOpensClosesIt) {
     g_trouble = [] { throw std::bad_alloc(); };
     EXPECT_FALSE(OpenTroubled());
     ASSERT_EQ(m_answers.m_messages.size(), 1u);
-    EXPECT_NE(m_answers.m_messages[0].find("/picture.iff\" was not opened. There is not enough memory."),
-              std::string::npos)
+    EXPECT_NE(
+        m_answers.m_messages[0].find("/picture.iff\" was not opened. There is not enough memory."), std::string::npos)
         << m_answers.m_messages[0];
     EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty());
     g_trouble = nullptr;
@@ -341,8 +333,7 @@ TEST_F(TroubleTest, AnExceptionOutOfDrawingIsReportedOnceUntilTheNextUpdate) {
 TEST(Installation, TellsTheDesktopWhatTheProgramDoes) {
     const ShellRegistration registration = theApp.GetShellRegistration();
     const std::string installed = VISTREL_SHARE "/" + registration.strId;
-    EXPECT_TRUE(HasContent(installed + ".xml", registration.MakeMimePackage()))
-        << registration.MakeMimePackage();
+    EXPECT_TRUE(HasContent(installed + ".xml", registration.MakeMimePackage())) << registration.MakeMimePackage();
     EXPECT_TRUE(HasContent(installed + ".desktop", registration.MakeDesktopEntry("vistrel")))
         << registration.MakeDesktopEntry("vistrel");
 }

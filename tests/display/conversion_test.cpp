@@ -4,40 +4,43 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 const u8 TRIPLETS[] = {1, 2, 3, 0x44, 0x55, 0x66, 7, 8, 9};
 
 // The colours of what a conversion makes of a row of three pixels.
 template <typename Convert>
-std::string Converted(Convert convert) {
+static std::string Converted(Convert convert) {
     DisplayImage image;
     image.m_nWidth = 3, image.m_nHeight = 1;
     convert(image);
-    return BitmapColours(image.m_hBitmap);
+    return BitmapText(image.m_hBitmap);
 }
 
 TEST(Conversion, IndicesGoThroughThePaletteThatIsThere) {
     const u8 index[] = {2, 0, 1};
     const u8* const rows[] = {index};
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, TRIPLETS, 3); }), "070809 010203 445566");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, nullptr, 0); }), "020202 000000 010101");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed1(rows, TRIPLETS, 2); }), "000000 010203 445566");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, TRIPLETS, 3); }), "<070809><010203><445566>");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed8(rows, nullptr, 0); }), "<020202>k<010101>");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertIndexed1(rows, TRIPLETS, 2); }), "k<010203><445566>");
 }
 
 TEST(Conversion, AbsentPlanesAreNotRead) {
-    for (const auto convert : {&DisplayImage::ConvertGrey8, &DisplayImage::ConvertGrey1})
-        EXPECT_EQ(Converted([&](auto& i) { (i.*convert)(nullptr); }), "");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertGrey16(nullptr); }), "");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed8(nullptr, TRIPLETS, 3); }), "");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed1(nullptr, TRIPLETS, 3); }), "");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed16(nullptr, TRIPLETS, 3); }), "");
     const u16 ink[] = {65535, 32768, 0};
     const u16* const rows[] = {ink};
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertRgb16(rows, nullptr, nullptr); }), "ff0000 800000 000000");
-    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(nullptr, rows, nullptr, nullptr); }), "ffffff ff80ff ff00ff");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertRgb8(nullptr, nullptr, nullptr); }), "000000 000000 000000");
-    EXPECT_EQ(Converted([](auto& i) { i.ConvertCmyk1(nullptr, nullptr, nullptr, nullptr); }), "ffffff ffffff ffffff");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertGrey8(nullptr); }), "");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertGrey16(nullptr); }), "");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed8(nullptr, TRIPLETS, 3); }), "");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertIndexed16(nullptr, TRIPLETS, 3); }), "");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertRgb8(nullptr, nullptr, nullptr); }), "kkk");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertRgb16(rows, nullptr, nullptr); }), "r<800000>k");
+    EXPECT_EQ(Converted([](auto& i) { i.ConvertCmyk8(nullptr, nullptr, nullptr, nullptr); }), "www");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(nullptr, rows, nullptr, nullptr); }), "w<ff80ff><ff00ff>");
+}
+
+TEST(Conversion, InkIsScaledByBlack) {
+    const u8 bytes[] = {128, 255, 254}, *const rows8[] = {bytes};
+    const u16 words[] = {65535, 32768, 32767}, *const rows16[] = {words};
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk8(rows8, rows8, nullptr, rows8); }), "<404080>w<fdfdfe>");
+    EXPECT_EQ(Converted([&](auto& i) { i.ConvertCmyk16(rows16, nullptr, rows16, rows16); }), "w<408040><3f7f3f>");
 }
 
 TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
@@ -47,5 +50,3 @@ TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
     EXPECT_GT(clamped.cx, 1 << 20);
     EXPECT_EQ(clamped.cx, clamped.cy);
 }
-
-}  // namespace

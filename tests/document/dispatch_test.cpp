@@ -1,76 +1,43 @@
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
 #include "support/iff_builder.h"
-#include "support/memory_file.h"
 #include "support/psd_builder.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-
-// What the document made of some bytes, and the calls that reached file and archive on the way.
-struct Opened {
-    explicit Opened(Bytes bytes) : file(std::move(bytes)), archive(&file, CArchive::load) {
-        archive.m_strFileName = "picture";
-        try {
-            document.Serialize(archive);
-        } catch (const CArchiveException& exception) {
-            bRefused = exception.m_cause == CArchiveException::generic && exception.m_strFileName == "picture";
-        }
-    }
-
-    MemoryFile file;
-    CountingArchive archive;
-    CVistrelDoc document;
-    bool bRefused = false;
-};
-
 const Bytes PICTURE = Form("ILBM", {Bmhd({.width = 8, .height = 1}), Chunk("GRAB", Bytes(4))});
 
 TEST(Dispatch, AnIffFileIsReadFromTheBufferThatPhotoshopLeft) {
-    const Opened opened(PICTURE);
-    EXPECT_EQ(opened.document.m_nDocType, DOC_IFF);
-    EXPECT_TRUE(opened.document.m_Iff.GetRoot());
-    EXPECT_EQ(opened.file.m_nReads, 1u);
+    MemoryStream source(PICTURE);
+    CVistrelDoc document;
+    document.Serialize(source.archive);
+    EXPECT_EQ(document.m_nDocType, DOC_IFF);
+    EXPECT_TRUE(document.m_Iff.GetRoot());
+    EXPECT_EQ(source.file.m_nReads, 1u);
 }
 
 TEST(Dispatch, TheFileIsLeftWhereThePhotoshopDocumentEnds) {
-    const Bytes document = Psd({});
-    Opened opened(ByteBuilder().Append(document).Repeat(100, 0));
-    EXPECT_EQ(opened.document.m_nDocType, DOC_PSD);
-    EXPECT_EQ(opened.file.Seek(0, CFile::current), document.size());
+    const Bytes psd = Psd({});
+    MemoryStream source(ByteBuilder().Append(psd).Repeat(100, 0));
+    CVistrelDoc document;
+    document.Serialize(source.archive);
+    EXPECT_EQ(document.m_nDocType, DOC_PSD);
+    EXPECT_EQ(source.file.m_nPosition, psd.size());
 }
 
 TEST(Dispatch, WhatBothReadersRefuseIsThrownOut) {
-    for (const Bytes& bytes : {Bytes{}, Bytes{'8'}, Bytes{'F'}, Bytes(5000, 'x'), Truncated(PICTURE, 1)}) {
-        const Opened opened(bytes);
-        EXPECT_TRUE(opened.bRefused) << bytes.size();
-        EXPECT_EQ(opened.document.m_nDocType, DOC_NONE);
+    for (const Bytes& bytes : {Bytes{}, Bytes{'8'}, Bytes(5000, 'x'), Truncated(PICTURE, 1), Truncated(Psd({}), 1)}) {
+        MemoryStream source(bytes);
+        CVistrelDoc document;
+        EXPECT_THROW(document.Serialize(source.archive), CArchiveException);
+        EXPECT_EQ(document.m_nDocType, DOC_NONE) << bytes.size();
     }
-    // The end of the data that the first reader met stays in the stream's state.
-    const Opened cut(ByteBuilder().Text("8BPS").U16(1));
-    EXPECT_TRUE(cut.bRefused);
-    EXPECT_FALSE(cut.document.m_Iff.GetRoot());
 }
 
 TEST(Dispatch, FaultsOfTheFileRefuseItOrPassThrough) {
-    MemoryFile file(PICTURE), whole(PICTURE);
-    file.m_nThrowAt = 20;
-    CountingArchive archive(&file, CArchive::load), unflushable(&whole, CArchive::load);
-    unflushable.m_nThrowAtFlush = 0;
-    CVistrelDoc document;
-    EXPECT_THROW(document.Serialize(archive), CArchiveException);
-    EXPECT_THROW(document.Serialize(unflushable), CFileException);
+    MemoryStream broken(PICTURE), unflushable(PICTURE);
+    broken.file.m_nThrowAt = 20;
+    EXPECT_THROW(CVistrelDoc().Serialize(broken.archive), CArchiveException);
+    unflushable.archive.m_nThrowAtFlush = 0;
+    EXPECT_THROW(CVistrelDoc().Serialize(unflushable.archive), CFileException);
 }
-
-TEST(Dispatch, NothingIsStoredAndNothingIsNew) {
-    MemoryFile file;
-    CArchive archive(&file, CArchive::store);
-    CVistrelDoc document;
-    document.Serialize(archive);
-    EXPECT_TRUE(file.m_bytes.empty());
-    EXPECT_FALSE(document.OnNewDocument());
-    EXPECT_FALSE(document.IsModified());
-}
-
-}  // namespace

@@ -6,8 +6,7 @@
 
 namespace {
 
-class MemoryProfile final : public Profile {
-  public:
+struct MemoryProfile final : public Profile {
     ProfileSection ReadSection(const std::string&) const override { return m_section; }
     bool ChangeSection(const std::string&, const std::function<void(ProfileSection&)>& change) override {
         if (m_bWritable) change(m_section);
@@ -24,12 +23,9 @@ std::string Paths(const CRecentFileList& list) {
     return paths;
 }
 
-}  // namespace
-
 TEST(RecentFiles, TheLatestComesFirstAndTwoProgramsKeepOneList) {
     MemoryProfile profile;
-    CRecentFileList first(3);
-    CRecentFileList second(3);
+    CRecentFileList first(3), second(3);
     for (const char* path : {"/x", "/b", "/x", "/a\xFF %", "/b"}) first.Add(path);
     EXPECT_EQ(Paths(first), "/b /a\xFF % /x");
     EXPECT_TRUE(first.WriteList(profile));
@@ -43,9 +39,8 @@ TEST(RecentFiles, TheLatestComesFirstAndTwoProgramsKeepOneList) {
     EXPECT_FALSE(first.WriteList(profile));
     profile.m_bWritable = true;
     EXPECT_TRUE(first.WriteList(profile));
-    EXPECT_EQ(Paths(first), "/d /c");
     second.ReadList(profile);
-    EXPECT_EQ(Paths(second), Paths(first));
+    for (const CRecentFileList* list : {&first, &second}) EXPECT_EQ(Paths(*list), "/d /c");
 }
 
 TEST(RecentFiles, WhatIsKeptMayBeDamaged) {
@@ -63,17 +58,9 @@ TEST(RecentFiles, MenuTextsAreShortAndHaveTheirMnemonic) {
     list.Add("/a/fish & chips.psd");
     EXPECT_EQ(list.GetDisplayName(0), "&1 /a/fish && chips.psd");
     EXPECT_EQ(list.GetDisplayName(1), "&2 /home/.../last/summer/holidays/at/the/sea/wave.iff");
-
-    struct Path {
-        const char* pszPath;
-        const char* pszShort;
-    };
-    for (const Path& row :
-        {Path{"/home/a/bc.iff", "/home/a/bc.iff"}, Path{"/home/abc/de/fgh.iff", "/home/.../fgh.iff"},
-            Path{"/home/a/0123456789.iff", ".../01234...9.iff"}, Path{"/0123456789012345.iff", "/012345...345.iff"},
-            Path{"/x/a\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4.iff", ".../a\xC3\xA4\xC3\xA4....iff"}}) {
-        EXPECT_EQ(AbbreviatePath(row.pszPath, 17), row.pszShort);
-    }
+    EXPECT_EQ(AbbreviatePath("/home/abc/de/fgh.iff", 17), "/home/.../fgh.iff");
+    EXPECT_EQ(
+        AbbreviatePath("/x/a\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4.iff", 17), ".../a\u00e4\u00e4....iff");
 }
 
 TEST(FileUri, EveryPathComesBackAndWhatIsNoneDoesNot) {
@@ -81,10 +68,11 @@ TEST(FileUri, EveryPathComesBackAndWhatIsNoneDoesNot) {
     for (int byte = 1; byte < 256; ++byte) path += static_cast<char>(byte);
     EXPECT_EQ(FromFileUri(ToFileUri(path)), path);
     EXPECT_EQ(ToFileUri("/a b%\xFF.iff"), "file:///a%20b%25%FF.iff");
-
     for (const char* uri : {"file:///a%c3%bc", "file://localhost/a\xC3\xBC", "file:/a%C3%BC"})
         EXPECT_EQ(FromFileUri(uri), "/a\xC3\xBC") << uri;
     for (const char* uri :
         {"file://elsewhere/a", "http:///a", "file:a", "file:///a%", "file:///a%4", "file:///a%4g", "file:///a%00b", ""})
         EXPECT_FALSE(FromFileUri(uri)) << uri;
 }
+
+}  // namespace

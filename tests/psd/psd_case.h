@@ -2,18 +2,13 @@
 #pragma once
 
 #include "support/psd_builder.h"
+#include "support/table.h"
 
 #include <gtest/gtest.h>
 
-struct PsdPair {
-    const char* what;
-    PsdFields loads;
-    PsdFields refused;
-};
-
-inline void ExpectPairs(const std::vector<PsdPair>& table) {
-    for (const PsdPair& row : table) {
-        EXPECT_TRUE(LoadedPsd(row.loads).bLoaded) << row.what;
-        EXPECT_FALSE(LoadedPsd(row.refused).bLoaded) << row.what;
+inline void ExpectPairs(const Table<const char*, PsdFields, PsdFields>& table) {
+    for (const auto& [what, loads, refused] : table) {
+        EXPECT_TRUE(LoadedPsd(loads).bLoaded) << what;
+        EXPECT_FALSE(LoadedPsd(refused).bLoaded) << what;
     }
 }

@@ -8,12 +8,11 @@
 
 using Bytes = std::vector<u8>;
 
-class ByteBuilder {
-  public:
+struct ByteBuilder : public Bytes {
     // One field for each value.
     template <typename... Values>
     ByteBuilder& U8(Values... values) {
-        (m_bytes.push_back(static_cast<u8>(values)), ...);
+        (push_back(static_cast<u8>(values)), ...);
         return *this;
     }
     template <typename... Values>
@@ -25,17 +24,15 @@ class ByteBuilder {
         return (U16(static_cast<u32>(values) >> 16, values), ...);
     }
     ByteBuilder& Text(std::string_view text) { return Append(Bytes(text.begin(), text.end())); }
+    ByteBuilder& Repeat(u64 count, u32 value) { return Append(Bytes(count, static_cast<u8>(value))); }
     ByteBuilder& Append(const Bytes& bytes) {
-        m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+        insert(end(), bytes.begin(), bytes.end());
         return *this;
     }
-    ByteBuilder& Repeat(u64 count, u32 value) { return Append(Bytes(count, static_cast<u8>(value))); }
-
-    const Bytes& Get() const { return m_bytes; }
-    operator Bytes() const { return m_bytes; }
-
-  private:
-    Bytes m_bytes;
+    // Bytes behind their count, which can be made wrong.
+    ByteBuilder& Block(const Bytes& bytes, i32 excess = 0) {
+        return U32(bytes.size() + static_cast<u64>(excess)).Append(bytes);
+    }
 };
 
 // The first bytes.size() - count of them.

@@ -8,18 +8,14 @@
 
 #include <stdexcept>
 
-// The size of the document's stream buffer.
-constexpr u32 BUFFER_SIZE = 1024;
-
 // A stream over bytes in memory, with everything under it.
 struct MemoryStream {
-    explicit MemoryStream(Bytes bytes, u32 nBufferSize = BUFFER_SIZE)
-        : file(std::move(bytes)), archive(&file, CArchive::load), stream(&archive, nBufferSize) {}
+    explicit MemoryStream(Bytes bytes) : file(std::move(bytes)) {}
     ~MemoryStream() { stream.Close(); }
 
     MemoryFile file;
-    CountingArchive archive;
-    ArchiveByteStream stream;
+    CountingArchive archive{&file, CArchive::load};
+    ArchiveByteStream stream{&archive, 1024};  // as large a buffer as the document's
 };
 
 // What the IFF reader made of some bytes.
@@ -39,14 +35,10 @@ struct LoadedIff {
 inline bool Loads(Bytes bytes) { return LoadedIff(std::move(bytes)).bLoaded; }
 
 // The child at a place, which must be there.
-inline IffChunk& ChildAt(const IffContainer& container, u32 place) {
+template <typename Class>
+Class& ChildAs(const IffContainer& container, u32 place) {
     const IffChunkNode* node = container.m_pFirst;
     for (; node && place > 0; --place) node = node->m_pNext;
     if (!node) throw std::out_of_range("no such child");
-    return *node->m_pChunk;
-}
-
-template <typename Class>
-Class& ChildAs(const IffContainer& container, u32 place) {
-    return dynamic_cast<Class&>(ChildAt(container, place));
+    return dynamic_cast<Class&>(*node->m_pChunk);
 }

@@ -11,19 +11,17 @@
 #include <limits>
 #include <utility>
 
-class MemoryFile final : public CFile {
-  public:
-    MemoryFile() = default;
-    explicit MemoryFile(Bytes bytes) : m_bytes(std::move(bytes)) {}
+struct MemoryFile final : public CFile {
+    explicit MemoryFile(Bytes bytes = {}) : m_bytes(std::move(bytes)) {}
 
     u64 GetLength() const override {
-        if (m_bThrowOnLength) throw CFileException("no length");
+        if (m_bBroken) throw CFileException("no length");
         return m_nClaimedLength != NEVER ? m_nClaimedLength : m_bytes.size();
     }
     u64 Seek(i64 nOffset, SeekFrom from) override {
         ++m_nSeeks;
         const u64 origin = from == begin ? 0 : from == current ? m_nPosition : GetLength();
-        if (m_bThrowOnSeek || (nOffset < 0 && static_cast<u64>(-nOffset) > origin)) throw CFileException("no position");
+        if (m_bBroken || (nOffset < 0 && static_cast<u64>(-nOffset) > origin)) throw CFileException("no position");
         return m_nPosition = origin + static_cast<u64>(nOffset);
     }
     u32 Read(void* pData, u32 nCount) override {
@@ -36,7 +34,6 @@ class MemoryFile final : public CFile {
         return count;
     }
     void Write(const void* pData, u32 nCount) override {
-        if (m_bThrowOnWrite) throw CFileException("full");
         m_bytes.resize(std::max<u64>(m_bytes.size(), m_nPosition + nCount));
         std::copy_n(static_cast<const u8*>(pData), nCount, m_bytes.data() + m_nPosition);
         m_nPosition += nCount;
@@ -47,15 +44,12 @@ class MemoryFile final : public CFile {
     Bytes m_bytes;
     u64 m_nClaimedLength = NEVER;  // what GetLength answers, if not the truth
     u64 m_nThrowAt = NEVER;        // reading a byte from here on throws
-    bool m_bThrowOnSeek = false, m_bThrowOnLength = false, m_bThrowOnWrite = false;
+    bool m_bBroken = false;        // asking where the file stands or ends throws
     u64 m_nReads = 0, m_nSeeks = 0;
-
-  private:
     u64 m_nPosition = 0;
 };
 
-class CountingArchive final : public CArchive {
-  public:
+struct CountingArchive final : public CArchive {
     using CArchive::CArchive;
 
     u32 Read(void* pData, u32 nCount) override {

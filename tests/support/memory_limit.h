@@ -3,12 +3,10 @@
 
 #include "base/large_block.h"
 
-class MemoryLimit {
-  public:
+struct MemoryLimit {
     explicit MemoryLimit(u64 limit) : m_nBefore(LargeBlock::SetLimit(limit)) {}
     MemoryLimit(const MemoryLimit&) = delete;
     ~MemoryLimit() { LargeBlock::SetLimit(m_nBefore); }
 
-  private:
-    u64 m_nBefore;
+    const u64 m_nBefore;
 };

@@ -1,22 +1,26 @@
-// Small pictures as rows of text, so that a failing comparison can be seen.
+// Small pictures as text, so that a failing comparison can be seen.
 #pragma once
 
 #include "base/types.h"
 #include "framework/core/gdi_bitmap.h"
 
+#include <cstdio>
+#include <map>
 #include <string>
-#include <vector>
 
-using TextRows = std::vector<std::string>;
-
-// Values below 36 as digits and letters, others as '#'.
-std::string ValueText(const u32* pValues, u32 nWidth);
-
-// A pixel as "rrggbb".
-std::string ColourText(u32 pixel);
-
-// One letter for each pixel: k black, w white, r, g, b; '?' for any other colour. No bitmap gives no rows.
-TextRows BitmapText(HBITMAP hBitmap);
-
-// Every pixel as "rrggbb", rows one behind the other, separated by spaces.
-std::string BitmapColours(HBITMAP hBitmap);
+// A letter for each pixel that is black (k), white, red, green or blue, "<rrggbb>" for any other; rows are
+// separated by '/'. No bitmap gives no text.
+inline std::string BitmapText(HBITMAP hBitmap) {
+    static const std::map<u32, char> LETTERS = {
+        {0xFF000000, 'k'}, {0xFFFFFFFF, 'w'}, {0xFFFF0000, 'r'}, {0xFF00FF00, 'g'}, {0xFF0000FF, 'b'}};
+    std::string text;
+    for (u32 i = 0; hBitmap && i < hBitmap->nWidth * hBitmap->nHeight; ++i) {
+        if (i > 0 && i % hBitmap->nWidth == 0) text += '/';
+        const u32 pixel = hBitmap->Row(i / hBitmap->nWidth)[i % hBitmap->nWidth];
+        char colour[10];
+        std::snprintf(colour, sizeof(colour), "<%06x>", pixel & 0xFFFFFF);
+        const auto letter = LETTERS.find(pixel);
+        text += letter == LETTERS.end() ? colour : std::string(1, letter->second);
+    }
+    return text;
+}

@@ -21,10 +21,9 @@ struct PsdLayerFields {
     std::string signature = "8BIM", key = "norm";
     u32 opacity = 255, clipping = 0, flags = 0;
     Bytes mask = {}, ranges = {};
-    i32 rangesExcess = 0;
     std::string name = {};
     Bytes extra = {};  // behind the name
-    i32 extraExcess = 0;
+    i32 rangesExcess = 0, extraExcess = 0;
 };
 
 struct PsdResourceFields {
@@ -32,7 +31,6 @@ struct PsdResourceFields {
     u32 id = 1000;
     std::string name = {};
     Bytes data = {};
-    i32 excess = 0;
 };
 
 struct PsdFields {
@@ -40,13 +38,10 @@ struct PsdFields {
     u32 version = 1, channels = 1, rows = 1, columns = 1, depth = 8, mode = PSD_GREYSCALE;
     Bytes colourData = {};
     std::vector<PsdResourceFields> resources = {};
-    i32 resourcesExcess = 0;
     std::vector<PsdLayerFields> layers = {};
     std::optional<i32> layerCount = {};
-    Bytes layerPad = {};
-    i32 layersExcess = 0;
-    Bytes globalMasks = {};
-    i32 globalMasksExcess = 0;
+    Bytes layerPad = {}, globalMasks = {};
+    i32 resourcesExcess = 0, layersExcess = 0, globalMasksExcess = 0;
     i32 sectionExcess = 0;  // of the layers and masks together
     u32 compression = 0;
     std::optional<Bytes> samples = {};  // if not given, as many zero bytes as raw data takes
@@ -54,11 +49,10 @@ struct PsdFields {
 
 Bytes Psd(const PsdFields& fields);
 Bytes LayerRecord(const PsdLayerFields& fields);
-Bytes ResourceBlock(const PsdResourceFields& fields);
 
-// Image data of a channel, its compression first. Each packed row can count more bytes than it has.
+// Image data of a channel, its compression first.
 Bytes RawData(const Bytes& samples);
-Bytes PackedData(const std::vector<Bytes>& rows, i32 firstExcess = 0, i32 lastExcess = 0);
+Bytes PackedData(const std::vector<Bytes>& rows);
 
 // Something of everything: palette, resources, layers with raw and packed channels, masks, ranges and names.
 PsdFields LayeredPsd();
@@ -72,5 +66,5 @@ struct LoadedPsd {
     bool bLoaded;
 };
 
-// Everything that an image holds, a line for each object; bytes and samples in hexadecimal.
+// What an image holds, a line for each object; bytes and samples in decimal.
 std::string Description(const PsdImage& image);

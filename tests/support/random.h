@@ -6,8 +6,7 @@
 
 #include <random>
 
-class Random {
-  public:
+struct Random {
     explicit Random(u32 seed) : m_engine(seed) {}
 
     u32 operator()() { return static_cast<u32>(m_engine()); }
@@ -18,6 +17,5 @@ class Random {
         return bytes;
     }
 
-  private:
     std::mt19937 m_engine;
 };

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-class RecordedAnswers final : public Answers {
-  public:
+struct RecordedAnswers final : public Answers {
     RecordedAnswers() : m_pBefore(InstallAnswers(this)) {}
     ~RecordedAnswers() override { InstallAnswers(m_pBefore); }
 
@@ -34,7 +33,5 @@ class RecordedAnswers final : public Answers {
     std::vector<FileFilter> m_filters;     // what the last Open dialog offered
     std::string m_strFolder;               // where it opened
     std::vector<std::string> m_nextFiles;  // what the next one is answered with
-
-  private:
-    Answers* m_pBefore;
+    Answers* const m_pBefore;
 };

@@ -9,13 +9,15 @@
 #include <string>
 #include <vector>
 
+using Names = std::vector<std::string>;
+
 struct Shown {
     // The file's first selection.
-    explicit Shown(Bytes bytes) {
+    explicit Shown(Bytes bytes, u32 nLayer = 0, u32 nChannel = 0) {
         MemoryFile file(std::move(bytes));
         CArchive archive(&file, CArchive::load);
         document.Serialize(archive);
-        Select(0, 0);
+        Select(nLayer, nChannel);
     }
 
     // Chooses a layer, and then one of its channels.
@@ -24,10 +26,13 @@ struct Shown {
         image.BuildBitmap(document, nLayer, nChannel);
     }
 
-    TextRows Rows() const { return BitmapText(image.m_hBitmap); }
-    std::string Colours() const { return BitmapColours(image.m_hBitmap); }
+    // The size, the colours and the pixels of a picture that is there, or why there is none.
+    std::string Text() const {
+        if (!image.m_bValid) return image.m_hBitmap ? "a bitmap that is not valid" : "not valid";
+        return image.m_hBitmap ? image.InfoText() + " " + BitmapText(image.m_hBitmap) : "no bitmap";
+    }
 
     CVistrelDoc document;
     DisplayImage image;
-    std::vector<std::string> channels;  // of the layer chosen
+    Names channels;  // of the layer chosen
 };

@@ -9,8 +9,7 @@
 #include <stdlib.h>
 #include <string>
 
-class TempFolder {
-  public:
+struct TempFolder {
     TempFolder() {
         if (!mkdtemp(m_strPath.data())) throw std::runtime_error("no folder for the test");
     }
