@@ -5,36 +5,32 @@
 #include "window_case.h"
 
 TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) {
-    struct Entry {
-        const char* pszText;
-        CSize size;  // none where it is refused
-    };
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
     std::string shown = "1";
-    for (const Entry& entry : {Entry{"0.03125", {3, 1}}, Entry{"32", {3200, 1600}}, Entry{"0.03", {}}, Entry{"33", {}},
-             Entry{"abc", {}}, Entry{" 1.5 ", {150, 75}}}) {
+    for (const auto& [entry, size] : Table<std::string, CSize>{{"0.03125", {3, 1}}, {"32", {3200, 1600}}, {"0.03", {}},
+             {"33", {}}, {"1e50", {}}, {"abc", {}}, {" 1.5 ", {150, 75}}}) {
         m_answers.m_messages.clear();
         const CSize before = ClientSize();
-        const bool refused = entry.size == CSize{};
-        m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        const bool refused = size == CSize{};
+        m_answers.m_nextDialog = [&, text = entry](ModalDialog& dialog) {
             EXPECT_EQ(dialog.GetItemText(IDC_SCALE), shown);
-            dialog.SetItemText(IDC_SCALE, entry.pszText);
-            EXPECT_EQ(dialog.Press(IDOK), !refused) << entry.pszText;
+            dialog.SetItemText(IDC_SCALE, text);
+            EXPECT_EQ(dialog.Press(IDOK), !refused) << text;
             if (!refused) return IDOK;
             EXPECT_TRUE(dialog.Press(IDCANCEL));
             return IDCANCEL;
         };
         EXPECT_TRUE(Frame().OnCmdMsg(ID_ZOOM, CN_COMMAND, nullptr));
-        EXPECT_EQ(ClientSize(), refused ? before : entry.size) << entry.pszText;
-        EXPECT_EQ(m_answers.m_messages.size(), refused ? 1u : 0u) << entry.pszText;
-        if (!refused) shown = entry.pszText == std::string(" 1.5 ") ? "1.5" : entry.pszText;
+        EXPECT_EQ(ClientSize(), refused ? before : size) << entry;
+        EXPECT_EQ(m_answers.m_messages.size(), refused ? 1u : 0u) << entry;
+        if (!refused) shown = entry == " 1.5 " ? "1.5" : entry;
     }
-    EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>(6, IDD_ZOOM));
+    EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>(7, IDD_ZOOM));
 }
 
 TEST_F(WindowTest, PrintingAsksAndMakesNothingWhenItIsCancelled) {
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
-    const std::filesystem::path file = m_folder / "page.pdf";
+    const std::string file = m_folder.Path("page.pdf");
     for (const int answer : {IDCANCEL, IDOK}) {
         m_answers.m_nextDialog = [&file, answer](ModalDialog& dialog) {
             dialog.SetItemText(AFX_IDC_PRINT_FILE, file);

@@ -7,13 +7,12 @@
 #include "app/vistrel_view.h"
 #include "support/iff_builder.h"
 #include "support/recorded_answers.h"
+#include "support/table.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 
 extern CVistrelApp theApp;
@@ -47,27 +46,20 @@ inline u32 ShownColour(u32 x, u32 y) {
 
 class WindowTest : public testing::Test {
   protected:
-    WindowTest() {
-        m_folder = std::filesystem::temp_directory_path() / "vistrel-window-test-XXXXXX";
-        std::string name = m_folder;
-        m_folder = mkdtemp(name.data());
-        theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700});
-    }
-
-    ~WindowTest() override {
-        theApp.m_pMainWnd->DestroyChildren();
-        std::filesystem::remove_all(m_folder);
-    }
+    WindowTest() { theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700}); }
+    ~WindowTest() override { theApp.m_pMainWnd->DestroyChildren(); }
 
     CDocument* OpenFile(const Bytes& bytes, const std::string& strName = "picture.iff") {
-        return theApp.OpenDocumentFile(Write(bytes, strName));
+        return theApp.OpenDocumentFile(m_folder.Write(bytes, strName));
     }
 
-    std::string Write(const Bytes& bytes, const std::string& strName) const {
-        const std::filesystem::path path = m_folder / strName;
-        std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return path;
+    // Behind the program's name in the main window's title.
+    bool WaitForTitle(const std::string& strRest) {
+        return WaitFor(
+            [&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer" + strRest; });
+    }
+    bool WaitForPane(const std::string& strText) {
+        return WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == strText; });
     }
 
     CChildFrame& Frame() { return static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().back()); }
@@ -79,11 +71,13 @@ class WindowTest : public testing::Test {
     }
 
     RecordedAnswers m_answers;
-    std::filesystem::path m_folder;
+    TempFolder m_folder;
 };
 
-inline std::vector<std::string> Entries(CComboBox& list) {
-    std::vector<std::string> entries;
+using Texts = std::vector<std::string>;
+
+inline Texts Entries(CComboBox& list) {
+    Texts entries;
     for (i64 i = 0; i < SendMessageA(&list, CB_GETCOUNT, 0, 0); ++i) {
         std::string text(static_cast<std::size_t>(SendMessageA(&list, CB_GETLBTEXTLEN, i, 0)), '\0');
         SendMessageA(&list, CB_GETLBTEXT, i, reinterpret_cast<i64>(text.data()));
