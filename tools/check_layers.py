@@ -36,7 +36,8 @@ TESTS_ONLY = {"tests/iff": ["chunks/ilbm_chunks.h"]}
 BESIDE_SRC = {
     "tools": CORE + ["tests/support"],
     "bench/startup": [],
-    "bench": CORE + ["framework/qt", "app", "tests/support"],
+    "bench/windows": CORE + ["framework/qt", "app", "tests/support"],
+    "bench": CORE + ["tests/support"],
     "fuzz": CORE + ["tests/support"],
     "tests/support": CORE,
     "tests/tools": CORE + ["tests/support", "tools"],
@@ -44,7 +45,7 @@ BESIDE_SRC = {
 }
 
 # Qt headers stand in the .cpp files of these folders only.
-QT_FOLDERS = ["framework/qt", "tests/framework_qt", "tests/app", "bench/startup"]
+QT_FOLDERS = ["framework/qt", "tests/framework_qt", "tests/app", "bench/startup", "bench/windows"]
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 QT_HEADER = re.compile(r"Q[A-Z]|Qt|q[a-z]*\.h$|private/q")

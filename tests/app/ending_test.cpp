@@ -1,0 +1,68 @@
+// How the program ends with many windows open. usage:
+//   ending_test close|box|zoom|quit  ends it by its main frame: also while a message or a dialog is up, and the
+//                                    way in which a session does at its end
+
+#include "app/resource_ids.h"
+#include "app/vistrel_app.h"
+#include "framework/core/answers.h"
+#include "framework/core/resource.h"
+#include "support/iff_builder.h"
+#include "support/private_home.h"
+
+#include <QApplication>
+
+#include <functional>
+#include <string>
+
+namespace {
+
+constexpr std::size_t WINDOWS = 50;
+
+class App final : public CVistrelApp {
+  public:
+    bool InitInstance() override { return Later(m_start), CVistrelApp::InitInstance(); }
+    bool Command(u32 nID) { return m_pMainWnd->OnCmdMsg(nID, CN_COMMAND, nullptr); }
+    void Later(const std::function<void()>& call) { QMetaObject::invokeMethod(qApp, call, Qt::QueuedConnection); }
+
+    std::function<void()> m_start;  // once the program runs
+};
+
+App theApp;
+TempFolder g_folder;
+
+// Every second window is another one on the document before it.
+int EndWithWindows(const std::string& strHow, char** argv) {
+    const Bytes picture = Form("ILBM", {Bmhd({.width = 8, .height = 1}), GreyCmap(2), Chunk("BODY", {0x55})});
+    bool asWanted = false;
+    const auto end = [&] {
+        const bool asks = QApplication::activeModalWidget() != nullptr;
+        asWanted = theApp.m_pMainWnd->GetChildren().size() == WINDOWS && asks == (strHow != "close");
+        QEvent quit(QEvent::Quit);
+        if (strHow == "quit")
+            QCoreApplication::sendEvent(qApp, &quit);
+        else
+            theApp.Command(ID_APP_EXIT);
+        asWanted = asWanted && theApp.m_pMainWnd->GetChildren().empty();
+    };
+    theApp.m_start = [&] {
+        for (std::size_t i = 0; i < WINDOWS; i += 2) {
+            theApp.OpenDocumentFile(g_folder.Write(picture, std::to_string(i)));
+            theApp.Command(ID_WINDOW_NEW);
+        }
+        theApp.Later(end);
+        if (strHow == "box") AfxMessageBox("A message");
+        // The view is in the middle of its command when it goes.
+        if (strHow == "zoom" || strHow == "quit") theApp.Command(ID_ZOOM);
+    };
+    const int status = AfxWinMain(1, argv);
+    return asWanted ? status : EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const PrivateHome home;
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    char* words[] = {argv[0], nullptr};
+    return argc == 2 ? EndWithWindows(argv[1], words) : 2;
+}
