@@ -42,6 +42,8 @@ int EndWithWindows(const std::string& strHow, char** argv) {
             QCoreApplication::sendEvent(qApp, &quit);
         else
             theApp.Command(ID_APP_EXIT);
+        // Whoever goes through a list of files goes on with it.
+        asWanted = asWanted && !theApp.OpenDocumentFile(g_folder.Write(picture, "late"));
         asWanted = asWanted && theApp.m_pMainWnd->GetChildren().empty();
     };
     theApp.m_start = [&] {

@@ -14,6 +14,7 @@ from end_to_end_test import (COLOURS, DEADLINE, HEIGHT, PLANES, PROGRAM, TITLE, 
                              value_at, wait_for)
 
 BAR = "Layers & Channels"
+AWAY = ("mousemove", "1", "1")  # the pointer hides what is under it
 
 
 def planes_of(values, width, planes):
@@ -91,14 +92,14 @@ class WalkTest(ProgramTest):
         wait_for(lambda: not self.screen.windows(title), f"the end of {title}")
 
     def double_click(self, x, y):
-        self.screen.xdotool("mousemove", str(x), str(y), "click", "--repeat", "2", "1")
+        self.screen.xdotool("mousemove", str(x), str(y), "click", "--repeat", "2", "1", *AWAY)
 
     def drag(self, start, end):
         """In steps, as a hand does."""
         words = ["mousemove", *map(str, start), "mousedown", "1"]
         for step in range(1, 11):
             words += ["mousemove", *(str(a + (b - a) * step // 10) for a, b in zip(start, end)), "sleep", "0.02"]
-        self.screen.xdotool(*words, "mouseup", "1", "mousemove", "1", "1")
+        self.screen.xdotool(*words, "mouseup", "1", *AWAY)
 
     def floating_caption(self):
         floating = wait_for(lambda: self.screen.windows(BAR), "the bar to float")[0]
@@ -139,10 +140,17 @@ class WalkTest(ProgramTest):
         self.keys("Up")
         self.wait_for_picture(whole, WIDTH)
 
+        self.command("w", "z")
+        self.wait_for_window("Zoom")
+        self.screen.xdotool("type", "abc")
+        self.keys("Return")
+        self.wait_for_window(TITLE)  # the refusal
+        self.keys("Return")
         for scale in ("2", "0.5", "1"):
-            self.command("w", "z")
-            self.answer("Zoom", scale)
+            self.answer("Zoom", scale)  # in place of what stood there
             place = self.wait_for_picture(whole, WIDTH, float(scale))
+            self.command("w", "z")
+        self.keys("Escape")
 
         # The frame keeps its size and the view takes the bar's room.
         for bar in "il":
@@ -153,13 +161,13 @@ class WalkTest(ProgramTest):
 
         # The bar's grip stands at its left end, above the picture; a floating bar has a caption.
         grip = place[0] + 3, place[1] - 20
-        self.double_click(*grip)
-        self.double_click(*self.floating_caption())
-        wait_for(lambda: not self.screen.windows(BAR), "the bar to dock")
-        self.wait_for_picture(whole, WIDTH)
         self.drag(grip, (place[0] + 300, place[1] + 200))
         self.drag(self.floating_caption(), (place[0] + 20, place[1] - 5))
         wait_for(lambda: not self.screen.windows(BAR), "the bar to be dropped where it was")
+        self.wait_for_picture(whole, WIDTH)
+        self.double_click(*grip)
+        self.double_click(*self.floating_caption())
+        wait_for(lambda: not self.screen.windows(BAR), "the bar to dock")
         self.wait_for_picture(whole, WIDTH)
 
         self.command("w", "n")

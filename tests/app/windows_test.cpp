@@ -72,7 +72,8 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     EXPECT_TRUE(showsWhen(true));
     frame.GetSubWindow()->showMinimized();
     EXPECT_TRUE(showsWhen(false));
-    frame.MDIRestore();
+    EXPECT_EQ(main.GetMenuState(ID_TOGGLE_LAYER_BAR), MF_CHECKED) << "it is only away";
+    frame.ActivateFrame();
     EXPECT_TRUE(showsWhen(true));
 
     bar->close();

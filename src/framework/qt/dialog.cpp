@@ -52,9 +52,7 @@ namespace {
 
 class DialogWindow final : public QDialog {
   public:
-    DialogWindow(QWidget* pParent, CDialog& dialog)
-        : QDialog(pParent, Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
-          m_dialog(dialog) {}
+    DialogWindow(QWidget* pParent, CDialog& dialog) : QDialog(pParent), m_dialog(dialog) {}
 
     // The Escape key and the caption's button.
     void reject() override {

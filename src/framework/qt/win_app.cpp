@@ -332,7 +332,6 @@ CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
     const std::string path = GetFullPath(strPathName);
     CDocument* document = nullptr;
     if (CMDIChildWnd* const child = FindOpen(path)) {
-        if (child->IsIconic()) child->MDIRestore();
         child->ActivateFrame();
         document = child->GetActiveView()->GetDocument();
     } else {
