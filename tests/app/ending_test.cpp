@@ -1,6 +1,6 @@
 // How the program ends with many windows open. usage:
-//   ending_test close|box|zoom|quit  ends it by its main frame: also while a message or a dialog is up, and the
-//                                    way in which a session does at its end
+//   ending_test close|box|zoom|quit|open  ends it by its main frame: also while a message or a dialog is up, and
+//                                         the way in which a session does at its end, once with a bar afloat
 
 #include "app/resource_ids.h"
 #include "app/vistrel_app.h"
@@ -10,6 +10,7 @@
 #include "support/private_home.h"
 
 #include <QApplication>
+#include <QDockWidget>
 
 #include <functional>
 #include <string>
@@ -38,7 +39,7 @@ int EndWithWindows(const std::string& strHow, char** argv) {
         const bool asks = QApplication::activeModalWidget() != nullptr;
         asWanted = theApp.m_pMainWnd->GetChildren().size() == WINDOWS && asks == (strHow != "close");
         QEvent quit(QEvent::Quit);
-        if (strHow == "quit")
+        if (strHow == "quit" || strHow == "open")
             QCoreApplication::sendEvent(qApp, &quit);
         else
             theApp.Command(ID_APP_EXIT);
@@ -55,6 +56,12 @@ int EndWithWindows(const std::string& strHow, char** argv) {
         if (strHow == "box") AfxMessageBox("A message");
         // The view is in the middle of its command when it goes.
         if (strHow == "zoom" || strHow == "quit") theApp.Command(ID_ZOOM);
+        if (strHow == "open") {
+            auto* const bar = theApp.m_pMainWnd->MDIGetActive()->GetWidget()->findChild<QDockWidget*>();
+            bar->setFloating(true);
+            QApplication::setActiveWindow(bar);
+            theApp.Command(ID_FILE_OPEN);
+        }
     };
     const int status = AfxWinMain(1, argv);
     return asWanted ? status : EXIT_FAILURE;

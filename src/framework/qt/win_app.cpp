@@ -70,14 +70,27 @@ class PlainCursor {
     const bool m_bWaiting = QApplication::overrideCursor() != nullptr;
 };
 
+// A name may be longer than any line and have no blank in it, so that it may be broken anywhere.
+QString Breakable(QString text) {
+    constexpr int LONGEST = 60;  // characters in one piece
+    int piece = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        piece = text[i].isSpace() ? 0 : piece + 1;
+        if (piece <= LONGEST || text[i].isLowSurrogate() || text[i].isMark()) continue;
+        text.insert(i++, QChar(0x200B));  // shows as nothing
+        piece = 1;
+    }
+    return text;
+}
+
 class BoxAnswers final : public Answers {
   public:
     int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
         if (g_pApp->IsEnding()) return IDCANCEL;
         QMessageBox box(nStyle & MB_ICONEXCLAMATION ? QMessageBox::Warning : QMessageBox::NoIcon,
-                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, QApplication::activeWindow());
+                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, g_pApp->GetDialogOwner());
         box.setTextFormat(Qt::PlainText);
-        box.setText(ToDisplayText(strText));
+        box.setText(Breakable(ToDisplayText(strText)));
         if (nStyle & MB_SETFOREGROUND) box.raise();
         const PlainCursor plain;
         return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
@@ -85,7 +98,7 @@ class BoxAnswers final : public Answers {
 
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
                                        const std::string& strFolder) override {
-        QFileDialog dialog(QApplication::activeWindow());
+        QFileDialog dialog(g_pApp->GetDialogOwner());
         dialog.setFileMode(QFileDialog::ExistingFiles);
         if (!strFolder.empty()) dialog.setDirectory(QFile::decodeName(strFolder.c_str()));
         // Only the last brackets of a filter count, and they do not show.
@@ -261,6 +274,11 @@ void CWinApp::OnFileOpen() {
 
 void CWinApp::OnFilePrintSetup() {
     AfxSetUpPrinter();
+}
+
+QWidget* CWinApp::GetDialogOwner() const {
+    QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog || !m_pMainWnd ? dialog : m_pMainWnd->GetWidget();
 }
 
 void CWinApp::OnAppExit() {

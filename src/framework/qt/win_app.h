@@ -17,6 +17,7 @@
 #include <vector>
 
 class CDocument;
+class QWidget;
 class ShellOpen;
 
 class CWinApp : public CCmdTarget {
@@ -83,6 +84,10 @@ class CWinApp : public CCmdTarget {
     bool HasHandler(u32 nID, u32 nCode) const override;
 
     CMDIFrameWnd* GetMainWnd() const { return m_pMainWnd.get(); }
+
+    // What a dialog stands in front of: the dialog that is up already, or else the main window, once there is
+    // one. Never a floating bar, which goes with its child window while the dialog is still up.
+    QWidget* GetDialogOwner() const;
 
     std::unique_ptr<CMDIFrameWnd> m_pMainWnd;
 
