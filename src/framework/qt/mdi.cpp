@@ -7,6 +7,7 @@
 #include "framework/qt/picture.h"
 #include "framework/qt/win_app.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMainWindow>
@@ -36,7 +37,7 @@ class MainWindow final : public QMainWindow {
 
   protected:
     void dragEnterEvent(QDragEnterEvent* pEvent) override {
-        if (pEvent->mimeData()->hasFormat(URI_LIST)) pEvent->acceptProposedAction();
+        if (pEvent->mimeData()->hasFormat(URI_LIST)) AcceptCopy(*pEvent);
     }
 
     // The bytes as they come, for a path need not be UTF-8. Lines that begin with a number sign are comments.
@@ -46,7 +47,7 @@ class MainWindow final : public QMainWindow {
             const QByteArray uri = line.trimmed();
             if (!uri.isEmpty() && uri[0] != '#') uris.push_back(uri.toStdString());
         }
-        pEvent->acceptProposedAction();
+        AcceptCopy(*pEvent);
         AfxGuardedCall([&] { AfxGetApp()->OpenLater(uris); });
     }
 
@@ -63,6 +64,12 @@ class MainWindow final : public QMainWindow {
     }
 
   private:
+    // Whoever believes that his files have been moved deletes them.
+    static void AcceptCopy(QDropEvent& event) {
+        event.setDropAction(Qt::CopyAction);
+        event.accept();
+    }
+
     CMDIFrameWnd& m_frame;
 };
 
@@ -99,7 +106,7 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     const QSize screen = window->screen()->availableGeometry().size();
     window->resize(screen.width() * 3 / 4, screen.height() * 3 / 4);
     m_pMenu = AfxFindMenu(nIDResource);
-    window->setWindowIcon(AfxLoadIcon(nIDResource));
+    QApplication::setWindowIcon(AfxLoadIcon(nIDResource));
     AfxAddAccelerators(*window, *this);
     if (OnCreate({}) == -1) return false;
     AddWindowKeys();
