@@ -80,6 +80,10 @@ TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
     ASSERT_TRUE((theApp.PumpMessages(), OpenFile(Picture(20, 10), "next.iff")));
     theApp.PumpMessages();
     EXPECT_TRUE(Frame().IsZoomed()) << "the next one opens as the active one stands";
+    ASSERT_TRUE(OpenFile(Picture(9, 9), "third.iff"));
+    Frame().OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
+    EXPECT_TRUE(WaitFor([] { return theApp.m_pMainWnd->GetChildren().size() == 2; }));
+    EXPECT_TRUE(WaitForTitle(" - [next.iff]")) << "so does the one before it when it closes";
     Frame().MDIRestore();
     EXPECT_EQ(ClientSize(), (CSize{20, 10}));
 }

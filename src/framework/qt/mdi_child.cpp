@@ -54,6 +54,8 @@ class SubWindow final : public QMdiSubWindow {
     // the order in which these were opened.
     void closeEvent(QCloseEvent* pEvent) override {
         mdiArea()->setActivationOrder(QMdiArea::ActivationHistoryOrder);
+        // It is to stand as this one does, which the toolkit forgets of a window that is gone.
+        if (isMaximized()) mdiArea()->activatePreviousSubWindow();
         QMdiSubWindow::closeEvent(pEvent);
         if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
     }
@@ -123,6 +125,7 @@ void CMDIChildWnd::OnOtherPane() {
     for (const QDockWidget* const bar : m_pBarHost->findChildren<QDockWidget*>())
         if (bar->isVisible() && !bar->isAncestorOf(focus)) pane = bar->findChild<QComboBox*>();
     pane->activateWindow();
+    pane->window()->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows
     pane->setFocus(Qt::TabFocusReason);
 }
 
