@@ -17,6 +17,9 @@
 
 #include <algorithm>
 
+// Pixels of a window's name in the list of windows; what is longer is cut in the middle.
+constexpr int LONGEST_NAME = 400;
+
 const MessageMap& CMDIFrameWnd::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
         OnCommand<&CMDIFrameWnd::OnViewToolBar>(ID_VIEW_TOOLBAR),
@@ -52,6 +55,10 @@ void CMDIFrameWnd::AddWindowKeys() {
     add("Ctrl+Shift+F6", previous);
     add("Ctrl+F4", [this] {
         if (MDIGetActive()) AfxGuardedCall([&] { OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr); });
+    });
+    // The menu that moves, sizes, minimises and maximises a child.
+    add("Alt+-", [this] {
+        if (const CMDIChildWnd* const child = MDIGetActive()) child->GetSubWindow()->showSystemMenu();
     });
 }
 
@@ -95,8 +102,9 @@ void CMDIFrameWnd::FillWindowList(QMenu& menu) {
         if (action->data().toUInt() >= AFX_IDM_FIRST_MDICHILD) delete action;
     const CMDIChildWnd* const active = MDIGetActive();
     for (std::size_t i = 0; i < m_children.size(); ++i) {
-        QString text =
-            QString::fromStdString(m_children[i]->GetWindowText()).replace(u'&', QStringLiteral("&&"));
+        QString text = QString::fromStdString(m_children[i]->GetWindowText());
+        text = menu.fontMetrics().elidedText(text, Qt::ElideMiddle, LONGEST_NAME);
+        text.replace(u'&', QStringLiteral("&&"));
         text = QStringLiteral("%1%2 %3").arg(i < 9 ? QStringLiteral("&") : QString()).arg(i + 1).arg(text);
         QAction* const action = menu.addAction(text);
         action->setData(AFX_IDM_FIRST_MDICHILD + static_cast<u32>(i));
