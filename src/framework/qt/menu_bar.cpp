@@ -5,8 +5,11 @@
 #include "framework/qt/frame_wnd.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
+#include <QProxyStyle>
 #include <QShortcut>
 
 namespace {
@@ -59,6 +62,26 @@ void AddItem(QMenu& menu, u32 nID, const QString& text, CFrameWnd& frame) {
                      [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); }); });
 }
 
+// A grey item can be gone over like any other, so that it says what it would do.
+class MenuStyle final : public QProxyStyle {
+  public:
+    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                  QStyleHintReturn* pReturn) const override {
+        if (hint == SH_Menu_AllowActiveAndDisabled) return 1;
+        return QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
+    }
+
+    // One for all menus; it goes with the application object.
+    static QStyle* Get() {
+        static QPointer<MenuStyle> style;
+        if (!style) {
+            style = new MenuStyle;
+            style->setParent(qApp);
+        }
+        return style;
+    }
+};
+
 void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
     for (const MenuItemResource& item : popup.items) {
         if (item.nId == 0) {
@@ -73,6 +96,7 @@ void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
     }
     QObject::connect(&menu, &QMenu::aboutToShow, &menu,
                      [&menu, &frame] { AfxGuardedCall([&] { UpdateMenu(menu, frame); }); });
+    menu.setStyle(MenuStyle::Get());
 }
 
 }  // namespace
