@@ -73,9 +73,9 @@ bool CStatusBar::SetIndicators(std::span<const u32> ids) {
 }
 
 void CStatusBar::ApplyWidth(const Pane& pane) {
-    pane.pLabel->setMinimumWidth(pane.cxWidth);
     pane.pLabel->setFrameShape(pane.nStyle & SBPS_NOBORDERS ? QFrame::NoFrame : QFrame::Panel);
     pane.pLabel->setFrameShadow(QFrame::Sunken);
+    pane.pLabel->setMinimumWidth(pane.cxWidth + 2 * pane.pLabel->frameWidth());
 }
 
 void CStatusBar::GetPaneInfo(int nIndex, u32& nID, u32& nStyle, int& cxWidth) const {
