@@ -7,9 +7,11 @@
 #include <QAccessibleWidget>
 #include <QApplication>
 #include <QDockWidget>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QShortcut>
 #include <QStyleOption>
 #include <QToolButton>
 
@@ -157,9 +159,27 @@ void DressBar(QDockWidget& bar, bool bFloating) {
     if (!bFloating) features |= QDockWidget::DockWidgetVerticalTitleBar;
     bar.setFeatures(features);
     CaptionOf(bar).SetFloating(bFloating);
-    // Nothing around a floating bar is narrower than its controls.
-    if (QWidget* const controls = bar.widget())
-        controls->setMinimumWidth(bFloating ? controls->sizeHint().width() : 0);
+    // A docked bar is as wide as its frame, a floating one as its controls.
+    if (QWidget* const controls = bar.widget()) {
+        const int width = controls->sizeHint().width();
+        controls->setMinimumWidth(bFloating ? width : 0);
+        if (bFloating) bar.resize(width, bar.height());
+    }
+}
+
+// The keys of the labels work in the window that these stand in. While the bar floats that is the bar itself,
+// and these stand for them in its frame.
+void AddMnemonics(QDockWidget& bar) {
+    for (const QLabel* const label : bar.findChildren<QLabel*>()) {
+        auto* const key = new QShortcut(QKeySequence::mnemonic(label->text()), bar.parentWidget());
+        key->setContext(Qt::WidgetWithChildrenShortcut);
+        key->setEnabled(false);
+        QObject::connect(&bar, &QDockWidget::topLevelChanged, key, &QShortcut::setEnabled);
+        QObject::connect(key, &QShortcut::activated, label->buddy(), [control = label->buddy()] {
+            control->activateWindow();
+            control->setFocus(Qt::ShortcutFocusReason);
+        });
+    }
 }
 
 // The toolkit's own name of a dock widget is its title, from which it takes every ampersand for the mark of a
@@ -188,6 +208,7 @@ bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
     bar->setWidget(new DialogWidget(*bar, *pFrame, *resource));
     pFrame->GetBarHost()->addDockWidget(Qt::TopDockWidgetArea, bar);
     AttachBar(bar, pFrame, nID);
+    AddMnemonics(*bar);
     return true;
 }
 
