@@ -5,7 +5,7 @@
 #include "framework/core/guarded_call.h"
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
-#include "framework/qt/convert.h"
+#include "framework/qt/box_answers.h"
 #include "framework/qt/key_locks.h"
 #include "framework/qt/printing.h"
 #include "framework/qt/shell_open.h"
@@ -13,10 +13,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QFile>
-#include <QFileDialog>
 #include <QKeyEvent>
-#include <QMessageBox>
 
 #include <cassert>
 #include <cstdio>
@@ -54,81 +51,7 @@ class ToolkitApplication final : public QApplication {
     }
 };
 
-// A question in the middle of something long waits for the user, not the other way round.
-class PlainCursor {
-  public:
-    PlainCursor() {
-        if (m_bWaiting) QApplication::changeOverrideCursor(Qt::ArrowCursor);
-    }
-    ~PlainCursor() {
-        if (m_bWaiting) QApplication::changeOverrideCursor(Qt::WaitCursor);
-    }
-    PlainCursor(const PlainCursor&) = delete;
-    PlainCursor& operator=(const PlainCursor&) = delete;
-
-  private:
-    const bool m_bWaiting = QApplication::overrideCursor() != nullptr;
-};
-
-// A name may be longer than any line and have no blank in it, so that it may be broken anywhere.
-QString Breakable(QString text) {
-    constexpr int LONGEST = 60;  // characters in one piece
-    int piece = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        piece = text[i].isSpace() ? 0 : piece + 1;
-        if (piece <= LONGEST || text[i].isLowSurrogate() || text[i].isMark()) continue;
-        text.insert(i++, QChar(0x200B));  // shows as nothing
-        piece = 1;
-    }
-    return text;
-}
-
-class BoxAnswers final : public Answers {
-  public:
-    int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
-        if (g_pApp->IsEnding()) return IDCANCEL;
-        QMessageBox box(nStyle & MB_ICONEXCLAMATION ? QMessageBox::Warning : QMessageBox::NoIcon,
-                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, g_pApp->GetDialogOwner());
-        box.setTextFormat(Qt::PlainText);
-        box.setText(Breakable(ToDisplayText(strText)));
-        if (nStyle & MB_SETFOREGROUND) box.raise();
-        const PlainCursor plain;
-        return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
-    }
-
-    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
-                                       const std::string& strFolder) override {
-        QFileDialog dialog(g_pApp->GetDialogOwner());
-        dialog.setFileMode(QFileDialog::ExistingFiles);
-        if (!strFolder.empty()) dialog.setDirectory(QFile::decodeName(strFolder.c_str()));
-        // Only the last brackets of a filter count, and they do not show.
-        dialog.setOption(QFileDialog::HideNameFilterDetails);
-        QStringList names;
-        for (const FileFilter& filter : filters) names.append(NameFilter(filter));
-        dialog.setNameFilters(names);
-        std::vector<std::string> paths;
-        if (dialog.exec() != QDialog::Accepted) return paths;
-        for (const QString& file : dialog.selectedFiles())
-            paths.push_back(QFile::encodeName(file).toStdString());
-        return paths;
-    }
-
-    int Dialog(u32, ModalDialog& dialog) override { return dialog.Wait(); }
-
-  private:
-    static QString NameFilter(const FileFilter& filter) {
-        QStringList patterns;
-        for (const std::string& bytes : filter.strPatterns) {
-            const QString pattern = ToDisplayText(bytes);
-            patterns.append(pattern);
-            if (pattern.toLower() != pattern) patterns.append(pattern.toLower());
-        }
-        return QStringLiteral("%1 (%2)").arg(ToDisplayText(filter.strName), patterns.join(u' '));
-    }
-};
-
 std::unique_ptr<ToolkitApplication> g_pToolkit;
-BoxAnswers g_answers;
 const char* g_pszProgram = "";  // as it was called
 
 bool IsSet(const char* pszVariable) {
@@ -214,7 +137,7 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
     std::atexit(OnExit);
     TellVersion(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
-    if (!info.IsPrint()) InstallAnswers(&g_answers);
+    if (!info.IsPrint()) InstallAnswers(&AfxGetBoxAnswers());
     AfxAskForLocks();
     QObject::connect(g_pToolkit.get(), &QGuiApplication::applicationStateChanged, &AfxAskForLocks);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,

@@ -1,0 +1,12 @@
+// The dock widget of a bar: how it looks while it is docked and while it floats, and where it docks when it
+// is dropped.
+#pragma once
+
+class QDockWidget;
+class QMainWindow;
+
+// Docked at the host's upper edge, which owns it; what the bar shows is set as its widget.
+QDockWidget* AfxCreateDockingBar(QMainWindow& host);
+
+// From the edge to the place where the bar floated last, and back to the edge.
+void AfxToggleFloating(QDockWidget& bar);
