@@ -170,6 +170,11 @@ class WalkTest(ProgramTest):
         wait_for(lambda: not self.screen.windows(BAR), "the bar to dock")
         self.wait_for_picture(whole, WIDTH)
 
+        self.keys("alt+minus", "x")
+        self.wait_for_window(f"{TITLE} - [chain.iff]")
+        self.keys("alt+minus", "r")
+        self.wait_for_window(f"{TITLE} - chain.iff")
+
         self.command("w", "n")
         self.wait_for_window(f"{TITLE} - chain.iff:2")
         # Its choices are its own.
