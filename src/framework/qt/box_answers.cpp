@@ -2,7 +2,7 @@
 
 #include "framework/core/answers.h"
 #include "framework/qt/convert.h"
-#include "framework/qt/win_app.h"
+#include "framework/qt/dialog_owner.h"
 
 #include <QApplication>
 #include <QFile>
@@ -43,9 +43,8 @@ QString Breakable(QString text) {
 class BoxAnswers final : public Answers {
   public:
     int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
-        if (AfxGetApp()->IsEnding()) return IDCANCEL;
         QMessageBox box(nStyle & MB_ICONEXCLAMATION ? QMessageBox::Warning : QMessageBox::NoIcon,
-                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, AfxGetApp()->GetDialogOwner());
+                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, AfxGetDialogOwner());
         box.setTextFormat(Qt::PlainText);
         box.setText(Breakable(ToDisplayText(strText)));
         if (nStyle & MB_SETFOREGROUND) box.raise();
@@ -55,7 +54,7 @@ class BoxAnswers final : public Answers {
 
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
                                        const std::string& strFolder) override {
-        QFileDialog dialog(AfxGetApp()->GetDialogOwner());
+        QFileDialog dialog(AfxGetDialogOwner());
         dialog.setFileMode(QFileDialog::ExistingFiles);
         if (!strFolder.empty()) dialog.setDirectory(QFile::decodeName(strFolder.c_str()));
         // Only the last brackets of a filter count, and they do not show.

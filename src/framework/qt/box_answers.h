@@ -1,5 +1,4 @@
-// The program's questions as boxes and dialogs in front of its windows. Once the program is to end, no message
-// shows.
+// The program's questions as boxes and dialogs in front of its windows.
 #pragma once
 
 class Answers;

@@ -6,8 +6,8 @@
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
 #include "framework/qt/dc.h"
+#include "framework/qt/dialog_owner.h"
 #include "framework/qt/view.h"
-#include "framework/qt/win_app.h"
 
 #include <QFile>
 #include <QPageSetupDialog>
@@ -91,7 +91,7 @@ bool AfxPreparePrinting(CPrintInfo& info) {
         if (!CanPrint(printer)) AfxMessageBox(AfxLoadString(AFX_IDP_NO_PRINTER));
         return CanPrint(printer);
     }
-    QPrintDialog dialog(&printer, AfxGetApp()->GetDialogOwner());
+    QPrintDialog dialog(&printer, AfxGetDialogOwner());
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
     return Ask(ID_FILE_PRINT, printer, dialog);
 }
@@ -117,7 +117,7 @@ void AfxPreviewView(CView& view) {
     QPrinter& printer = AfxGetPrinter();
     CPrintInfo info = {&printer, false, true};
     if (!view.OnPreparePrinting(&info)) return;
-    QPrintPreviewDialog dialog(&printer, AfxGetApp()->GetDialogOwner());
+    QPrintPreviewDialog dialog(&printer, AfxGetDialogOwner());
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested,
                      [&view, info](QPrinter* pPrinter) mutable {
                          info.m_pPrinter = pPrinter;
@@ -128,6 +128,6 @@ void AfxPreviewView(CView& view) {
 
 void AfxSetUpPrinter() {
     QPrinter& printer = AfxGetPrinter();
-    QPageSetupDialog dialog(&printer, AfxGetApp()->GetDialogOwner());
+    QPageSetupDialog dialog(&printer, AfxGetDialogOwner());
     Ask(ID_FILE_PRINT_SETUP, printer, dialog);
 }

@@ -199,17 +199,13 @@ void CWinApp::OnFilePrintSetup() {
     AfxSetUpPrinter();
 }
 
-QWidget* CWinApp::GetDialogOwner() const {
-    QWidget* const dialog = QApplication::activeModalWidget();
-    return dialog || !m_pMainWnd ? dialog : m_pMainWnd->GetWidget();
-}
-
 void CWinApp::OnAppExit() {
     SendMessageA(m_pMainWnd.get(), WM_CLOSE, 0, 0);
 }
 
 void CWinApp::End() {
     m_bEnding = true;
+    InstallAnswers(nullptr);
     m_nExitStatus = EXIT_SUCCESS;
     QCoreApplication::exit(m_nExitStatus);
 }

@@ -17,7 +17,6 @@
 #include <vector>
 
 class CDocument;
-class QWidget;
 class ShellOpen;
 
 class CWinApp : public CCmdTarget {
@@ -31,10 +30,9 @@ class CWinApp : public CCmdTarget {
     // Runs until the main window is closed; the program's status.
     int Run();
 
-    // The program is to end, whatever is going on: no file opens any more and no message shows, so that what
-    // goes through a list of files comes to its end too.
+    // The program is to end, whatever is going on: no file opens any more and no box, so that what goes
+    // through a list of files comes to its end too.
     void End();
-    bool IsEnding() const { return m_bEnding; }
 
     // Writes the settings; takes down windows and templates.
     void ExitInstance();
@@ -84,10 +82,6 @@ class CWinApp : public CCmdTarget {
     bool HasHandler(u32 nID, u32 nCode) const override;
 
     CMDIFrameWnd* GetMainWnd() const { return m_pMainWnd.get(); }
-
-    // What a dialog stands in front of: the dialog that is up already, or else the main window, once there is
-    // one. Never a floating bar, which goes with its child window while the dialog is still up.
-    QWidget* GetDialogOwner() const;
 
     std::unique_ptr<CMDIFrameWnd> m_pMainWnd;
 
