@@ -23,7 +23,7 @@ class DialogWidget final : public QWidget {
     QSize sizeHint() const override { return m_sizeHint; }
 
   protected:
-    // The bar is to be taken hold of anywhere between its controls, not by the grip alone.
+    // Anywhere between the controls, not on the grip alone, which is small.
     void mouseDoubleClickEvent(QMouseEvent*) override { AfxToggleFloating(m_bar); }
 
   private:
