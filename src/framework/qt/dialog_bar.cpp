@@ -40,6 +40,7 @@ void AddMnemonics(QDockWidget& bar) {
         key->setEnabled(false);
         QObject::connect(&bar, &QDockWidget::topLevelChanged, key, &QShortcut::setEnabled);
         QObject::connect(key, &QShortcut::activated, label->buddy(), [control = label->buddy()] {
+            if (!control->isVisible()) return;
             control->activateWindow();
             control->setFocus(Qt::ShortcutFocusReason);
         });

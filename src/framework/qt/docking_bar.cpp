@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -102,29 +103,37 @@ class DockedBar final : public QDockWidget {
         const bool handled = QDockWidget::event(pEvent);
         if (pEvent->type() != QEvent::MouseButtonPress && pEvent->type() != QEvent::MouseButtonRelease)
             return handled;
-        const QPoint at = static_cast<QMouseEvent*>(pEvent)->globalPosition().toPoint();
-        if (pEvent->type() == QEvent::MouseButtonPress)
-            m_pressed = at;
-        else if (isFloating() && (at - m_pressed).manhattanLength() > QApplication::startDragDistance())
-            Drop(at);
+        const auto& mouse = *static_cast<QMouseEvent*>(pEvent);
+        if (mouse.button() != Qt::LeftButton) return handled;
+        const QPoint at = mouse.globalPosition().toPoint();
+        if (pEvent->type() == QEvent::MouseButtonPress) {
+            m_held.reset();
+            if (titleBarWidget()->geometry().contains(mouse.position().toPoint())) m_held = at;
+        } else if (const auto held = std::exchange(m_held, std::nullopt)) {
+            // The control key keeps a bar from docking.
+            const bool isDragged = (at - *held).manhattanLength() > QApplication::startDragDistance();
+            if (isDragged && isFloating() && !(mouse.modifiers() & Qt::ControlModifier)) Drop(at);
+        }
         return handled;
     }
 
   private:
     void Drop(const QPoint& onScreen) {
         auto& host = *static_cast<QMainWindow*>(parentWidget());
-        const QRect frame = host.rect();
-        const QPoint at = host.mapFromGlobal(onScreen);
-        const int reach = std::min(DROP_REACH, frame.height() / 2);
-        const Qt::DockWidgetArea area = at.y() < reach                     ? Qt::TopDockWidgetArea
-                                        : at.y() >= frame.height() - reach ? Qt::BottomDockWidgetArea
-                                                                           : Qt::NoDockWidgetArea;
-        if (!frame.contains(at) || area == Qt::NoDockWidgetArea || !isAreaAllowed(area)) return;
+        // A frame can be larger than what shows of it.
+        for (const QWidget* part = &host; part; part = part->parentWidget())
+            if (!part->rect().contains(part->mapFromGlobal(onScreen))) return;
+        const int y = host.mapFromGlobal(onScreen).y();
+        const int reach = std::min(DROP_REACH, host.height() / 2);
+        const Qt::DockWidgetArea area = y < reach                    ? Qt::TopDockWidgetArea
+                                        : y >= host.height() - reach ? Qt::BottomDockWidgetArea
+                                                                     : Qt::NoDockWidgetArea;
+        if (area == Qt::NoDockWidgetArea || !isAreaAllowed(area)) return;
         host.addDockWidget(area, this);
         setFloating(false);
     }
 
-    QPoint m_pressed;
+    std::optional<QPoint> m_held;  // where the caption was taken hold of, on the screen
 };
 
 void DressBar(QDockWidget& bar, bool bFloating) {

@@ -5,8 +5,8 @@
 class QDockWidget;
 class QMainWindow;
 
-// Docked at the host's upper edge, which owns it; what the bar shows is set as its widget.
+// Docked at the upper edge of the host, which owns it; what the bar shows is set as its widget.
 QDockWidget* AfxCreateDockingBar(QMainWindow& host);
 
-// From the edge to the place where the bar floated last, and back to the edge.
+// From the edge to the place from which this took it to the edge, and back to the edge.
 void AfxToggleFloating(QDockWidget& bar);
