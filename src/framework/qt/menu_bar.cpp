@@ -11,6 +11,7 @@
 #include <QPointer>
 #include <QProxyStyle>
 #include <QShortcut>
+#include <QStyleOption>
 
 namespace {
 
@@ -69,6 +70,18 @@ class MenuStyle final : public QProxyStyle {
                   QStyleHintReturn* pReturn) const override {
         if (hint == SH_Menu_AllowActiveAndDisabled) return 1;
         return QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
+    }
+
+    // The one that is gone over has a frame then; the styles mark no others than those that can be chosen.
+    void drawControl(ControlElement element, const QStyleOption* pOption, QPainter* pPainter,
+                     const QWidget* pWidget) const override {
+        QProxyStyle::drawControl(element, pOption, pPainter, pWidget);
+        const bool isCurrent = pOption->state & State_Selected && !(pOption->state & State_Enabled);
+        if (element != CE_MenuItem || !isCurrent) return;
+        QStyleOptionFocusRect frame;
+        frame.QStyleOption::operator=(*pOption);
+        frame.state |= State_KeyboardFocusChange | State_HasFocus;
+        proxy()->drawPrimitive(PE_FrameFocusRect, &frame, pPainter, pWidget);
     }
 
     // One for all menus; it goes with the application object.
