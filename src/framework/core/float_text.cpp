@@ -33,7 +33,8 @@ std::optional<float> TextToFloat(const std::string& strText, const std::string& 
     const auto [end, error] = std::from_chars(text.data(), textEnd, value);
     const bool isBeyond = error == std::errc::result_out_of_range;
     if ((error != std::errc() && !isBeyond) || end != textEnd || !std::isfinite(value)) return std::nullopt;
-    // Beyond the range of a double lies what is too large as well as what is too small; the exponent tells.
+    // Beyond the range of a double lies what is too large as well as what is too small; the sign of the
+    // exponent tells, unless somebody wrote hundreds of zeros.
     if (isBeyond && text.find("e-") == std::string::npos && text.find("E-") == std::string::npos)
         value = std::copysign(std::numeric_limits<double>::infinity(), text[0] == '-' ? -1 : 1);
     return static_cast<float>(value);

@@ -8,5 +8,5 @@
 std::string FloatToText(float fValue, const std::string& strDecimalSign);
 
 // Takes a full stop as well as the decimal sign given, and blanks around the number. Nothing for a text that
-// is no number. One that is too large for a float is infinite, one that is too small is 0.
+// is no number. One beyond the range of a float is infinite or 0.
 std::optional<float> TextToFloat(const std::string& strText, const std::string& strDecimalSign);

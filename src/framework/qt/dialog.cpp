@@ -5,6 +5,7 @@
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/convert.h"
+#include "framework/qt/dialog_owner.h"
 #include "framework/qt/dialog_template.h"
 #include "framework/qt/win_app.h"
 
@@ -67,9 +68,8 @@ class DialogWindow final : public QDialog {
 
 int CDialog::DoModal() {
     const DialogResource& resource = *AfxFindDialog(m_nIDTemplate);
-    CWnd* const owner = AfxGetApp()->GetMainWnd();
-    auto* const window = new DialogWindow(owner->GetWidget(), *this);
-    Attach(window, owner);
+    auto* const window = new DialogWindow(AfxGetDialogOwner(), *this);
+    Attach(window, AfxGetApp()->GetMainWnd());
     SetWindowText(resource.pszCaption);
     window->setFixedSize(AfxCreateControls(*window, resource, *this));
     UpdateData(false);

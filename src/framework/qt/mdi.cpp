@@ -37,7 +37,8 @@ class MainWindow final : public QMainWindow {
 
   protected:
     void dragEnterEvent(QDragEnterEvent* pEvent) override {
-        if (pEvent->mimeData()->hasFormat(URI_LIST)) AcceptCopy(*pEvent);
+        const bool isOffered = pEvent->possibleActions() & Qt::CopyAction;
+        if (isOffered && pEvent->mimeData()->hasFormat(URI_LIST)) AcceptCopy(*pEvent);
     }
 
     // The bytes as they come, for a path need not be UTF-8. Lines that begin with a number sign are comments.

@@ -55,7 +55,9 @@ class SubWindow final : public QMdiSubWindow {
     void closeEvent(QCloseEvent* pEvent) override {
         mdiArea()->setActivationOrder(QMdiArea::ActivationHistoryOrder);
         // It is to stand as this one does, which the toolkit forgets of a window that is gone.
-        if (isMaximized()) mdiArea()->activatePreviousSubWindow();
+        const auto windows = mdiArea()->subWindowList(QMdiArea::ActivationHistoryOrder);
+        if (isMaximized() && windows.size() > 1 && !windows[windows.size() - 2]->isMinimized())
+            mdiArea()->activatePreviousSubWindow();
         QMdiSubWindow::closeEvent(pEvent);
         if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
     }
