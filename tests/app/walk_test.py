@@ -150,7 +150,9 @@ class WalkTest(ProgramTest):
             self.answer("Zoom", scale)  # in place of what stood there
             place = self.wait_for_picture(whole, WIDTH, float(scale))
             self.command("w", "z")
+        self.wait_for_window("Zoom")
         self.keys("Escape")
+        self.wait_for_window(f"{TITLE} - chain.iff")
 
         # The frame keeps its size and the view takes the bar's room.
         for bar in "il":
@@ -188,7 +190,7 @@ class WalkTest(ProgramTest):
         self.keys("Return")
         printed = Path(self.folder.name)
         wait_for(lambda: any(file.read_bytes().startswith(b"%PDF") for file in printed.glob("*.pdf")), "the printed page")
-
+        self.wait_for_window(f"{TITLE} - chain.iff:2")
         self.keys("ctrl+F4")
         self.wait_for_window(f"{TITLE} - chain.iff")
         self.keys("ctrl+F4")
@@ -199,6 +201,7 @@ class WalkTest(ProgramTest):
 
         self.command("h", "a")
         self.answer("About Vistrel", "")
+        self.wait_for_window(f"{TITLE} - chain.iff")
         self.keys("ctrl+F4")
         self.wait_for_window(TITLE)
         self.command("f", "x")
