@@ -41,7 +41,7 @@ class DesktopTest(ProgramTest):
 
     def call(self, method, *words):
         subprocess.run(["gdbus", "call", "--session", "--dest", "com.talvorine.Vistrel", "--object-path",
-                        "/com/talvorine/Vistrel", "--method", "org.freedesktop.Application." + method, *words],
+                        "/com/talvorine/Vistrel", "--method", "org.freedesktop." + method, *words],
                        check=True, stdout=subprocess.DEVNULL, timeout=DEADLINE)
 
     def wait_for_title(self, name):
@@ -61,14 +61,15 @@ class DesktopTest(ProgramTest):
         self.hand_over(*paths[:3], self.path("bad.iff", b"nothing"))
         box = wait_for(lambda: self.screen.windows(TITLE), "the refusal")[0]
         self.hand_over(paths[3])
-        self.call("Open", "['file://%s']" % self.path("by%20bus.iff"), "{}")
+        self.call("Application.Open", "['file://%s']" % self.path("by%20bus.iff"), "{}")
         self.path("by bus.iff", picture())
         wait_for(lambda: self.recent() == [names[2], names[1], names[0], b"first.iff"], "the recent files")
         self.screen.press(box, "Return")
         self.wait_for_title("by bus.iff")
         wait_for(lambda: self.recent()[:3] == [b"by bus.iff", names[3], names[2]], "the recent files")
         self.assertEqual(self.screen.windows(TITLE), [])
-        self.call("Activate", "{}")
+        self.call("Application.Activate", "{}")
+        self.call("DBus.Properties.GetAll", "org.freedesktop.Application")
 
     def test_the_next_copy_takes_over(self):
         self.started("first.iff", "-dde")
