@@ -1,16 +1,9 @@
 #include "framework/core/doc_string.h"
 
+#include "framework/core/ascii.h"
+
 #include <algorithm>
 #include <cstddef>
-
-namespace {
-
-// Extensions are plain letters; the locale has no say in their case.
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-}  // namespace
 
 std::string GetDocString(const std::string& strDocString, DocStringField field) {
     std::size_t start = 0;
@@ -26,7 +19,7 @@ bool MatchesFilterExt(const std::string& strFilterExt, const std::string& strPat
     const std::string name = strPathName.substr(strPathName.rfind('/') + 1);
     const std::size_t dot = name.rfind('.');
     if (dot == std::string::npos) return false;
-    return std::ranges::equal(name.substr(dot), strFilterExt, {}, Lower, Lower);
+    return std::ranges::equal(name.substr(dot), strFilterExt, {}, AsciiLower, AsciiLower);
 }
 
 std::vector<std::string> FilterPatterns(const std::string& strFilterExt) {

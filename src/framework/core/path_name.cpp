@@ -1,5 +1,7 @@
 #include "framework/core/path_name.h"
 
+#include "framework/core/ascii.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
@@ -12,8 +14,7 @@ constexpr std::string_view GAP = "...";
 constexpr std::string_view HEX_DIGITS = "0123456789ABCDEF";
 
 bool IsHarmless(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("/-._~").find(c) != std::string_view::npos;
+    return IsAsciiAlphanumeric(c) || std::string_view("/-._~").find(c) != std::string_view::npos;
 }
 
 // -1 for no hexadecimal digit.

@@ -1,5 +1,7 @@
 #include "framework/core/shell_registration.h"
 
+#include "framework/core/ascii.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -7,8 +9,7 @@ namespace {
 
 // Type ids and extensions are plain ASCII.
 std::string ToLower(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    std::ranges::transform(text, text.begin(), AsciiLower);
     return text;
 }
 
@@ -27,8 +28,7 @@ std::string EscapeXml(const std::string& text) {
 }
 
 bool IsPlain(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("/._-").find(c) != std::string_view::npos;
+    return IsAsciiAlphanumeric(c) || std::string_view("/._-").find(c) != std::string_view::npos;
 }
 
 // In quotes, and with a backslash before what means something there all the same.
