@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 namespace {
 
@@ -27,17 +28,10 @@ class PlainCursor {
     const bool m_bWaiting = QApplication::overrideCursor() != nullptr;
 };
 
-// A name may be longer than any line and have no blank in it, so that it may be broken anywhere.
+// A name may be longer than any line and have no blank in it, so that it may be broken every 60 characters.
+// The mark for that shows as nothing.
 QString Breakable(QString text) {
-    constexpr int LONGEST = 60;  // characters in one piece
-    int piece = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        piece = text[i].isSpace() ? 0 : piece + 1;
-        if (piece <= LONGEST || text[i].isLowSurrogate() || text[i].isMark()) continue;
-        text.insert(i++, QChar(0x200B));  // shows as nothing
-        piece = 1;
-    }
-    return text;
+    return text.replace(QRegularExpression(QStringLiteral("(\\S{60}\\pM*)")), QStringLiteral("\\1\u200B"));
 }
 
 class BoxAnswers final : public Answers {

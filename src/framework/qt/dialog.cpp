@@ -69,7 +69,7 @@ class DialogWindow final : public QDialog {
 int CDialog::DoModal() {
     const DialogResource& resource = *AfxFindDialog(m_nIDTemplate);
     auto* const window = new DialogWindow(AfxGetDialogOwner(), *this);
-    Attach(window, AfxGetApp()->GetMainWnd());
+    Attach(window, AfxGetApp()->m_pMainWnd.get());
     SetWindowText(resource.pszCaption);
     window->setFixedSize(AfxCreateControls(*window, resource, *this));
     UpdateData(false);

@@ -81,8 +81,6 @@ class CWinApp : public CCmdTarget {
     bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
     bool HasHandler(u32 nID, u32 nCode) const override;
 
-    CMDIFrameWnd* GetMainWnd() const { return m_pMainWnd.get(); }
-
     std::unique_ptr<CMDIFrameWnd> m_pMainWnd;
 
   protected:
