@@ -28,10 +28,8 @@ bool Load(CVistrelDoc& document, CFile& file) {
 void WriteFile(JsonWriter& json, const CVistrelDoc& document, const std::string& strPath) {
     const u32 type = document.m_nDocType;
     json.BeginObject();
-    json.Key("accepted");
-    json.Text(type == DOC_PSD ? "psd" : type == DOC_IFF ? "iff" : "none");
-    json.Key("file");
-    json.Text(strPath.substr(strPath.rfind('/') + 1));
+    json.Key("accepted").Text(type == DOC_PSD ? "psd" : type == DOC_IFF ? "iff" : "none");
+    json.Key("file").Text(strPath.substr(strPath.rfind('/') + 1));
     json.Key("iff");
     if (type == DOC_IFF)
         DescribeChunk(json, *document.m_Iff.GetRoot());

@@ -56,23 +56,19 @@ void WriteFields(JsonWriter& json, const IffChunk& chunk) {
 void DescribeChunk(JsonWriter& json, const IffChunk& chunk) {
     const auto* const container = dynamic_cast<const IffContainer*>(&chunk);
     json.BeginObject();
-    json.Key("children");
-    json.BeginArray();
+    json.Key("children").BeginArray();
     for (const IffChunkNode* node = container ? container->m_pFirst : nullptr; node; node = node->m_pNext)
         DescribeChunk(json, *node->m_pChunk);
     json.EndArray();
-    json.Key("fields");
-    json.BeginArray();
+    json.Key("fields").BeginArray();
     WriteFields(json, chunk);
     json.EndArray();
-    json.Key("id");
-    json.Text(Characters(chunk.m_Id));
+    json.Key("id").Text(Characters(chunk.m_Id));
     json.Key("type");
     if (container)
         json.Text(Characters(container->m_Type));
     else
         json.Null();
-    json.Key("unknown");
-    json.Bool(chunk.IsUnknown());
+    json.Key("unknown").Bool(chunk.IsUnknown());
     json.EndObject();
 }

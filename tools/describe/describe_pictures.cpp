@@ -23,8 +23,7 @@ void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown)
     const GdiBitmap* const bitmap = image.m_hBitmap;
     const PictureSums sums = bitmap ? SumsOf(*bitmap) : PictureSums();
     json.BeginObject();
-    json.Key("bitmap");
-    json.Bool(bitmap);
+    json.Key("bitmap").Bool(bitmap);
     json.Key("colours");
     WriteNumberOrNull(json, sizeIsKnown, image.m_nColours);
     json.Key("crc");
@@ -34,8 +33,7 @@ void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown)
         json.Null();
     json.Key("height");
     WriteNumberOrNull(json, sizeIsKnown, image.m_nHeight);
-    json.Key("info");
-    json.Text(image.InfoText());
+    json.Key("info").Text(image.InfoText());
     json.Key("sum");
     if (bitmap) {
         json.BeginArray();
@@ -44,8 +42,7 @@ void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown)
     } else {
         json.Null();
     }
-    json.Key("valid");
-    json.Bool(image.m_bValid != 0);
+    json.Key("valid").Bool(image.m_bValid != 0);
     json.Key("width");
     WriteNumberOrNull(json, sizeIsKnown, image.m_nWidth);
     json.EndObject();
@@ -72,23 +69,20 @@ void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std:
     for (u32 layer = 0; layer < layers.size(); ++layer) {
         const std::vector<std::string> channels = image.ChooseLayer(document, layer);
         json.BeginObject();
-        json.Key("channels");
-        json.BeginArray();
+        json.Key("channels").BeginArray();
         for (u32 channel = 0; channel < channels.size(); ++channel) {
             if (!Build(image, document, layer, channel))
                 std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", strFileName.c_str(), layer, channel,
                              CMemoryException().what());
             json.BeginObject();
-            json.Key("name");
-            json.Text(channels[channel]);
+            json.Key("name").Text(channels[channel]);
             json.Key("picture");
             // Of an IFF document the view may hold the size of the picture before.
             WritePicture(json, image, image.m_hBitmap || document.m_nDocType == DOC_PSD);
             json.EndObject();
         }
         json.EndArray();
-        json.Key("name");
-        json.Text(layers[layer].c_str());
+        json.Key("name").Text(layers[layer].c_str());
         json.EndObject();
     }
     json.EndArray();

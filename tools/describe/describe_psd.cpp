@@ -21,6 +21,13 @@ std::string Hex(const ByteArray& bytes) {
     return text;
 }
 
+template <typename List, typename Write>
+void WriteList(JsonWriter& json, const List& list, Write write) {
+    json.BeginArray();
+    for (const auto& element : list) write(json, *element);
+    json.EndArray();
+}
+
 void WriteRect(JsonWriter& json, i32 top, i32 left, i32 bottom, i32 right) {
     json.BeginArray();
     json.Numbers(top, left, bottom, right);
@@ -29,27 +36,19 @@ void WriteRect(JsonWriter& json, i32 top, i32 left, i32 bottom, i32 right) {
 
 void WriteGlobalMask(JsonWriter& json, const PsdGlobalMask& mask) {
     json.BeginObject();
-    json.Key("colour");
-    json.Text(Hex(mask.m_Colour));
-    json.Key("colour_space");
-    json.Number(mask.m_nColourSpace);
-    json.Key("kind");
-    json.Number(mask.m_nKind);
-    json.Key("opacity");
-    json.Number(mask.m_nOpacity);
+    json.Key("colour").Text(Hex(mask.m_Colour));
+    json.Key("colour_space").Number(mask.m_nColourSpace);
+    json.Key("kind").Number(mask.m_nKind);
+    json.Key("opacity").Number(mask.m_nOpacity);
     json.EndObject();
 }
 
 void WriteChannel(JsonWriter& json, const PsdLayerChannel& channel) {
     json.BeginObject();
-    json.Key("dest_range");
-    json.Text(Hex(channel.m_DestRange));
-    json.Key("id");
-    json.Number(channel.m_nId);
-    json.Key("length");
-    json.Number(channel.m_nLength);
-    json.Key("source_range");
-    json.Text(Hex(channel.m_SourceRange));
+    json.Key("dest_range").Text(Hex(channel.m_DestRange));
+    json.Key("id").Number(channel.m_nId);
+    json.Key("length").Number(channel.m_nLength);
+    json.Key("source_range").Text(Hex(channel.m_SourceRange));
     json.EndObject();
 }
 
@@ -59,10 +58,8 @@ void WriteMask(JsonWriter& json, const PsdLayer& layer) {
         return;
     }
     json.BeginObject();
-    json.Key("colour");
-    json.Number(layer.m_nMaskDefaultColour);
-    json.Key("flags");
-    json.Number(layer.m_nMaskFlags);
+    json.Key("colour").Number(layer.m_nMaskDefaultColour);
+    json.Key("flags").Number(layer.m_nMaskFlags);
     json.Key("rect");
     WriteRect(json, layer.m_nMaskTop, layer.m_nMaskLeft, layer.m_nMaskBottom, layer.m_nMaskRight);
     json.EndObject();
@@ -70,28 +67,19 @@ void WriteMask(JsonWriter& json, const PsdLayer& layer) {
 
 void WriteLayer(JsonWriter& json, const PsdLayer& layer) {
     json.BeginObject();
-    json.Key("blend_key");
-    json.Text({reinterpret_cast<const char*>(&layer.m_BlendKey), 4});
+    json.Key("blend_key").Text({reinterpret_cast<const char*>(&layer.m_BlendKey), 4});
     json.Key("channels");
-    json.BeginArray();
-    for (const auto& channel : layer.m_Channels) WriteChannel(json, *channel);
-    json.EndArray();
-    json.Key("clipping");
-    json.Number(layer.m_nClipping);
-    json.Key("dest_range");
-    json.Text(Hex(layer.m_DestRange));
-    json.Key("flags");
-    json.Number(layer.m_nFlags);
+    WriteList(json, layer.m_Channels, WriteChannel);
+    json.Key("clipping").Number(layer.m_nClipping);
+    json.Key("dest_range").Text(Hex(layer.m_DestRange));
+    json.Key("flags").Number(layer.m_nFlags);
     json.Key("mask");
     WriteMask(json, layer);
-    json.Key("name");
-    json.Text(layer.m_pszName.get());
-    json.Key("opacity");
-    json.Number(layer.m_nOpacity);
+    json.Key("name").Text(layer.m_pszName.get());
+    json.Key("opacity").Number(layer.m_nOpacity);
     json.Key("rect");
     WriteRect(json, layer.m_nTop, layer.m_nLeft, layer.m_nBottom, layer.m_nRight);
-    json.Key("source_range");
-    json.Text(Hex(layer.m_SourceRange));
+    json.Key("source_range").Text(Hex(layer.m_SourceRange));
     json.EndObject();
 }
 
@@ -110,45 +98,30 @@ void WriteResource(JsonWriter& json, const PsdResource& resource) {
         json.Text(Crc(raw->m_pBytes.get(), raw->m_nSize));
     else
         json.Null();
-    json.Key("id");
-    json.Number(resource.m_nId);
-    json.Key("name");
-    json.Text(resource.m_pszName.get());
+    json.Key("id").Number(resource.m_nId);
+    json.Key("name").Text(resource.m_pszName.get());
     json.Key("names");
     if (names)
         WriteAlphaNames(json, *names);
     else
         json.Null();
-    json.Key("size");
-    json.Number(resource.m_pData->GetSize());
+    json.Key("size").Number(resource.m_pData->GetSize());
     json.EndObject();
-}
-
-template <typename List, typename Write>
-void WriteList(JsonWriter& json, const List& list, Write write) {
-    json.BeginArray();
-    for (const auto& element : list) write(json, *element);
-    json.EndArray();
 }
 
 }  // namespace
 
 void DescribePsd(JsonWriter& json, const PsdImage& psd) {
     json.BeginObject();
-    json.Key("channels");
-    json.Number(psd.m_nChannels);
-    json.Key("depth");
-    json.Number(psd.m_nDepth);
+    json.Key("channels").Number(psd.m_nChannels);
+    json.Key("depth").Number(psd.m_nDepth);
     json.Key("global_masks");
     WriteList(json, psd.m_GlobalMasks, WriteGlobalMask);
-    json.Key("height");
-    json.Number(psd.m_nHeight);
+    json.Key("height").Number(psd.m_nHeight);
     json.Key("layers");
     WriteList(json, psd.m_Layers, WriteLayer);
-    json.Key("merged_alpha");
-    json.Bool(psd.m_bMergedAlpha);
-    json.Key("mode");
-    json.Number(psd.m_nMode);
+    json.Key("merged_alpha").Bool(psd.m_bMergedAlpha);
+    json.Key("mode").Number(psd.m_nMode);
     json.Key("palette");
     if (psd.m_pPalette)
         json.Text(Crc(psd.m_pPalette.get(), 3 * PSD_PALETTE_SIZE));
@@ -156,7 +129,6 @@ void DescribePsd(JsonWriter& json, const PsdImage& psd) {
         json.Null();
     json.Key("resources");
     WriteList(json, psd.m_Resources, WriteResource);
-    json.Key("width");
-    json.Number(psd.m_nWidth);
+    json.Key("width").Number(psd.m_nWidth);
     json.EndObject();
 }

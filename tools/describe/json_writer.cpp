@@ -21,12 +21,13 @@ void JsonWriter::End(char bracket) {
     m_bFirst = m_keys.empty();  // the next line begins anew
 }
 
-void JsonWriter::Key(std::string_view name) {
+JsonWriter& JsonWriter::Key(std::string_view name) {
     assert(m_keys.back() < name);
     m_keys.back() = name;
     Text(name);
     std::fputc(':', m_out);
     m_bFirst = true;
+    return *this;
 }
 
 void JsonWriter::Number(i64 value) {

@@ -18,8 +18,8 @@ class JsonWriter {
     void BeginArray() { Begin('['); }
     void EndArray() { End(']'); }
 
-    // Keys of one object come in ascending order.
-    void Key(std::string_view name);
+    // Keys of one object come in ascending order. Returns the writer, for the value.
+    JsonWriter& Key(std::string_view name);
 
     void Number(i64 value);
     void Bool(bool value);
