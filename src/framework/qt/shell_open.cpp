@@ -2,83 +2,59 @@
 
 #include "framework/core/guarded_call.h"
 
+#include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDBusVirtualObject>
 
 namespace {
 
 const QString INTERFACE = QStringLiteral("org.freedesktop.Application");
 
-const QString PROPERTIES = QStringLiteral("org.freedesktop.DBus.Properties");
-
-const QString INTROSPECTION = QStringLiteral(R"(  <interface name="org.freedesktop.Application">
-    <method name="Activate">
-      <arg type="a{sv}" name="platform_data" direction="in"/>
-    </method>
-    <method name="Open">
-      <arg type="as" name="uris" direction="in"/>
-      <arg type="a{sv}" name="platform_data" direction="in"/>
-    </method>
-    <method name="ActivateAction">
-      <arg type="s" name="action_name" direction="in"/>
-      <arg type="av" name="parameter" direction="in"/>
-      <arg type="a{sv}" name="platform_data" direction="in"/>
-    </method>
-  </interface>
-)");
-
 QString ObjectPath(const std::string& strName) {
     return u'/' + QString::fromStdString(strName).replace(u'.', u'/');
 }
 
-}  // namespace
+// What the toolkit offers on the bus in the name of the object that this is attached to. A request is
+// answered at once: what it leads to can take as long as the user likes.
+class ApplicationAdaptor final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
-// Answers at once: what a request leads to can take as long as the user likes.
-class ShellOpen::Node final : public QDBusVirtualObject {
   public:
-    explicit Node(Request request) : m_request(std::move(request)) {}
+    ApplicationAdaptor(QObject& object, ShellOpen::Request request)
+        : QDBusAbstractAdaptor(&object), m_request(std::move(request)) {}
 
-    QString introspect(const QString&) const override { return INTROSPECTION; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        if (message.interface() == PROPERTIES) return TellProperties(message, connection);
-        if (!message.interface().isEmpty() && message.interface() != INTERFACE) return false;
-        const QString call = message.member() + u'(' + message.signature() + u')';
-        if (call == QStringLiteral("Open(asa{sv})") || call == QStringLiteral("Activate(a{sv})")) {
-            std::vector<std::string> uris;
-            if (message.member() == QStringLiteral("Open"))
-                for (const QString& uri : message.arguments().first().toStringList())
-                    uris.push_back(uri.toStdString());
-            connection.send(message.createReply());
-            AfxGuardedCall([&] { m_request(uris); });
-            return true;
-        }
-        if (call != QStringLiteral("ActivateAction(sava{sv})")) return false;
-        connection.send(
+  public slots:
+    // The names are those of the bus; the last argument is what the caller's desktop adds.
+    void Activate(const QVariantMap&) { Pass({}); }
+    void Open(const QStringList& uris, const QVariantMap&) { Pass(uris); }
+    void ActivateAction(const QString&, const QVariantList&, const QVariantMap&,
+                        const QDBusMessage& message) {
+        message.setDelayedReply(true);
+        QDBusConnection::sessionBus().send(
             message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no such action")));
-        return true;
     }
 
   private:
-    // There are none, which is no reason to deny whoever asks for all of them.
-    static bool TellProperties(const QDBusMessage& message, const QDBusConnection& connection) {
-        const QString of = message.arguments().value(0).toString();
-        if (message.member() != QStringLiteral("GetAll") || (!of.isEmpty() && of != INTERFACE)) return false;
-        connection.send(message.createReply(QVariantMap()));
-        return true;
+    void Pass(const QStringList& uris) {
+        std::vector<std::string> passed;
+        for (const QString& uri : uris) passed.push_back(uri.toStdString());
+        AfxGuardedCall([&] { m_request(passed); });
     }
 
-    Request m_request;
+    ShellOpen::Request m_request;
 };
 
+}  // namespace
+
 ShellOpen::ShellOpen(const std::string& strName, Request request)
-    : m_strName(strName), m_pNode(std::make_unique<Node>(std::move(request))) {
+    : m_strName(strName), m_pObject(std::make_unique<QObject>()) {
+    new ApplicationAdaptor(*m_pObject, std::move(request));
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     // Whoever owns the name can be called.
-    bus.registerVirtualObject(ObjectPath(m_strName), m_pNode.get());
+    bus.registerObject(ObjectPath(m_strName), m_pObject.get());
     bus.interface()->registerService(QString::fromStdString(m_strName),
                                      QDBusConnectionInterface::QueueService);
 }
@@ -112,3 +88,5 @@ bool ShellOpen::HandOver(const std::vector<std::string>& uris) const {
     }
     return false;
 }
+
+#include "shell_open.moc"

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+class QObject;
+
 class ShellOpen {
   public:
     // What to do about a request: open these URIs, or only come to the front where there are none.
@@ -22,8 +24,6 @@ class ShellOpen {
     bool HandOver(const std::vector<std::string>& uris) const;
 
   private:
-    class Node;
-
     std::string m_strName;
-    std::unique_ptr<Node> m_pNode;
+    std::unique_ptr<QObject> m_pObject;  // stands for the program on the bus
 };
