@@ -2,7 +2,7 @@
 """The program among other running copies of itself and in front of the desktop.
 
 usage: dbus-run-session -- desktop_test.py PROGRAM
-Needs what end_to_end_test.py needs, and gdbus.
+Needs gdbus.
 """
 
 import os
@@ -12,7 +12,7 @@ import unittest
 import urllib.parse
 from pathlib import Path
 
-from end_to_end_test import DEADLINE, PROGRAM, TITLE, ProgramTest, picture, wait_for
+from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, picture, wait_for
 
 
 class DesktopTest(ProgramTest):

@@ -2,7 +2,7 @@
 """One walk through the program as a person takes it, with real keys and clicks.
 
 usage: walk_test.py PROGRAM
-Needs what end_to_end_test.py needs, and a window manager: openbox.
+Needs a window manager: openbox.
 """
 
 import struct
@@ -10,50 +10,28 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from end_to_end_test import (COLOURS, DEADLINE, HEIGHT, PLANES, PROGRAM, TITLE, WIDTH, ProgramTest, chunk,
-                             value_at, wait_for)
+from program_case import (DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, chunk, form, in_colour, in_rows,
+                          planes_of, value_at, wait_for)
 
 BAR = "Layers & Channels"
 AWAY = ("mousemove", "1", "1")  # the pointer hides what is under it
 
-
-def planes_of(values, width, planes):
-    body = b""
-    for start in range(0, len(values), width):
-        for plane in range(planes):
-            bits = "".join(str(value >> plane & 1) for value in values[start:start + width])
-            body += int(bits, 2).to_bytes(width // 8, "big")
-    return body
-
-
-def form(values, width, height, before=b""):
-    header = struct.pack(">HHhhBBBBHBBhh", width, height, 0, 0, PLANES, 0, 0, 0, 0, 1, 1, width, height)
-    colours = b"".join(bytes(colour) for colour in COLOURS)
-    return chunk(b"FORM", b"ILBM" + chunk(b"BMHD", header) + chunk(b"CMAP", colours) + before +
-                 chunk(b"BODY", planes_of(values, width, PLANES)))
-
-
-WHOLE = [value_at(x, y) for y in range(HEIGHT) for x in range(WIDTH)]
 LEVEL = [value_at(x + 5, y + 3) for y in range(HEIGHT // 2) for x in range(WIDTH // 2)]
-ALPHA = [255 - 3 * value for value in WHOLE]
+ALPHA = [255 - 3 * value for value in VALUES]
 
 
 def document():
     """A picture with an alpha picture, and one mip-map level."""
     alph = chunk(b"ALPH", struct.pack(">HHBB", WIDTH, HEIGHT, 8, 0) + planes_of(ALPHA, WIDTH, 8))
-    return chunk(b"LIST", b"ILBM" + form(WHOLE, WIDTH, HEIGHT, alph) + chunk(b"FORM", b"MIPM" + chunk(b"CONT", b"\1\0")) +
+    return chunk(b"LIST", b"ILBM" + form(VALUES, WIDTH, HEIGHT, alph) + chunk(b"FORM", b"MIPM" + chunk(b"CONT", b"\1\0")) +
                  chunk(b"LIST", b"ILBM" + form(LEVEL, WIDTH // 2, HEIGHT // 2)))
 
 
 def stretched(pixels, width, to_width, to_height):
     """Rows of a picture stretched to another size, nearest neighbour."""
     height = len(pixels) // width
-    return [b"".join(pixels[y * height // to_height * width + x * width // to_width] for x in range(to_width))
-            for y in range(to_height)]
-
-
-def in_colour(values):
-    return [bytes(reversed(COLOURS[value])) + b"\0" for value in values]
+    return in_rows([pixels[y * height // to_height * width + x * width // to_width]
+                    for y in range(to_height) for x in range(to_width)], to_width)
 
 
 class WalkTest(ProgramTest):
@@ -103,29 +81,16 @@ class WalkTest(ProgramTest):
 
     def floating_caption(self):
         floating = wait_for(lambda: self.screen.windows(BAR), "the bar to float")[0]
-        words = self.screen.xdotool("getwindowgeometry", "--shell", floating)
-        place = dict(word.split("=") for word in words)
-        return int(place["X"]) + 40, int(place["Y"]) + 10
-
-    def place_of(self, rows):
-        """Where a picture stands on the screen, or None."""
-        screen = [bytearray(row) for row in self.screen.rows()]
-        for row in screen:
-            row[3::4] = bytes(len(row) // 4)  # the byte that nobody sees
-        for top, row in enumerate(screen[:len(screen) - len(rows) + 1]):
-            left = row.find(rows[0])
-            if left >= 0 and left % 4 == 0 and all(
-                    screen[top + y][left:left + len(line)] == line for y, line in enumerate(rows)):
-                return left // 4, top
-        return None
+        left, top, _, _ = self.screen.place_of_window(floating)
+        return left + 40, top + 10
 
     def wait_for_picture(self, pixels, width, scale=1.0):
         height = len(pixels) // width
         rows = stretched(pixels, width, int(width * scale), int(height * scale))
-        return wait_for(lambda: self.place_of(rows), f"the picture at {scale}")
+        return wait_for(lambda: self.screen.place_of(rows), f"the picture at {scale}")
 
     def test_walk(self):
-        whole, level, alpha = in_colour(WHOLE), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
+        whole, level, alpha = in_colour(VALUES), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
         path = self.path("chain.iff", document())
 
         self.keys("ctrl+o")
@@ -157,7 +122,7 @@ class WalkTest(ProgramTest):
         # The frame keeps its size and the view takes the bar's room.
         for bar in "il":
             self.command("v", bar)
-            wait_for(lambda: not self.place_of(stretched(whole, WIDTH, WIDTH, HEIGHT)), "a bar to go")
+            wait_for(lambda: not self.screen.place_of(stretched(whole, WIDTH, WIDTH, HEIGHT)), "a bar to go")
             self.command("v", bar)
             self.wait_for_picture(whole, WIDTH)
 
@@ -183,7 +148,7 @@ class WalkTest(ProgramTest):
         self.keys("alt+c", "Down")
         self.wait_for_picture(alpha, WIDTH)
         self.command("w", "t")
-        wait_for(lambda: not self.place_of(stretched(alpha, WIDTH, WIDTH, HEIGHT)), "the windows side by side")
+        wait_for(lambda: not self.screen.place_of(stretched(alpha, WIDTH, WIDTH, HEIGHT)), "the windows side by side")
 
         self.keys("ctrl+p")
         self.wait_for_window("Print")
