@@ -1,0 +1,30 @@
+// Documents drawn by lot. Compilers evaluate the arguments of a call in different orders, so no call has two
+// that draw; statements and the elements of a braced list have one order.
+#pragma once
+
+#include "support/random.h"
+
+#include <initializer_list>
+
+struct Dice : Random {
+    using Random::Random;
+
+    bool OneIn(u32 count) { return Below(count) == 0; }
+    u32 Between(u32 least, u32 most) { return least + Below(most - least + 1); }
+    template <typename Value>
+    Value OneOf(std::initializer_list<Value> values) {
+        return values.begin()[Below(static_cast<u32>(values.size()))];
+    }
+};
+
+struct Size {
+    explicit Size(Dice& dice);  // mostly small
+
+    u32 width, height;
+};
+
+// A value for each pixel, row by row: a slope, a chessboard, a disc or noise.
+std::vector<u32> DrawValues(Dice& dice, const Size& size);
+
+Bytes IffVariant(Dice& dice);
+Bytes PsdVariant(Dice& dice);
