@@ -1,32 +1,13 @@
 #include "framework/core/regular_file.h"
 
 #include "framework/core/exception.h"
-#include "support/random.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <unistd.h>
 
 constexpr u32 WINDOW = CRegularFile::WINDOW_SIZE;
-
-TEST(RegularFile, ReadsWhatStandsAtEveryPosition) {
-    const TempFolder folder;
-    Random random(1);
-    const Bytes bytes = random.SomeBytes(3 * WINDOW + 17);
-    CRegularFile file(folder.Write(bytes));
-    for (int i = 0; i < 2000; ++i) {
-        const u64 position = random() % (bytes.size() + 10);
-        const u32 wanted = i % 50 == 0 ? 2 * WINDOW : random.Below(3000);
-        const u64 there = position < bytes.size() ? std::min<u64>(wanted, bytes.size() - position) : 0;
-        Bytes got(wanted + 1);
-        ASSERT_EQ(file.Seek(static_cast<i64>(position), CFile::begin), position);
-        ASSERT_EQ(file.Read(got.data(), wanted), there);
-        ASSERT_EQ(file.Seek(0, CFile::current), position + there);
-        ASSERT_EQ(std::memcmp(got.data(), bytes.data() + std::min(position, bytes.size()), there), 0);
-    }
-}
 
 TEST(RegularFile, SmallReadsShareOneWindow) {
     const TempFolder folder;

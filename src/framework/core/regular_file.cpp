@@ -23,8 +23,6 @@ void RefuseUnlessRegular(const struct stat& status) {
     if (!S_ISREG(status.st_mode)) throw CFileException(KindName(status.st_mode));
 }
 
-constexpr u64 LOOK_BACK = 4096;
-
 constexpr const char* OPENING = "It cannot be opened";
 constexpr const char* READING = "It cannot be read";
 
@@ -66,7 +64,7 @@ u64 CRegularFile::Seek(i64 nOffset, SeekFrom from) {
 u32 CRegularFile::Read(void* pData, u32 nCount) {
     u8* const out = static_cast<u8*>(pData);
     u32 done = CopyFromWindow(out, nCount);
-    if (nCount - done >= WINDOW_SIZE) {
+    if (nCount - done > MOST_BY_WINDOW) {
         const u32 got = ReadAt(m_nPosition, out + done, nCount - done);
         m_nPosition += got;
         done += got;
@@ -88,9 +86,7 @@ u32 CRegularFile::CopyFromWindow(void* pData, u32 nCount) {
 
 void CRegularFile::FillWindow() {
     m_nWindowSize = 0;
-    // Readers take the last few bytes of what they have read once more, so the window begins a little
-    // earlier.
-    m_nWindowStart = m_nPosition - std::min(m_nPosition, LOOK_BACK);
+    m_nWindowStart = m_nPosition - std::min<u64>(m_nPosition, LOOK_BACK);
     m_nWindowSize =
         ReadAt(m_nWindowStart, m_pWindow.get(), static_cast<u32>(std::min<u64>(m_nLength, WINDOW_SIZE)));
 }

@@ -10,8 +10,17 @@
 
 class CRegularFile final : public CFile {
   public:
-    // Bytes in a window. A read of as many goes straight into the caller's memory.
+    // Bytes in a window.
     static constexpr u32 WINDOW_SIZE = 128 * 1024;
+
+    // Readers take the last few bytes of what they have read once more, so a window begins as many bytes
+    // before the position.
+    static constexpr u32 LOOK_BACK = 4096;
+
+    // The most that a window filled at the position is sure to hold from there on. A read that wants more
+    // goes straight into the caller's memory. Whoever adds a threshold here adds it to the test of whole
+    // reads.
+    static constexpr u32 MOST_BY_WINDOW = WINDOW_SIZE - LOOK_BACK;
 
     // strPath: the bytes of the path, in no particular encoding. Throws CFileException with the system's
     // reason when it cannot be opened, and at once, without blocking, when it names a directory, a pipe, a
