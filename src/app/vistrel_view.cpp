@@ -9,7 +9,9 @@
 #include "framework/core/resource.h"
 #include "framework/qt/dc.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -88,7 +90,7 @@ void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
     BuildChannelList(pFrame);
     OnUpdate(nullptr, 0, nullptr);
     if (!m_bValid) return;
-    // A mip-map level is shown at the size of the whole picture.
+    // A mip-map level is shown at the size of the whole picture. From the 128th on the scale is infinite.
     const bool isLevel = GetDoc().m_nDocType == DOC_IFF;
     FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(GetSelection(pFrame->m_wndLayerCombo)))
                             : 1.0f);
@@ -110,7 +112,7 @@ void CVistrelView::FitFrameToImage(float fScale) {
     frame->GetParent()->ScreenToClient(&place);
     const CSize size = FittedClientSize(m_nWidth, m_nHeight, fScale);
     frame->MoveWindow({place.left, place.top, place.left + size.cx + dx, place.top + size.cy + dy});
-    m_fScale = fScale;
+    m_fScale = std::min(fScale, std::numeric_limits<float>::max());
 }
 
 void CVistrelView::OnDraw(CDC* pDC) {

@@ -8,7 +8,9 @@ namespace {
 constexpr double LARGEST_SIDE = 16777215;
 
 int Side(u32 nPixels, float fScale) {
-    return static_cast<int>(std::min(nPixels * double{fScale}, LARGEST_SIDE));
+    // The scale by itself first: 0 times infinity is no number.
+    const double scale = std::min(double{fScale}, LARGEST_SIDE);
+    return static_cast<int>(std::min(nPixels * scale, LARGEST_SIDE));
 }
 
 }  // namespace

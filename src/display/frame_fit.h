@@ -4,6 +4,6 @@
 #include "base/types.h"
 #include "framework/core/geometry.h"
 
-// Client area of a picture of nWidth by nHeight pixels at fScale: truncated towards zero, and clamped to what
-// a window can be.
+// Client area of a picture of nWidth by nHeight pixels at fScale, which may be infinite: truncated towards
+// zero, and clamped to what a window can be.
 CSize FittedClientSize(u32 nWidth, u32 nHeight, float fScale);

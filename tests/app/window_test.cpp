@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <new>
 
 CVistrelApp theApp;
@@ -31,12 +33,12 @@ TEST_F(WindowTest, TheClientAreaTakesExactlyThePicturesSizeTimesTheScale) {
     for (const auto& [width, height, scale, size] : Table<u32, u32, float, CSize>{{100, 50, 1.0f, {100, 50}},
              {100, 50, 0.03125f, {3, 1}}, {100, 50, 1.0f, {100, 50}}, {100, 50, 32.0f, {3200, 1600}},
              {33, 2, 1.5f, {49, 3}}, {20, 10, 0.03125f, {0, 0}}, {40, 10, 0.03125f, {1, 0}}, {100, 50, 1.0f, {100, 50}},
-             {4096, 30, 32.0f, {131072, 960}}, {7, 5, 1.0f, {7, 5}}}) {
+             {4096, 30, 32.0f, {131072, 960}}, {0, 0, INFINITY, {0, 0}}, {7, 5, 1.0f, {7, 5}}}) {
         View().m_nWidth = width;
         View().m_nHeight = height;
         View().FitFrameToImage(scale);
         EXPECT_EQ(ClientSize(), size) << width << " x " << height << " at " << scale;
-        EXPECT_EQ(View().m_fScale, scale);
+        EXPECT_EQ(View().m_fScale, std::min(scale, 3.40282347e38f));
         theApp.PumpMessages();
         EXPECT_EQ(ClientSize(), size) << "after " << scale << " had been shown";
     }

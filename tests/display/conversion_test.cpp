@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 const u8 TRIPLETS[] = {1, 2, 3, 0x44, 0x55, 0x66, 7, 8, 9};
 
 // The colours of what a conversion makes of a row of three pixels.
@@ -49,4 +51,5 @@ TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
     const CSize clamped = FittedClientSize(0xFFFFFFFF, 30000, 3.0e38f);
     EXPECT_GT(clamped.cx, 1 << 20);
     EXPECT_EQ(clamped.cx, clamped.cy);
+    EXPECT_EQ(FittedClientSize(0, 5, INFINITY), (CSize{0, clamped.cy})) << "a level from the 128th on";
 }
