@@ -17,8 +17,8 @@ u64& TheLimit() {
 
 LargeBlock LargeBlock::Try(u64 size) {
     LargeBlock block;
-    if (size > Limit()) return block;
-    const u64 rounded = (size + CACHE_LINE) & ~(CACHE_LINE - 1);  // never 0
+    const u64 rounded = (size + CACHE_LINE) & ~(CACHE_LINE - 1);  // never 0, unless it wraps
+    if (size > Limit() || rounded < size) return block;
     block.m_pData.reset(static_cast<u8*>(std::aligned_alloc(CACHE_LINE, rounded)));
     if (block.m_pData) block.m_nSize = size;
     return block;

@@ -2,6 +2,7 @@
 
 #include "framework/core/stretch.h"
 #include "support/byte_builder.h"
+#include "support/memory_limit.h"
 #include "support/pixels.h"
 #include "support/table.h"
 
@@ -31,6 +32,12 @@ TEST(GdiBitmap, RefusesWhatCannotBeDrawn) {
     for (const auto& [width, height, bits, drawn] : Table<i32, i32, u16, bool>{{1, 1, 24, true}, {0, 1, 24, false},
              {1, 0, 24, false}, {1, -1, 24, false}, {1, 1, 16, false}, {0x7FFFFFFF, 0x7FFFFFFF, 24, false}})
         EXPECT_EQ(Make(width, height, bits, 0, Bytes(64)) != nullptr, drawn) << width << 'x' << height << 'x' << bits;
+}
+
+TEST(LargeBlock, ASizeThatCannotBeRoundedUpGivesNone) {
+    const MemoryLimit none(~u64{0});
+    EXPECT_TRUE(LargeBlock::Try(0));
+    EXPECT_FALSE(LargeBlock::Try(~u64{0}));
 }
 
 // In row y and column x, a pixel has the value y << 16 | x.
