@@ -10,8 +10,8 @@ struct IffId {
 
     constexpr IffId() = default;
     constexpr IffId(const char (&characters)[5])
-        : m_nValue(static_cast<u32>(characters[0]) | static_cast<u32>(characters[1]) << 8 |
-                   static_cast<u32>(characters[2]) << 16 | static_cast<u32>(characters[3]) << 24) {
+        : m_nValue(Byte(characters[0]) | Byte(characters[1]) << 8 | Byte(characters[2]) << 16 |
+                   Byte(characters[3]) << 24) {
         static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
                       "the first character is the lowest-addressed byte");
     }
@@ -23,6 +23,10 @@ struct IffId {
 
     // The null id matches every other.
     constexpr bool Matches(IffId other) const { return IsNull() || other.IsNull() || *this == other; }
+
+  private:
+    // Without the sign that a character may have.
+    static constexpr u32 Byte(char character) { return static_cast<u8>(character); }
 };
 
 inline constexpr IffId ID_FORM("FORM");

@@ -32,6 +32,8 @@ static std::string ChildrenOf(const IffContainer& container) {
     return text;
 }
 
+TEST(IffId, HoldsTheBytesOfAnyCharacters) { EXPECT_EQ(IffId("\x81\xFF\0\x7F").m_nValue, 0x7F00FF81u); }
+
 TEST(Load, WhatIsAllowedWhere) {
     const Parts children = {Form("MIPM", {}), List("ILBM", {}), Cat("ILBM", {}), Prop("ILBM", {}), Bmhd({})};
     for (const auto& [id, type, expected] : Table<const char*, const char*, const char*>{
