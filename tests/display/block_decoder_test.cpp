@@ -50,11 +50,22 @@ TEST(BlockDecoder, KnownRows) {
         EXPECT_EQ(Decoded({.code = code, .height = 1, .data = data}), row) << code;
 }
 
+// One pixel after the other has index 1, all others 0.
 TEST(BlockDecoder, EveryPixelOfABlockHasItsPlace) {
-    // Index 1 in the four corners alone.
-    const std::string red = "ff0000ff ", blue = "0000ffff ";
-    const std::string edge = blue + red + red + blue, middle = red + red + red + red;
-    EXPECT_EQ(Decoded({.data = {0, 0xF8, 0x1F, 0, 0x41, 0, 0, 0x41}}), edge + middle + middle + edge);
+    for (const auto& [code, front, bits, back, others, one] :
+        Table<const char*, Bytes, u32, u64, const char*, const char*>{
+            {"DXT1", {0, 0xF8, 0x1F, 0}, 2, 0, "ff0000ff", "0000ffff"},
+            {"DXT3", {}, 4, 8, "00000000", "00000011"},
+            {"DXT5", {9, 8}, 3, 8, "00000009", "00000008"},
+        })
+        for (u32 place = 0; place < 16; ++place) {
+            ByteBuilder block;
+            block.Append(front);
+            for (u32 bit = 0; bit < 16 * bits; bit += 8) block.U8(u64{1} << place * bits >> bit);
+            std::string expected;
+            for (u32 i = 0; i < 16; ++i) expected += std::string(i == place ? one : others) + " ";
+            EXPECT_EQ(Decoded({.code = code, .data = block.Repeat(back, 0)}), expected) << code << " " << place;
+        }
 }
 
 // Each crop shows what the whole blocks show there.

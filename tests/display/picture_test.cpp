@@ -71,15 +71,16 @@ TEST(Alpha, IsShownAsGreyAtItsOwnWidth) {
 }
 
 TEST(S3tc, IsShownWithOrWithoutItsAlpha) {
-    const Bytes colours = {0, 0xF8, 0x1F, 0, 0xE4, 0, 0, 0},
-                alphas = ByteBuilder().U8(0x71).Repeat(7, 0).Append(colours);
+    // Red and blue over blue and red.
+    const Bytes colours = {0, 0xF8, 0x1F, 0, 4, 1, 0, 0},
+                alphas = ByteBuilder().U8(0x71, 0, 0x42).Repeat(5, 0).Append(colours);
     for (const auto& [code, data, channels, composite, alpha] :
         Table<const char*, Bytes, u32, const char*, const char*>{
-            {"DXT1", colours, 1, "2x1x0 rb", "2x1x0 ww"},
-            {"DXT3", alphas, 2, "2x1x0 rb", "2x1x0 <111111><777777>"},
+            {"DXT1", colours, 1, "2x2x0 rb/br", "2x2x0 ww/ww"},
+            {"DXT3", alphas, 2, "2x2x0 rb/br", "2x2x0 <111111><777777>/<222222><444444>"},
             {"WHAT", alphas, 2, "no bitmap", "no bitmap"},
         }) {
-        Shown shown(Form("ILBM", {S3tc({.code = code, .width = 2, .height = 1, .data = data})}));
+        Shown shown(Form("ILBM", {S3tc({.code = code, .width = 2, .height = 2, .data = data})}));
         EXPECT_EQ(shown.channels.size(), channels);
         EXPECT_EQ(shown.Text(), composite);
         shown.Select(0, 1);

@@ -36,13 +36,18 @@ TEST(PsdPicture, EveryModeAndDepthGoesToItsConverter) {
              {PSD_RGB, 8, 3, 0, "<102030><112131>"},
              {PSD_RGB, 16, 3, 0, "<102030><112131>"},
              {PSD_RGB, 1, 3, 0, "k<010101>"},
-             {PSD_RGB, 8, 2, 0, "<102000><112100>"},
+             {PSD_RGB, 8, 1, 0, "<100000><110000>"},
+             {PSD_RGB, 16, 1, 0, "<100000><110000>"},
              {PSD_RGB, 16, 4, 2, "<202020><212121>"},
              {PSD_RGB, 1, 4, 4, "kw"},
              {PSD_RGB, 8, 2, 3, ""},  // a colour that the file lacks
-             {PSD_CMYK, 8, 3, 0, "<102030><112131>"},
+             {PSD_RGB, 16, 2, 3, ""},
+             {PSD_RGB, 1, 2, 3, ""},
+             {PSD_CMYK, 8, 1, 0, "<10ffff><11ffff>"},
              {PSD_CMYK, 8, 4, 0, "<04080c><04080c>"},
+             {PSD_CMYK, 16, 1, 0, "<10ffff><11ffff>"},
              {PSD_CMYK, 16, 4, 0, "<04080c><04080c>"},
+             {PSD_CMYK, 1, 3, 0, "k<010101>"},
              {PSD_LAB, 8, 3, 0, ""},
              {PSD_LAB, 8, 3, 2, "<202020><212121>"},
              {PSD_MULTICHANNEL, 8, 2, 0, ""},
@@ -72,7 +77,7 @@ TEST(PsdPicture, EveryWidthKeepsItsRowsApart) {
 
 TEST(PsdPicture, LayersAreShownByTheIdsOfTheirChannels) {
     // One column, two rows, across the image's edge; the differences of the edges are unsigned. The document's
-    // mode and depth have no say in what a layer shows, and a later red takes the place of an earlier one.
+    // mode, depth and palette have no say in what a layer shows, and a later red takes the place of an earlier one.
     PsdLayerFields layer = {.top = 0x7FFFFFFF, .left = -1, .bottom = -0x7FFFFFFF, .right = 0};
     for (const auto& [id, samples] :
         Table<i32, Bytes>{{2, {1, 2}}, {0, {3, 4}}, {-1, {5, 6}}, {-2, {7, 8}}, {3, {0, 0}}, {0, {10, 11}}})
@@ -80,7 +85,8 @@ TEST(PsdPicture, LayersAreShownByTheIdsOfTheirChannels) {
     PsdLayerFields masked = layer;
     masked.channels[3].data = RawData({7, 8, 9});
     masked.mask = ByteBuilder().U32(0, 0, 1, 3, 0);
-    Shown shown(Psd({.channels = 4, .depth = 16, .mode = PSD_CMYK, .layers = {layer, masked}}));
+    Shown shown(Psd({.depth = 16, .mode = PSD_INDEXED, .colourData = Bytes(768), .layers = {layer, masked}}));
+    EXPECT_EQ(shown.Text(), "1x1x256 k");
     for (const auto& [nLayer, channel, text] : Table<u32, u32, const char*>{
              {1, 0, "1x2x0 <0a0001>/<0b0002>"},
              {1, 3, "1x2x0 <050505>/<060606>"},
