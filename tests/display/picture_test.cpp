@@ -1,4 +1,5 @@
 #include "display/catalogue.h"
+#include "display/frame_fit.h"
 #include "framework/core/exception.h"
 #include "support/iff_builder.h"
 #include "support/memory_limit.h"
@@ -7,6 +8,8 @@
 #include "support/table.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 const Bytes FOUR = Cmap({BLACK, RED, GREEN, BLUE});
 
@@ -103,4 +106,13 @@ TEST(DisplayImage, WithoutMemoryNoPictureIsLeft) {
         EXPECT_FALSE(shown.image.m_bValid || shown.image.m_hBitmap);
         EXPECT_FALSE(shown.image.m_pBody && shown.image.m_pBody->DecodeRow()) << "decoding has ended";
     }
+}
+
+TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
+    EXPECT_EQ(FittedClientSize(100, 50, 0.03125f), (CSize{3, 1}));
+    EXPECT_EQ(FittedClientSize(33, 0, 1.5f), (CSize{49, 0}));
+    const CSize clamped = FittedClientSize(0xFFFFFFFF, 30000, 3.0e38f);
+    EXPECT_GT(clamped.cx, 1 << 20);
+    EXPECT_EQ(clamped.cx, clamped.cy);
+    EXPECT_EQ(FittedClientSize(0, 5, INFINITY), (CSize{0, clamped.cy})) << "a level from the 128th on";
 }

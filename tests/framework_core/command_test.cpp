@@ -67,7 +67,6 @@ TEST(CommandLine, SwitchesAndFiles) {
             {{"vistrel", "--", "--help", "-x"}, Info::FileOpen, {"--help", "-x"}},
             {{"vistrel", "a", "--version", "-x"}, Info::ShowVersion, {"a"}},
             {{"vistrel", "-x", "--help"}, Info::BadSwitch, {}},
-            {{"vistrel", "a", "-p", "b"}, Info::FilePrint, {"a", "b"}},
             {{"vistrel", "a", "-pt", "b", "c"}, Info::SurplusWord, {"a", "b"}},
         }) {
         Info info;
