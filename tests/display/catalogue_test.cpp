@@ -97,13 +97,13 @@ TEST(PictureChoice, CostsNoMoreThanAFewLooksAtEachChunk) {
     Parts propsThenForms(MANY, Prop("ILBM", {grab})), fewProps(7, Prop("ILBM", Parts(8, grab)));
     propsThenForms.resize(2 * MANY, form);
     fewProps.push_back(Form("ILBM", Parts(MANY, body)));
-    Bytes deep = List("ILBM", Parts(MANY, form));
-    for (int level = 0; level < 1000; ++level) deep = List("ILBM", {deep});
+    Bytes deep = form;
+    for (int level = 0; level < 1000; ++level) deep = List("ILBM", {form, deep});
     for (const auto& [name, bytes, chunks] : Table<const char*, Bytes, u64>{
              {"props and forms", List("ILBM", propsThenForms), 4 * MANY},
              {"few small props", List("ILBM", fewProps), MANY},
              {"one large prop", List("ILBM", {Prop("ILBM", Parts(MANY, grab)), fewProps.back()}), 2 * MANY},
-             {"deep", deep, 2 * MANY},
+             {"a form in each list", deep, 3000},
              {"lists of one", List("ILBM", Parts(MANY, List("ILBM", {form}))), 3 * MANY},
          }) {
         const u64 before = IffContainer::s_nNodesVisited;
