@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-TEST(DocString, HasSevenFieldsOfWhichAnyMayBeMissing) {
-    EXPECT_EQ(GetDocString("\n\n\nPictures (*.ABC)\n.ABC", DocStringField::FilterName), "Pictures (*.ABC)");
-    EXPECT_EQ(GetDocString("\n\n\nPictures", DocStringField::FilterExt), "");
-}
-
 TEST(DocString, AnExtensionIsThatOfTheLastPartOfThePath) {
     for (const char* path : {"/home/x.def/picture.aBc", ".abc"}) EXPECT_TRUE(MatchesFilterExt(".ABC", path)) << path;
     for (const char* path : {"/home/x.abc/picture", "picture.abc.def", "picture.abcd"})

@@ -8,9 +8,6 @@ TEST(ShellRegistration, AnyPathOfTheProgramIsOneWordOfOneLine) {
     const std::string entry = registration.MakeDesktopEntry("/a b/100%\"`$\\\n/program");
     const std::string package = registration.MakeMimePackage();
     for (const char* part : {"\nExec=\"/a b/100%%\\\\\"\\\\`\\\\$\\\\\\\\\\n/program\" -dde %F\n",
-             "\nTryExec=/a b/100%\"`$\\\\\\n/program\n",
-             "\nMimeType=image/x-program-picture;image/x-c;image/x-program-offer;\n",
-             "<comment>Pictures &amp; &lt;more></comment>", "<glob pattern=\"*.abc\""})
+             "\nTryExec=/a b/100%\"`$\\\\\\n/program\n", "<comment>Pictures &amp; &lt;more></comment>"})
         EXPECT_NE((entry + package).find(part), std::string::npos) << part << " is not in " << entry << package;
-    EXPECT_EQ(package.find("<glob pattern", package.find("image/x-o")), std::string::npos) << package;
 }

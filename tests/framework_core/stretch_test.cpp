@@ -1,9 +1,7 @@
-#include "framework/core/gdi_bitmap.h"
-
 #include "framework/core/stretch.h"
-#include "support/byte_builder.h"
+
+#include "framework/core/gdi_bitmap.h"
 #include "support/memory_limit.h"
-#include "support/pixels.h"
 #include "support/table.h"
 
 #include <gtest/gtest.h>
@@ -12,26 +10,6 @@
 #include <vector>
 
 using Bitmap = std::unique_ptr<GdiBitmap, decltype(&DeleteObject)>;
-
-// Red and green are the first two entries of the colour table.
-static Bitmap Make(i32 width, i32 height, u16 bitCount, u32 colours, const Bytes& bits) {
-    BITMAPINFO info = {
-        {40, width, height, 1, bitCount, BI_RGB, 0, 0, 0, colours, colours}, {{0, 0, 255, 0}, {0, 255, 0, 0}}};
-    return Bitmap(
-        CreateDIBitmap(nullptr, &info.bmiHeader, CBM_INIT, bits.data(), &info, DIB_RGB_COLORS), &DeleteObject);
-}
-
-TEST(GdiBitmap, RowsComeBottomUpAndPadded) {
-    // Three of each four bytes count, and black is behind the colour table.
-    EXPECT_EQ(BitmapText(Make(3, 2, 8, 2, {0, 1, 1, 0, 1, 0, 2, 0}).get()), "grk/rgg");
-    EXPECT_EQ(BitmapText(Make(2, 1, 24, 0, {255, 0, 0, 0, 0, 255, 0, 0}).get()), "br");
-}
-
-TEST(GdiBitmap, RefusesWhatCannotBeDrawn) {
-    for (const auto& [width, height, bits, drawn] : Table<i32, i32, u16, bool>{
-             {1, 1, 24, true}, {0, 1, 24, false}, {1, 0, 24, false}, {0x7FFFFFFF, 0x7FFFFFFF, 24, false}})
-        EXPECT_EQ(Make(width, height, bits, 0, Bytes(64)) != nullptr, drawn) << width << 'x' << height << 'x' << bits;
-}
 
 TEST(LargeBlock, ASizeThatCannotBeRoundedUpGivesNone) {
     const MemoryLimit none(~u64{0});
