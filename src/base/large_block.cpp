@@ -1,5 +1,6 @@
 #include "base/large_block.h"
 
+#include <new>
 #include <unistd.h>
 #include <utility>
 
@@ -21,6 +22,12 @@ LargeBlock LargeBlock::Try(u64 size) {
     if (size > Limit() || rounded < size) return block;
     block.m_pData.reset(static_cast<u8*>(std::aligned_alloc(CACHE_LINE, rounded)));
     if (block.m_pData) block.m_nSize = size;
+    return block;
+}
+
+LargeBlock LargeBlock::Allocate(u64 size) {
+    LargeBlock block = Try(size);
+    if (!block) throw std::bad_alloc();
     return block;
 }
 

@@ -16,6 +16,9 @@ class LargeBlock {
     // nothing when size is above Limit() or the memory cannot be had. A size of 0 gives a block.
     static LargeBlock Try(u64 size);
 
+    // The same, but throws std::bad_alloc where the block cannot be had.
+    static LargeBlock Allocate(u64 size);
+
     // The most bytes that a single block may have: half of the machine's physical memory, unless set
     // otherwise.
     static u64 Limit();

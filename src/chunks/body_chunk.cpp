@@ -3,15 +3,14 @@
 #include "chunks/byte_run.h"
 #include "chunks/ilbm_chunks.h"
 #include "chunks/plane_rows.h"
-#include "framework/core/exception.h"
 
 void BodyChunk::Transfer(IffArchive& archive) {
     if (archive.IsLoading()) {
         m_nDataSize = 0;
         m_pData = LargeBlock();
-        if (!archive.CanDeliver(archive.GetRemaining())) return;
+        if (!archive.Require(archive.GetRemaining())) return;
         m_nDataSize = static_cast<u32>(archive.GetRemaining());
-        m_pData = AllocateLargeBlock(m_nDataSize);
+        m_pData = LargeBlock::Allocate(m_nDataSize);
     }
     archive.TransferBytes(m_pData.Data(), m_nDataSize);
 }

@@ -1,7 +1,5 @@
 #include "chunks/extension_chunks.h"
 
-#include "framework/core/exception.h"
-
 #include <utility>
 
 void TranChunk::Transfer(IffArchive& archive) {
@@ -28,9 +26,12 @@ void S3tcChunk::Transfer(IffArchive& archive) {
     if (archive.IsLoading()) {
         m_pData = LargeBlock();
         const u32 claimed = std::exchange(m_nDataSize, 0);
-        if (!archive.CanDeliver(claimed)) return;
+        if (archive.HasFailed()) return;
+        const i32 held = archive.GetRemaining();
+        if (i64{claimed} > held) archive.RefuseField(sizeof(claimed), Rule::IffBlocksSize, claimed, held);
+        if (claimed == 0 || !archive.Require(claimed)) return;
         m_nDataSize = claimed;
-        m_pData = AllocateLargeBlock(m_nDataSize);
+        m_pData = LargeBlock::Allocate(m_nDataSize);
     }
     archive.TransferBytes(m_pData.Data(), m_nDataSize);
 }

@@ -47,5 +47,5 @@ class S3tcChunk final : public IffChunk {
     u16 m_nWidth = 0;     // pixels
     u16 m_nHeight = 0;    // rows
     u32 m_nDataSize = 0;  // bytes, of which the chunk may hold more
-    LargeBlock m_pData;
+    LargeBlock m_pData;   // none where the size is 0
 };

@@ -1,7 +1,5 @@
 #include "chunks/ilbm_chunks.h"
 
-#include "framework/core/exception.h"
-
 static_assert(sizeof(IffRgb) == 3, "colour map entries lie one behind the other");
 
 void BmhdChunk::Transfer(IffArchive& archive) {
@@ -25,9 +23,9 @@ void CmapChunk::Transfer(IffArchive& archive) {
         m_nEntries = 0;
         m_pEntries = LargeBlock();
         const i64 entries = archive.GetRemaining() / 3;
-        if (!archive.CanDeliver(entries * 3)) return;
+        if (!archive.Require(entries * 3)) return;
         m_nEntries = static_cast<u32>(entries);
-        m_pEntries = AllocateLargeBlock(u64{m_nEntries} * 3);
+        m_pEntries = LargeBlock::Allocate(u64{m_nEntries} * 3);
     }
     auto* const entries = reinterpret_cast<IffRgb*>(m_pEntries.Data());
     for (u32 i = 0; i < m_nEntries && !archive.HasFailed(); ++i) archive.Transfer(entries[i]);

@@ -13,7 +13,7 @@ class PlaneRows {
   public:
     PlaneRows(const Sample* const* ppRows, u32 width, Sample absent) : m_ppRows(ppRows) {
         if (ppRows) return;
-        m_absent = AllocateLargeBlock(SizeProduct(width, sizeof(Sample)));
+        m_absent = LargeBlock::Allocate(SizeProduct(width, sizeof(Sample)));
         std::fill_n(AbsentRow(), width, absent);
     }
 

@@ -2,7 +2,6 @@
 
 #include "base/checked_size.h"
 #include "chunks/extension_chunks.h"
-#include "framework/core/exception.h"
 
 #include <algorithm>
 #include <array>
@@ -121,7 +120,7 @@ LargeBlock DecodeBlocks(const S3tcChunk& chunk) {
     const u64 width = chunk.m_nWidth, height = chunk.m_nHeight;
     const u64 across = (width + SIDE - 1) / SIDE, down = (height + SIDE - 1) / SIDE;
     if (across * down == 0 || across * down * Format::BLOCK_SIZE != chunk.m_nDataSize) return {};
-    LargeBlock pixels = AllocateLargeBlock(SizeProduct(width, height, sizeof(u32)));
+    LargeBlock pixels = LargeBlock::Allocate(SizeProduct(width, height, sizeof(u32)));
     const u8* bytes = chunk.m_pData.Data();
     for (u64 top = 0; top < height; top += SIDE) {
         const u64 rows = std::min<u64>(SIDE, height - top);

@@ -4,7 +4,6 @@
 
 #include "base/checked_size.h"
 #include "base/large_block.h"
-#include "framework/core/exception.h"
 
 // Bytes of a row, rounded up to a multiple of 4.
 constexpr u64 Stride8(u64 nWidth) {
@@ -20,7 +19,7 @@ class DibRows {
     DibRows(u32 nHeight, u64 nStride)
         : m_nHeight(nHeight),
           m_nStride(nStride),
-          m_block(AllocateLargeBlock(SizeProduct(nHeight, nStride))) {}
+          m_block(LargeBlock::Allocate(SizeProduct(nHeight, nStride))) {}
 
     // Where the picture's row y goes; 0 is the top.
     u8* Row(u32 y) const { return m_block.Data() + (m_nHeight - 1 - y) * m_nStride; }

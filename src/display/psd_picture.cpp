@@ -11,7 +11,7 @@ RowTable8 Plane8(const PsdImage& psd, u32 channel) {
 }
 
 RowTable16 Plane16(const PsdImage& psd, u32 channel) {
-    return reinterpret_cast<RowTable16>(Plane8(psd, channel));
+    return psd.GetWords(channel);
 }
 
 }  // namespace

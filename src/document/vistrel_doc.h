@@ -19,6 +19,10 @@ class CVistrelDoc : public CDocument {
     // when both readers have refused it.
     void Serialize(CArchive& archive) override;
 
+    // The reason of the reader that the file is for, as its first bytes say. Empty where they say neither,
+    // and nothing kept them from being read.
+    std::string GetRefusalReason() const override;
+
     u32 m_nDocType = DOC_NONE;
     PsdImage m_Psd;  // of the two only the one that m_nDocType names means anything
     IffFile m_Iff;

@@ -4,6 +4,7 @@
 #include "framework/core/exception.h"
 #include "framework/core/file.h"
 
+#include <cerrno>
 #include <limits>
 
 namespace {
@@ -41,8 +42,8 @@ u8* ArchiveByteStream::AcquireReadBuffer(u32* limit, u32 size) {
     try {
         m_nGot = m_pArchive->Read(m_pBlock.get(), size);
         if (m_nGot == 0) m_nStatus |= BS_SHORT;
-    } catch (const CException&) {
-        m_nStatus |= BS_ERROR;
+    } catch (const CException& exception) {
+        NoteFault(BS_ERROR, exception);
     }
     *limit = m_nGot;
     return m_pBlock.get();
@@ -59,8 +60,8 @@ void ArchiveByteStream::ReleaseReadBuffer(u32 count) {
     if (count != m_nGot) {
         try {
             file->Seek(i64{count} - i64{m_nGot}, CFile::current);
-        } catch (const CException&) {
-            m_nStatus |= BS_UNSUPPORTED;
+        } catch (const CException& exception) {
+            NoteFault(BS_UNSUPPORTED, exception);
         }
     }
     m_nGot = 0;
@@ -74,20 +75,23 @@ void ArchiveByteStream::WriteBlock(const void* data, u32 count) {
     }
     try {
         m_pArchive->Write(data, count);
-    } catch (const CException&) {
-        m_nStatus |= BS_ERROR;
+    } catch (const CException& exception) {
+        NoteFault(BS_ERROR, exception);
     }
 }
 
-void ArchiveByteStream::ReadBlock(void* data, u32 count) {
+u32 ArchiveByteStream::ReadBlock(void* data, u32 count) {
     if (!m_pArchive) {
         m_nStatus |= BS_UNSUPPORTED;
-        return;
+        return 0;
     }
     try {
-        if (m_pArchive->Read(data, count) < count) m_nStatus |= BS_SHORT;
-    } catch (const CException&) {
-        m_nStatus |= BS_ERROR;
+        const u32 got = m_pArchive->Read(data, count);
+        if (got < count) m_nStatus |= BS_SHORT;
+        return got;
+    } catch (const CException& exception) {
+        NoteFault(BS_ERROR, exception);
+        return 0;
     }
 }
 
@@ -98,9 +102,10 @@ u32 ArchiveByteStream::Tell() {
     try {
         const u64 position = file->Seek(0, CFile::current);
         if (position <= LONGEST_SOURCE) return static_cast<u32>(position);
-    } catch (const CException&) {
+        m_nStatus |= BS_UNSUPPORTED;
+    } catch (const CException& exception) {
+        NoteFault(BS_UNSUPPORTED, exception);
     }
-    m_nStatus |= BS_UNSUPPORTED;
     return 0;
 }
 
@@ -109,9 +114,16 @@ void ArchiveByteStream::Seek(u32 position) {
     if (!file) return;
     try {
         file->Seek(position, CFile::begin);
-    } catch (const CException&) {
-        m_nStatus |= BS_UNSUPPORTED;
+    } catch (const CException& exception) {
+        NoteFault(BS_UNSUPPORTED, exception);
     }
+}
+
+u32 ArchiveByteStream::GetDataLength() {
+    const std::optional<u32> length = m_pArchive ? LengthOfFile() : std::nullopt;
+    if (length) return *length;
+    m_nStatus |= BS_UNSUPPORTED;
+    return 0;
 }
 
 // The archive's file, at the archive's logical position; null, and BS_UNSUPPORTED is set, where there is
@@ -126,6 +138,13 @@ CFile* ArchiveByteStream::FlushedFile() {
     return file;
 }
 
+// The first failure is the one that is told.
+void ArchiveByteStream::NoteFault(u32 nStatus, const CException& exception) {
+    m_nStatus |= nStatus;
+    const auto* const fault = dynamic_cast<const CFileException*>(&exception);
+    if (fault && m_nSourceError == 0) m_nSourceError = fault->m_nError;
+}
+
 // Nothing where the file cannot tell. One that is longer than positions reach sets BS_UNSUPPORTED.
 std::optional<u32> ArchiveByteStream::LengthOfFile() {
     try {
@@ -133,7 +152,9 @@ std::optional<u32> ArchiveByteStream::LengthOfFile() {
         const u64 length = file ? file->GetLength() : 0;
         if (length <= LONGEST_SOURCE) return static_cast<u32>(length);
         m_nStatus |= BS_UNSUPPORTED;
-    } catch (const CException&) {
+        m_nSourceError = EFBIG;
+    } catch (const CException& exception) {
+        NoteFault(0, exception);
     }
     return std::nullopt;
 }

@@ -8,6 +8,7 @@
 #include <optional>
 
 class CArchive;
+class CException;
 class CFile;
 
 class ArchiveByteStream final : public ByteStream {
@@ -24,12 +25,14 @@ class ArchiveByteStream final : public ByteStream {
     void ReleaseWriteBuffer(u32 count) override;
     void ReleaseReadBuffer(u32 count) override;
     void WriteBlock(const void* data, u32 count) override;
-    void ReadBlock(void* data, u32 count) override;
+    u32 ReadBlock(void* data, u32 count) override;
     u32 Tell() override;
     void Seek(u32 position) override;
+    u32 GetDataLength() override;
 
   private:
     CFile* FlushedFile();
+    void NoteFault(u32 nStatus, const CException& exception);
     std::optional<u32> LengthOfFile();
 
     CArchive* m_pArchive;

@@ -1,6 +1,8 @@
 #include "iff/byte_stream.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <limits>
 
 u8* ByteStream::AcquireWriteBuffer(u32* limit, u32) {
     *limit = 0;
@@ -23,8 +25,24 @@ void ByteStream::ReleaseReadBuffer(u32) {
 void ByteStream::WriteBlock(const void*, u32) {
     m_nStatus |= BS_UNSUPPORTED;
 }
-void ByteStream::ReadBlock(void*, u32) {
+u32 ByteStream::ReadBlock(void*, u32) {
     m_nStatus |= BS_UNSUPPORTED;
+    return 0;
+}
+
+void ByteStream::NoteState(Finding& finding) {
+    finding.nFound = m_nSourceError;
+    if (m_nSourceError == EFBIG) {
+        finding.rule = Rule::SourceTooLarge;
+        finding.nRead = std::numeric_limits<u32>::max();
+        finding.nPosition = 0;
+    } else if ((m_nStatus & (BS_ERROR | BS_UNSUPPORTED)) != 0) {
+        finding.rule = Rule::SourceFailed;
+        finding.nPosition = GetPosition();
+    } else {
+        finding.rule = Rule::DataEnds;
+        finding.nPosition = GetDataLength();
+    }
 }
 
 bool ByteStream::Refill(u32 needed) {

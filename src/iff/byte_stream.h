@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/types.h"
+#include "reading/finding.h"
 
 #include <cstring>
 
@@ -35,11 +36,16 @@ class ByteStream {
 
     // Past the buffer: whoever calls them has called Sync before.
     virtual void WriteBlock(const void* data, u32 count);
-    virtual void ReadBlock(void* data, u32 count);
+
+    // Returns the bytes delivered; fewer than count set BS_SHORT.
+    virtual u32 ReadBlock(void* data, u32 count);
 
     // The source's position: that of the first byte of the buffer held, or the plain one when none is held.
     virtual u32 Tell() = 0;
     virtual void Seek(u32 position) = 0;
+
+    // Bytes of the data from its start, or the furthest position where that is not known.
+    virtual u32 GetDataLength() { return 0xFFFFFFFF; }
 
     void AddRef() { ++m_nRefs; }
     void Release() {
@@ -72,6 +78,10 @@ class ByteStream {
 
     u32 GetPosition() { return Tell() + m_nReadPos + m_nWritePos; }
 
+    // Notes rule, position and what was found for what keeps the stream from going on: a source that is too
+    // large or has failed, otherwise data that ends.
+    void NoteState(Finding& finding);
+
     // A move inside the buffer, its end included, touches no source.
     void SetPosition(u32 position);
 
@@ -86,6 +96,7 @@ class ByteStream {
     u32 m_nLimit = 0;      // bytes usable in the buffer held; 0 when none is held
     u32 m_nHighWater = 0;  // furthest cursor left behind by a step back; 0 after a refill
     i32 m_nRefs = 1;
+    i32 m_nSourceError = 0;  // errno value of the source's first failure, EFBIG when it is too large; or 0
 
   private:
     bool Refill(u32 needed);

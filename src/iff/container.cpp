@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr u32 HEADER_SIZE = 12;  // bytes of a container's id, size and type
+
 bool MatchesOneOf(IffId id, std::initializer_list<IffId> ids) {
     for (const IffId one : ids)
         if (id.Matches(one)) return true;
@@ -31,18 +33,23 @@ IffChunkNode* SearchBackward(IffChunkNode* node, IffId id) {
 }  // namespace
 
 IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegistry) {
+    const bool foundBefore = archive.HasFinding();
     if (id.IsNull()) archive.Transfer(id);
+    const bool idIsKnown = !archive.HasFailed();
     auto chunk = CountedPtr<IffChunk>::Adopt(useRegistry ? IffChunkRegistry::Create(formType, id)
                                                          : new IffUnknownChunk(id));
+    archive.Enter(Place::ChunkSize);
     u32 size = 0;
     archive.Transfer(size);
     if (!archive.HasFailed()) {
         auto body = CountedPtr<IffArchive>::Adopt(archive.OpenChunk(size));
         if (!body->HasFailed()) chunk->Transfer(*body);
         archive.CloseChunk(body.Release());
+        archive.Enter(Place::PadByte);
         u8 pad = 0;
         if (size % 2 != 0) archive.Transfer(pad);
     }
+    if (idIsKnown && !foundBefore && archive.HasFinding()) archive.NoteEnclosing(id);
     return chunk.Release();
 }
 
@@ -73,6 +80,7 @@ IffContainer::~IffContainer() {
 }
 
 void IffContainer::Transfer(IffArchive& archive) {
+    archive.Enter(Place::ContainerType);
     archive.Transfer(m_Type);
     if (!archive.IsLoading()) {
         for (const IffChunkNode* node = m_pFirst; node; node = node->m_pNext)
@@ -81,7 +89,11 @@ void IffContainer::Transfer(IffArchive& archive) {
     }
     RemoveAll();
     // Loading, searching and freeing recurse once for each level, so the stack bounds how deep a file may go.
-    if (archive.GetDepth() > DEEPEST_CONTAINER) archive.SetFailed();
+    const u32 deepest = archive.GetRules().nDeepestContainer;
+    if (archive.GetDepth() > deepest) {
+        archive.Enter(Place::Container);
+        archive.RefuseField(HEADER_SIZE, Rule::IffNesting, archive.GetDepth(), deepest);
+    }
     while (archive.GetRemaining() > 0 && !archive.HasFailed()) {
         const auto child = CountedPtr<IffChunk>::Adopt(ReadChild(archive));
         AddChild(child.Get());
@@ -90,6 +102,7 @@ void IffContainer::Transfer(IffArchive& archive) {
 }
 
 IffChunk* IffContainer::ReadChild(IffArchive& archive) {
+    archive.Enter(Place::ChunkId);
     IffId id;
     archive.Transfer(id);
     return ReadChunk(m_Type, archive, id, IsChildAllowed(id));

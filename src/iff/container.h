@@ -11,9 +11,6 @@ class ChildIndex;
 // Given each chunk of an enumeration; false ends it.
 using IffChunkCallback = bool (*)(IffChunk* chunk, void* context);
 
-// Containers one inside another that a file may have.
-constexpr u32 DEEPEST_CONTAINER = 4096;
-
 class IffContainer : public IffChunk {
   public:
     explicit IffContainer(IffId id);

@@ -6,6 +6,8 @@
 #include "base/types.h"
 #include "iff/iff_id.h"
 #include "iff/iff_object.h"
+#include "reading/finding.h"
+#include "reading/reading_rules.h"
 
 class ByteStream;
 
@@ -53,24 +55,43 @@ class IffArchive : public IffObject {
     virtual void Transfer(IffRgb& value) = 0;
     virtual void TransferBytes(void* data, u32 count) = 0;
 
-    // Before memory for count bytes of the chunk is had: whether chunk and source still hold as many. Fails
-    // the archive when they do not, or when it has failed already.
-    bool CanDeliver(i64 count);
-
     void SetFailed() { m_bFailed = true; }
+
+    // Both fail the archive and note why, unless something else was noted before. The rule is broken by the
+    // size of the chunk, or by the last nBytes that were transferred.
+    virtual void RefuseChunk(Rule rule, i64 nFound, i64 nRead) = 0;
+    virtual void RefuseField(u32 nBytes, Rule rule, i64 nFound, i64 nRead) = 0;
+
+    // Before memory for count bytes of the chunk is had: fails the archive where chunk or source no longer
+    // hold as many. Whether the archive has not failed.
+    virtual bool Require(i64 count) = 0;
+
+    // Says what is transferred from here on, for a finding.
+    void Enter(Place place) { m_place = place; }
+
+    // The first rule that was found broken in the whole file.
+    const Finding& GetFinding() const { return m_noted; }
+    bool HasFinding() const { return m_noted.rule != Rule::None; }
+
+    // The chunk is, or holds, the one in which the rule was broken.
+    void NoteEnclosing(IffId id) { m_noted.path.push_back(id.m_nValue); }
+
+    const ReadingRules& GetRules() const { return m_rules; }
 
     // How many chunks of the file this archive's chunk lies in, itself included.
     u32 GetDepth() const { return m_nDepth; }
 
   protected:
-    IffArchive(bool bLoading, u32 nDepth) : m_bLoading(bLoading), m_nDepth(nDepth) {}
+    // Finding and rules are borrowed; all archives of a file share them.
+    IffArchive(bool bLoading, u32 nDepth, Finding& noted, const ReadingRules& rules)
+        : m_bLoading(bLoading), m_noted(noted), m_nDepth(nDepth), m_rules(rules) {}
 
     bool m_bLoading;
     bool m_bFailed = false;
+    Finding& m_noted;
+    Place m_place = Place::ChunkBody;
 
   private:
-    // Bytes that the source behind the archive still holds.
-    virtual u32 GetSourceRemaining() = 0;
-
     const u32 m_nDepth;
+    const ReadingRules& m_rules;
 };

@@ -1,6 +1,5 @@
 #include "iff/iff_chunk.h"
 
-#include "framework/core/exception.h"
 #include "iff/container.h"
 
 IffChunk* IffChunk::FindProperty(IffId id) const {
@@ -11,9 +10,9 @@ void IffUnknownChunk::Transfer(IffArchive& archive) {
     if (archive.IsLoading()) {
         m_pData = LargeBlock();
         m_nSize = 0;
-        if (!archive.CanDeliver(archive.GetRemaining())) return;
+        if (!archive.Require(archive.GetRemaining())) return;
         m_nSize = static_cast<u32>(archive.GetRemaining());
-        m_pData = AllocateLargeBlock(m_nSize);
+        m_pData = LargeBlock::Allocate(m_nSize);
     }
     archive.TransferBytes(m_pData.Data(), m_nSize);
 }

@@ -3,8 +3,9 @@
 #include "iff/container.h"
 #include "iff/stream_archive.h"
 
-bool IffFile::Load(ByteStream* stream) {
-    const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive);
+bool IffFile::Load(ByteStream* stream, const ReadingRules& rules) {
+    m_finding = Finding();
+    const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(m_finding, rules));
     archive->Attach(stream);
     if (!archive->HasFailed()) Transfer(*archive);
     archive->Detach();
@@ -21,10 +22,10 @@ void IffFile::Transfer(IffArchive& archive) {
     }
     m_pRoot.Reset();
     archive.Transfer(m_RootId);
+    if (archive.HasFailed()) return;
     // Here ids are compared exactly: four zero bytes would match anything.
-    const bool outermost = m_RootId == ID_FORM || m_RootId == ID_LIST || m_RootId == ID_CAT;
-    if (archive.HasFailed() || !outermost) {
-        archive.SetFailed();
+    if (m_RootId != ID_FORM && m_RootId != ID_LIST && m_RootId != ID_CAT) {
+        archive.RefuseField(sizeof(m_RootId.m_nValue), Rule::IffOutermostId, m_RootId.m_nValue, 0);
         return;
     }
     m_pRoot = CountedPtr<IffChunk>::Adopt(ReadChunk(ID_NULL, archive, m_RootId, true));

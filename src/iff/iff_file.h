@@ -3,6 +3,7 @@
 #pragma once
 
 #include "iff/iff_chunk.h"
+#include "reading/finding.h"
 
 class ByteStream;
 
@@ -10,7 +11,10 @@ class IffFile : public IffObject {
   public:
     // Reads a file from the stream's position on, in place of what was held before. After a refusal a part of
     // the tree may be there.
-    bool Load(ByteStream* stream);
+    bool Load(ByteStream* stream, const ReadingRules& rules = STRICT);
+
+    // The first rule that the last file was found to break.
+    const Finding& GetFinding() const { return m_finding; }
 
     virtual void Transfer(IffArchive& archive);
 
@@ -20,4 +24,5 @@ class IffFile : public IffObject {
   private:
     IffId m_RootId;
     CountedPtr<IffChunk> m_pRoot;
+    Finding m_finding;
 };

@@ -6,8 +6,9 @@
 
 class IffStreamArchive final : public IffArchive {
   public:
-    // The root archive of a file, to be attached.
-    IffStreamArchive() : IffStreamArchive(0) {}
+    // The root archive of a file, to be attached. What is borrowed outlives it.
+    explicit IffStreamArchive(Finding& noted, const ReadingRules& rules = STRICT)
+        : IffArchive(true, 0, noted, rules) {}
     ~IffStreamArchive() override;
 
     i32 GetRemaining() override { return m_nRemaining; }
@@ -26,12 +27,18 @@ class IffStreamArchive final : public IffArchive {
     void Transfer(i8& value) override;
     void Transfer(IffRgb& value) override;
     void TransferBytes(void* data, u32 count) override;
+    void RefuseChunk(Rule rule, i64 nFound, i64 nRead) override;
+    void RefuseField(u32 nBytes, Rule rule, i64 nFound, i64 nRead) override;
+    bool Require(i64 count) override;
 
   private:
-    explicit IffStreamArchive(u32 nDepth) : IffArchive(true, nDepth) {}
+    IffStreamArchive(IffStreamArchive& parent, u32 nStart, u32 nSize);
 
-    u32 GetSourceRemaining() override;
-    bool TakeOff(u32 count);
+    void Note(Rule rule, u32 nPosition, i64 nFound, i64 nRead);
+    void RefuseEnd();
+    void RefuseOverrun();
+    bool Take(u32 count);
+    void TakeOff(u32 count);
     void FailOnBadStream();
     template <typename Integer>
     void TransferInteger(Integer& value);
@@ -39,4 +46,6 @@ class IffStreamArchive final : public IffArchive {
     CountedPtr<ByteStream> m_pStream;
     i32 m_nRemaining = 0;  // stays negative once a transfer has overrun the chunk
     u32 m_nEnd = 0;        // stream position at which the chunk ends
+    u32 m_nSize = 0;       // of the chunk, as it says
+    u32 m_nSizeAt = 0;     // stream position of that size
 };

@@ -3,15 +3,19 @@
 #include "base/checked_size.h"
 #include "psd/field_reader.h"
 #include "psd/psd_image.h"
+#include "psd/psd_reading.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
+#include <new>
 
 namespace {
 
 constexpr u32 LONGEST_RUN = 129;
+constexpr u32 COUNT_SIZE = 2;  // bytes of a row's packed count
+constexpr u32 EDGE_SIZE = 4;   // bytes of a rectangle's edge
 
 // The fast path moves whole pieces: it reads and writes up to one piece beyond a packet's end. What it writes
 // there, the next packet of the row overwrites.
@@ -94,7 +98,7 @@ void UnpackBits(u8* row, const u8* packed, u32 width) {
 
 }  // namespace
 
-bool DecodePackBitsRow(u8* row, ByteStream& stream, u32 width, u32 packed) {
+std::optional<u32> UnpackRow(u8* row, ByteStream& stream, u32 width) {
     u32 out = 0;
     u32 used = 0;
     do {
@@ -103,19 +107,24 @@ bool DecodePackBitsRow(u8* row, ByteStream& stream, u32 width, u32 packed) {
         used += stream.m_nReadPos - start;
         // The fast path never ends a row: it leaves the room of a piece.
         const u32 count = DecodePacket(row + out, stream, width - out, used);
-        if (count == 0) return false;
+        if (count == 0) return std::nullopt;
         out += count;
     } while (out < width);
-    return used == packed;
+    return used;
 }
 
-bool PackedCounts::Read(ByteStream& stream, u64 rows) {
-    const u64 size = SizeProduct(rows, 2);
-    if (!CanDeliver(stream, size)) return false;
-    m_fields = LargeBlock::Try(size);
-    if (!m_fields) return false;
+bool DecodePackBitsRow(u8* row, ByteStream& stream, u32 width, u32 packed) {
+    return UnpackRow(row, stream, width) == packed;
+}
+
+bool PackedCounts::Read(PsdReading& reading, u64 rows) {
+    ByteStream& stream = reading.Stream();
+    const u64 size = SizeProduct(rows, COUNT_SIZE);
+    if (!Holds(stream, size)) return reading.RefuseShort();
+    m_nAt = stream.GetPosition();
+    m_fields = LargeBlock::Allocate(size);
     ReadInto(stream, m_fields.Data(), static_cast<u32>(size));
-    if (!stream.IsGood()) return false;
+    if (!reading.IsGood()) return false;
     m_nRows = rows;
     m_nSum = 0;
     for (u64 row = 0; row < rows; ++row) m_nSum += At(row);
@@ -123,20 +132,29 @@ bool PackedCounts::Read(ByteStream& stream, u64 rows) {
 }
 
 u32 PackedCounts::At(u64 row) const {
-    const u8* const field = m_fields.Data() + row * 2;
+    const u8* const field = m_fields.Data() + row * COUNT_SIZE;
     return static_cast<u32>(field[0] << 8 | field[1]);
 }
 
-bool CanExpandTo(ByteStream& stream, const PackedCounts& counts, u32 width) {
-    // Two bytes make at most the longest run.
-    return CanDeliver(stream, counts.Sum()) &&
-           SizeProduct(counts.RowCount(), width, 2) <= SizeProduct(counts.Sum(), LONGEST_RUN);
+u32 PackedCounts::RowPosition(u64 row) const {
+    u64 position = m_nAt + m_nRows * COUNT_SIZE;
+    for (u64 before = 0; before < row; ++before) position += At(before);
+    return static_cast<u32>(position);
 }
 
-bool ReadPackedRows(ByteStream& stream, u8* samples, u32 width, const PackedCounts& counts) {
+bool CanExpandTo(PsdReading& reading, const PackedCounts& counts, u32 width) {
+    if (!Holds(reading.Stream(), counts.Sum())) return reading.RefuseShort();
+    // Two bytes make at most the longest run.
+    const u64 least = (SizeProduct(counts.RowCount(), width, 2) + LONGEST_RUN - 1) / LONGEST_RUN;
+    if (counts.Sum() >= least) return true;
+    return reading.Refuse(Rule::PsdTooFewPackedBytes, counts.Position(), static_cast<i64>(counts.Sum()),
+                          static_cast<i64>(least));
+}
+
+u64 ReadPackedRows(ByteStream& stream, u8* samples, u32 width, const PackedCounts& counts) {
     for (u64 row = 0; row < counts.RowCount(); ++row)
-        if (!DecodePackBitsRow(samples + row * width, stream, width, counts.At(row))) return false;
-    return stream.IsGood();
+        if (!DecodePackBitsRow(samples + row * width, stream, width, counts.At(row))) return row;
+    return counts.RowCount();
 }
 
 bool ReadWords(ByteStream& stream, u16* samples, u64 count) {
@@ -154,53 +172,110 @@ bool ReadWords(ByteStream& stream, u16* samples, u64 count) {
 }
 
 bool ReadBitRows(ByteStream& stream, u8* samples, u64 rows, u32 width) {
-    std::array<u8, BitRowSize(PSD_LONGEST_SIDE)> packed;
+    const u32 rowSize = static_cast<u32>(BitRowSize(width));
+    const LargeBlock packed = LargeBlock::Allocate(rowSize);
     for (u64 row = 0; row < rows && stream.IsGood(); ++row) {
-        ReadInto(stream, packed.data(), static_cast<u32>(BitRowSize(width)));
-        if (stream.IsGood()) UnpackBits(samples + row * width, packed.data(), width);
+        ReadInto(stream, packed.Data(), rowSize);
+        if (stream.IsGood()) UnpackBits(samples + row * width, packed.Data(), width);
     }
     return stream.IsGood();
 }
 
-bool PsdLayerChannel::AllocatePlane(u32 rows, u32 columns) {
-    m_rowPointers = LargeBlock::Try(SizeProduct(rows, sizeof(u8*)));
-    m_samples = LargeBlock::Try(SizeProduct(rows, columns));
-    if (!m_rowPointers || !m_samples) return false;
+void PsdLayerChannel::AllocatePlane(u32 rows, u32 columns) {
+    m_rowPointers = LargeBlock::Allocate(SizeProduct(rows, sizeof(u8*)));
+    m_samples = LargeBlock::Allocate(SizeProduct(rows, columns));
     m_ppPlane = reinterpret_cast<u8**>(m_rowPointers.Data());
     for (u64 row = 0; row < rows; ++row) m_ppPlane[row] = m_samples.Data() + row * columns;
-    return true;
 }
 
-bool PsdLayerChannel::ReadChannelData(ByteStream& stream, u32 rows, u32 columns) {
+void PsdLayerChannel::FreePlane() {
     m_ppPlane = nullptr;
     m_rowPointers = LargeBlock();
     m_samples = LargeBlock();
-    const i32 compression = ReadI16(stream);
-    if (!stream.IsGood()) return false;
-    if (compression == PSD_RAW) {
-        const u64 size = SizeProduct(rows, columns);
-        if (m_nLength != size + 2 || !CanDeliver(stream, size) || !AllocatePlane(rows, columns)) return false;
-        ReadInto(stream, m_samples.Data(), static_cast<u32>(size));
-        return stream.IsGood();
-    }
-    if (compression != PSD_PACK_BITS) return false;
-    PackedCounts counts;
-    if (!counts.Read(stream, rows) || m_nLength != 2 + 2 * counts.RowCount() + counts.Sum()) return false;
-    return CanExpandTo(stream, counts, columns) && AllocatePlane(rows, columns) &&
-           ReadPackedRows(stream, m_samples.Data(), columns, counts);
 }
 
-bool PsdLayer::ReadChannelImages(ByteStream& stream) {
+bool PsdLayerChannel::ReadChannelData(PsdReading& reading, u32 rows, u32 columns) {
+    try {
+        return ReadImageData(reading, rows, columns);
+    } catch (const std::bad_alloc&) {
+        FreePlane();
+        return reading.RefuseForMemory();
+    }
+}
+
+bool PsdLayerChannel::ReadImageData(PsdReading& reading, u32 rows, u32 columns) {
+    FreePlane();
+    ByteStream& stream = reading.Stream();
+    const u32 start = stream.GetPosition();
+    const u32 end = start + m_nLength;
+    const i32 compression = ReadI16(stream);
+    if (!reading.IsGood()) return false;
+    switch (compression) {
+        case PSD_RAW:
+            return ReadRawData(reading, rows, columns, end);
+        case PSD_PACK_BITS:
+            return ReadPackedData(reading, rows, columns, end);
+        case PSD_ZIP:
+        case PSD_ZIP_PREDICTED:
+            return reading.Refuse(Rule::PsdZip, start, compression);
+        default:
+            return reading.Refuse(Rule::PsdChannelCompression, start, compression);
+    }
+}
+
+bool PsdLayerChannel::ReadRawData(PsdReading& reading, u32 rows, u32 columns, u32 end) {
+    ByteStream& stream = reading.Stream();
+    const u64 size = SizeProduct(rows, columns);
+    const u32 held = end - stream.GetPosition();
+    if (held != size)
+        return reading.Refuse(Rule::PsdRawLength, m_nLengthAt, m_nLength,
+                              static_cast<i64>(m_nLength - held + size));
+    if (!Holds(stream, size)) return reading.RefuseShort();
+    AllocatePlane(rows, columns);
+    ReadInto(stream, m_samples.Data(), static_cast<u32>(size));
+    return reading.IsGood();
+}
+
+bool PsdLayerChannel::ReadPackedData(PsdReading& reading, u32 rows, u32 columns, u32 end) {
+    ByteStream& stream = reading.Stream();
+    PackedCounts counts;
+    if (!counts.Read(reading, rows)) return false;
+    const u32 held = end - stream.GetPosition();
+    if (held != counts.Sum())
+        return reading.Refuse(Rule::PsdPackedLength, m_nLengthAt, m_nLength,
+                              static_cast<i64>(m_nLength - held + counts.Sum()));
+    if (!CanExpandTo(reading, counts, columns)) return false;
+    AllocatePlane(rows, columns);
+    const u64 read = ReadPackedRows(stream, m_samples.Data(), columns, counts);
+    if (read == counts.RowCount()) return reading.IsGood();
+    reading.EnterRow(Place::ChannelRow, static_cast<u32>(read));
+    return reading.RefusePacked(Rule::PsdPackedRow, counts.RowPosition(read), counts.At(read));
+}
+
+bool PsdLayer::ReadChannelImages(PsdReading& reading) {
+    const u32 longest = reading.Rules().nLongestSide;
+    const auto isSide = [&](u32 length, Rule rule, u32 nPosition) {
+        const i32 distance = static_cast<i32>(length);  // negative for a rectangle turned inside out
+        return (length >= 1 && length <= longest) || reading.Refuse(rule, nPosition, distance, longest);
+    };
     const u32 rows = PsdDistance(m_nTop, m_nBottom);
     const u32 columns = PsdDistance(m_nLeft, m_nRight);
-    if (!IsPsdSide(rows) || !IsPsdSide(columns)) return false;
+    reading.Enter(Place::Layer);
+    if (!isSide(rows, Rule::PsdRows, m_nRectAt)) return false;
+    if (!isSide(columns, Rule::PsdColumns, m_nRectAt + EDGE_SIZE)) return false;
     const u32 maskRows = PsdDistance(m_nMaskTop, m_nMaskBottom);
     const u32 maskColumns = PsdDistance(m_nMaskLeft, m_nMaskRight);
-    for (const auto& channel : m_Channels) {
-        const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && m_bHasMask;
-        if (isMask && (!IsPsdSide(maskRows) || !IsPsdSide(maskColumns))) return false;
-        if (!channel->ReadChannelData(stream, isMask ? maskRows : rows, isMask ? maskColumns : columns))
+    for (u32 i = 0; i < m_Channels.GetCount(); ++i) {
+        PsdLayerChannel& channel = *m_Channels.GetAt(i);
+        const bool isMask = channel.m_nId == PSD_CHANNEL_USER_MASK && m_bHasMask;
+        if (isMask) {
+            reading.Enter(Place::LayerMask);
+            if (!isSide(maskRows, Rule::PsdRows, m_nMaskAt)) return false;
+            if (!isSide(maskColumns, Rule::PsdColumns, m_nMaskAt + EDGE_SIZE)) return false;
+        }
+        reading.EnterChannel(Place::Channel, i);
+        if (!channel.ReadChannelData(reading, isMask ? maskRows : rows, isMask ? maskColumns : columns))
             return false;
     }
-    return stream.IsGood();
+    return reading.IsGood();
 }

@@ -6,7 +6,6 @@
 #include "iff/byte_stream.h"
 
 #include <memory>
-#include <string_view>
 
 inline u32 ReadU8(ByteStream& stream) {
     u8 value = 0;
@@ -32,23 +31,31 @@ inline i32 ReadI32(ByteStream& stream) {
     return static_cast<i32>(ReadU32(stream));
 }
 
-// False at the first byte that differs; the bytes behind it are not read.
-bool Matches(ByteStream& stream, std::string_view signature);
+// A length of 32 bits and where it stands. What it is the length of follows it; its end, as every position,
+// is counted modulo 2^32.
+struct LengthField {
+    u32 nAt = 0;
+    u32 nLength = 0;
+
+    u32 Start() const { return nAt + 4; }
+    u32 End() const { return Start() + nLength; }
+};
+LengthField ReadLength(ByteStream& stream);
 
 // The position moves modulo 2^32, so a count of 0xFFFFFFFF is one byte back.
 inline void Skip(ByteStream& stream, u32 count) {
     stream.SetPosition(stream.GetPosition() + count);
 }
 
-// Whether the data can still deliver that many bytes. If not, nothing more may be allocated for them, and the
-// stream is left in the state that reading them would have left.
-bool CanDeliver(ByteStream& stream, u64 count);
-
-// Bytes of the data from its start, or the furthest position where that is not known.
-u32 DataLength(ByteStream& stream);
+// Whether the data still has that many bytes. If not, nothing may be allocated for them.
+inline bool Holds(ByteStream& stream, u64 count) {
+    const u32 position = stream.GetPosition();
+    const u32 length = stream.GetDataLength();
+    return position <= length && count <= length - position;
+}
 
 // Reads count bytes: from the buffer when it holds them all, otherwise past it, straight into memory.
 void ReadInto(ByteStream& stream, void* data, u32 count);
 
-// Reads length bytes and keeps those before the first zero byte; null when memory for them cannot be had.
+// Reads length bytes, at most 255, and keeps those before the first zero byte.
 std::unique_ptr<char[]> ReadName(ByteStream& stream, u32 length);

@@ -2,6 +2,8 @@
 
 #include "base/checked_size.h"
 
+#include <new>
+
 void PsdImage::Clear() {
     m_pPalette.reset();
     FreePlanes();
@@ -10,26 +12,35 @@ void PsdImage::Clear() {
     m_GlobalMasks.RemoveAll();
 }
 
-bool PsdImage::AllocatePlanes() {
+bool PsdImage::AllocatePlanes() try {
     FreePlanes();
-    const u64 rowSize = SizeProduct(m_nWidth, SampleSize());
-    m_planeTable = LargeBlock::Try(SizeProduct(m_nChannels, sizeof(u8**)));
-    m_rowPointers = LargeBlock::Try(SizeProduct(RowCount(), sizeof(u8*)));
-    m_samples = LargeBlock::Try(SizeProduct(RowCount(), rowSize));
-    if (!m_planeTable || !m_rowPointers || !m_samples) {
-        FreePlanes();
-        return false;
-    }
+    m_planeTable = LargeBlock::Allocate(SizeProduct(m_nChannels, sizeof(u8**)));
+    m_rowPointers = LargeBlock::Allocate(SizeProduct(RowCount(), sizeof(u8*)));
+    m_samples = LargeBlock::Allocate(SizeProduct(RowCount(), m_nWidth, SampleSize()));
     u8** const rows = reinterpret_cast<u8**>(m_rowPointers.Data());
-    for (u64 row = 0; row < RowCount(); ++row) rows[row] = m_samples.Data() + row * rowSize;
+    for (u64 row = 0; row < RowCount(); ++row) rows[row] = Samples() + row * m_nWidth * SampleSize();
+    if (SampleSize() == sizeof(u16)) {
+        m_wordPointers = LargeBlock::Allocate(SizeProduct(RowCount(), sizeof(u16*)));
+        u16** const words = reinterpret_cast<u16**>(m_wordPointers.Data());
+        for (u64 row = 0; row < RowCount(); ++row) words[row] = Words() + row * m_nWidth;
+    }
     m_pppPlanes = reinterpret_cast<u8***>(m_planeTable.Data());
     for (u64 channel = 0; channel < m_nChannels; ++channel) m_pppPlanes[channel] = rows + channel * m_nHeight;
     return true;
+} catch (const std::bad_alloc&) {
+    FreePlanes();
+    return false;
+}
+
+const u16* const* PsdImage::GetWords(u32 channel) const {
+    if (!m_wordPointers || channel >= m_nChannels) return nullptr;
+    return reinterpret_cast<u16**>(m_wordPointers.Data()) + u64{channel} * m_nHeight;
 }
 
 void PsdImage::FreePlanes() {
     m_pppPlanes = nullptr;
     m_planeTable = LargeBlock();
     m_rowPointers = LargeBlock();
+    m_wordPointers = LargeBlock();
     m_samples = LargeBlock();
 }

@@ -6,8 +6,12 @@
 #include "psd/psd_layer.h"
 #include "psd/psd_object.h"
 #include "psd/psd_resource.h"
+#include "reading/finding.h"
+#include "reading/reading_rules.h"
 
 class ByteStream;
+class PsdReading;
+struct LengthField;
 
 constexpr u32 PSD_BITMAP = 0;
 constexpr u32 PSD_GREYSCALE = 1;
@@ -17,6 +21,17 @@ constexpr u32 PSD_CMYK = 4;
 constexpr u32 PSD_MULTICHANNEL = 7;
 constexpr u32 PSD_DUOTONE = 8;
 constexpr u32 PSD_LAB = 9;
+
+constexpr bool IsPsdMode(u32 mode) {
+    return mode <= PSD_CMYK || (mode >= PSD_MULTICHANNEL && mode <= PSD_LAB);
+}
+
+// Bits per sample.
+constexpr bool IsPsdDepth(u32 depth) {
+    return depth == 1 || depth == 8 || depth == 16;
+}
+
+constexpr u32 PSD_VERSION = 1;
 
 constexpr u32 PSD_PALETTE_SIZE = 256;  // entries
 
@@ -31,18 +46,21 @@ class PsdImage {
     // refused the answer is false, the stream stays where the failure was found, and the image keeps what was
     // read up to there until the next Clear. The stream is at most 4 GiB long, so a raw composite beyond that
     // is refused.
-    bool LoadPsd(ByteStream* stream);
+    bool LoadPsd(ByteStream* stream, const ReadingRules& rules = STRICT);
+
+    // The first rule that the last document was found to break.
+    const Finding& GetFinding() const { return m_finding; }
 
     // Frees everything but leaves the header's values and m_bMergedAlpha as they are.
     void Clear();
 
-    // Makes planes, with undefined samples, for the header's values. False when they cannot be had; there are
-    // none then.
+    // Makes planes, with undefined samples, for the header's values. False when memory cannot be had; there
+    // are none then.
     bool AllocatePlanes();
 
-    u32 m_nChannels = 0;  // of the composite, 1 to 24
-    u32 m_nHeight = 0;    // rows, 1 to PSD_LONGEST_SIDE
-    u32 m_nWidth = 0;     // columns, 1 to PSD_LONGEST_SIDE
+    u32 m_nChannels = 0;  // of the composite
+    u32 m_nHeight = 0;    // rows
+    u32 m_nWidth = 0;     // columns
     u32 m_nDepth = 0;     // bits per sample: 1, 8 or 16
     u32 m_nMode = 0;      // PSD_BITMAP to PSD_LAB
 
@@ -59,24 +77,32 @@ class PsdImage {
     // 16 hold words in the machine's own order.
     u8*** m_pppPlanes = nullptr;
 
+    // The row table of a channel of 16 bits a sample; null where there is none.
+    const u16* const* GetWords(u32 channel) const;
+
   private:
-    bool ReadHeader(ByteStream& stream);
-    bool ReadColourModeData(ByteStream& stream);
-    bool ReadResources(ByteStream& stream);
-    bool ReadLayersAndMasks(ByteStream& stream);
-    bool ReadLayers(ByteStream& stream);
-    bool ReadLayerRecords(ByteStream& stream, u32 count);
-    bool ReadGlobalMasks(ByteStream& stream);
-    bool ReadComposite(ByteStream& stream);
-    bool ReadRawComposite(ByteStream& stream);
-    bool ReadPackedComposite(ByteStream& stream);
+    bool ReadDocument(PsdReading& reading);
+    bool ReadHeader(PsdReading& reading);
+    bool ReadColourModeData(PsdReading& reading);
+    bool ReadPalette(PsdReading& reading, const LengthField& length);
+    bool ReadResources(PsdReading& reading);
+    bool ReadLayersAndMasks(PsdReading& reading, LengthField& section);
+    bool ReadLayers(PsdReading& reading);
+    bool ReadLayerRecords(PsdReading& reading, u32 count);
+    bool ReadGlobalMasks(PsdReading& reading);
+    bool ReadComposite(PsdReading& reading, const LengthField& section);
+    bool ReadRawComposite(PsdReading& reading);
+    bool ReadPackedComposite(PsdReading& reading);
 
     u64 RowCount() const { return u64{m_nChannels} * m_nHeight; }
     u64 SampleSize() const { return m_nDepth <= 8 ? 1 : 2; }  // bytes
     u8* Samples() const { return m_samples.Data(); }
+    u16* Words() const { return reinterpret_cast<u16*>(m_samples.Data()); }
     void FreePlanes();
 
     LargeBlock m_planeTable;  // behind m_pppPlanes
     LargeBlock m_rowPointers;
+    LargeBlock m_wordPointers;  // to the same rows, where a sample is a word
     LargeBlock m_samples;
+    Finding m_finding;
 };

@@ -1,30 +1,31 @@
 #include "psd/psd_layer.h"
 
 #include "psd/field_reader.h"
+#include "psd/psd_reading.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
 
-// Lengths from here on do not occur in version 1.
-constexpr u32 CHANNEL_LENGTH_LIMIT = 1 << 24;
-
-constexpr u32 MASK_SIZE = 20;
+constexpr u32 MASK_SIZE = 20;   // of mask data, where there is any
 constexpr u32 RANGES_SIZE = 8;  // one range of the source and one of the destination
 
 }  // namespace
 
-bool PsdLayerChannel::ReadChannelInfo(ByteStream& stream) {
-    m_nId = ReadI16(stream);
-    m_nLength = ReadU32(stream);
-    return m_nLength < CHANNEL_LENGTH_LIMIT && stream.IsGood();
+bool PsdLayerChannel::ReadChannelInfo(PsdReading& reading) {
+    m_nId = ReadI16(reading.Stream());
+    const LengthField length = ReadLength(reading.Stream());
+    m_nLength = length.nLength;
+    m_nLengthAt = length.nAt;
+    const u32 limit = reading.Rules().nPieceLimit;
+    if (m_nLength >= limit) return reading.Refuse(Rule::PsdChannelLength, m_nLengthAt, m_nLength, limit);
+    return reading.IsGood();
 }
 
-bool PsdLayerChannel::ReadBlendingRanges(ByteStream& stream) {
-    stream.GetBytes(m_SourceRange.data(), 4);
-    stream.GetBytes(m_DestRange.data(), 4);
-    return stream.IsGood();
+bool PsdLayerChannel::ReadBlendingRanges(PsdReading& reading) {
+    reading.Stream().GetBytes(m_SourceRange.data(), 4);
+    reading.Stream().GetBytes(m_DestRange.data(), 4);
+    return reading.IsGood();
 }
 
 void PsdLayerChannel::SetDefaultBlendingRanges() {
@@ -32,40 +33,46 @@ void PsdLayerChannel::SetDefaultBlendingRanges() {
     m_DestRange = PSD_DEFAULT_RANGE;
 }
 
-bool PsdLayer::ReadLayerRecord(ByteStream& stream) {
+bool PsdLayer::ReadLayerRecord(PsdReading& reading) {
+    ByteStream& stream = reading.Stream();
+    m_nRectAt = stream.GetPosition();
     m_nTop = ReadI32(stream);
     m_nLeft = ReadI32(stream);
     m_nBottom = ReadI32(stream);
     m_nRight = ReadI32(stream);
     const u32 channels = ReadU16(stream);
-    if (!stream.IsGood()) return false;
-    if (!ReadChannelInfos(stream, channels) || !ReadBlendSettings(stream)) return false;
-    const u32 extraSize = ReadU32(stream);
-    const u32 end = stream.GetPosition() + extraSize;
-    if (!ReadMask(stream) || !ReadAllBlendingRanges(stream)) return false;
+    if (!reading.IsGood()) return false;
+    if (!ReadChannelInfos(reading, channels)) return false;
+    reading.Enter(Place::LayerRecord);
+    if (!ReadBlendSettings(reading)) return false;
+    const LengthField extra = ReadLength(stream);
+    if (!ReadMask(reading)) return false;
+    if (!ReadAllBlendingRanges(reading)) return false;
     const u32 nameLength = ReadU8(stream);
     m_pszName = ReadName(stream, nameLength);
-    if (!m_pszName) return false;
     // The length byte, the name and the padding fill a multiple of four bytes.
     Skip(stream, 3 - nameLength % 4);
     const u32 position = stream.GetPosition();
-    if (position > end) return false;
-    Skip(stream, end - position);
-    return stream.IsGood();
+    if (position > extra.End())
+        return reading.Refuse(Rule::PsdExtraLength, extra.nAt, static_cast<i32>(extra.nLength),
+                              static_cast<i32>(position - extra.Start()));
+    return reading.SkipWithin(extra.End() - position) && reading.IsGood();
 }
 
-bool PsdLayer::ReadChannelInfos(ByteStream& stream, u32 count) {
+bool PsdLayer::ReadChannelInfos(PsdReading& reading, u32 count) {
     m_Channels.RemoveAll();
     for (u32 i = 0; i < count; ++i) {
+        reading.EnterChannel(Place::ChannelInfo, i);
         auto channel = MakePsdObject<PsdLayerChannel>();
-        if (!channel || !channel->ReadChannelInfo(stream) || !m_Channels.Append(std::move(channel)))
-            return false;
+        if (!channel->ReadChannelInfo(reading)) return false;
+        m_Channels.Append(std::move(channel));
     }
-    return stream.IsGood();
+    return true;
 }
 
-bool PsdLayer::ReadBlendSettings(ByteStream& stream) {
-    if (!Matches(stream, "8BIM")) return false;
+bool PsdLayer::ReadBlendSettings(PsdReading& reading) {
+    ByteStream& stream = reading.Stream();
+    if (!reading.ReadSignature("8BIM", Rule::PsdBlendSignature)) return false;
     u8 key[4] = {};
     stream.GetBytes(key, 4);
     std::memcpy(&m_BlendKey, key, 4);
@@ -73,25 +80,30 @@ bool PsdLayer::ReadBlendSettings(ByteStream& stream) {
     m_nClipping = i32{static_cast<i8>(ReadU8(stream))};
     m_nFlags = ReadU8(stream);
     Skip(stream, 1);
-    return stream.IsGood();
+    return reading.IsGood();
 }
 
-bool PsdLayer::ReadMask(ByteStream& stream) {
-    const u32 size = ReadU32(stream);
-    m_bHasMask = size == MASK_SIZE;
-    if (m_bHasMask) {
-        m_nMaskTop = ReadI32(stream);
-        m_nMaskLeft = ReadI32(stream);
-        m_nMaskBottom = ReadI32(stream);
-        m_nMaskRight = ReadI32(stream);
-        m_nMaskDefaultColour = ReadU8(stream);
-        m_nMaskFlags = ReadU8(stream);
-        Skip(stream, 2);
-    }
-    return (m_bHasMask || size == 0) && stream.IsGood();
+bool PsdLayer::ReadMask(PsdReading& reading) {
+    ByteStream& stream = reading.Stream();
+    const LengthField size = ReadLength(stream);
+    m_bHasMask = false;
+    if (size.nLength == 0) return reading.IsGood();
+    if (size.nLength != MASK_SIZE)
+        return reading.Refuse(Rule::PsdMaskSize, size.nAt, size.nLength, MASK_SIZE);
+    m_bHasMask = true;
+    m_nMaskAt = size.Start();
+    m_nMaskTop = ReadI32(stream);
+    m_nMaskLeft = ReadI32(stream);
+    m_nMaskBottom = ReadI32(stream);
+    m_nMaskRight = ReadI32(stream);
+    m_nMaskDefaultColour = ReadU8(stream);
+    m_nMaskFlags = ReadU8(stream);
+    Skip(stream, 2);
+    return reading.IsGood();
 }
 
-bool PsdLayer::ReadAllBlendingRanges(ByteStream& stream) {
+bool PsdLayer::ReadAllBlendingRanges(PsdReading& reading) {
+    ByteStream& stream = reading.Stream();
     u32 rest = ReadU32(stream);
     m_SourceRange = PSD_DEFAULT_RANGE;
     m_DestRange = PSD_DEFAULT_RANGE;
@@ -104,26 +116,19 @@ bool PsdLayer::ReadAllBlendingRanges(ByteStream& stream) {
         if (rest < RANGES_SIZE) {
             channel->SetDefaultBlendingRanges();
         } else {
-            if (!channel->ReadBlendingRanges(stream)) return false;
+            if (!channel->ReadBlendingRanges(reading)) return false;
             rest -= RANGES_SIZE;
         }
     }
-    Skip(stream, rest);
-    return stream.IsGood();
+    return reading.SkipWithin(rest) && reading.IsGood();
 }
 
-bool PsdGlobalMask::ReadGlobalMask(ByteStream& stream) {
+bool PsdGlobalMask::ReadGlobalMask(PsdReading& reading) {
+    ByteStream& stream = reading.Stream();
     m_nColourSpace = ReadU16(stream);
     stream.GetBytes(m_Colour.data(), static_cast<u32>(m_Colour.size()));
     m_nOpacity = ReadU16(stream);
     m_nKind = ReadU8(stream);
     Skip(stream, 1);
-    return stream.IsGood();
-}
-
-u64 PsdLayer::LeastImageDataSize() const {
-    constexpr u32 LEAST_CHANNEL_SIZE = 3;  // its compression and one sample
-    u64 size = 0;
-    for (const auto& channel : m_Channels) size += std::max(channel->m_nLength, LEAST_CHANNEL_SIZE);
-    return size;
+    return reading.IsGood();
 }

@@ -7,16 +7,10 @@
 #include <array>
 #include <memory>
 
-class ByteStream;
+class PsdReading;
 
 constexpr i32 PSD_CHANNEL_TRANSPARENCY = -1;
 constexpr i32 PSD_CHANNEL_USER_MASK = -2;
-
-constexpr u32 PSD_LONGEST_SIDE = 30000;  // rows or columns of an image, a layer or a mask
-
-constexpr bool IsPsdSide(u32 length) {
-    return length >= 1 && length <= PSD_LONGEST_SIDE;
-}
 
 // Between two edges. Unsigned, so that a rectangle turned inside out counts as too large.
 constexpr u32 PsdDistance(i32 from, i32 to) {
@@ -29,15 +23,15 @@ constexpr PsdBlendingRange PSD_DEFAULT_RANGE = {0, 0, 255, 255};
 
 class PsdLayerChannel : public PsdObject {
   public:
-    // Reads m_nId and m_nLength; false for a length that no version 1 document has.
-    bool ReadChannelInfo(ByteStream& stream);
+    // Reads m_nId and m_nLength; false for a length that this reader does not take.
+    bool ReadChannelInfo(PsdReading& reading);
 
-    bool ReadBlendingRanges(ByteStream& stream);
+    bool ReadBlendingRanges(PsdReading& reading);
     void SetDefaultBlendingRanges();
 
     // Reads the channel's image data into a plane of that size. A plane that an earlier call left is freed
-    // first; one that a refused call leaves is partly filled.
-    bool ReadChannelData(ByteStream& stream, u32 rows, u32 columns);
+    // first; one that a refused call leaves is partly filled. There is none where memory cannot be had.
+    bool ReadChannelData(PsdReading& reading, u32 rows, u32 columns);
 
     i32 m_nId = 0;      // 0, 1, 2... the mode's colours in order, or one of PSD_CHANNEL_...
     u32 m_nLength = 0;  // bytes of image data in the file, its compression field included
@@ -49,8 +43,13 @@ class PsdLayerChannel : public PsdObject {
     u8** m_ppPlane = nullptr;
 
   private:
-    bool AllocatePlane(u32 rows, u32 columns);
+    bool ReadImageData(PsdReading& reading, u32 rows, u32 columns);
+    bool ReadRawData(PsdReading& reading, u32 rows, u32 columns, u32 end);
+    bool ReadPackedData(PsdReading& reading, u32 rows, u32 columns, u32 end);
+    void AllocatePlane(u32 rows, u32 columns);
+    void FreePlane();
 
+    u32 m_nLengthAt = 0;       // where m_nLength stands in the file
     LargeBlock m_rowPointers;  // behind m_ppPlane
     LargeBlock m_samples;
 };
@@ -58,14 +57,11 @@ class PsdLayerChannel : public PsdObject {
 class PsdLayer : public PsdObject {
   public:
     // Reads everything but the channels' image data. False leaves the layer partly read, to be released.
-    bool ReadLayerRecord(ByteStream& stream);
+    bool ReadLayerRecord(PsdReading& reading);
 
     // Reads the image data of every channel. A layer of no rows or no columns is refused, even one without
     // channels.
-    bool ReadChannelImages(ByteStream& stream);
-
-    // Bytes that the image data of its channels takes at the least.
-    u64 LeastImageDataSize() const;
+    bool ReadChannelImages(PsdReading& reading);
 
     i32 m_nTop = 0;  // edges in rows and columns of the image; they may lie outside it
     i32 m_nLeft = 0;
@@ -88,15 +84,18 @@ class PsdLayer : public PsdObject {
     std::unique_ptr<char[]> m_pszName;  // bytes in no particular encoding; null before reading
 
   private:
-    bool ReadChannelInfos(ByteStream& stream, u32 count);
-    bool ReadBlendSettings(ByteStream& stream);
-    bool ReadMask(ByteStream& stream);
-    bool ReadAllBlendingRanges(ByteStream& stream);
+    bool ReadChannelInfos(PsdReading& reading, u32 count);
+    bool ReadBlendSettings(PsdReading& reading);
+    bool ReadMask(PsdReading& reading);
+    bool ReadAllBlendingRanges(PsdReading& reading);
+
+    u32 m_nRectAt = 0;  // where the edges stand in the file, 4 bytes each, the top first
+    u32 m_nMaskAt = 0;  // likewise, of the mask
 };
 
 class PsdGlobalMask : public PsdObject {
   public:
-    bool ReadGlobalMask(ByteStream& stream);
+    bool ReadGlobalMask(PsdReading& reading);
 
     u32 m_nColourSpace = 0;
     std::array<u8, 8> m_Colour = {};  // four components of 16 bits, as in the file

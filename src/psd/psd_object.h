@@ -7,7 +7,6 @@
 
 #include <cassert>
 #include <memory>
-#include <new>
 #include <vector>
 
 class PsdObject {
@@ -29,29 +28,21 @@ struct PsdRelease {
     void operator()(PsdObject* object) const { object->Release(); }
 };
 
-// Holds one reference of a T; null where the object could not be made.
+// Holds one reference of a T.
 template <typename T>
 using PsdPtr = std::unique_ptr<T, PsdRelease>;
 
 template <typename T>
 PsdPtr<T> MakePsdObject() {
-    return PsdPtr<T>(new (std::nothrow) T);
+    return PsdPtr<T>(new T);
 }
 
 // An ordered sequence of elements, each held by one reference.
 template <typename T>
 class PsdList {
   public:
-    // Takes over the caller's reference. When the list cannot grow the answer is false, and the element is
-    // released.
-    [[nodiscard]] bool Append(PsdPtr<T> element) {
-        try {
-            m_elements.push_back(std::move(element));
-            return true;
-        } catch (const std::bad_alloc&) {
-            return false;
-        }
-    }
+    // Takes over the caller's reference.
+    void Append(PsdPtr<T> element) { m_elements.push_back(std::move(element)); }
 
     u32 GetCount() const { return static_cast<u32>(m_elements.size()); }
 

@@ -1,15 +1,12 @@
 #include "psd/psd_resource.h"
 
 #include "psd/field_reader.h"
+#include "psd/psd_reading.h"
 
 #include <cassert>
 #include <cstring>
-#include <new>
 
 namespace {
-
-// Sizes from here on do not occur in version 1.
-constexpr u32 DATA_SIZE_LIMIT = 1 << 24;
 
 PsdPtr<PsdResourceData> MakePayload(u32 id) {
     if (id == PSD_RESOURCE_ALPHA_NAMES) return MakePsdObject<PsdAlphaNamesData>();
@@ -21,9 +18,7 @@ PsdPtr<PsdResourceData> MakePayload(u32 id) {
 bool PsdRawResourceData::Read(ByteStream& stream, u32 size) {
     m_nSize = 0;
     m_pBytes.reset();
-    if (!CanDeliver(stream, size)) return false;
-    m_pBytes.reset(new (std::nothrow) u8[size]);
-    if (!m_pBytes) return false;
+    m_pBytes = std::make_unique_for_overwrite<u8[]>(size);
     m_nSize = size;
     ReadInto(stream, m_pBytes.get(), size);
     return true;
@@ -44,9 +39,7 @@ const char* PsdAlphaNamesData::NameList::GetAt(u32 index) const {
 bool PsdAlphaNamesData::Read(ByteStream& stream, u32 size) {
     m_Names = NameList();
     if (size == 0) return true;
-    if (!CanDeliver(stream, size)) return false;
-    m_Names.m_pBlock.reset(new (std::nothrow) char[size + 1]);
-    if (!m_Names.m_pBlock) return false;
+    m_Names.m_pBlock = std::make_unique_for_overwrite<char[]>(size + 1);
     ReadInto(stream, m_Names.m_pBlock.get(), size);
     return stream.IsGood() && Split(size);
 }
@@ -58,8 +51,7 @@ bool PsdAlphaNamesData::Split(u32 size) {
     u32 used = 0;
     for (; used < size; ++count) used += 1u + static_cast<u8>(block[used]);
     if (used != size) return false;
-    m_Names.m_pOffsets.reset(new (std::nothrow) u32[count]);
-    if (!m_Names.m_pOffsets) return false;
+    m_Names.m_pOffsets = std::make_unique_for_overwrite<u32[]>(count);
     u32 lengthAt = 0;
     for (u32 i = 0; i < count; ++i) {
         m_Names.m_pOffsets[i] = lengthAt + 1;
@@ -88,18 +80,21 @@ bool PsdAlphaNamesData::Write(ByteStream& stream) const {
     return true;
 }
 
-bool PsdResource::ReadResourceBlock(ByteStream& stream) {
-    if (!Matches(stream, "8BIM")) return false;
+bool PsdResource::ReadResourceBlock(PsdReading& reading) {
+    ByteStream& stream = reading.Stream();
+    if (!reading.ReadSignature("8BIM", Rule::PsdResourceSignature)) return false;
     m_nId = ReadU16(stream);
     const u32 nameLength = ReadU8(stream);
     m_pszName = ReadName(stream, nameLength);
-    if (!m_pszName) return false;
     // The length byte and the name fill an even number of bytes, and so does the payload.
     if (nameLength % 2 == 0) Skip(stream, 1);
-    const u32 size = ReadU32(stream);
-    if (size >= DATA_SIZE_LIMIT) return false;
+    const LengthField size = ReadLength(stream);
+    const u32 limit = reading.Rules().nPieceLimit;
+    if (size.nLength >= limit) return reading.Refuse(Rule::PsdResourceSize, size.nAt, size.nLength, limit);
+    if (!Holds(stream, size.nLength)) return reading.RefuseShort();
     m_pData = MakePayload(m_nId);
-    if (!m_pData || !m_pData->Read(stream, size)) return false;
-    if (size % 2 == 1) Skip(stream, 1);
-    return stream.IsGood();
+    if (!m_pData->Read(stream, size.nLength))
+        return reading.Refuse(Rule::PsdAlphaNames, size.nAt, size.nLength);
+    if (size.nLength % 2 == 1) Skip(stream, 1);
+    return reading.IsGood();
 }

@@ -7,13 +7,15 @@
 #include <memory>
 
 class ByteStream;
+class PsdReading;
 
 constexpr u32 PSD_RESOURCE_ALPHA_NAMES = 1006;
 
 // The payload of a resource.
 class PsdResourceData : public PsdObject {
   public:
-    // Fills the payload from the next size bytes. A short read shows in the stream's state only.
+    // Fills the payload from the next size bytes, which the data holds. False when they make no such payload.
+    // A read that fails shows in the stream's state only.
     virtual bool Read(ByteStream& stream, u32 size) = 0;
 
     // The bytes that the payload takes in a file.
@@ -64,7 +66,7 @@ class PsdAlphaNamesData final : public PsdResourceData {
 class PsdResource : public PsdObject {
   public:
     // Reads one block, its padding included. False leaves the resource partly read, to be released.
-    bool ReadResourceBlock(ByteStream& stream);
+    bool ReadResourceBlock(PsdReading& reading);
 
     u32 m_nId = 0;
     std::unique_ptr<char[]> m_pszName;  // bytes in no particular encoding; null before reading

@@ -1,4 +1,5 @@
 #include "chunks/body_chunk.h"
+#include "chunks/extension_chunks.h"
 #include "chunks/ilbm_chunks.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
@@ -44,6 +45,8 @@ TEST(Chunks, RefusalsBesideTheirControls) {
     }
     for (const auto& [claimed, loads] : Table<u32, bool>{{3, true}, {8, true}, {9, false}, {0xFFFFFFFF, false}})
         EXPECT_EQ(Loads(Form("ILBM", {S3tc({.data = Bytes(8), .claimedSize = claimed})})), loads) << claimed;
+    const LoadedIff none(Form("ILBM", {S3tc({.data = Bytes(8), .claimedSize = 0})}));
+    EXPECT_FALSE(ChildAs<S3tcChunk>(none.Root(), 0).m_pData);
 }
 
 // With so little memory, asking for what a chunk only claims would throw.

@@ -25,6 +25,24 @@ TEST(Dispatch, TheFileIsLeftWhereThePhotoshopDocumentEnds) {
     EXPECT_EQ(source.file.m_nPosition, psd.size());
 }
 
+TEST(Dispatch, TheDocumentMayStandAnywhereInTheFile) {
+    for (const u32 before : {7u, 1500u}) {
+        // Of the second the Photoshop reader takes more than a buffer before it refuses.
+        const Bytes resource = Psd({.resources = {{.data = Bytes(2000)}}, .compression = 7});
+        for (const auto& [bytes, type] : {std::pair{PICTURE, DOC_IFF}, {Psd({}), DOC_PSD}, {resource, DOC_NONE}}) {
+            MemoryStream source(ByteBuilder().Repeat(before, 'x').Append(bytes));
+            source.file.Seek(before, CFile::begin);
+            CVistrelDoc document;
+            try {
+                document.Serialize(source.archive);
+            } catch (const CArchiveException&) {
+                EXPECT_EQ(document.m_Iff.GetFinding().nPosition, before);
+            }
+            EXPECT_EQ(document.m_nDocType, type) << before;
+        }
+    }
+}
+
 TEST(Dispatch, WhatBothReadersRefuseIsThrownOut) {
     for (const Bytes& bytes : {Bytes{}, Bytes{'8'}, Bytes(5000, 'x'), Truncated(PICTURE, 1), Truncated(Psd({}), 1)}) {
         MemoryStream source(bytes);

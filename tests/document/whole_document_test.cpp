@@ -16,7 +16,7 @@ Bytes Noise(u32 size) { return Bytes(NOISE.begin(), NOISE.begin() + size); }
 
 struct Documents {
     void AddPartsOf(u32 size) {
-        const u32 rows = size / PSD_LONGEST_SIDE + 1, columns = size / rows;
+        const u32 rows = size / STRICT.nLongestSide + 1, columns = size / rows;
         iff.push_back(Chunk("JUNK", Noise(size)));
         psd.resources.push_back({.data = Noise(size)});
         psd.layers.push_back({.bottom = static_cast<i32>(rows), .right = static_cast<i32>(columns)});

@@ -23,13 +23,15 @@ struct TestDocument final : public CDocument {
         archive.Read(&first, 1);
         m_strRead = archive.m_strFileName;
         if (first == 'm') throw std::bad_alloc();
-        if (first == 'r') AfxThrowArchiveException(CArchiveException::generic, archive.m_strFileName);
+        if (first == 'w') m_strReason = "It says why";
+        if (first == 'r' || first == 'w') AfxThrowArchiveException(CArchiveException::generic, archive.m_strFileName);
         if (first == 'x') throw std::runtime_error("Something else");
     }
     void DeleteContents() override { m_strRead.clear(); }
+    std::string GetRefusalReason() const override { return m_strReason; }
 
     static inline int s_nGone = 0;
-    std::string m_strRead;
+    std::string m_strRead, m_strReason;
 };
 
 TEST(Document, OpensOrSaysWhyNot) {
@@ -40,8 +42,8 @@ TEST(Document, OpensOrSaysWhyNot) {
              {folder.Write({'a'}, "a"), ""},
              {folder.Write({}, "empty"), ""},
              {folder.Write({'m'}, "m"), "There is not enough memory."},
-             {folder.Write({'r'}, "r"),
-                 "It is no document of the kinds that this viewer reads; vistrel-describe tells what it is."},
+             {folder.Write({'r'}, "r"), "It is no document of the kinds that this viewer reads."},
+             {folder.Write({'w'}, "w"), "It says why."},
              {folder.Write({'x'}, "x"), "Something else."},
              {folder.Path("gone"), "It cannot be opened: No such file or directory."},
              {folder.m_strPath, "It is a folder."},

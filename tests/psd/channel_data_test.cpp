@@ -1,8 +1,10 @@
 #include "psd/channel_data.h"
 
 #include "psd/field_reader.h"
-#include "psd/psd_case.h"
+#include "support/loading.h"
 #include "support/random.h"
+
+#include <gtest/gtest.h>
 
 #include <optional>
 
@@ -72,37 +74,4 @@ TEST(Words, AreSwappedInEveryBlock) {
     std::vector<u16> words(bytes.size() / 2);
     ASSERT_TRUE(ReadWords(source.stream, words.data(), words.size()));
     for (u64 i = 0; i < words.size(); ++i) ASSERT_EQ(words[i], bytes[2 * i] << 8 | bytes[2 * i + 1]) << i;
-}
-
-TEST(ChannelData, LengthAndDataAgree) {
-    const auto with = [](Bytes data, i32 excess) -> PsdFields {
-        return {.layers = {{.bottom = 3, .right = 2, .channels = {{.data = data, .excess = excess}}}}};
-    };
-    const PsdFields packed = with({0, 1, 0, 2, 0, 2, 0, 2, 0xFF, 7, 0xFF, 7, 0xFF, 7}, 0);
-    const PsdFields raw = with({0, 0, 1, 2, 3, 4, 5, 6}, 0);
-    for (const i32 excess : {-1, 1})
-        ExpectPairs({{"raw", raw, with(raw.layers[0].channels[0].data, excess)},
-            {"packed", packed, with(packed.layers[0].channels[0].data, excess)}});
-    ExpectPairs({
-        {"counts moved", packed, with({0, 1, 0, 3, 0, 2, 0, 1, 0xFF, 7, 0xFF, 7, 0xFF, 7}, 0)},
-        {"compression 2", raw, with({0, 2, 1, 2, 3, 4, 5, 6}, 0)},
-    });
-}
-
-TEST(ChannelData, PlanesTakeTheSizeOfTheirRectangle) {
-    const auto with = [](PsdLayerFields layer) -> PsdFields { return {.layers = {layer}}; };
-    const auto masked = [&](i32 id, Bytes samples, i32 bottom) {
-        const Bytes rectangle = ByteBuilder().U32(4, 9, bottom, 11, 0);
-        return with({.channels = {{.id = id, .data = RawData(samples)}}, .mask = rectangle});
-    };
-    const PsdLayerFields wraps = {.top = 0x7FFFFFFF, .bottom = -0x7FFFFFFE, .channels = {{.data = RawData({1, 2, 3})}}};
-    ExpectPairs({
-        {"rows", with({.top = 9, .bottom = 10}), with({.top = 10, .bottom = 10})},
-        {"inside out", with(wraps), with({.top = 1, .bottom = 0})},
-        {"columns", with({.right = 1}), with({.right = 0})},
-        {"most rows", with({.top = -30000, .bottom = 0}), with({.top = -30000, .bottom = 1})},
-        {"mask", masked(-2, {1, 2}, 5), masked(-2, {1}, 5)},
-        {"empty mask", masked(0, {1}, 4), masked(-2, {}, 4)},
-    });
-    EXPECT_TRUE(LoadedPsd(with({.channels = {{.id = -2, .data = RawData({1})}}})).bLoaded) << "-2 without a mask";
 }

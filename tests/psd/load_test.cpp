@@ -1,4 +1,10 @@
-#include "psd/psd_case.h"
+#include "psd/psd_image.h"
+#include "support/failing_new.h"
+#include "support/memory_limit.h"
+#include "support/psd_builder.h"
+#include "support/table.h"
+
+#include <gtest/gtest.h>
 
 TEST(LoadPsd, EverythingIsReadInItsOrder) {
     const LoadedPsd loaded(LayeredPsd());
@@ -21,88 +27,65 @@ TEST(LoadPsd, EverythingIsReadInItsOrder) {
         "planes 1 1 1 | 1 2 3 ");
 }
 
-TEST(LoadPsd, HeaderKeepsToTheLimits) {
-    ExpectPairs({
-        {"signature", {}, {.signature = "9BPS"}},
-        {"version", {.version = 1}, {.version = 2}},
-        {"channels", {.channels = 24}, {.channels = 25}},
-        {"no channels", {}, {.channels = 0}},
-        {"rows", {.rows = 30000}, {.rows = 30001}},
-        {"columns", {.columns = 1}, {.columns = 0}},
-        {"depth", {.depth = 16}, {.depth = 32}},
-    });
-    for (u32 mode = 0; mode < 11; ++mode)
-        EXPECT_EQ(LoadedPsd({.mode = mode, .colourData = Bytes(768)}).bLoaded, mode < 5 || (mode > 6 && mode < 10))
-            << mode;
+// Each has sizes far beyond its data. With so little memory, asking for what would hold that data fails.
+TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
+    const auto composite = [](u32 depth, u32 compression) -> PsdFields {
+        return {.channels = 24,
+            .rows = 1000,
+            .columns = 30000,
+            .depth = depth,
+            .compression = compression,
+            .samples = Bytes(24 * 2 * 1000, 1)};
+    };
+    const auto channel = [](Bytes data, i32 excess) -> PsdFields {
+        return {.layers = {{.bottom = 1000, .right = 2000, .channels = {{.data = data, .excess = excess}}}}};
+    };
+    const Bytes rows = PackedData(std::vector<Bytes>(1000, {0xFE, 1}));
+    for (const auto& [fields, rule] : Table<PsdFields, Rule>{
+             {composite(8, 0), Rule::DataEnds},
+             {composite(16, 0), Rule::DataEnds},
+             {composite(1, 0), Rule::DataEnds},
+             {composite(8, 1), Rule::DataEnds},
+             {channel(RawData({1, 2}), 2'000'000 - 2), Rule::DataEnds},
+             {channel({0, 1, 0, 2}, 2000), Rule::DataEnds},
+             {channel(rows, 0), Rule::PsdTooFewPackedBytes},
+         }) {
+        const Bytes bytes = Psd(fields);
+        const MemoryLimit limit(24 * 2 * 1000);
+        EXPECT_EQ(LoadedPsd(bytes).image.GetFinding().rule, rule) << "depth " << fields.depth;
+    }
 }
 
-TEST(LoadPsd, SectionsEndWhereTheySay) {
-    for (i32 PsdFields::*const excess :
-        {&PsdFields::resourcesExcess, &PsdFields::layersExcess, &PsdFields::globalMasksExcess}) {
-        for (const i32 by : {-1, 1}) {
-            PsdFields fields = {.resources = {{.data = {1, 2, 3}}}, .layers = {{}}, .globalMasks = Bytes(14)};
-            EXPECT_TRUE(LoadedPsd(fields).bLoaded);
-            fields.*excess = by;
-            EXPECT_FALSE(LoadedPsd(fields).bLoaded) << by;
+TEST(LoadPsd, WithoutMemoryTheDocumentIsRefused) {
+    const Bytes bytes = Psd(LayeredPsd());
+    for (const bool once : {false, true}) {
+        bool failed = true;
+        for (u64 succeeding = 0; failed; ++succeeding) {
+            MemoryStream source(bytes);
+            PsdImage image;
+            bool loaded = false;
+            {
+                const FailingNew failing(succeeding, once);
+                loaded = image.LoadPsd(&source.stream);
+                failed = FailingNew::HasFailed();
+            }
+            ASSERT_EQ(loaded, !failed) << succeeding;
+            EXPECT_EQ(image.GetFinding().rule, failed ? Rule::NotEnoughMemory : Rule::None) << succeeding;
+            ASSERT_LT(succeeding, 1000u);
         }
     }
-    ExpectPairs({
-        {"palette of 767", {.mode = 2, .colourData = Bytes(768)}, {.mode = 2, .colourData = Bytes(767)}},
-        {"palette of 769", {.colourData = Bytes(769)}, {.mode = 2, .colourData = Bytes(769)}},
-        {"layers padded", {.layers = {{}}, .layerPad = {9}}, {.layers = {{}}, .layerPad = {0, 0}}},
-        {"masks of 16", {.globalMasks = Bytes(28)}, {.globalMasks = Bytes(16)}},
-    });
-    EXPECT_TRUE(LoadedPsd({.layers = {{}}, .sectionExcess = 77}).bLoaded) << "this length bounds nothing";
-}
-
-TEST(LoadPsd, CompositeComesInFourForms) {
-    const auto with = [](u32 columns, u32 depth, u32 compression, Bytes samples) -> PsdFields {
-        return {.rows = 2, .columns = columns, .depth = depth, .compression = compression, .samples = samples};
-    };
-    const PsdFields raw = with(2, 8, 0, {1, 2, 3, 4}), packed = with(3, 8, 1, {0, 2, 0, 4, 0xFE, 7, 2, 7, 8, 9});
-    const PsdFields words = with(1, 16, 0, {1, 2, 3, 4}), bits = with(9, 1, 0, {1, 2, 3, 4});
-    ExpectPairs({
-        {"raw, 1 short", raw, with(2, 8, 0, {1, 2, 3})},
-        {"words, 1 short", words, with(1, 16, 0, {1, 2, 3})},
-        {"bits, 1 short", bits, with(9, 1, 0, {1, 2, 3})},
-        {"count moved", packed, with(3, 8, 1, {0, 3, 0, 3, 0xFE, 7, 2, 7, 8, 9})},
-        {"packed words", words, with(1, 16, 1, {0, 2, 0, 2, 0, 7, 0, 7})},
-        {"packed bits", bits, with(2, 1, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7})},
-        {"compression -1", raw, with(2, 8, 0xFFFF, {1, 2, 3, 4})},
-    });
-}
-
-// Each has sizes far beyond its data; what would hold that data must not have been made.
-TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
-    for (const auto& [depth, compression] : {std::pair{8u, 0u}, {16u, 0u}, {1u, 0u}, {8u, 1u}}) {
-        PsdFields fields = {.channels = 24, .rows = 1000, .columns = 30000, .depth = depth};
-        fields.compression = compression, fields.samples = Bytes(24 * 2 * 1000, 1);
-        const LoadedPsd loaded(fields);
-        EXPECT_FALSE(loaded.bLoaded || loaded.image.m_pppPlanes) << depth << ' ' << compression;
+    LoadedPsd loaded(PsdFields{.channels = 3, .rows = 4, .columns = 50, .depth = 16});
+    for (const u64 size : {8 * 3 * 4 - 1, 2 * 3 * 4 * 50 - 1}) {  // of the row table, of the samples
+        EXPECT_TRUE(loaded.image.AllocatePlanes());
+        const MemoryLimit limit(size);
+        EXPECT_FALSE(loaded.image.AllocatePlanes() || loaded.image.m_pppPlanes) << size;
     }
-    MemoryStream data(Bytes(1000));
-    PsdRawResourceData raw;
-    EXPECT_FALSE(raw.Read(data.stream, 1001) || raw.m_pBytes);
-    EXPECT_EQ(data.stream.m_nStatus, BS_END) << "as after reading";
-    for (const Bytes& bytes : {RawData({1, 2}), PackedData({{0xFE, 1}})}) {
-        MemoryStream image(bytes);
-        PsdLayerChannel channel;
-        channel.m_nLength = bytes[1] == 0 ? 2 + 2000 : static_cast<u32>(bytes.size());
-        EXPECT_FALSE(channel.ReadChannelData(image.stream, 1, 2000) || channel.m_ppPlane);
-    }
-}
-
-// Every record of 60 channels leads back to its own start; 32767 of them would fit into a kilobyte.
-TEST(LoadPsd, RecordsOverOneAnotherMakeNoMoreChannelsThanTheDataHasRoomFor) {
-    PsdLayerFields layer = {
-        .channels = std::vector<PsdChannelFields>(60, {.data = RawData({1})}), .ranges = Bytes(8 + 60 * 8)};
-    const i32 size = static_cast<i32>(LayerRecord(layer).size());
-    layer.rangesExcess = -(size - 4 + 6);  // to the length of the layers, whose zeroes make an empty name
-    layer.extraExcess = -size;
-    const LoadedPsd loaded({.layers = {layer}, .layerCount = 32767});
-    EXPECT_FALSE(loaded.bLoaded);
-    EXPECT_GT(loaded.image.m_Layers.GetCount(), 1u);
-    EXPECT_LT(loaded.image.m_Layers.GetCount(), 20u);
+    const Bytes layered = Psd({.layers = {{.right = 2000, .channels = {{.data = RawData(Bytes(2000))}}}}});
+    const MemoryLimit limit(1999);
+    const LoadedPsd without(layered);
+    EXPECT_EQ(without.image.GetFinding().place, Place::Channel);
+    EXPECT_EQ(without.image.GetFinding().rule, Rule::NotEnoughMemory);
+    EXPECT_FALSE(without.image.m_Layers.GetAt(0)->m_Channels.GetAt(0)->m_ppPlane);
 }
 
 TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
@@ -112,7 +95,11 @@ TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
     for (u64 size = 0; size < whole.size(); ++size) {
         MemoryStream cut(Truncated(whole, whole.size() - size)), broken(whole), again(whole), last(Psd({}));
         broken.file.m_nThrowAt = size;
-        ASSERT_FALSE(image.LoadPsd(&cut.stream) || image.LoadPsd(&broken.stream)) << size;
+        ASSERT_FALSE(image.LoadPsd(&cut.stream)) << size;
+        ASSERT_EQ(image.GetFinding().rule, Rule::DataEnds) << size;
+        ASSERT_EQ(image.GetFinding().nPosition, size);
+        ASSERT_FALSE(image.LoadPsd(&broken.stream)) << size;
+        ASSERT_EQ(image.GetFinding().rule, Rule::SourceFailed) << size;
         ASSERT_TRUE(image.LoadPsd(&again.stream));
         ASSERT_EQ(Description(image), fresh) << size;
         ASSERT_TRUE(image.LoadPsd(&last.stream));
@@ -120,40 +107,39 @@ TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
     }
 }
 
-TEST(LayerRecord, ShapeIsJudged) {
-    const auto with = [](PsdLayerFields layer) -> PsdFields { return {.layers = {layer}}; };
-    ExpectPairs({
-        {"signature", with({.extra = Bytes(5)}), with({.signature = "8BIN", .extra = Bytes(5)})},
-        {"mask of 19", with({.mask = Bytes(20)}), with({.mask = Bytes(19)})},
-        {"mask of 36", with({.mask = Bytes(20)}), with({.mask = Bytes(36)})},
-        {"extra data 1 short", with({.name = "abc"}), with({.name = "abc", .extraExcess = -1})},
-    });
-    for (const auto& [length, reads] : {std::pair{16777215u, true}, {16777216u, false}}) {
-        MemoryStream source(ByteBuilder().U16(0).U32(length));
-        EXPECT_EQ(PsdLayerChannel().ReadChannelInfo(source.stream), reads) << length;
-    }
+TEST(LoadPsd, Extremes) {
+    const std::string longest(255, 'n');
+    const LoadedPsd named({.resources = {{.name = longest}, {}}, .layers = {{.name = longest}, {.name = "x"}}});
+    ASSERT_TRUE(named.bLoaded);
+    EXPECT_EQ(named.image.m_Resources.GetAt(0)->m_pszName.get(), longest);
+    EXPECT_EQ(named.image.m_Layers.GetAt(0)->m_pszName.get(), longest);
+    EXPECT_STREQ(named.image.m_Layers.GetAt(1)->m_pszName.get(), "x");
+
+    PsdFields many = {.layerCount = -32768};
+    many.layers.resize(32768);
+    EXPECT_EQ(LoadedPsd(many).image.m_Layers.GetCount(), 32768u);
+    EXPECT_TRUE(LoadedPsd({.layers = {{}}, .sectionExcess = 77}).bLoaded) << "this length bounds nothing";
+    EXPECT_TRUE(LoadedPsd({.layers = {{.channels = {{.id = -2, .data = RawData({1})}}}}}).bLoaded) << "without a mask";
 }
 
-TEST(Resource, ShapeIsJudged) {
-    const auto with = [](PsdResourceFields resource) -> PsdFields { return {.resources = {resource}}; };
-    const Bytes names = ByteBuilder().Text("\7Channel\4Mask");
-    ExpectPairs({
-        {"signature", with({}), with({.signature = "8BIN"})},
-        {"largest data", with({.data = Bytes(16777215)}), with({.data = Bytes(16777216)})},
-        {"names, 1 short", with({.id = 1006, .data = names}), with({.id = 1006, .data = Truncated(names, 1)})},
-    });
+// The length of the colour mode data leads back to byte 4, where version and reserved bytes make the length of
+// the resources; the one resource begins with the other reserved bytes and has the rest of the header in it.
+TEST(LoadPsd, TheColourModeDataMayLeadBackwards) {
+    ByteBuilder file;
+    file.Text("8BPS").U16(1, 12).Text("8BIM").U16(1).U32(1, 1).U16(8, PSD_GREYSCALE).U32(0xFFFFFFE6);
+    file.Repeat(20 + 65536 - file.size(), 0).U32(0).U16(0).U8(77);
+    const LoadedPsd loaded(file);
+    ASSERT_TRUE(loaded.bLoaded);
+    EXPECT_EQ(loaded.image.m_Resources.GetAt(0)->m_pData->GetSize(), 65536u);
+    EXPECT_EQ(loaded.image.m_pppPlanes[0][0][0], 77);
 }
 
-TEST(Resource, WritesWhatItRead) {
-    const Bytes read = ByteBuilder().U8(0, 3, 'a', 0, 'b', 255).Repeat(255, 'x');
-    const Bytes left = ByteBuilder().U8(0, 1, 'a', 255).Repeat(255, 'x');  // a name ends at its first zero
-    for (const auto& [id, written] : {std::pair{PSD_RESOURCE_ALPHA_NAMES, left}, {1000, read}}) {
-        const LoadedPsd loaded({.resources = {{.id = id, .data = read}}});
-        MemoryFile file;
-        CArchive archive(&file, CArchive::store);
-        ArchiveByteStream stream(&archive, 4);
-        EXPECT_TRUE(loaded.image.m_Resources.GetAt(0)->m_pData->Write(stream));
-        stream.Close();
-        EXPECT_EQ(file.m_bytes, written) << id;
-    }
+TEST(Resource, WritesTheNamesThatItRead) {
+    const LoadedPsd loaded({.resources = {{.id = 1006, .data = {0, 3, 'a', 0, 'b', 1, 'c'}}}});
+    MemoryFile file;
+    CArchive archive(&file, CArchive::store);
+    ArchiveByteStream stream(&archive, 4);
+    EXPECT_TRUE(loaded.image.m_Resources.GetAt(0)->m_pData->Write(stream));
+    stream.Close();
+    EXPECT_EQ(file.m_bytes, (Bytes{0, 1, 'a', 1, 'c'})) << "a name ends at its first zero";
 }

@@ -7,6 +7,7 @@
 #include "support/byte_builder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -28,7 +29,7 @@ struct MemoryFile final : public CFile {
         ++m_nReads;
         const u64 left = m_bytes.size() - std::min<u64>(m_bytes.size(), m_nPosition);
         const u32 count = static_cast<u32>(std::min<u64>(nCount, left));
-        if (m_nPosition + count > m_nThrowAt) throw CFileException("broken");
+        if (m_nPosition + count > m_nThrowAt) throw CFileException("It cannot be read", EIO);
         std::copy_n(m_bytes.data() + (m_bytes.size() - left), count, static_cast<u8*>(pData));
         m_nPosition += count;
         return count;
@@ -58,9 +59,12 @@ struct CountingArchive final : public CArchive {
     }
     void Flush() override {
         ++m_nCalls;
-        if (m_nFlushes++ >= m_nThrowAtFlush) throw CFileException("no flush");
+        const bool throws = m_bThrowOnce ? m_nFlushes == m_nThrowAtFlush : m_nFlushes >= m_nThrowAtFlush;
+        ++m_nFlushes;
+        if (throws) throw CFileException("no flush");
     }
 
     u64 m_nCalls = 0, m_nFlushes = 0;
     u64 m_nThrowAtFlush = MemoryFile::NEVER;  // flushes that succeed
+    bool m_bThrowOnce = false;                // and those after it succeed again
 };

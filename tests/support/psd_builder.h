@@ -41,7 +41,7 @@ struct PsdFields {
     std::vector<PsdLayerFields> layers = {};
     std::optional<i32> layerCount = {};
     Bytes layerPad = {}, globalMasks = {};
-    i32 resourcesExcess = 0, layersExcess = 0, globalMasksExcess = 0;
+    i32 colourExcess = 0, resourcesExcess = 0, layersExcess = 0, globalMasksExcess = 0;
     i32 sectionExcess = 0;  // of the layers and masks together
     u32 compression = 0;
     std::optional<Bytes> samples = {};  // if not given, as many zero bytes as raw data takes

@@ -1,12 +1,15 @@
 #include "tools/describe/describe.h"
 
-#include "iff/container.h"
+#include "support/failing_new.h"
 #include "support/iff_builder.h"
+#include "support/memory_limit.h"
 #include "support/psd_builder.h"
 #include "support/table.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -24,12 +27,6 @@ struct Printed {
 
     std::string out, error;
 };
-
-void ExpectReason(const Bytes& bytes, const std::string& reason) {
-    const Printed printed(bytes, DescribeResult::Refused);
-    EXPECT_EQ(printed.out, "{\"accepted\":\"none\",\"file\":\"file\",\"iff\":null,\"layer_list\":null,\"psd\":null}\n");
-    EXPECT_NE(printed.error.find(reason), std::string::npos) << printed.error << "instead of " << reason;
-}
 
 TEST(Describe, AnIffDocument) {
     const Printed printed(
@@ -98,48 +95,104 @@ TEST(Describe, APhotoshopDocument) {
         "\n");
 }
 
-TEST(Describe, WhyAPhotoshopDocumentIsRefused) {
-    for (const auto& [change, reason] : Table<void (*)(PsdFields*, PsdLayerFields*), const char*>{
-             {[](auto f, auto) { f->signature = "8BPX"; }, "byte 3, header: it does not begin with 8BPS"},
-             {[](auto f, auto) { f->channels = 25; }, "byte 12, header: 25 channels; 1 to 24 are read"},
-             {[](auto f, auto) { f->mode = 2; }, "byte 30, colour mode data: 0 bytes of palette; 768 are read"},
-             {[](auto, auto l) { l->channels[0].excess = (1 << 24) - 4; },
-                 "byte 82, channel 0 of layer record 0: 16777216 bytes of image data; less than 16777216 are read"},
-             {[](auto, auto l) { l->bottom = 5; },
-                 "byte 146, layer 0: 0 rows and 2 columns; 1 to 30000 of each are read"},
-             {[](auto, auto l) { l->channels[0].excess = 1; },
-                 "byte 148, channel 0 of layer 0: 5 bytes of raw data; 4 are read"},
-             {[](auto f, auto) { f->layerPad = Bytes(2); },
-                 "byte 150, layer information: it is padded by 2 bytes; 0 or 1 is read"},
-             {[](auto f, auto) { f->compression = 0x3842; }, "byte 171, composite: a tagged block stands before it"},
-             {[](auto f, auto) { f->samples = Bytes(1); }, "byte 171, composite: the file ends"},
-         }) {
-        PsdFields fields = Bitmap();
-        change(&fields, &fields.layers[0]);
-        ExpectReason(Psd(fields), reason);
-    }
-}
+constexpr const char* NOTHING = R"({"accepted":"none","file":"file","iff":null,"layer_list":null,"psd":null})"
+                                "\n";
 
-TEST(Describe, WhyAnIffDocumentIsRefused) {
-    for (const auto& [file, reason] : Table<Bytes, const char*>{
-             {Container("PROP", "ILBM", {}), "byte 4, the outermost id: \"PROP\"; FORM, LIST or CAT is read"},
-             {Form("ILBM", {Bmhd({}), Chunk("BMHD", Bytes(19))}),
-                 "the body in \"FORM\"/\"BMHD\": 19 bytes are too few for it"},
-             {Form("ILBM", {Chunk("BODY", Bytes(4), 6)}), "byte 20, the body in \"FORM\"/\"BODY\": the file ends"},
-             {Form("ILBM", {Chunk("GRAB", Bytes(8))}, 16),
-                 "the last chunk in \"FORM\": it is larger than its container"},
-             {Form("ILBM", {Chunk("BODY", Bytes(4), 0x80000000)}),
-                 "the size in \"FORM\"/\"BODY\": 2147483648 bytes; less than 2147483648 are read"},
-             {Nested(DEEPEST_CONTAINER + 1, "LIST"), "a container: it is the 4097th one inside another; 4096 are read"},
-             {{'F'}, "byte 0, the outermost id: the file ends"},
-         })
-        ExpectReason(file, reason);
+TEST(Describe, WhyAFileIsRefused) {
+    for (const auto& [bytes, photoshop, iff] : Table<Bytes, std::string, std::string>{
+             {Psd({.version = 2}), "stopped at byte 4, header: version 2; version 1 is read",
+                 R"(stopped at byte 0, the outermost id: "8BPS"; FORM, LIST or CAT is read)"},
+             {Form("ILBM", {Chunk("BMHD", Bytes(19))}), "stopped at byte 0, header: it does not begin with 8BPS",
+                 R"(stopped at byte 16, the body in "FORM"/"BMHD": 19 bytes are too few for it)"},
+             {{'8', 'B'}, "stopped at byte 2, header: the file ends",
+                 "not asked, since the first had come to no good end"},
+         }) {
+        const Printed printed(bytes, DescribeResult::Refused, "file");
+        EXPECT_EQ(printed.out, NOTHING);
+        const std::string reasons = ": refused. Photoshop reader: " + photoshop + "; IFF reader: " + iff + "\n";
+        EXPECT_TRUE(printed.error.ends_with(reasons)) << printed.error << "instead of " << reasons;
+    }
 }
 
 TEST(Describe, AFileThatCannotBeOpenedPrintsNothing) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(DescribeFile("/", stdout), DescribeResult::CannotBeOpened);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "/: It is a folder\n");
+    EXPECT_EQ(PlainText("a\n\x1B[1m\x7F\xC2\x9B\xC3\x9B \x9B"), "a??[1m???\xC3\x9B ?");
+}
+
+// Whether the brackets outside strings are in pairs and the line ends with them.
+bool IsFinished(const std::string& line) {
+    std::string open;
+    bool quoted = false;
+    for (const char c : line) {
+        if (c == '"') quoted = !quoted;
+        if (!quoted && (c == '{' || c == '[')) open += c == '{' ? '}' : ']';
+        if (quoted || (c != '}' && c != ']')) continue;
+        if (open.empty() || open.back() != c) return false;
+        open.pop_back();
+    }
+    return open.empty() && !quoted && line.ends_with("}\n") && line.find(":,") == std::string::npos;
+}
+
+TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
+    const TempFolder folder;
+    PsdFields fields = Bitmap();
+    fields.layers.push_back({.name = "a name that is too long to be kept in place"});
+    for (const Bytes& bytes :
+        {Form("ILBM", {Bmhd({.width = 2, .height = 1}), Chunk("BODY", Bytes(2000))}), Psd(fields)}) {
+        const std::string path = folder.Write(bytes);
+        bool failed = true;
+        u32 partly = 0;
+        for (u64 succeeding = 0; failed; ++succeeding) {
+            std::FILE* const out = std::fopen(folder.Path("out").c_str(), "w+");
+            DescribeResult result = {};
+            testing::internal::CaptureStderr();
+            {
+                const FailingNew failing(succeeding, false);
+                result = DescribeFile(path, out);
+                failed = FailingNew::HasFailed();
+            }
+            EXPECT_EQ(testing::internal::GetCapturedStderr().empty(), !failed);
+            std::rewind(out);
+            char line[20000] = {};
+            const std::string text(line, std::fread(line, 1, sizeof(line), out));
+            std::fclose(out);
+            if (result == DescribeResult::CannotBeOpened) continue;
+            EXPECT_TRUE(IsFinished(text)) << text << succeeding;
+            partly += result == DescribeResult::NotWhole && text.find("\"none\"") == std::string::npos;
+            ASSERT_LT(succeeding, 1000u);
+        }
+        EXPECT_GT(partly, 0u);
+    }
+    const MemoryLimit limit(1999);
+    const Printed printed(Form("ILBM", {Chunk("BODY", Bytes(2000))}), DescribeResult::NotWhole);
+    EXPECT_EQ(printed.out, NOTHING);
+    EXPECT_TRUE(printed.error.ends_with(": There is not enough memory\n"));
+}
+
+TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
+    const TempFolder folder;
+    const std::string path = folder.Write(Psd({.channels = 2, .rows = 4, .columns = 5}));
+    for (const auto& [most, built] : Table<u64, u32>{{0, 1}, {19, 1}, {20, 2}, {39, 2}, {40, 3}}) {
+        testing::internal::CaptureStderr();
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(DescribeFile(path, stdout, most), DescribeResult::Accepted);
+        const std::string out = testing::internal::GetCapturedStdout();
+        u32 pictures = 0;
+        for (size_t at = 0; (at = out.find("\"bitmap\":true", at)) != std::string::npos; ++at) ++pictures;
+        EXPECT_EQ(pictures, built) << most;
+        const bool nulls = out.find(R"({"bitmap":null,"colours":null,"crc":null,"height":null,"info":null,"sum":null,)"
+                                    R"("valid":null,"width":null})") != std::string::npos;
+        EXPECT_EQ(nulls, most < 40) << most;
+        const std::string error = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), nulls ? 1 : 0) << error;
+    }
+    // A bitmap that memory refuses counts as well.
+    const MemoryLimit limit(79);
+    testing::internal::CaptureStderr();
+    DescribeFile(path, std::tmpfile(), 19);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("passed 19 pixels"), std::string::npos);
 }
 
 }  // namespace

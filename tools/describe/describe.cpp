@@ -1,5 +1,6 @@
 #include "tools/describe/describe.h"
 
+#include "document/finding_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/archive.h"
 #include "framework/core/exception.h"
@@ -8,71 +9,122 @@
 #include "tools/describe/describe_pictures.h"
 #include "tools/describe/describe_psd.h"
 #include "tools/describe/json_writer.h"
-#include "tools/describe/refusal.h"
 
+#include <algorithm>
+#include <exception>
 #include <memory>
-#include <new>
+#include <string_view>
 
 namespace {
 
-bool Load(CVistrelDoc& document, CFile& file) {
-    CArchive archive(&file, CArchive::load);
-    try {
-        document.Serialize(archive);
-        return true;
-    } catch (const CArchiveException&) {
-        return false;
-    }
+// Bytes of the UTF-8 character at the start of the text; 0 for a control character and for what is none.
+size_t PlainLength(std::string_view text) {
+    const u8 lead = static_cast<u8>(text[0]);
+    if (lead < 0x80) return lead < 0x20 || lead == 0x7F ? 0 : 1;
+    const size_t length = lead < 0xC2 || lead > 0xF4 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (text.size() < length) return 0;
+    for (size_t i = 1; i < length; ++i)
+        if ((text[i] & 0xC0) != 0x80) return 0;
+    const bool isControl = lead == 0xC2 && static_cast<u8>(text[1]) < 0xA0;
+    return isControl ? 0 : length;
 }
 
-void WriteFile(JsonWriter& json, const CVistrelDoc& document, const std::string& strPath) {
-    const u32 type = document.m_nDocType;
+// How a file is called here.
+struct Names {
+    std::string path;
+    std::string plain;  // for lines on standard error
+};
+
+void Say(const Names& names, const char* pszText) {
+    std::fprintf(stderr, "%s: %s\n", names.plain.c_str(), pszText);
+}
+
+// False when the call ended with an exception, which is told.
+template <typename Call>
+bool Guarded(const Names& names, const Call& call) {
+    try {
+        call();
+        return true;
+    } catch (const CMemoryException&) {
+        Say(names, MEMORY_TEXT);
+    } catch (const std::exception& exception) {
+        Say(names, exception.what());
+    }
+    return false;
+}
+
+// A key and its value, which is null where there is none to write. What an exception cuts short is ended, and
+// the answer is false.
+template <typename Write>
+bool WriteKey(JsonWriter& json, const char* pszKey, const Names& names, bool known, const Write& write) {
+    json.Key(pszKey);
+    if (!known) {
+        json.Null();
+        return true;
+    }
+    const size_t depth = json.Depth();
+    const bool whole = Guarded(names, write);
+    if (!whole) json.CloseTo(depth);
+    return whole;
+}
+
+// type: what the document holds, DOC_NONE for one that was not read. Whether everything could be written.
+bool WriteFile(JsonWriter& json, const CVistrelDoc& document, u32 type, const Names& names, u64 nMostPixels) {
+    const auto writeLayers = [&] { DescribeLayerList(json, document, names.plain, nMostPixels); };
     json.BeginObject();
     json.Key("accepted").Text(type == DOC_PSD ? "psd" : type == DOC_IFF ? "iff" : "none");
-    json.Key("file").Text(strPath.substr(strPath.rfind('/') + 1));
-    json.Key("iff");
-    if (type == DOC_IFF)
-        DescribeChunk(json, *document.m_Iff.GetRoot());
-    else
-        json.Null();
-    json.Key("layer_list");
-    if (type == DOC_NONE)
-        json.Null();
-    else
-        DescribeLayerList(json, document, strPath);
-    json.Key("psd");
-    if (type == DOC_PSD)
-        DescribePsd(json, document.m_Psd);
-    else
-        json.Null();
+    json.Key("file").Text(std::string_view(names.path).substr(names.path.rfind('/') + 1));
+    bool whole = true;
+    whole &= WriteKey(json, "iff", names, type == DOC_IFF,
+                      [&] { DescribeChunk(json, *document.m_Iff.GetRoot()); });
+    whole &= WriteKey(json, "layer_list", names, type != DOC_NONE, writeLayers);
+    whole &= WriteKey(json, "psd", names, type == DOC_PSD, [&] { DescribePsd(json, document.m_Psd); });
     json.EndObject();
     json.EndLine();
+    return whole;
 }
 
-// What a refused document has left behind is gone when this returns.
-bool ReadAndWrite(CFile& file, const std::string& strPath, std::FILE* out) {
+std::string RefusalText(const CVistrelDoc& document) {
+    return "refused. Photoshop reader: " + FindingText(document.m_Psd.GetFinding()) +
+           "; IFF reader: " + FindingText(document.m_Iff.GetFinding());
+}
+
+DescribeResult LoadAndWrite(CFile& file, const Names& names, JsonWriter& json, u64 nMostPixels) {
     CVistrelDoc document;
-    const bool accepted = Load(document, file);
-    JsonWriter json(out);
-    WriteFile(json, document, strPath);
-    return accepted;
+    bool refused = false;
+    const bool loaded = Guarded(names, [&] {
+        CArchive archive(&file, CArchive::load);
+        try {
+            document.Serialize(archive);
+        } catch (const CArchiveException&) {
+            refused = true;
+        }
+    });
+    const bool whole = WriteFile(json, document, loaded ? document.m_nDocType : DOC_NONE, names, nMostPixels);
+    if (refused) Guarded(names, [&] { Say(names, RefusalText(document).c_str()); });
+    if (!loaded || !whole) return DescribeResult::NotWhole;
+    return refused ? DescribeResult::Refused : DescribeResult::Accepted;
 }
 
 }  // namespace
 
-DescribeResult DescribeFile(const std::string& strPath, std::FILE* out) {
-    const auto fail = [&](const char* reason) {
-        std::fprintf(stderr, "%s: %s\n", strPath.c_str(), reason);
-        return DescribeResult::CannotBeOpened;
-    };
-    try {
-        CRegularFile file(strPath);
-        if (ReadAndWrite(file, strPath, out)) return DescribeResult::Accepted;
-        std::fprintf(stderr, "%s: refused. %s\n", strPath.c_str(), DescribeRefusal(file).c_str());
-        return DescribeResult::Refused;
-    } catch (const CException& exception) {
-        return fail(exception.what());
-    } catch (const std::bad_alloc&) {
-        return fail(CMemoryException().what());
+DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, u64 nMostPixels) try {
+    const Names names{strPath, PlainText(strPath)};
+    JsonWriter json(out);
+    std::unique_ptr<CRegularFile> file;
+    const bool opened = Guarded(names, [&] { file = std::make_unique<CRegularFile>(strPath); });
+    return opened ? LoadAndWrite(*file, names, json, nMostPixels) : DescribeResult::CannotBeOpened;
+} catch (const CMemoryException&) {
+    std::fprintf(stderr, "%s\n", MEMORY_TEXT);
+    return DescribeResult::CannotBeOpened;
+}
+
+std::string PlainText(const std::string& text) {
+    std::string plain;
+    for (size_t at = 0; at < text.size();) {
+        const size_t length = PlainLength(std::string_view(text).substr(at));
+        plain += length == 0 ? "?" : text.substr(at, length);
+        at += std::max<size_t>(length, 1);
     }
+    return plain;
 }

@@ -1,11 +1,21 @@
 // One file, described on one line of JSON.
 #pragma once
 
+#include "base/types.h"
+
 #include <cstdio>
 #include <string>
 
-enum class DescribeResult { Accepted, Refused, CannotBeOpened };
+// NotWhole: something other than the file kept its line from being whole, lack of memory most of all.
+enum class DescribeResult { Accepted, Refused, NotWhole, CannotBeOpened };
 
-// Reads the file as the viewer would. Lines on standard error say why one is refused, or cannot be opened;
-// the latter writes nothing to out.
-DescribeResult DescribeFile(const std::string& strPath, std::FILE* out);
+// Once the pictures built for one file have passed so many pixels together, no more are built.
+constexpr u64 MOST_PIXELS = u64{1} << 32;
+
+// Reads the file as the viewer would. Once it is open, and the little memory that reading takes is there, it
+// gives one finished line, whatever happens; before that nothing is written to out. Lines on standard error
+// say what went wrong.
+DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, u64 nMostPixels = MOST_PIXELS);
+
+// Fit for a terminal: control characters and what is no UTF-8 become '?'.
+std::string PlainText(const std::string& text);

@@ -8,7 +8,8 @@
 #include "tools/describe/json_writer.h"
 
 #include <cstdio>
-#include <new>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -48,42 +49,92 @@ void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown)
     json.EndObject();
 }
 
+void WriteNoPicture(JsonWriter& json) {
+    json.BeginObject();
+    for (const char* key : {"bitmap", "colours", "crc", "height", "info", "sum", "valid", "width"})
+        json.Key(key).Null();
+    json.EndObject();
+}
+
 // False when memory refuses the picture, which is not valid then.
 bool Build(DisplayImage& image, const CVistrelDoc& document, u32 layer, u32 channel) {
     try {
         image.BuildBitmap(document, layer, channel);
         if (!image.m_bMemoryRefused) return true;
-    } catch (const std::bad_alloc&) {
     } catch (const CMemoryException&) {
     }
     image.m_bValid = 0;
     return false;
 }
 
+class LayerList {
+  public:
+    LayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName, u64 nMostPixels)
+        : m_json(json), m_document(document), m_strFileName(strFileName), m_nMostPixels(nMostPixels) {}
+
+    void Write() {
+        const std::vector<std::string> layers = LayerNames(m_document);
+        m_json.BeginArray();
+        for (u32 layer = 0; layer < layers.size(); ++layer) {
+            m_json.BeginObject();
+            m_json.Key("channels");
+            WriteChannels(layer);
+            m_json.Key("name").Text(layers[layer].c_str());
+            m_json.EndObject();
+        }
+        m_json.EndArray();
+    }
+
+  private:
+    void WriteChannels(u32 layer) {
+        const std::vector<std::string> channels = m_image.ChooseLayer(m_document, layer);
+        m_json.BeginArray();
+        for (u32 channel = 0; channel < channels.size(); ++channel) {
+            m_json.BeginObject();
+            m_json.Key("name").Text(channels[channel]);
+            m_json.Key("picture");
+            WriteSelection(layer, channel);
+            m_json.EndObject();
+        }
+        m_json.EndArray();
+    }
+
+    void WriteSelection(u32 layer, u32 channel) {
+        if (m_nPixels > m_nMostPixels) {
+            SayOnce();
+            WriteNoPicture(m_json);
+            return;
+        }
+        const bool built = Build(m_image, m_document, layer, channel);
+        if (!built)
+            std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", m_strFileName.c_str(), layer, channel,
+                         MEMORY_TEXT);
+        const GdiBitmap* const bitmap = m_image.m_hBitmap;
+        // One that memory refused in the end has been made up to there.
+        if (bitmap || !built) m_nPixels += u64{m_image.m_nWidth} * m_image.m_nHeight;
+        // Of an IFF document the view may hold the size of the picture before.
+        WritePicture(m_json, m_image, bitmap || m_document.m_nDocType == DOC_PSD);
+    }
+
+    void SayOnce() {
+        if (!m_bSaid)
+            std::fprintf(stderr, "%s: its pictures have passed %llu pixels; no more are built\n",
+                         m_strFileName.c_str(), static_cast<unsigned long long>(m_nMostPixels));
+        m_bSaid = true;
+    }
+
+    JsonWriter& m_json;
+    const CVistrelDoc& m_document;
+    const std::string& m_strFileName;
+    const u64 m_nMostPixels;
+    DisplayImage m_image;
+    u64 m_nPixels = 0;  // of all pictures built, or tried
+    bool m_bSaid = false;
+};
+
 }  // namespace
 
-void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName) {
-    DisplayImage image;
-    const std::vector<std::string> layers = LayerNames(document);
-    json.BeginArray();
-    for (u32 layer = 0; layer < layers.size(); ++layer) {
-        const std::vector<std::string> channels = image.ChooseLayer(document, layer);
-        json.BeginObject();
-        json.Key("channels").BeginArray();
-        for (u32 channel = 0; channel < channels.size(); ++channel) {
-            if (!Build(image, document, layer, channel))
-                std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", strFileName.c_str(), layer, channel,
-                             CMemoryException().what());
-            json.BeginObject();
-            json.Key("name").Text(channels[channel]);
-            json.Key("picture");
-            // Of an IFF document the view may hold the size of the picture before.
-            WritePicture(json, image, image.m_hBitmap || document.m_nDocType == DOC_PSD);
-            json.EndObject();
-        }
-        json.EndArray();
-        json.Key("name").Text(layers[layer].c_str());
-        json.EndObject();
-    }
-    json.EndArray();
+void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName,
+                       u64 nMostPixels) {
+    LayerList(json, document, strFileName, nMostPixels).Write();
 }

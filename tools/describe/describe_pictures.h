@@ -1,10 +1,14 @@
 // What the two lists offer, and what each selection shows.
 #pragma once
 
+#include "base/types.h"
+
 #include <string>
 
 class CVistrelDoc;
 class JsonWriter;
 
-// strFileName: for the lines on standard error that name pictures which memory refuses.
-void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName);
+// strFileName: for the lines on standard error that name pictures which memory refuses. Every key of a
+// picture is null once those before it have passed nMostPixels together.
+void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName,
+                       u64 nMostPixels);

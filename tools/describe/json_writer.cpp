@@ -6,27 +6,34 @@
 void JsonWriter::Separate() {
     if (!m_bFirst) std::fputc(',', m_out);
     m_bFirst = false;
+    m_bKeyWaits = false;
 }
 
-void JsonWriter::Begin(char bracket) {
+void JsonWriter::Begin(char bracket, char end) {
+    m_levels.push_back({end, {}});  // before anything is written, since it may throw
     Separate();
     std::fputc(bracket, m_out);
-    m_keys.emplace_back();
     m_bFirst = true;
 }
 
-void JsonWriter::End(char bracket) {
-    std::fputc(bracket, m_out);
-    m_keys.pop_back();
-    m_bFirst = m_keys.empty();  // the next line begins anew
+void JsonWriter::End() {
+    std::fputc(m_levels.back().end, m_out);
+    m_levels.pop_back();
+    m_bFirst = m_levels.empty();  // the next line begins anew
+}
+
+void JsonWriter::CloseTo(size_t depth) {
+    if (m_bKeyWaits) Null();
+    while (Depth() > depth) End();
 }
 
 JsonWriter& JsonWriter::Key(std::string_view name) {
-    assert(m_keys.back() < name);
-    m_keys.back() = name;
+    assert(m_levels.back().key < name);
+    m_levels.back().key = name;
     Text(name);
     std::fputc(':', m_out);
     m_bFirst = true;
+    m_bKeyWaits = true;
     return *this;
 }
 

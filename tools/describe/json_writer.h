@@ -4,21 +4,27 @@
 #include "base/types.h"
 
 #include <cstdio>
-#include <string>
 #include <string_view>
 #include <vector>
 
 class JsonWriter {
   public:
-    // The file is borrowed.
-    explicit JsonWriter(std::FILE* out) : m_out(out) {}
+    // The file is borrowed. Memory may lack for this, and for objects and arrays that lie deeper one inside
+    // another than is usual.
+    explicit JsonWriter(std::FILE* out) : m_out(out) { m_levels.reserve(USUAL_DEPTH); }
 
-    void BeginObject() { Begin('{'); }
-    void EndObject() { End('}'); }
-    void BeginArray() { Begin('['); }
-    void EndArray() { End(']'); }
+    void BeginObject() { Begin('{', '}'); }
+    void EndObject() { End(); }
+    void BeginArray() { Begin('[', ']'); }
+    void EndArray() { End(); }
 
-    // Keys of one object come in ascending order. Returns the writer, for the value.
+    // Objects and arrays begun and not ended.
+    size_t Depth() const { return m_levels.size(); }
+
+    // Gives a key that waits for its value a null, and ends what was begun beyond that depth.
+    void CloseTo(size_t depth);
+
+    // A literal; keys of one object come in ascending order. Returns the writer, for the value.
     JsonWriter& Key(std::string_view name);
 
     void Number(i64 value);
@@ -35,11 +41,20 @@ class JsonWriter {
     void EndLine() { std::fputc('\n', m_out); }
 
   private:
-    void Begin(char bracket);
-    void End(char bracket);
+    // An object or array begun.
+    struct Level {
+        char end;
+        std::string_view key;  // the last one
+    };
+
+    static constexpr size_t USUAL_DEPTH = 32;
+
+    void Begin(char bracket, char end);
+    void End();
     void Separate();
 
     std::FILE* m_out;
-    bool m_bFirst = true;             // nothing stands before the next value
-    std::vector<std::string> m_keys;  // the last one of each object or array begun
+    bool m_bFirst = true;  // nothing stands before the next value
+    bool m_bKeyWaits = false;
+    std::vector<Level> m_levels;
 };

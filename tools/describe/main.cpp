@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     for (int i = first; i < argc; ++i) {
         const DescribeResult result = DescribeFile(argv[i], stdout);
         if (result == DescribeResult::Refused) status = std::max(status, 1);
-        if (result == DescribeResult::CannotBeOpened) status = BAD;
+        if (result == DescribeResult::NotWhole || result == DescribeResult::CannotBeOpened) status = BAD;
         if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
             std::fputs("vistrel-describe: the output cannot be written\n", stderr);
             return BAD;

@@ -6,7 +6,6 @@
 #include "framework/core/regular_file.h"
 
 #include <exception>
-#include <new>
 
 bool CDocument::OnNewDocument() {
     DeleteContents();
@@ -16,9 +15,9 @@ bool CDocument::OnNewDocument() {
 }
 
 bool CDocument::OnOpenDocument(const std::string& strPathName) {
-    const auto refuse = [&](const char* pszReason) {
+    const auto refuse = [&](const std::string& strReason) {
         DeleteContents();
-        AfxMessageBox("\"" + strPathName + "\" was not opened. " + pszReason + ".");
+        AfxMessageBox("\"" + strPathName + "\" was not opened. " + strReason + ".");
         return false;
     };
     try {
@@ -29,10 +28,11 @@ bool CDocument::OnOpenDocument(const std::string& strPathName) {
         Serialize(archive);
         SetModifiedFlag(false);
         return true;
-    } catch (const std::bad_alloc&) {
-        return refuse(CMemoryException().what());
+    } catch (const CMemoryException&) {
+        return refuse(MEMORY_TEXT);
     } catch (const CArchiveException& exception) {
-        return refuse((std::string(exception.what()) + "; vistrel-describe tells what it is").c_str());
+        const std::string reason = GetRefusalReason();
+        return refuse(reason.empty() ? exception.what() : reason);
     } catch (const std::exception& exception) {
         return refuse(exception.what());
     }

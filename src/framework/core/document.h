@@ -16,12 +16,16 @@ class CDocument : public CCmdTarget {
 
     virtual bool OnNewDocument();
 
-    // Reads the file through Serialize. What leaves it as an exception is reported to the user, and the
-    // document is emptied; false then.
+    // Reads the file through Serialize. What leaves it as an exception is reported to the user, after a call
+    // of DeleteContents; false then.
     virtual bool OnOpenDocument(const std::string& strPathName);
 
     virtual void Serialize(CArchive& archive);
     virtual void DeleteContents() {}
+
+    // Why Serialize refused the file, in a sentence without its full stop; empty where there is no more to
+    // tell than that it did.
+    virtual std::string GetRefusalReason() const { return {}; }
 
     bool IsModified() const { return m_bModified; }
     void SetModifiedFlag(bool bModified = true) { m_bModified = bModified; }

@@ -3,7 +3,7 @@
 #include <cstring>
 
 CFileException::CFileException(const std::string& operation, int nError)
-    : CException(operation + ": " + std::strerror(nError)) {}
+    : CException(operation + ": " + std::strerror(nError)), m_nError(nError) {}
 
 CArchiveException::CArchiveException(Cause cause, std::string strFileName)
     : CException("It is no document of the kinds that this viewer reads"),
@@ -16,10 +16,4 @@ void AfxThrowArchiveException(CArchiveException::Cause cause, const std::string&
 
 void AfxThrowMemoryException() {
     throw CMemoryException();
-}
-
-LargeBlock AllocateLargeBlock(u64 size) {
-    LargeBlock block = LargeBlock::Try(size);
-    if (!block) AfxThrowMemoryException();
-    return block;
 }

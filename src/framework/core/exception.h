@@ -1,11 +1,9 @@
-// The framework's exceptions. They are thrown by value and caught by reference; what() is one sentence
-// without its full stop, fit to be shown to the user.
+// The framework's exceptions. They are thrown by value and caught by reference; what() of those below
+// CException is one sentence without its full stop, fit to be shown to the user.
 #pragma once
 
-#include "base/large_block.h"
-#include "base/types.h"
-
 #include <exception>
+#include <new>
 #include <string>
 
 class CException : public std::exception {
@@ -17,12 +15,11 @@ class CException : public std::exception {
     std::string m_strText;
 };
 
-// Memory that could not be had. Its text needs no memory of its own.
-class CMemoryException : public CException {
-  public:
-    CMemoryException() : CException(std::string()) {}
-    const char* what() const noexcept override { return "There is not enough memory"; }
-};
+// Memory that could not be had. What it throws is the allocator's own, whoever asked.
+using CMemoryException = std::bad_alloc;
+
+// What the user is told about it.
+inline constexpr const char* MEMORY_TEXT = "There is not enough memory";
 
 // A file that cannot be opened, read or positioned.
 class CFileException : public CException {
@@ -30,6 +27,8 @@ class CFileException : public CException {
     explicit CFileException(std::string text) : CException(std::move(text)) {}
     // nError: an errno value, whose text follows that of the operation.
     CFileException(const std::string& operation, int nError);
+
+    int m_nError = 0;  // the errno value, 0 where there is none
 };
 
 // A document that its reader refuses.
@@ -51,6 +50,3 @@ class CUserException : public CException {
 
 [[noreturn]] void AfxThrowArchiveException(CArchiveException::Cause cause, const std::string& strFileName);
 [[noreturn]] void AfxThrowMemoryException();
-
-// A block of size bytes with undefined contents. Throws CMemoryException when it cannot be had.
-LargeBlock AllocateLargeBlock(u64 size);

@@ -4,14 +4,13 @@
 #include "framework/core/exception.h"
 
 #include <exception>
-#include <new>
 
 void AfxReportException(const std::string& strLead) noexcept {
     try {
         try {
             throw;
-        } catch (const std::bad_alloc&) {
-            AfxMessageBox(strLead + CMemoryException().what() + ".");
+        } catch (const CMemoryException&) {
+            AfxMessageBox(strLead + MEMORY_TEXT + ".");
         } catch (const std::exception& exception) {
             AfxMessageBox(strLead + exception.what() + ".");
         } catch (...) {
