@@ -5,7 +5,7 @@
 #include "app/resource_ids.h"
 #include "app/vistrel_app.h"
 #include "framework/core/resource.h"
-#include "framework/qt/view.h"
+#include "framework/qt/wnd/view.h"
 #include "support/iff_builder.h"
 #include "support/private_home.h"
 

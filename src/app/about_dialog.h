@@ -1,7 +1,7 @@
 // The box that tells the program's name and version.
 #pragma once
 
-#include "framework/qt/dialog.h"
+#include "framework/qt/wnd/dialog.h"
 
 class CAboutDlg : public CDialog {
   public:

@@ -2,9 +2,9 @@
 // through which the user chooses what the view shows; the view fills and reads them.
 #pragma once
 
-#include "framework/qt/combo_box.h"
-#include "framework/qt/dialog_bar.h"
-#include "framework/qt/mdi.h"
+#include "framework/qt/wnd/combo_box.h"
+#include "framework/qt/wnd/dialog_bar.h"
+#include "framework/qt/wnd/mdi_frame_wnd.h"
 
 class CChildFrame : public CMDIChildWnd {
   public:

@@ -1,8 +1,8 @@
 // The main window, with the toolbar and the status bar.
 #pragma once
 
-#include "framework/qt/mdi.h"
-#include "framework/qt/tool_bar.h"
+#include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/tool_bar.h"
 
 class CMainFrame : public CMDIFrameWnd {
   protected:

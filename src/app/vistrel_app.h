@@ -1,7 +1,7 @@
 // The application object.
 #pragma once
 
-#include "framework/qt/win_app.h"
+#include "framework/qt/program/win_app.h"
 
 class CVistrelApp : public CWinApp {
   public:

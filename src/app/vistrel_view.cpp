@@ -7,7 +7,7 @@
 #include "display/frame_fit.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/resource.h"
-#include "framework/qt/dc.h"
+#include "framework/qt/wnd/dc.h"
 
 #include <algorithm>
 #include <cmath>

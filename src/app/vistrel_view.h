@@ -3,7 +3,7 @@
 #pragma once
 
 #include "display/display_image.h"
-#include "framework/qt/view.h"
+#include "framework/qt/wnd/view.h"
 
 #include <string>
 #include <vector>

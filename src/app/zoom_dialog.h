@@ -1,7 +1,7 @@
 // Asks for the scale at which the picture is shown.
 #pragma once
 
-#include "framework/qt/dialog.h"
+#include "framework/qt/wnd/dialog.h"
 
 class CZoomDlg : public CDialog {
   public:

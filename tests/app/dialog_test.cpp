@@ -1,7 +1,7 @@
 // The dialogs, answered in the user's place.
 
-#include "framework/qt/menu_bar.h"
-#include "framework/qt/printing.h"
+#include "framework/qt/wnd/menu_bar.h"
+#include "framework/qt/wnd/printing.h"
 #include "window_case.h"
 
 TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) {

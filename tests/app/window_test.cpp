@@ -3,7 +3,7 @@
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
 #include "framework/core/replace_file.h"
-#include "framework/qt/menu_bar.h"
+#include "framework/qt/wnd/menu_bar.h"
 #include "support/private_home.h"
 #include "window_case.h"
 

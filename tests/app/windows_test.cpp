@@ -1,7 +1,7 @@
 // Several child windows: their commands, their titles and the list of them.
 
 #include "framework/core/document.h"
-#include "framework/qt/menu_bar.h"
+#include "framework/qt/wnd/menu_bar.h"
 #include "window_case.h"
 
 #include <QDockWidget>

@@ -1,6 +1,6 @@
 // The settings file, with other programs about.
 
-#include "framework/qt/ini_profile.h"
+#include "framework/qt/kit/ini_profile.h"
 
 #include "support/private_home.h"
 

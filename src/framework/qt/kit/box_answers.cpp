@@ -1,0 +1,85 @@
+#include "framework/qt/kit/box_answers.h"
+
+#include "framework/core/answers.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/dialog_owner.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QRegularExpression>
+
+namespace {
+
+// A question in the middle of something long waits for the user, not the other way round.
+class PlainCursor {
+  public:
+    PlainCursor() {
+        if (m_bWaiting) QApplication::changeOverrideCursor(Qt::ArrowCursor);
+    }
+    ~PlainCursor() {
+        if (m_bWaiting) QApplication::changeOverrideCursor(Qt::WaitCursor);
+    }
+    PlainCursor(const PlainCursor&) = delete;
+    PlainCursor& operator=(const PlainCursor&) = delete;
+
+  private:
+    const bool m_bWaiting = QApplication::overrideCursor() != nullptr;
+};
+
+// A name may be longer than any line and have no blank in it, so that it may be broken every 60 characters.
+// The mark for that shows as nothing.
+QString Breakable(QString text) {
+    return text.replace(QRegularExpression(QStringLiteral("(\\S{60}\\pM*)")), QStringLiteral("\\1\u200B"));
+}
+
+class BoxAnswers final : public Answers {
+  public:
+    int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
+        QMessageBox box(nStyle & MB_ICONEXCLAMATION ? QMessageBox::Warning : QMessageBox::NoIcon,
+                        ToDisplayText(strCaption), QString(), QMessageBox::Ok, AfxGetDialogOwner());
+        box.setTextFormat(Qt::PlainText);
+        box.setText(Breakable(ToDisplayText(strText)));
+        if (nStyle & MB_SETFOREGROUND) box.raise();
+        const PlainCursor plain;
+        return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
+    }
+
+    std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
+                                       const std::string& strFolder) override {
+        QFileDialog dialog(AfxGetDialogOwner());
+        dialog.setFileMode(QFileDialog::ExistingFiles);
+        if (!strFolder.empty()) dialog.setDirectory(QFile::decodeName(strFolder.c_str()));
+        // Only the last brackets of a filter count, and they do not show.
+        dialog.setOption(QFileDialog::HideNameFilterDetails);
+        QStringList names;
+        for (const FileFilter& filter : filters) names.append(NameFilter(filter));
+        dialog.setNameFilters(names);
+        std::vector<std::string> paths;
+        if (dialog.exec() != QDialog::Accepted) return paths;
+        for (const QString& file : dialog.selectedFiles())
+            paths.push_back(QFile::encodeName(file).toStdString());
+        return paths;
+    }
+
+    int Dialog(u32, ModalDialog& dialog) override { return dialog.Wait(); }
+
+  private:
+    static QString NameFilter(const FileFilter& filter) {
+        QStringList patterns;
+        for (const std::string& bytes : filter.strPatterns) {
+            const QString pattern = ToDisplayText(bytes);
+            patterns.append(pattern);
+            if (pattern.toLower() != pattern) patterns.append(pattern.toLower());
+        }
+        return QStringLiteral("%1 (%2)").arg(ToDisplayText(filter.strName), patterns.join(u' '));
+    }
+};
+
+}  // namespace
+
+Answers& AfxGetBoxAnswers() {
+    static BoxAnswers answers;
+    return answers;
+}

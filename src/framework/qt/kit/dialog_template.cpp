@@ -1,0 +1,141 @@
+#include "framework/qt/kit/dialog_template.h"
+
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/picture.h"
+#include "framework/qt/wnd/combo_box.h"
+
+#include <QComboBox>
+#include <QIcon>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace {
+
+// Dialog units follow the font: four make its average width, eight its height.
+class DialogUnits {
+  public:
+    explicit DialogUnits(const QFontMetrics& metrics) : m_nHeight(metrics.height()) {
+        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+        m_nWidth = (metrics.horizontalAdvance(alphabet) / 26 + 1) / 2;
+    }
+
+    int X(int units) const { return (units * m_nWidth + 2) / 4; }
+    int Y(int units) const { return (units * m_nHeight + 4) / 8; }
+    QRect Map(const CRect& rect) const {
+        return QRect(QPoint(X(rect.left), Y(rect.top)), QPoint(X(rect.right) - 1, Y(rect.bottom) - 1));
+    }
+
+  private:
+    int m_nWidth;
+    int m_nHeight;
+};
+
+// Between a label that is wider than its place and the control behind it, in pixels.
+constexpr int LABEL_GAP = 3;
+
+class ControlMaker {
+  public:
+    ControlMaker(QWidget& parent, const DialogResource& resource, CCmdTarget& target)
+        : m_parent(parent),
+          m_target(target),
+          m_units(parent.fontMetrics()),
+          m_size(m_units.X(resource.size.cx), m_units.Y(resource.size.cy)) {}
+
+    void Make(const ControlResource& control) {
+        const QRect place = m_units.Map(control.rect);
+        switch (control.kind) {
+            case ControlKind::Static:
+            case ControlKind::PlainText:
+                m_pLabel = MakeLabel(control, place);
+                return;
+            case ControlKind::Icon:
+                MakeIcon(control, place);
+                return;
+            case ControlKind::ComboBox:
+                Finish(AfxCreateComboBox(&m_parent, m_target, control.nId), control.nId, ListPlace(place));
+                return;
+            case ControlKind::Edit:
+                Finish(new QLineEdit(&m_parent), control.nId, place);
+                return;
+            case ControlKind::Button:
+            case ControlKind::DefaultButton:
+                MakeButton(control, place);
+                return;
+        }
+    }
+
+    QSize GetSize() const { return m_size; }
+
+  private:
+    QLabel* MakeLabel(const ControlResource& control, const QRect& place) const {
+        QString text = ToDisplayText(control.pszText);
+        auto* const label = new QLabel(&m_parent);
+        label->setTextFormat(Qt::PlainText);
+        label->setText(text);
+        label->setGeometry(place.x(), place.y(), std::max(label->sizeHint().width(), place.width()),
+                           place.height());
+        return label;
+    }
+
+    void MakeIcon(const ControlResource& control, const QRect& place) const {
+        auto* const picture = new QLabel(&m_parent);
+        const int side = std::min(place.width(), place.height());
+        picture->setPixmap(AfxLoadIcon(control.nId).pixmap(QSize(side, side), m_parent.devicePixelRatioF()));
+        picture->setGeometry(place.x(), place.y(), side, side);
+    }
+
+    void MakeButton(const ControlResource& control, const QRect& place) {
+        auto* const button = new QPushButton(ToDisplayText(control.pszText), &m_parent);
+        button->setDefault(control.kind == ControlKind::DefaultButton);
+        QObject::connect(button, &QPushButton::clicked, [&target = m_target, nID = control.nId] {
+            AfxGuardedCall([&] { target.OnCmdMsg(nID, CN_COMMAND, nullptr); });
+        });
+        Finish(button, control.nId, place);
+    }
+
+    // The template gives the height of the list dropped down.
+    QRect ListPlace(const QRect& place) const {
+        return {place.left(), place.top(), place.width(), m_size.height() - 2 * place.top()};
+    }
+
+    // A text is the label of the control behind it, which its mnemonic goes to. Where the font needs more
+    // room than the template's, the control grows about its middle, and begins later beside a label.
+    void Finish(QWidget* pControl, u32 nID, QRect place) {
+        pControl->setObjectName(QString::number(nID));
+        const int height = std::max(pControl->sizeHint().height(), place.height());
+        place = QRect(place.left(), place.center().y() - (height - 1) / 2, place.width(), height);
+        if (m_pLabel) {
+            m_pLabel->setBuddy(pControl);
+            QRect label = m_pLabel->geometry();
+            if (label.bottom() >= place.top() && label.top() <= place.bottom()) {
+                m_pLabel->setGeometry(label.x(), place.y(), label.width(), place.height());
+                place.setLeft(std::max(place.left(), label.right() + 1 + LABEL_GAP));
+            }
+            m_pLabel = nullptr;
+        }
+        pControl->setGeometry(place);
+    }
+
+    QWidget& m_parent;
+    CCmdTarget& m_target;
+    DialogUnits m_units;
+    QSize m_size;
+    QLabel* m_pLabel = nullptr;  // the text that the next control may belong to
+};
+
+}  // namespace
+
+QSize AfxCreateControls(QWidget& parent, const DialogResource& resource, CCmdTarget& target) {
+    ControlMaker maker(parent, resource, target);
+    for (const ControlResource& control : resource.controls) maker.Make(control);
+    return maker.GetSize();
+}
+
+QWidget* AfxFindControl(const QWidget& parent, u32 nID) {
+    return parent.findChild<QWidget*>(QString::number(nID));
+}

@@ -1,0 +1,28 @@
+// A drop-down list. It is spoken to in messages; its entries keep the order in which they were added, and a
+// new selection of the user's is told to the frame as CBN_SELCHANGE.
+#pragma once
+
+#include "framework/qt/wnd/wnd.h"
+
+constexpr u32 CB_ADDSTRING = 0x143;  // lParam: the entry's text, bytes of unknown encoding; its position
+constexpr u32 CB_GETCOUNT = 0x146;
+constexpr u32 CB_GETCURSEL = 0x147;     // CB_ERR without a selection
+constexpr u32 CB_GETLBTEXT = 0x148;     // wParam: position; lParam: a buffer for the UTF-8 text; its length
+constexpr u32 CB_GETLBTEXTLEN = 0x149;  // wParam: position; bytes of the text, without the zero behind it
+constexpr u32 CB_RESETCONTENT = 0x14B;
+constexpr u32 CB_SETCURSEL = 0x14E;  // wParam: position
+constexpr i64 CB_ERR = -1;
+
+class CDialogBar;
+class QComboBox;
+
+// A list in a dialog. What the user selects in it reaches the target as a notification of this id.
+QComboBox* AfxCreateComboBox(QWidget* pParent, CCmdTarget& target, u32 nID);
+
+class CComboBox : public CWnd {
+  public:
+    // Takes the place of a list in the bar. False when the bar has none with this id.
+    bool SubclassDlgItem(u32 nID, CDialogBar* pBar);
+
+    i64 WindowProc(u32 nMessage, u64 wParam, i64 lParam) override;
+};

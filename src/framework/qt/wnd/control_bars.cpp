@@ -1,0 +1,107 @@
+#include "framework/qt/wnd/control_bars.h"
+
+#include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/wnd/frame_wnd.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QStatusBar>
+
+CControlBar::~CControlBar() {
+    if (GetParent()) static_cast<CFrameWnd*>(GetParent())->RemoveControlBar(*this);
+}
+
+bool CControlBar::IsWindowVisible() const {
+    return GetWidget() && !GetWidget()->isHidden();
+}
+
+void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
+
+void CControlBar::AttachBar(QWidget* pWidget, CFrameWnd* pFrame, u32 nID) {
+    m_nID = nID;
+    pWidget->setObjectName(QString::number(nID));
+    Attach(pWidget, pFrame);
+    pFrame->AddControlBar(*this);
+}
+
+namespace {
+
+void ShowText(QLabel* pLabel, const QString& text) {
+    if (text != pLabel->text()) pLabel->setText(text);
+}
+
+class PaneCmdUI final : public CCmdUI {
+  public:
+    PaneCmdUI(u32 nID, QLabel* pLabel) : CCmdUI(nID), m_pLabel(pLabel) {}
+
+    // An indicator has its own name for a text.
+    void Enable(bool bOn) override {
+        ShowText(m_pLabel, bOn ? ToDisplayText(AfxLoadString(m_nID)) : QString());
+    }
+    void SetCheck(int) override {}
+    void SetText(const std::string& strText) override { ShowText(m_pLabel, ToDisplayText(strText)); }
+
+  private:
+    QLabel* m_pLabel;
+};
+
+}  // namespace
+
+bool CStatusBar::Create(CFrameWnd* pFrame, u32 nID) {
+    auto* const bar = new QStatusBar;
+    bar->setSizeGripEnabled(false);
+    pFrame->GetBarHost()->setStatusBar(bar);
+    AttachBar(bar, pFrame, nID);
+    return true;
+}
+
+bool CStatusBar::SetIndicators(std::span<const u32> ids) {
+    auto* const bar = static_cast<QStatusBar*>(GetWidget());
+    for (const u32 id : ids) {
+        const bool first = m_panes.empty() && id == ID_SEPARATOR;
+        const QString text = ToDisplayText(AfxLoadString(id));
+        auto* const label = new QLabel(text, bar);
+        label->setTextFormat(Qt::PlainText);
+        // A long text is cut, it does not widen the window.
+        if (first) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        m_panes.push_back({id, first ? SBPS_STRETCH | SBPS_NOBORDERS : 0, label->sizeHint().width(), label});
+        bar->addWidget(label, first ? 1 : 0);
+        ApplyWidth(m_panes.back());
+    }
+    return true;
+}
+
+void CStatusBar::ApplyWidth(const Pane& pane) {
+    pane.pLabel->setFrameShape(pane.nStyle & SBPS_NOBORDERS ? QFrame::NoFrame : QFrame::Panel);
+    pane.pLabel->setFrameShadow(QFrame::Sunken);
+    pane.pLabel->setMinimumWidth(pane.cxWidth + 2 * pane.pLabel->frameWidth());
+}
+
+void CStatusBar::GetPaneInfo(int nIndex, u32& nID, u32& nStyle, int& cxWidth) const {
+    const Pane& pane = m_panes[static_cast<std::size_t>(nIndex)];
+    nID = pane.nID;
+    nStyle = pane.nStyle;
+    cxWidth = pane.cxWidth;
+}
+
+void CStatusBar::SetPaneInfo(int nIndex, u32 nID, u32 nStyle, int cxWidth) {
+    Pane& pane = m_panes[static_cast<std::size_t>(nIndex)];
+    pane = {nID, nStyle, cxWidth, pane.pLabel};
+    ApplyWidth(pane);
+}
+
+void CStatusBar::SetPaneText(int nIndex, const std::string& strText) {
+    ShowText(m_panes[static_cast<std::size_t>(nIndex)].pLabel, ToDisplayText(strText));
+}
+
+std::string CStatusBar::GetPaneText(int nIndex) const {
+    return m_panes[static_cast<std::size_t>(nIndex)].pLabel->text().toStdString();
+}
+
+void CStatusBar::OnUpdateCmdUI(CFrameWnd& frame) {
+    for (const Pane& pane : m_panes) {
+        PaneCmdUI ui(pane.nID, pane.pLabel);
+        ui.DoUpdate(frame, false);
+    }
+}

@@ -1,0 +1,193 @@
+#include "framework/core/document.h"
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/picture.h"
+#include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/view.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QHelpEvent>
+#include <QIcon>
+#include <QLayout>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QStyle>
+#include <QToolTip>
+
+namespace {
+
+class SubWindow final : public QMdiSubWindow {
+  public:
+    explicit SubWindow(CMDIChildWnd& frame) : m_frame(frame) {}
+
+    // A picture can be smaller than any caption; a minimised window is nothing but its caption.
+    QSize minimumSizeHint() const override {
+        return isMinimized() ? QMdiSubWindow::minimumSizeHint() : QSize(1, 1);
+    }
+
+    // What the toolkit gives each window of a cascade: they are to show more of themselves than their bars.
+    QSize sizeHint() const override { return parentWidget()->size() * 3 / 4; }
+
+  protected:
+    // The caption shows the name of the file; its tip shows where it is.
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::ToolTip) return QMdiSubWindow::event(pEvent);
+        const auto* const help = static_cast<QHelpEvent*>(pEvent);
+        if (widget()->isVisible() && help->pos().y() >= widget()->y()) return false;
+        const QString path = ToDisplayText(m_frame.GetActiveView()->GetDocument()->GetPathName());
+        QToolTip::showText(help->globalPos(), ToPlainTip(path), this);
+        return true;
+    }
+
+    // Of what is inside the window. The pointer has not left the window then, but its caption.
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pWatched == widget() && pEvent->type() == QEvent::Enter) QToolTip::hideText();
+        return QMdiSubWindow::eventFilter(pWatched, pEvent);
+    }
+
+    // The one that was active before it is the next one, whereas the keys that go through all windows keep to
+    // the order in which these were opened.
+    void closeEvent(QCloseEvent* pEvent) override {
+        mdiArea()->setActivationOrder(QMdiArea::ActivationHistoryOrder);
+        // It is to stand as this one does, which the toolkit forgets of a window that is gone.
+        const auto windows = mdiArea()->subWindowList(QMdiArea::ActivationHistoryOrder);
+        if (isMaximized() && windows.size() > 1 && !windows[windows.size() - 2]->isMinimized())
+            mdiArea()->activatePreviousSubWindow();
+        QMdiSubWindow::closeEvent(pEvent);
+        if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
+    }
+
+  private:
+    CMDIChildWnd& m_frame;
+};
+
+// A window that does not show yet is told of its new size only once it does.
+void LayOut(QWidget& widget) {
+    if (!widget.isVisible()) widget.layout()->invalidate();
+    widget.layout()->activate();
+}
+
+// The main window's layout moves a view without any area out of sight and leaves it its old size.
+bool IsLaidOut(const QRect& view) {
+    return view.right() >= 0 && view.bottom() >= 0;
+}
+
+constexpr QSize PROBE(256, 256);
+
+// Of a frame that no picture gives a size.
+constexpr QSize UNFITTED(400, 300);
+
+}  // namespace
+
+bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context) {
+    m_pMainFrame = &mainFrame;
+    m_pTemplate = context.pNewDocTemplate;
+    m_pMenu = AfxFindMenu(nIDResource);
+    auto* const window = new SubWindow(*this);
+    Attach(window, mainFrame.GetMDIClient());
+    const QIcon icon = AfxLoadIcon(nIDResource);
+    window->setWindowIcon(icon.isNull() ? mainFrame.GetWidget()->windowIcon() : icon);
+    m_pBarHost = new QMainWindow;
+    m_pBarHost->setAnimated(false);
+    m_pBarHost->setContextMenuPolicy(Qt::NoContextMenu);
+    m_pBarHost->setWindowFlags(Qt::Widget);
+    window->setWidget(m_pBarHost);
+    window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
+    const int step = mainFrame.NextCascadeStep() *
+                     window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
+    window->setGeometry(QRect(QPoint(step, step), UNFITTED));
+    return OnCreate(context) != -1;
+}
+
+const MessageMap& CMDIChildWnd::GetMessageMap() const {
+    static constexpr MessageEntry entries[] = {
+        OnCommand<&CMDIChildWnd::OnFileClose>(ID_FILE_CLOSE),
+        OnCommand<&CMDIChildWnd::OnOtherPane>(ID_NEXT_PANE),
+        OnCommand<&CMDIChildWnd::OnOtherPane>(ID_PREV_PANE),
+    };
+    static const MessageMap map = {&CFrameWnd::GetMessageMap(), entries};
+    return map;
+}
+
+void CMDIChildWnd::OnFileClose() {
+    SendMessageA(this, WM_CLOSE, 0, 0);
+}
+
+// There are two, the view and the bar with the lists, so the next one is also the one before.
+void CMDIChildWnd::OnOtherPane() {
+    const QWidget* const focus = QApplication::focusWidget();
+    QWidget* pane = GetActiveView()->GetWidget();
+    for (const QDockWidget* const bar : m_pBarHost->findChildren<QDockWidget*>())
+        if (bar->isVisible() && !bar->isAncestorOf(focus)) pane = bar->findChild<QComboBox*>();
+    pane->activateWindow();
+    pane->window()->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows
+    pane->setFocus(Qt::TabFocusReason);
+}
+
+void CMDIChildWnd::ActivateFrame() {
+    GetSubWindow()->show();
+    if (IsIconic()) MDIRestore();
+    m_pMainFrame->GetMDIClient()->GetArea()->setActiveSubWindow(GetSubWindow());
+}
+
+bool CMDIChildWnd::IsZoomed() const {
+    return GetSubWindow()->isMaximized();
+}
+
+bool CMDIChildWnd::IsIconic() const {
+    return GetSubWindow()->isMinimized();
+}
+
+void CMDIChildWnd::MDIMaximize() {
+    GetSubWindow()->showMaximized();
+}
+
+void CMDIChildWnd::MDIRestore() {
+    GetSubWindow()->showNormal();
+}
+
+CSize CMDIChildWnd::GetViewSize() {
+    QWidget* const window = GetWidget();
+    const auto layOut = [&] {
+        LayOut(*window);
+        LayOut(*m_pBarHost);
+        return GetActiveView()->GetWidget()->geometry();
+    };
+    QRect view = layOut();
+    if (IsLaidOut(view)) return {view.width(), view.height()};
+
+    // Seen at a size that shows it, the view tells how much of it is left at this one.
+    const QSize size = window->size();
+    window->resize(size + PROBE);
+    view = layOut();
+    window->resize(size);
+    layOut();
+    return {view.width() - PROBE.width(), view.height() - PROBE.height()};
+}
+
+bool CMDIChildWnd::ShowsFloatingBars() const {
+    return m_pMainFrame->MDIGetActive() == this && !IsIconic();
+}
+
+QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {
+    return static_cast<QMdiSubWindow*>(GetWidget());
+}
+
+QMainWindow* CMDIChildWnd::GetBarHost() const {
+    return m_pBarHost;
+}
+
+bool CMDIChildWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || m_pMainFrame->RouteBehindChild(nID, nCode, pUi);
+}
+
+bool CMDIChildWnd::HasHandler(u32 nID, u32 nCode) const {
+    return CFrameWnd::HasHandler(nID, nCode) || m_pMainFrame->HasHandlerBehindChild(nID, nCode);
+}

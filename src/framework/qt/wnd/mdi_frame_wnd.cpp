@@ -1,0 +1,210 @@
+#include "framework/qt/wnd/mdi_frame_wnd.h"
+
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/picture.h"
+#include "framework/qt/program/win_app.h"
+#include "framework/qt/wnd/menu_bar.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QIcon>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPointer>
+#include <QScreen>
+#include <QStatusTipEvent>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace {
+
+const QString URI_LIST = QStringLiteral("text/uri-list");
+
+class MainWindow final : public QMainWindow {
+  public:
+    explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) {
+        setAnimated(false);
+        setAcceptDrops(true);
+        // It would offer the bars by their names.
+        setContextMenuPolicy(Qt::NoContextMenu);
+    }
+
+  protected:
+    void dragEnterEvent(QDragEnterEvent* pEvent) override {
+        const bool isOffered = pEvent->possibleActions() & Qt::CopyAction;
+        if (isOffered && pEvent->mimeData()->hasFormat(URI_LIST)) AcceptCopy(*pEvent);
+    }
+
+    // The bytes as they come, for a path need not be UTF-8. Lines that begin with a number sign are comments.
+    void dropEvent(QDropEvent* pEvent) override {
+        std::vector<std::string> uris;
+        for (const QByteArray& line : pEvent->mimeData()->data(URI_LIST).split('\n')) {
+            const QByteArray uri = line.trimmed();
+            if (!uri.isEmpty() && uri[0] != '#') uris.push_back(uri.toStdString());
+        }
+        AcceptCopy(*pEvent);
+        AfxGuardedCall([&] { AfxGetApp()->OpenLater(uris); });
+    }
+
+    // Whatever the pointer or the keyboard goes over says what it does, and nothing once they leave it.
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::StatusTip) return QMainWindow::event(pEvent);
+        m_frame.SetMessageText(static_cast<QStatusTipEvent*>(pEvent)->tip().toStdString());
+        return true;
+    }
+
+    void closeEvent(QCloseEvent*) override {
+        AfxGuardedCall([&] { m_frame.DestroyChildren(); });
+        AfxGetApp()->End();
+    }
+
+  private:
+    // Whoever believes that his files have been moved deletes them.
+    static void AcceptCopy(QDropEvent& event) {
+        event.setDropAction(Qt::CopyAction);
+        event.accept();
+    }
+
+    CMDIFrameWnd& m_frame;
+};
+
+}  // namespace
+
+// Captions that stand one below the other before the next child begins at the top again.
+constexpr int CASCADE_STEPS = 10;
+
+void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
+    auto* const area = new QMdiArea;
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    frame.GetBarHost()->setCentralWidget(area);
+    Attach(area, &frame);
+}
+
+QMdiArea* CMDIClientWnd::GetArea() const {
+    return static_cast<QMdiArea*>(GetWidget());
+}
+
+QWidget* CMDIClientWnd::GetClientWidget() const {
+    return GetArea()->viewport();
+}
+
+CMDIFrameWnd::~CMDIFrameWnd() {
+    m_children.clear();
+}
+
+bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
+    auto* const window = new MainWindow(*this);
+    Attach(window, nullptr);
+    m_strTitle = AfxLoadString(nIDResource);
+    SetWindowText(m_strTitle);
+    const QSize screen = window->screen()->availableGeometry().size();
+    window->resize(screen.width() * 3 / 4, screen.height() * 3 / 4);
+    m_pMenu = AfxFindMenu(nIDResource);
+    QApplication::setWindowIcon(AfxLoadIcon(nIDResource));
+    AfxAddAccelerators(*window, *this);
+    if (OnCreate({}) == -1) return false;
+    AddWindowKeys();
+    SetMessageText({});
+    UpdateMenu();
+    return true;
+}
+
+int CMDIFrameWnd::OnCreate(const CCreateContext&) {
+    m_wndMDIClient.Create(*this);
+    return 0;
+}
+
+int CMDIFrameWnd::NextCascadeStep() {
+    return m_nCascadeStep++ % CASCADE_STEPS;
+}
+
+CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
+    const QWidget* const window = m_wndMDIClient.GetArea()->currentSubWindow();
+    const auto found =
+        std::ranges::find_if(m_children, [&](const auto& child) { return child->GetWidget() == window; });
+    return window && found != m_children.end() ? found->get() : nullptr;
+}
+
+void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
+    const QPointer<QWidget> window = pChild->GetWidget();
+    QMetaObject::invokeMethod(
+        m_wndMDIClient.GetArea(),
+        [this, pChild, window] {
+            if (!window) return;
+            std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
+            UpdateFrameCounts();
+        },
+        Qt::QueuedConnection);
+}
+
+bool CMDIFrameWnd::IsExposed() const {
+    const QWindow* const window = GetWidget()->windowHandle();
+    return window && window->isExposed();
+}
+
+void CMDIFrameWnd::BringToFront() {
+    GetWidget()->setWindowState(GetWidget()->windowState() & ~Qt::WindowMinimized);
+    GetWidget()->raise();
+    GetWidget()->activateWindow();
+}
+
+void CMDIFrameWnd::OnIdle() {
+    UpdateFrameTitle();
+    UpdateMenu();
+    UpdateControlBars();
+    for (const auto& child : m_children) child->UpdateControlBars();
+}
+
+// A child that fills the area has no caption of its own; the toolkit would append its name to any title.
+void CMDIFrameWnd::UpdateFrameTitle() {
+    QString title = ToDisplayText(m_strTitle);
+    if (const CMDIChildWnd* const child = MDIGetActive()) {
+        const QString name = child->GetSubWindow()->windowTitle();
+        title += child->IsZoomed() ? QStringLiteral(" - [%1]").arg(name) : QStringLiteral(" - %1").arg(name);
+    }
+    if (GetWidget()->windowTitle() != title) GetWidget()->setWindowTitle(title);
+}
+
+// The kinds of documents share one list of popups; only another list is worth new menus.
+void CMDIFrameWnd::UpdateMenu() {
+    const CMDIChildWnd* const child = MDIGetActive();
+    const MenuResource* const wanted = child ? child->GetMenuResource() : m_pMenu;
+    if (!wanted || (m_pShownMenu && m_pShownMenu->popups.data() == wanted->popups.data())) return;
+    m_pShownMenu = wanted;
+    AfxFillMenuBar(*GetBarHost()->menuBar(), *wanted, *this);
+    if (QMenu* const menu = AfxFindPopup(*GetBarHost()->menuBar(), ID_WINDOW_ARRANGE)) AddWindowList(*menu);
+}
+
+u32 CMDIFrameWnd::GetMenuState(u32 nID) const {
+    return AfxGetMenuState(*GetBarHost()->menuBar(), nID);
+}
+
+QMainWindow* CMDIFrameWnd::GetBarHost() const {
+    return static_cast<QMainWindow*>(GetWidget());
+}
+
+bool CMDIFrameWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+    CMDIChildWnd* const child = MDIGetActive();
+    return child ? child->OnCmdMsg(nID, nCode, pUi) : RouteBehindChild(nID, nCode, pUi);
+}
+
+bool CMDIFrameWnd::HasHandler(u32 nID, u32 nCode) const {
+    const CMDIChildWnd* const child = MDIGetActive();
+    return child ? child->HasHandler(nID, nCode) : HasHandlerBehindChild(nID, nCode);
+}
+
+bool CMDIFrameWnd::RouteBehindChild(u32 nID, u32 nCode, CCmdUI* pUi) {
+    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || AfxGetApp()->OnCmdMsg(nID, nCode, pUi);
+}
+
+bool CMDIFrameWnd::HasHandlerBehindChild(u32 nID, u32 nCode) const {
+    return CFrameWnd::HasHandler(nID, nCode) || AfxGetApp()->HasHandler(nID, nCode);
+}

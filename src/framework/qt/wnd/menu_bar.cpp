@@ -1,0 +1,157 @@
+#include "framework/qt/wnd/menu_bar.h"
+
+#include "framework/core/guarded_call.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/wnd/frame_wnd.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QProxyStyle>
+#include <QShortcut>
+#include <QStyleOption>
+
+namespace {
+
+class ActionCmdUI final : public CCmdUI {
+  public:
+    explicit ActionCmdUI(QAction& action) : CCmdUI(action.data().toUInt()), m_action(action) {}
+
+    void Enable(bool bOn) override { m_action.setEnabled(bOn); }
+    void SetCheck(int nCheck) override {
+        m_action.setCheckable(true);
+        m_action.setChecked(nCheck != 0);
+    }
+    void SetText(const std::string& strText) override {
+        m_action.setText(ToDisplayText(strText));
+        m_action.setVisible(!strText.empty());
+    }
+    void SetPrompt(const std::string& strText) override { m_action.setStatusTip(ToDisplayText(strText)); }
+
+  private:
+    QAction& m_action;
+};
+
+// Of a command that no item stands for.
+class EnabledCmdUI final : public CCmdUI {
+  public:
+    using CCmdUI::CCmdUI;
+
+    void Enable(bool bOn) override { m_bEnabled = bOn; }
+    void SetCheck(int) override {}
+    void SetText(const std::string&) override {}
+
+    bool m_bEnabled = true;
+};
+
+void UpdateMenu(QMenu& menu, CFrameWnd& frame) {
+    for (QAction* const action : menu.actions()) {
+        if (action->isSeparator()) continue;
+        action->setEnabled(true);
+        ActionCmdUI ui(*action);
+        ui.DoUpdate(frame, true);
+    }
+}
+
+void AddItem(QMenu& menu, u32 nID, const QString& text, CFrameWnd& frame) {
+    QAction* const action = menu.addAction(text);
+    action->setData(nID);
+    action->setStatusTip(ToDisplayText(AfxLoadPrompt(nID)));
+    QObject::connect(action, &QAction::triggered, &menu,
+                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); }); });
+}
+
+// A grey item can be gone over like any other, so that it says what it would do.
+class MenuStyle final : public QProxyStyle {
+  public:
+    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                  QStyleHintReturn* pReturn) const override {
+        if (hint == SH_Menu_AllowActiveAndDisabled) return 1;
+        return QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
+    }
+
+    // The one that is gone over has a frame then; the styles mark no others than those that can be chosen.
+    void drawControl(ControlElement element, const QStyleOption* pOption, QPainter* pPainter,
+                     const QWidget* pWidget) const override {
+        QProxyStyle::drawControl(element, pOption, pPainter, pWidget);
+        const bool isCurrent = pOption->state & State_Selected && !(pOption->state & State_Enabled);
+        if (element != CE_MenuItem || !isCurrent) return;
+        QStyleOptionFocusRect frame;
+        frame.QStyleOption::operator=(*pOption);
+        frame.state |= State_KeyboardFocusChange | State_HasFocus;
+        proxy()->drawPrimitive(PE_FrameFocusRect, &frame, pPainter, pWidget);
+    }
+
+    // One for all menus; it goes with the application object.
+    static QStyle* Get() {
+        static QPointer<MenuStyle> style;
+        if (!style) {
+            style = new MenuStyle;
+            style->setParent(qApp);
+        }
+        return style;
+    }
+};
+
+void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
+    for (const MenuItemResource& item : popup.items) {
+        if (item.nId == 0) {
+            menu.addSeparator();
+            continue;
+        }
+        // The tab behind a text divides it from the name of its accelerator, as the toolkit has it too.
+        AddItem(menu, item.nId, QString::fromUtf8(item.pszText), frame);
+        // One item of the table stands for all recent files; the others show once they have a text.
+        if (item.nId != ID_FILE_MRU_FILE1) continue;
+        for (u32 id = item.nId + 1; id <= ID_FILE_MRU_FILE9; ++id) AddItem(menu, id, {}, frame);
+    }
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu,
+                     [&menu, &frame] { AfxGuardedCall([&] { UpdateMenu(menu, frame); }); });
+    menu.setStyle(MenuStyle::Get());
+}
+
+}  // namespace
+
+void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame) {
+    // The old menus may be on the stack of the event that leads here.
+    for (QAction* const action : bar.actions()) action->menu()->deleteLater();
+    bar.clear();
+    for (const PopupResource& popup : menu.popups)
+        FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, frame);
+}
+
+QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {
+    for (const QAction* const title : bar.actions())
+        for (const QAction* const action : title->menu()->actions())
+            if (action->data().toUInt() == nID) return title->menu();
+    return nullptr;
+}
+
+void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
+    for (const AcceleratorResource& accelerator : AfxGetAccelerators()) {
+        auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
+        QObject::connect(shortcut, &QShortcut::activated, &window, [&frame, nID = accelerator.nId] {
+            AfxGuardedCall([&] {
+                if (AfxIsCommandEnabled(frame, nID)) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
+            });
+        });
+    }
+}
+
+bool AfxIsCommandEnabled(CFrameWnd& frame, u32 nID) {
+    EnabledCmdUI ui(nID);
+    ui.DoUpdate(frame, true);
+    return ui.m_bEnabled;
+}
+
+u32 AfxGetMenuState(QMenuBar& bar, u32 nID) {
+    for (const QAction* const title : bar.actions()) {
+        emit title->menu()->aboutToShow();
+        for (const QAction* const action : title->menu()->actions())
+            if (!action->isSeparator() && action->data().toUInt() == nID)
+                return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
+    }
+    return MF_MISSING;
+}

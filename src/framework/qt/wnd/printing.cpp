@@ -1,0 +1,133 @@
+#include "framework/qt/wnd/printing.h"
+
+#include "framework/core/document.h"
+#include "framework/core/exception.h"
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/dialog_owner.h"
+#include "framework/qt/wnd/dc.h"
+#include "framework/qt/wnd/view.h"
+
+#include <QFile>
+#include <QPageSetupDialog>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+#include <memory>
+
+namespace {
+
+// Units of a page to the inch: it shows a picture in the size that it has on the screen.
+constexpr int PAGE_UNITS = 96;
+
+std::unique_ptr<QPrinter> g_pPrinter;
+
+void ToFile(QPrinter& printer, const QString& file) {
+    printer.setOutputFormat(file.isEmpty() ? QPrinter::NativeFormat : QPrinter::PdfFormat);
+    printer.setOutputFileName(file);
+}
+
+// One of the toolkit's dialogs, as it is put to the user.
+class PrinterQuestion : public ModalDialog {
+  public:
+    PrinterQuestion(QPrinter& printer, QDialog& dialog) : m_printer(printer), m_dialog(dialog) {}
+
+    std::string GetItemText(u32) const override {
+        return QFile::encodeName(m_printer.outputFileName()).toStdString();
+    }
+    void SetItemText(u32, const std::string& strFile) override {
+        ToFile(m_printer, QFile::decodeName(strFile.c_str()));
+    }
+    bool Press(u32) override { return true; }
+    int Wait() override { return m_dialog.exec() == QDialog::Accepted ? IDOK : IDCANCEL; }
+
+  private:
+    QPrinter& m_printer;
+    QDialog& m_dialog;
+};
+
+template <typename Dialog>
+bool Ask(u32 nID, QPrinter& printer, Dialog& dialog) {
+    PrinterQuestion question(printer, dialog);
+    return CurrentAnswers().Dialog(nID, question) == IDOK;
+}
+
+bool CanPrint(const QPrinter& printer) {
+    return printer.outputFormat() == QPrinter::PdfFormat ? !printer.outputFileName().isEmpty()
+                                                         : printer.isValid();
+}
+
+}  // namespace
+
+QPrinter& AfxGetPrinter() {
+    if (!g_pPrinter) g_pPrinter = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    return *g_pPrinter;
+}
+
+bool AfxSelectPrinter(const std::string& strName) {
+    const QString name = QFile::decodeName(strName.c_str());
+    QPrinter& printer = AfxGetPrinter();
+    if (name.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
+        ToFile(printer, name);
+    else if (!QPrinterInfo::printerInfo(name).isNull())
+        printer.setPrinterName(name);
+    else
+        return false;
+    return true;
+}
+
+void AfxReleasePrinter() {
+    g_pPrinter.reset();
+}
+
+bool AfxPreparePrinting(CPrintInfo& info) {
+    if (info.m_bPreview) return true;
+    QPrinter& printer = *info.m_pPrinter;
+    if (info.m_bDirect) {
+        if (!CanPrint(printer)) AfxMessageBox(AfxLoadString(AFX_IDP_NO_PRINTER));
+        return CanPrint(printer);
+    }
+    QPrintDialog dialog(&printer, AfxGetDialogOwner());
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile);
+    return Ask(ID_FILE_PRINT, printer, dialog);
+}
+
+void AfxPrintView(CView& view, CPrintInfo& info) {
+    QPrinter& printer = *info.m_pPrinter;
+    printer.setDocName(ToDisplayText(view.GetDocument()->GetTitle()));
+    QPainter painter;
+    if (!painter.begin(&printer)) throw CException("The page could not be made");
+    // A picture of few colours does not bear the losses of photographs.
+    painter.setRenderHint(QPainter::LosslessImageRendering);
+    painter.scale(printer.logicalDpiX() / double{PAGE_UNITS}, printer.logicalDpiY() / double{PAGE_UNITS});
+    const QSize page = printer.pageLayout().paintRectPixels(PAGE_UNITS).size();
+    CDC dc(&painter, {0, 0, page.width(), page.height()});
+    view.OnBeginPrinting(&dc, &info);
+    view.OnPrint(&dc, &info);
+    view.OnEndPrinting(&dc, &info);
+    if (!painter.end() || printer.printerState() == QPrinter::Error)
+        throw CException("The page could not be printed");
+}
+
+void AfxPreviewView(CView& view) {
+    QPrinter& printer = AfxGetPrinter();
+    CPrintInfo info = {&printer, false, true};
+    if (!view.OnPreparePrinting(&info)) return;
+    QPrintPreviewDialog dialog(&printer, AfxGetDialogOwner());
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested,
+                     [&view, info](QPrinter* pPrinter) mutable {
+                         info.m_pPrinter = pPrinter;
+                         AfxGuardedCall([&] { AfxPrintView(view, info); });
+                     });
+    Ask(ID_FILE_PRINT_PREVIEW, printer, dialog);
+}
+
+void AfxSetUpPrinter() {
+    QPrinter& printer = AfxGetPrinter();
+    QPageSetupDialog dialog(&printer, AfxGetDialogOwner());
+    Ask(ID_FILE_PRINT_SETUP, printer, dialog);
+}

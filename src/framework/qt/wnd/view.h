@@ -1,0 +1,60 @@
+// One look at a document, inside a frame.
+#pragma once
+
+#include "framework/qt/wnd/wnd.h"
+
+class CDC;
+class CDocument;
+class CFrameWnd;
+struct CPrintInfo;
+
+class CView : public CWnd {
+  public:
+    // Leaves the document, which goes with its last view.
+    ~CView() override;
+
+    void Create(CFrameWnd& frame, CDocument& document);
+
+    CDocument* GetDocument() const { return m_pDocument; }
+
+    // As the frame's present size lays it out, whatever has been shown yet. Right and bottom are negative
+    // where the frame is too small for its bars.
+    CRect GetClientRect() const override;
+
+    // Called once, when the frame with all its bars is there.
+    virtual void OnInitialUpdate();
+
+    // The document, or what is shown of it, has changed.
+    virtual void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint);
+
+    virtual void OnDraw(CDC* pDC) = 0;
+
+    // Puts the view on a page. False when the user thinks better of it, or cannot: that has been told then.
+    bool Print(bool bDirect);
+
+    // Printing goes through these: asking, which false ends, and then the page, which is drawn as the screen
+    // is.
+    virtual bool OnPreparePrinting(CPrintInfo* pInfo);
+    virtual void OnBeginPrinting(CDC*, CPrintInfo*) {}
+    virtual void OnPrint(CDC* pDC, CPrintInfo*) { OnDraw(pDC); }
+    virtual void OnEndPrinting(CDC*, CPrintInfo*) {}
+
+    // Draws the exposed part. An exception leaves the view empty until the next update.
+    void Paint(CDC& dc);
+
+    // The view comes first, then its document.
+    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
+    bool HasHandler(u32 nID, u32 nCode) const override;
+
+  protected:
+    bool DoPreparePrinting(CPrintInfo* pInfo);
+
+    // For the message map of a view that prints.
+    void OnFilePrint();
+    void OnFilePrintDirect();
+    void OnFilePrintPreview();
+
+  private:
+    CDocument* m_pDocument = nullptr;
+    bool m_bDrawFailed = false;
+};

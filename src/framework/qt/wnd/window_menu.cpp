@@ -1,0 +1,137 @@
+// The main window's half that deals with all child windows at once: the commands of the Window menu, the list
+// of windows at its end, and the numbers in their titles.
+
+#include "framework/core/document.h"
+#include "framework/core/guarded_call.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
+#include "framework/qt/wnd/doc_template.h"
+#include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/view.h"
+
+#include <QAction>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QShortcut>
+
+#include <algorithm>
+
+// Pixels of a window's name in the list of windows; what is longer is cut in the middle.
+constexpr int LONGEST_NAME = 400;
+
+const MessageMap& CMDIFrameWnd::GetMessageMap() const {
+    static constexpr MessageEntry entries[] = {
+        OnCommand<&CMDIFrameWnd::OnViewToolBar>(ID_VIEW_TOOLBAR),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateControlBarMenu>(ID_VIEW_TOOLBAR),
+        OnCommand<&CMDIFrameWnd::OnViewStatusBar>(ID_VIEW_STATUS_BAR),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateControlBarMenu>(ID_VIEW_STATUS_BAR),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateKeyIndicator>(ID_INDICATOR_CAPS),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateKeyIndicator>(ID_INDICATOR_NUM),
+        OnUpdateCommandUi<&CMDIFrameWnd::OnUpdateKeyIndicator>(ID_INDICATOR_SCRL),
+        OnCommand<&CMDIFrameWnd::OnWindowNew>(ID_WINDOW_NEW),
+        OnCommand<&CMDIFrameWnd::OnWindowArrange>(ID_WINDOW_ARRANGE),
+        OnCommand<&CMDIFrameWnd::OnWindowCascade>(ID_WINDOW_CASCADE),
+        OnCommand<&CMDIFrameWnd::OnWindowTile>(ID_WINDOW_TILE_HORZ),
+    };
+    static const MessageMap map = {&CFrameWnd::GetMessageMap(), entries};
+    return map;
+}
+
+// What child windows understand on every desktop. The toolkit knows some of it on some, and goes through the
+// windows by the order of their last use, so that a key pressed again leads back.
+void CMDIFrameWnd::AddWindowKeys() {
+    QMdiArea* const area = m_wndMDIClient.GetArea();
+    const auto add = [this](const char* pszKeys, const auto& call) {
+        auto* const key = new QShortcut(QKeySequence(QString::fromLatin1(pszKeys)), GetWidget());
+        QObject::connect(key, &QShortcut::activated, call);
+        QObject::connect(key, &QShortcut::activatedAmbiguously, call);
+    };
+    const auto next = [area] { area->activateNextSubWindow(); };
+    const auto previous = [area] { area->activatePreviousSubWindow(); };
+    add("Ctrl+Tab", next);
+    add("Ctrl+F6", next);
+    add("Ctrl+Shift+Tab", previous);
+    add("Ctrl+Shift+F6", previous);
+    add("Ctrl+F4", [this] {
+        if (MDIGetActive()) AfxGuardedCall([&] { OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr); });
+    });
+    // The menu that moves, sizes, minimises and maximises a child.
+    add("Alt+-", [this] {
+        if (const CMDIChildWnd* const child = MDIGetActive()) child->GetSubWindow()->showSystemMenu();
+    });
+}
+
+void CMDIFrameWnd::OnWindowNew() {
+    const CMDIChildWnd& active = *MDIGetActive();
+    CDocument& document = *active.GetActiveView()->GetDocument();
+    if (CMDIChildWnd* const child = active.GetDocTemplate().CreateNewFrame(*this, document))
+        child->ActivateFrame();
+}
+
+void CMDIFrameWnd::OnWindowCascade() {
+    m_wndMDIClient.GetArea()->cascadeSubWindows();
+}
+
+void CMDIFrameWnd::OnWindowTile() {
+    m_wndMDIClient.GetArea()->tileSubWindows();
+}
+
+// The toolkit arranges them only when it minimises one: in rows from the bottom left corner up.
+void CMDIFrameWnd::OnWindowArrange() {
+    const CRect area = m_wndMDIClient.GetClientRect();
+    QPoint place(0, area.bottom);
+    for (const auto& child : m_children) {
+        if (!child->IsIconic()) continue;
+        QMdiSubWindow* const window = child->GetSubWindow();
+        if (place.x() > 0 && place.x() + window->width() > area.right)
+            place = QPoint(0, place.y() - window->height());
+        window->move(place.x(), place.y() - window->height());
+        place.rx() += window->width();
+    }
+}
+
+void CMDIFrameWnd::AddWindowList(QMenu& menu) {
+    menu.addSeparator();
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu,
+                     [this, &menu] { AfxGuardedCall([&] { FillWindowList(menu); }); });
+}
+
+void CMDIFrameWnd::FillWindowList(QMenu& menu) {
+    for (QAction* const action : menu.actions())
+        if (action->data().toUInt() >= AFX_IDM_FIRST_MDICHILD) delete action;
+    const CMDIChildWnd* const active = MDIGetActive();
+    for (std::size_t i = 0; i < m_children.size(); ++i) {
+        QString text = QString::fromStdString(m_children[i]->GetWindowText());
+        text = menu.fontMetrics().elidedText(text, Qt::ElideMiddle, LONGEST_NAME);
+        text.replace(u'&', QStringLiteral("&&"));
+        text = QStringLiteral("%1%2 %3").arg(i < 9 ? QStringLiteral("&") : QString()).arg(i + 1).arg(text);
+        QAction* const action = menu.addAction(text);
+        action->setData(AFX_IDM_FIRST_MDICHILD + static_cast<u32>(i));
+        action->setStatusTip(ToDisplayText(AfxLoadPrompt(AFX_IDM_FIRST_MDICHILD)));
+        action->setCheckable(true);
+        action->setChecked(m_children[i].get() == active);
+        QObject::connect(action, &QAction::triggered, &menu, [this, i] {
+            if (i < m_children.size()) AfxGuardedCall([&] { m_children[i]->ActivateFrame(); });
+        });
+    }
+}
+
+void CMDIFrameWnd::AddChild(std::unique_ptr<CMDIChildWnd> pChild) {
+    m_children.push_back(std::move(pChild));
+    UpdateFrameCounts();
+}
+
+// Windows that show the same document are numbered.
+void CMDIFrameWnd::UpdateFrameCounts() {
+    for (const auto& child : m_children) {
+        CView* const view = child->GetActiveView();
+        const CDocument& document = *view->GetDocument();
+        const std::vector<CView*>& views = document.GetViews();
+        std::string title = document.GetTitle();
+        if (views.size() > 1)
+            title += ":" + std::to_string(std::ranges::find(views, view) - views.begin() + 1);
+        child->SetWindowText(title);
+        view->SetWindowText(title);
+    }
+}

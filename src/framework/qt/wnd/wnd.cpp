@@ -1,0 +1,103 @@
+#include "framework/qt/wnd/wnd.h"
+
+#include "framework/qt/kit/convert.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QPixmap>
+#include <QWidget>
+
+namespace {
+
+QRect ToQt(const CRect& rect) {
+    return {rect.left, rect.top, rect.Width(), rect.Height()};
+}
+
+// What the toolkit takes for the place of its mark for changed documents, and how it is made to show it.
+const QString TITLE_MARK = QStringLiteral("[*]");
+const QString TITLE_MARK_SHOWN = QStringLiteral("[*][*]");
+
+}  // namespace
+
+CWnd::~CWnd() {
+    delete m_pWidget;
+}
+
+void CWnd::Attach(QWidget* pWidget, CWnd* pParent) {
+    m_pWidget = pWidget;
+    m_pParent = pParent;
+    QObject::connect(pWidget, &QObject::destroyed, [this] { m_pWidget = nullptr; });
+}
+
+CRect CWnd::GetWindowRect() const {
+    const QRect frame = m_pWidget->isWindow()
+                            ? m_pWidget->frameGeometry()
+                            : QRect(m_pWidget->mapToGlobal(QPoint(0, 0)), m_pWidget->size());
+    return {frame.left(), frame.top(), frame.left() + frame.width(), frame.top() + frame.height()};
+}
+
+CRect CWnd::GetClientRect() const {
+    return {0, 0, GetClientWidget()->width(), GetClientWidget()->height()};
+}
+
+void CWnd::ScreenToClient(CRect* pRect) const {
+    const QPoint corner = GetClientWidget()->mapFromGlobal(QPoint(pRect->left, pRect->top));
+    *pRect = {corner.x(), corner.y(), corner.x() + pRect->Width(), corner.y() + pRect->Height()};
+}
+
+void CWnd::MoveWindow(const CRect& rect) {
+    m_pWidget->setGeometry(ToQt(rect));
+}
+
+bool CWnd::IsWindowVisible() const {
+    return m_pWidget && m_pWidget->isVisible();
+}
+
+void CWnd::ShowWindow(bool bShow) {
+    m_pWidget->setVisible(bShow);
+}
+
+void CWnd::SetWindowText(const std::string& strText) {
+    m_pWidget->setWindowTitle(ToDisplayText(strText).replace(TITLE_MARK, TITLE_MARK_SHOWN));
+    m_pWidget->setAccessibleName(ToDisplayText(strText));
+}
+
+std::string CWnd::GetWindowText() const {
+    return m_pWidget->windowTitle().replace(TITLE_MARK_SHOWN, TITLE_MARK).toStdString();
+}
+
+void CWnd::Invalidate() {
+    m_pWidget->update();
+}
+
+std::vector<u32> CWnd::CapturePixels(const CRect& rect) const {
+    const QImage image = GetClientWidget()->grab(ToQt(rect)).toImage().convertToFormat(QImage::Format_RGB32);
+    std::vector<u32> pixels;
+    for (int y = 0; y < image.height(); ++y) {
+        const QRgb* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        pixels.insert(pixels.end(), row, row + image.width());
+    }
+    return pixels;
+}
+
+i64 CWnd::WindowProc(u32 nMessage, u64 wParam, i64) {
+    if (nMessage == WM_CLOSE) m_pWidget->close();
+    if (nMessage == WM_KEYDOWN) {
+        QKeyEvent event(QEvent::KeyPress, wParam == VK_UP ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
+        QApplication::sendEvent(m_pWidget, &event);
+    }
+    return 0;
+}
+
+i64 SendMessageA(HWND hWnd, u32 nMessage, u64 wParam, i64 lParam) {
+    return hWnd->WindowProc(nMessage, wParam, lParam);
+}
+
+CWaitCursor::CWaitCursor() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+CWaitCursor::~CWaitCursor() {
+    QApplication::restoreOverrideCursor();
+}
