@@ -107,7 +107,7 @@ int CompareGrowth(int nCount, char** argv) {
     bare.m_close = [&] { area->currentSubWindow()->close(); };
     bare.m_end = [&] { window.reset(), QCoreApplication::exit(0); };
     theApp.m_start = [&] { documents.Next(); };
-    const int status = AfxWinMain(1, argv);
+    const int status = AfxWinMain(theApp, 1, argv);
     const i64 grown = documents.m_nGrowth, bareGrown = bare.m_nGrowth;
     std::printf("%d documents: %lld bytes, empty windows: %lld bytes\n", nCount,
                 static_cast<long long>(grown), static_cast<long long>(bareGrown));

@@ -4,7 +4,8 @@
 
 #include "framework/qt/wnd/combo_box.h"
 #include "framework/qt/wnd/dialog_bar.h"
-#include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/mdi_child_wnd.h"
+#include "framework/qt/wnd/status_bar.h"
 
 class CChildFrame : public CMDIChildWnd {
   public:

@@ -7,5 +7,5 @@ CVistrelApp theApp;
 }  // namespace
 
 int main(int argc, char** argv) {
-    return AfxWinMain(argc, argv);
+    return AfxWinMain(theApp, argc, argv);
 }

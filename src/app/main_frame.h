@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/status_bar.h"
 #include "framework/qt/wnd/tool_bar.h"
 
 class CMainFrame : public CMDIFrameWnd {

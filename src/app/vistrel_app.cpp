@@ -53,7 +53,7 @@ bool CVistrelApp::InitInstance() {
 
     auto mainFrame = std::make_unique<CMainFrame>();
     if (!mainFrame->LoadFrame(IDR_MAINFRAME)) return false;
-    m_pMainWnd = std::move(mainFrame);
+    SetMainWnd(std::move(mainFrame));
 
     CCommandLineInfo info;
     ParseCommandLine(info);

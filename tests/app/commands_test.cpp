@@ -1,8 +1,8 @@
 // Every command of the menus, the toolbar and the accelerators, as the program runs.
 
 #include "app/resources/resources.h"
-#include "framework/qt/wnd/control_bars.h"
 #include "framework/qt/wnd/menu_bar.h"
+#include "framework/qt/wnd/status_bar.h"
 #include "window_case.h"
 
 #include <QAccessible>

@@ -63,7 +63,7 @@ int EndWithWindows(const std::string& strHow, char** argv) {
             theApp.Command(ID_FILE_OPEN);
         }
     };
-    const int status = AfxWinMain(1, argv);
+    const int status = AfxWinMain(theApp, 1, argv);
     return asWanted ? status : EXIT_FAILURE;
 }
 

@@ -242,9 +242,14 @@ struct TroubledView final : public CVistrelView {
         if (g_failing == "drawing") g_failure();
         CVistrelView::OnDraw(pDC);
     }
-    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override {
-        if (g_failing == "updating" && nID == ID_INDICATOR_INFO) g_failure();
-        return CVistrelView::OnCmdMsg(nID, nCode, pUi);
+    void OnUpdateInfo(CCmdUI* pUi) {
+        if (g_failing == "updating") g_failure();
+        pUi->SetText(InfoText());
+    }
+    const MessageMap& GetMessageMap() const override {
+        static constexpr MessageEntry entries[] = {OnUpdateCommandUi<&TroubledView::OnUpdateInfo>(ID_INDICATOR_INFO)};
+        static const MessageMap map = {&CVistrelView::GetMessageMap(), entries};
+        return map;
     }
 };
 
@@ -293,9 +298,9 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     testing::InitGoogleTest(&argc, argv);
     char* words[] = {argv[0], nullptr};
-    if (const auto status = AfxWinInit(1, words)) return *status;
+    if (const auto status = theApp.Start(1, words)) return *status;
     if (!theApp.InitInstance()) return EXIT_FAILURE;
     const int status = RUN_ALL_TESTS();
-    AfxWinTerm();
+    theApp.ExitInstance();
     return status;
 }

@@ -9,24 +9,24 @@ const MessageMap& CCmdTarget::GetMessageMap() const {
 const MessageEntry* CCmdTarget::FindEntry(u32 nID, u32 nCode) const {
     for (const MessageMap* map = &GetMessageMap(); map; map = map->pBase)
         for (const MessageEntry& entry : map->entries)
-            if (entry.nID == nID && entry.nCode == nCode) return &entry;
+            if (entry.nCode == nCode && entry.nFirstID <= nID && nID <= entry.nLastID) return &entry;
     return nullptr;
 }
 
-bool CCmdTarget::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+bool CCmdTarget::Handle(u32 nID, u32 nCode, CCmdUI* pUi) {
     const MessageEntry* const entry = FindEntry(nID, nCode);
     if (!entry) return false;
-    if (!pUi) {
-        entry->pCall(*this, nullptr);
-        return true;
-    }
-    pUi->m_bContinueRouting = false;
-    entry->pCall(*this, pUi);
-    return !pUi->m_bContinueRouting;
+    if (pUi) pUi->m_bContinueRouting = false;
+    entry->pCall(*this, nID, pUi);
+    return !pUi || !pUi->m_bContinueRouting;
 }
 
-bool CCmdTarget::HasHandler(u32 nID, u32 nCode) const {
-    return FindEntry(nID, nCode) != nullptr;
+bool CCmdTarget::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+    return VisitTargets([&](CCmdTarget& target) { return target.Handle(nID, nCode, pUi); });
+}
+
+bool CCmdTarget::HasHandler(u32 nID, u32 nCode) {
+    return VisitTargets([&](CCmdTarget& target) { return target.FindEntry(nID, nCode) != nullptr; });
 }
 
 void CCmdUI::DoUpdate(CCmdTarget& target, bool bDisableIfNoHandler) {

@@ -4,6 +4,7 @@
 
 #include "base/types.h"
 
+#include <functional>
 #include <span>
 #include <string>
 
@@ -40,8 +41,9 @@ class CCmdUI {
 
 struct MessageEntry {
     u32 nCode;
-    u32 nID;
-    void (*pCall)(CCmdTarget&, CCmdUI*);  // the item is null but for updates
+    u32 nFirstID;
+    u32 nLastID;
+    void (*pCall)(CCmdTarget&, u32 nID, CCmdUI*);  // the item is null but for updates
 };
 
 struct MessageMap {
@@ -56,12 +58,17 @@ class CCmdTarget {
     CCmdTarget& operator=(const CCmdTarget&) = delete;
     virtual ~CCmdTarget() = default;
 
-    // True when a handler took it. A target with others behind it overrides this and passes on what it has no
-    // handler for. pUi: the item for CN_UPDATE_COMMAND_UI, else null.
-    virtual bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi);
+    // True when a handler of this target, or of one after it, took it. pUi: the item for
+    // CN_UPDATE_COMMAND_UI, else null.
+    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi);
 
-    // Whether a handler for this stands in this target or behind it; none is called.
-    virtual bool HasHandler(u32 nID, u32 nCode) const;
+    // Whether there is a handler for this; none is called.
+    bool HasHandler(u32 nID, u32 nCode);
+
+    // The way of a command: offers the visitor this target and then those after it, until it answers true,
+    // which is the answer then. A target that has others before or after it overrides this.
+    using Visitor = std::function<bool(CCmdTarget&)>;
+    virtual bool VisitTargets(const Visitor& visit) { return visit(*this); }
 
   protected:
     virtual const MessageMap& GetMessageMap() const;
@@ -70,6 +77,7 @@ class CCmdTarget {
 
   private:
     const MessageEntry* FindEntry(u32 nID, u32 nCode) const;
+    bool Handle(u32 nID, u32 nCode, CCmdUI* pUi);
 };
 
 namespace message_map {
@@ -80,8 +88,8 @@ template <typename Class>
 struct HandlerClass<void (Class::*)()> {
     using Type = Class;
 };
-template <typename Class>
-struct HandlerClass<void (Class::*)(CCmdUI*)> {
+template <typename Class, typename Argument>
+struct HandlerClass<void (Class::*)(Argument)> {
     using Type = Class;
 };
 
@@ -92,7 +100,7 @@ using ClassOf = typename HandlerClass<decltype(Handler)>::Type;
 
 template <auto Handler>
 constexpr MessageEntry OnControl(u32 nCode, u32 nID) {
-    return {nCode, nID, [](CCmdTarget& target, CCmdUI*) {
+    return {nCode, nID, nID, [](CCmdTarget& target, u32, CCmdUI*) {
                 (static_cast<message_map::ClassOf<Handler>&>(target).*Handler)();
             }};
 }
@@ -102,9 +110,22 @@ constexpr MessageEntry OnCommand(u32 nID) {
     return OnControl<Handler>(CN_COMMAND, nID);
 }
 
+// The handler is told which of the commands it is.
 template <auto Handler>
-constexpr MessageEntry OnUpdateCommandUi(u32 nID) {
-    return {CN_UPDATE_COMMAND_UI, nID, [](CCmdTarget& target, CCmdUI* pUi) {
+constexpr MessageEntry OnCommandRange(u32 nFirstID, u32 nLastID) {
+    return {CN_COMMAND, nFirstID, nLastID, [](CCmdTarget& target, u32 nID, CCmdUI*) {
+                (static_cast<message_map::ClassOf<Handler>&>(target).*Handler)(nID);
+            }};
+}
+
+template <auto Handler>
+constexpr MessageEntry OnUpdateCommandUiRange(u32 nFirstID, u32 nLastID) {
+    return {CN_UPDATE_COMMAND_UI, nFirstID, nLastID, [](CCmdTarget& target, u32, CCmdUI* pUi) {
                 (static_cast<message_map::ClassOf<Handler>&>(target).*Handler)(pUi);
             }};
+}
+
+template <auto Handler>
+constexpr MessageEntry OnUpdateCommandUi(u32 nID) {
+    return OnUpdateCommandUiRange<Handler>(nID, nID);
 }

@@ -1,10 +1,11 @@
 #include "framework/qt/kit/dialog_template.h"
 
+#include "framework/core/cmd_target.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/list_widget.h"
 #include "framework/qt/kit/picture.h"
-#include "framework/qt/wnd/combo_box.h"
 
 #include <QComboBox>
 #include <QIcon>
@@ -57,7 +58,7 @@ class ControlMaker {
                 MakeIcon(control, place);
                 return;
             case ControlKind::ComboBox:
-                Finish(AfxCreateComboBox(&m_parent, m_target, control.nId), control.nId, ListPlace(place));
+                Finish(AfxCreateListWidget(&m_parent, m_target, control.nId), control.nId, ListPlace(place));
                 return;
             case ControlKind::Edit:
                 Finish(new QLineEdit(&m_parent), control.nId, place);

@@ -6,103 +6,20 @@
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/box_answers.h"
-#include "framework/qt/kit/key_locks.h"
-#include "framework/qt/kit/shell_open.h"
+#include "framework/qt/kit/report_later.h"
+#include "framework/qt/program/shell_file_types.h"
+#include "framework/qt/program/toolkit.h"
 #include "framework/qt/wnd/printing.h"
-#include "framework/qt/wnd/view.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QKeyEvent>
 
-#include <cassert>
 #include <cstdio>
-#include <cstdlib>
-
-// Toolkit
+#include <exception>
 
 namespace {
 
-CWinApp* g_pApp = nullptr;
-
-class ToolkitApplication final : public QApplication {
-  public:
-    using QApplication::QApplication;
-
-    // Every entry into the program has its own border; this one is for those of the toolkit itself.
-    bool notify(QObject* pReceiver, QEvent* pEvent) override {
-        bool handled = false;
-        if (pEvent->type() == QEvent::KeyPress && pEvent->spontaneous())
-            AfxTrackLocks(*static_cast<QKeyEvent*>(pEvent));
-        try {
-            handled = QApplication::notify(pReceiver, pEvent);
-        } catch (...) {
-            AfxReportLater(std::current_exception());
-        }
-        return handled;
-    }
-
-  protected:
-    // The session ends, and every window has been closed.
-    bool event(QEvent* pEvent) override {
-        const bool handled = QApplication::event(pEvent);
-        if (pEvent->type() == QEvent::Quit && pEvent->isAccepted()) g_pApp->End();
-        return handled;
-    }
-};
-
-std::unique_ptr<ToolkitApplication> g_pToolkit;
-const char* g_pszProgram = "";  // as it was called
-
-bool IsSet(const char* pszVariable) {
-    const char* const value = std::getenv(pszVariable);
-    return value && *value;
-}
-
-int SayNoDisplay() {
-    std::fprintf(stderr, "%s: there is no display to show windows on\n", g_pszProgram);
-    return EXIT_FAILURE;
-}
-
-// The version block, as properties of the toolkit's application object.
-void TellVersion(QObject& application) {
-    const VersionResource version = AfxGetVersion();
-    QCoreApplication::setApplicationVersion(QString::fromUtf8(version.pszFileVersion));
-    application.setProperty("FileVersion", QString::fromUtf8(version.pszFileVersion));
-    application.setProperty("ProductVersion", QString::fromUtf8(version.pszProductVersion));
-    for (const VersionString& text : version.strings)
-        application.setProperty(text.pszName, QString::fromUtf8(text.pszText));
-}
-
-// While the toolkit starts, what it has to say is how it looks for a display; without one it would abort.
-void OnStartMessage(QtMsgType type, const QMessageLogContext&, const QString&) {
-    if (type == QtFatalMsg) std::_Exit(SayNoDisplay());
-}
-
-// Where the display goes away the toolkit ends the program in the middle of an event, and nothing that still
-// stands can be taken down without it.
-void OnExit() {
-    if (g_pToolkit) std::_Exit(EXIT_FAILURE);
-}
-
-}  // namespace
-
-CWinApp* AfxGetApp() {
-    return g_pApp;
-}
-
-void AfxReportLater(std::exception_ptr pException) {
-    QMetaObject::invokeMethod(
-        g_pToolkit.get(), [pException] { AfxGuardedCall([&] { std::rethrow_exception(pException); }); },
-        Qt::QueuedConnection);
-}
-
-std::optional<int> AfxWinInit(int argc, char** argv) {
-    g_pszProgram = argv[0];
-    g_pApp->m_nArgc = argc;
-    g_pApp->m_pArgv = argv;
-    CCommandLineInfo info;
-    g_pApp->ParseCommandLine(info);
+// What a command line that only asks is answered with; its status. Nothing for one that opens the program.
+std::optional<int> Answer(const CCommandLineInfo& info, const char* pszProgram) {
     switch (info.m_nShellCommand) {
         case CCommandLineInfo::ShowHelp:
             std::printf("%s\n", AfxLoadString(AFX_IDS_USAGE).c_str());
@@ -112,64 +29,40 @@ std::optional<int> AfxWinInit(int argc, char** argv) {
             return EXIT_SUCCESS;
         case CCommandLineInfo::BadSwitch:
             std::fprintf(stderr, "%s: the switch %s is unknown, or lacks a word; --help lists all\n",
-                         g_pszProgram, info.m_strBadSwitch.c_str());
+                         pszProgram, info.m_strBadSwitch.c_str());
             return 2;
         case CCommandLineInfo::SurplusWord:
             std::fprintf(stderr,
                          "%s: the switch %s does not go with all of the other words; --help lists all\n",
-                         g_pszProgram, info.m_strBadSwitch.c_str());
+                         pszProgram, info.m_strBadSwitch.c_str());
             return EXIT_FAILURE;
         default:
-            break;
+            return std::nullopt;
     }
-    // A page needs no screen, and what there is to say of it no box.
-    if (info.IsPrint())
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    else if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM"))
-        return SayNoDisplay();
-
-    // The words of the command line are this program's; the toolkit gets none of them.
-    static int toolkitArgc = 1;
-    QGuiApplication::setDesktopFileName(QString::fromStdString(AfxLoadString(AFX_IDS_SHELL_NAME)));
-    const QtMessageHandler before = qInstallMessageHandler(OnStartMessage);
-    g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv);
-    qInstallMessageHandler(before);
-    std::atexit(OnExit);
-    TellVersion(*g_pToolkit);
-    QApplication::setQuitOnLastWindowClosed(false);
-    if (!info.IsPrint()) InstallAnswers(&AfxGetBoxAnswers());
-    AfxAskForLocks();
-    QObject::connect(g_pToolkit.get(), &QGuiApplication::applicationStateChanged, &AfxAskForLocks);
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
-                     g_pToolkit.get(), [] { g_pApp->OnIdle(); });
-    return std::nullopt;
 }
 
-void AfxWinTerm() {
-    g_pApp->ExitInstance();
-    AfxReleasePrinter();
-    InstallAnswers(nullptr);
-    g_pToolkit.reset();
-}
+}  // namespace
 
-int AfxWinMain(int argc, char** argv) {
-    if (const std::optional<int> status = AfxWinInit(argc, argv)) return *status;
+int AfxWinMain(CWinApp& app, int argc, char** argv) {
+    if (const std::optional<int> status = app.Start(argc, argv)) return *status;
     bool started = false;
-    AfxGuardedCall([&] { started = g_pApp->InitInstance(); });
-    const int status = started ? g_pApp->Run() : g_pApp->m_nExitStatus;
-    AfxWinTerm();
+    AfxGuardedCall([&] { started = app.InitInstance(); });
+    const int status = started ? app.Run() : app.GetExitStatus();
+    app.ExitInstance();
     return status;
 }
 
-// Application
+CWinApp::CWinApp() = default;
+CWinApp::~CWinApp() = default;
 
-CWinApp::CWinApp() {
-    assert(!g_pApp);
-    g_pApp = this;
-}
-
-CWinApp::~CWinApp() {
-    g_pApp = nullptr;
+std::optional<int> CWinApp::Start(int argc, char** argv) {
+    m_commandLine.ParseCommandLine(argc, argv);
+    if (const std::optional<int> status = Answer(m_commandLine, argv[0])) return status;
+    // A page needs no screen, and what there is to say of it no box.
+    const bool onScreen = !m_commandLine.IsPrint();
+    if (!AfxStartToolkit(argv, onScreen, {[this] { OnIdle(); }, [this] { End(); }})) return EXIT_FAILURE;
+    if (onScreen) InstallAnswers(&AfxGetBoxAnswers());
+    return std::nullopt;
 }
 
 bool CWinApp::InitInstance() {
@@ -181,6 +74,8 @@ const MessageMap& CWinApp::GetMessageMap() const {
         OnCommand<&CWinApp::OnFileOpen>(ID_FILE_OPEN),
         OnCommand<&CWinApp::OnFilePrintSetup>(ID_FILE_PRINT_SETUP),
         OnCommand<&CWinApp::OnAppExit>(ID_APP_EXIT),
+        OnCommandRange<&CWinApp::OnOpenRecentFile>(ID_FILE_MRU_FILE1, ID_FILE_MRU_FILE9),
+        OnUpdateCommandUiRange<&CWinApp::OnUpdateRecentFile>(ID_FILE_MRU_FILE1, ID_FILE_MRU_FILE9),
     };
     static const MessageMap map = {&CCmdTarget::GetMessageMap(), entries};
     return map;
@@ -190,7 +85,8 @@ void CWinApp::OnFileOpen() {
     std::vector<FileFilter> filters;
     for (const auto& kind : m_templates) filters.push_back(kind->GetFilter());
     filters.push_back({"All Files (*)", {"*"}});
-    const std::string last = m_recentFiles.GetSize() > 0 ? m_recentFiles[0] : "";
+    const CRecentFileList& recent = m_recentFiles.GetList();
+    const std::string last = recent.GetSize() > 0 ? recent[0] : "";
     for (const std::string& path : CurrentAnswers().OpenFiles(filters, last.substr(0, last.rfind('/') + 1)))
         OpenDocumentFile(path);
 }
@@ -215,18 +111,47 @@ int CWinApp::Run() {
 }
 
 void CWinApp::ExitInstance() {
-    m_pShellOpen.reset();
-    WriteRecentFileList();
+    m_requests.Close();
+    m_recentFiles.Write();
     m_pMainWnd.reset();
     m_templates.clear();
+    AfxReleasePrinter();
+    InstallAnswers(nullptr);
+    AfxStopToolkit();
 }
 
 void CWinApp::AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate) {
     m_templates.push_back(std::move(pTemplate));
 }
 
-void CWinApp::ParseCommandLine(CCommandLineInfo& info) const {
-    info.ParseCommandLine(m_nArgc, m_pArgv);
+void CWinApp::SetMainWnd(std::unique_ptr<CMDIFrameWnd> pMainWnd) {
+    m_pMainWnd = std::move(pMainWnd);
+    m_pMainWnd->m_pLastTarget = this;
+    m_pMainWnd->m_onDrop = [this](const std::vector<std::string>& uris) { OpenLater(uris); };
+    m_pMainWnd->m_onClosed = [this] { End(); };
+}
+
+void CWinApp::EnableShellOpen() {
+    if (!m_commandLine.IsPrint()) m_requests.Listen();
+}
+
+void CWinApp::RegisterShellFileTypes(u32 nIDIcon) const {
+    AfxRegisterShellFileTypes(GetShellRegistration(), nIDIcon);
+}
+
+ShellRegistration CWinApp::GetShellRegistration() const {
+    ShellRegistration registration = {AfxLoadString(AFX_IDS_SHELL_NAME),
+                                      AfxLoadString(AFX_IDS_APP_TITLE),
+                                      AfxLoadString(AFX_IDS_SHELL_COMMENT),
+                                      AfxLoadString(AFX_IDS_SHELL_CLAIMED),
+                                      AfxLoadString(AFX_IDS_SHELL_OFFERED),
+                                      AfxLoadString(AFX_IDS_SHELL_OFFERED_NAME),
+                                      {}};
+    for (const auto& kind : m_templates) {
+        const ShellFileType type = kind->GetShellFileType();
+        if (!type.strTypeId.empty()) registration.types.push_back(type);
+    }
+    return registration;
 }
 
 // A file that cannot be printed keeps none of the others from it.
@@ -255,13 +180,13 @@ bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
         return false;
     }
     const bool isDde = info.m_nShellCommand == CCommandLineInfo::FileDDE;
-    if (isDde && HandOver(info.m_strFileNames)) {
+    if (isDde && m_requests.HandOver(info.m_strFileNames)) {
         m_nExitStatus = EXIT_SUCCESS;
         return false;
     }
     bool opened = isDde && info.m_strFileNames.empty();
     for (const std::string& path : info.m_strFileNames) opened |= OpenDocumentFile(path) != nullptr;
-    return !m_bEnding && (opened || !m_requests.empty());
+    return !m_bEnding && (opened || !m_requests.IsEmpty());
 }
 
 CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
@@ -277,7 +202,7 @@ CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
             if (candidate->MatchDocType(path)) chosen = candidate.get();
         document = chosen->OpenDocumentFile(*m_pMainWnd, path);
     }
-    if (document) AddToRecentFileList(path);
+    if (document) m_recentFiles.Add(path);
     return document;
 }
 
@@ -287,11 +212,40 @@ CMDIChildWnd* CWinApp::FindOpen(const std::string& strPathName) const {
     return nullptr;
 }
 
+void CWinApp::OnUpdateRecentFile(CCmdUI* pUi) {
+    m_recentFiles.UpdateItem(pUi->m_nID - ID_FILE_MRU_FILE1, *pUi);
+}
+
+// A file that has gone since has been reported by then.
+void CWinApp::OnOpenRecentFile(u32 nID) {
+    const u32 index = nID - ID_FILE_MRU_FILE1;
+    if (index >= m_recentFiles.GetList().GetSize()) return;
+    const std::string path = m_recentFiles.GetList()[index];
+    if (!OpenDocumentFile(path)) m_recentFiles.Remove(path);
+}
+
+// The disk takes its time, so the picture comes first: at the start that is when its window has come to the
+// screen, and later whenever nothing is left to be drawn.
+void CWinApp::WriteRecentFilesWhenSeen() {
+    m_bSeen = m_bSeen || m_pMainWnd->IsExposed();
+    if (m_bSeen && m_recentFiles.IsChanged()) m_recentFiles.Write();
+}
+
+bool CWinApp::CanOpenRequests() const {
+    return m_pMainWnd && !m_bEnding && m_requests.CanOpen();
+}
+
+void CWinApp::OpenRequests() {
+    if (CanOpenRequests())
+        m_requests.Open([this] { m_pMainWnd->BringToFront(); },
+                        [this](const std::string& path) { OpenDocumentFile(path); });
+}
+
 void CWinApp::OnIdle() {
     if (!m_pMainWnd) return;
     if (CanOpenRequests())
         QMetaObject::invokeMethod(
-            g_pToolkit.get(), [this] { AfxGuardedCall([&] { OpenRequests(); }); }, Qt::QueuedConnection);
+            qApp, [this] { AfxGuardedCall([&] { OpenRequests(); }); }, Qt::QueuedConnection);
     if (m_bInIdle) return;
     m_bInIdle = true;
     try {

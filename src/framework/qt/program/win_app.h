@@ -4,25 +4,27 @@
 
 #include "framework/core/cmd_target.h"
 #include "framework/core/command_line.h"
-#include "framework/core/recent_files.h"
-#include "framework/qt/wnd/doc_template.h"
+#include "framework/qt/program/recent_files_menu.h"
+#include "framework/qt/program/shell_requests.h"
 #include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/multi_doc_template.h"
 
 #include <cstdlib>
-#include <deque>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 class CDocument;
-class ShellOpen;
 
 class CWinApp : public CCmdTarget {
   public:
     CWinApp();
     ~CWinApp() override;
+
+    // Reads the command line and starts the toolkit. A status says that the program has to end with it: it
+    // has answered on the terminal, or there is no display.
+    std::optional<int> Start(int argc, char** argv);
 
     // Makes the main window and opens what the command line names. False ends the program.
     virtual bool InitInstance();
@@ -34,28 +36,32 @@ class CWinApp : public CCmdTarget {
     // through a list of files comes to its end too.
     void End();
 
-    // Writes the settings; takes down windows and templates.
+    // Writes the settings; takes down windows, templates and the toolkit.
     void ExitInstance();
+
+    // Where InitInstance ends the program.
+    int GetExitStatus() const { return m_nExitStatus; }
 
     // From here on the program keeps settings: the user's own, under the company's key, whose parts are
     // divided by backslashes, and the program's title.
-    void SetRegistryKey(const std::string& strRegistryKey);
+    void SetRegistryKey(const std::string& strRegistryKey) { m_recentFiles.SetRegistryKey(strRegistryKey); }
 
     // Reads the list of recent files, which takes this many.
-    void LoadStdProfileSettings(u32 nMaxMRU);
+    void LoadStdProfileSettings(u32 nMaxMRU) { m_recentFiles.Load(nMaxMRU); }
 
-    // Takes part in what the desktop opens.
+    // Takes part in what the desktop opens. A copy that prints and ends is none to open files in.
     void EnableShellOpen();
 
-    // Tells the user's desktop of the program, of the kinds of files that are its own and of its icon, where
-    // it does not know yet. The program runs on when it cannot be told.
     void RegisterShellFileTypes(u32 nIDIcon) const;
 
     ShellRegistration GetShellRegistration() const;
 
     void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate);
 
-    void ParseCommandLine(CCommandLineInfo& info) const;
+    // Commands reach the application through it, and so does what is dropped on it and its end.
+    void SetMainWnd(std::unique_ptr<CMDIFrameWnd> pMainWnd);
+
+    void ParseCommandLine(CCommandLineInfo& info) const { info = m_commandLine; }
 
     // Opens the files in their order, in the program that runs already where the command line asks for that,
     // or prints them. False when the program is to end: it has handed them over, the page is done, or all of
@@ -69,17 +75,13 @@ class CWinApp : public CCmdTarget {
 
     // Opens what the URIs name, in their order, and comes to the front, as soon as no dialog is up and
     // nothing that came before is waiting.
-    void OpenLater(const std::vector<std::string>& uris);
+    void OpenLater(const std::vector<std::string>& uris) { m_requests.Add(uris); }
 
     // Runs the update handlers of everything that shows a state.
     void OnIdle();
 
     // Handles what has happened, without waiting for more.
     void PumpMessages();
-
-    // Recent files have ids of their own, one for each place in the list.
-    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
-    bool HasHandler(u32 nID, u32 nCode) const override;
 
     std::unique_ptr<CMDIFrameWnd> m_pMainWnd;
 
@@ -92,45 +94,24 @@ class CWinApp : public CCmdTarget {
     void OnAppExit();
 
   private:
-    friend std::optional<int> AfxWinInit(int argc, char** argv);
-    friend int AfxWinMain(int argc, char** argv);
-
     CMDIChildWnd* FindOpen(const std::string& strPathName) const;
-    void AddToRecentFileList(const std::string& strPathName);
-    void WriteRecentFileList();
+    void OnUpdateRecentFile(CCmdUI* pUi);
+    void OnOpenRecentFile(u32 nID);
     void WriteRecentFilesWhenSeen();
-    void OnUpdateRecentFile(u32 nIndex, CCmdUI& ui) const;
-    void OnOpenRecentFile(u32 nIndex);
-    bool HandOver(const std::vector<std::string>& paths) const;
     bool CanOpenRequests() const;
     void OpenRequests();
     bool Print(const CCommandLineInfo& info);
 
     std::vector<std::unique_ptr<CMultiDocTemplate>> m_templates;
-    int m_nArgc = 0;
-    char** m_pArgv = nullptr;
-    int m_nExitStatus = EXIT_FAILURE;  // where InitInstance ends the program
-    std::unique_ptr<Profile> m_pProfile;
-    CRecentFileList m_recentFiles{0};
-    std::unique_ptr<ShellOpen> m_pShellOpen;
-    std::deque<std::vector<std::string>> m_requests;  // lists of URIs that wait to be opened
+    CCommandLineInfo m_commandLine;
+    CRecentFilesMenu m_recentFiles;
+    CShellRequests m_requests;
+    int m_nExitStatus = EXIT_FAILURE;
     bool m_bEnding = false;
-    bool m_bInRequest = false;
-    bool m_bRecentFilesChanged = false;  // since they were last written, or could not be
-    bool m_bSeen = false;                // the main window has been on the screen
+    bool m_bSeen = false;  // the main window has been on the screen
     bool m_bInIdle = false;
     bool m_bIdleFailed = false;  // reported once, until the handlers run through again
 };
 
-CWinApp* AfxGetApp();
-
-// Reports the exception, as AfxReportException does, once the present event is over.
-void AfxReportLater(std::exception_ptr pException);
-
-// Starts the toolkit. A status says that the program has to end with it: it has answered on the terminal, or
-// there is no display.
-std::optional<int> AfxWinInit(int argc, char** argv);
-void AfxWinTerm();
-
-// The whole life of the program; its status.
-int AfxWinMain(int argc, char** argv);
+// The whole life of a program; its status.
+int AfxWinMain(CWinApp& app, int argc, char** argv);

@@ -13,16 +13,10 @@ constexpr u32 CB_RESETCONTENT = 0x14B;
 constexpr u32 CB_SETCURSEL = 0x14E;  // wParam: position
 constexpr i64 CB_ERR = -1;
 
-class CDialogBar;
-class QComboBox;
-
-// A list in a dialog. What the user selects in it reaches the target as a notification of this id.
-QComboBox* AfxCreateComboBox(QWidget* pParent, CCmdTarget& target, u32 nID);
-
 class CComboBox : public CWnd {
   public:
-    // Takes the place of a list in the bar. False when the bar has none with this id.
-    bool SubclassDlgItem(u32 nID, CDialogBar* pBar);
+    // Stands for a list in the window from now on. False when that has none with this id.
+    bool SubclassDlgItem(u32 nID, CWnd* pParent);
 
     i64 WindowProc(u32 nMessage, u64 wParam, i64 lParam) override;
 };

@@ -7,7 +7,6 @@
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/dialog_owner.h"
 #include "framework/qt/kit/dialog_template.h"
-#include "framework/qt/program/win_app.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -69,7 +68,7 @@ class DialogWindow final : public QDialog {
 int CDialog::DoModal() {
     const DialogResource& resource = *AfxFindDialog(m_nIDTemplate);
     auto* const window = new DialogWindow(AfxGetDialogOwner(), *this);
-    Attach(window, AfxGetApp()->m_pMainWnd.get());
+    Attach(window, AfxGetMainWnd());
     SetWindowText(resource.pszCaption);
     window->setFixedSize(AfxCreateControls(*window, resource, *this));
     UpdateData(false);

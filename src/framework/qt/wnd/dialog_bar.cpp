@@ -3,7 +3,6 @@
 #include "framework/core/resource.h"
 #include "framework/qt/kit/dialog_template.h"
 #include "framework/qt/kit/docking_bar.h"
-#include "framework/qt/wnd/frame_wnd.h"
 
 #include <QDockWidget>
 #include <QLabel>
@@ -14,7 +13,7 @@ namespace {
 
 class DialogWidget final : public QWidget {
   public:
-    DialogWidget(QDockWidget& bar, CFrameWnd& frame, const DialogResource& resource)
+    DialogWidget(QDockWidget& bar, CBarFrame& frame, const DialogResource& resource)
         : QWidget(&bar), m_bar(bar) {
         m_sizeHint = AfxCreateControls(*this, resource, frame);
         setFixedHeight(m_sizeHint.height());
@@ -53,7 +52,7 @@ QDockWidget* DockOf(const CWnd& bar) {
 
 }  // namespace
 
-bool CDialogBar::Create(CFrameWnd* pFrame, u32 nIDTemplate, u32 nID) {
+bool CDialogBar::Create(CBarFrame* pFrame, u32 nIDTemplate, u32 nID) {
     const DialogResource* const resource = AfxFindDialog(nIDTemplate);
     if (!resource) return false;
     QDockWidget* const bar = AfxCreateDockingBar(*pFrame->GetBarHost());
@@ -70,11 +69,7 @@ void CDialogBar::EnableDocking(u32 nDockStyle) {
     DockOf(*this)->setAllowedAreas(areas);
 }
 
-QWidget* CDialogBar::GetDlgItem(u32 nID) const {
-    return AfxFindControl(*GetWidget(), nID);
-}
-
-void CDialogBar::OnUpdateCmdUI(CFrameWnd& frame) {
+void CDialogBar::OnUpdateCmdUI(CBarFrame& frame) {
     QDockWidget* const bar = DockOf(*this);
     const bool away = bar->isFloating() && !frame.ShowsFloatingBars();
     if (away ? !bar->isVisible() : !m_bAway) return;

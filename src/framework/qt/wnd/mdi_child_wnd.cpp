@@ -1,10 +1,10 @@
+#include "framework/qt/wnd/mdi_child_wnd.h"
+
 #include "framework/core/document.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/picture.h"
-#include "framework/qt/wnd/mdi_frame_wnd.h"
-#include "framework/qt/wnd/view.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -23,7 +23,7 @@ namespace {
 
 class SubWindow final : public QMdiSubWindow {
   public:
-    explicit SubWindow(CMDIChildWnd& frame) : m_frame(frame) {}
+    SubWindow(CMDIChildWnd& frame, CMDIClientWnd& area) : m_frame(frame), m_area(area) {}
 
     // A picture can be smaller than any caption; a minimised window is nothing but its caption.
     QSize minimumSizeHint() const override {
@@ -59,11 +59,12 @@ class SubWindow final : public QMdiSubWindow {
         if (isMaximized() && windows.size() > 1 && !windows[windows.size() - 2]->isMinimized())
             mdiArea()->activatePreviousSubWindow();
         QMdiSubWindow::closeEvent(pEvent);
-        if (pEvent->isAccepted()) AfxGuardedCall([&] { m_frame.GetMDIFrame().DestroyChildLater(&m_frame); });
+        if (pEvent->isAccepted()) AfxGuardedCall([&] { m_area.m_childClosed(m_frame); });
     }
 
   private:
     CMDIChildWnd& m_frame;
+    CMDIClientWnd& m_area;
 };
 
 // A window that does not show yet is told of its new size only once it does.
@@ -84,14 +85,14 @@ constexpr QSize UNFITTED(400, 300);
 
 }  // namespace
 
-bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCreateContext& context) {
-    m_pMainFrame = &mainFrame;
+bool CMDIChildWnd::LoadFrame(CMDIClientWnd& area, u32 nIDResource, const CCreateContext& context) {
+    m_pArea = &area;
     m_pTemplate = context.pNewDocTemplate;
     m_pMenu = AfxFindMenu(nIDResource);
-    auto* const window = new SubWindow(*this);
-    Attach(window, mainFrame.GetMDIClient());
+    auto* const window = new SubWindow(*this, area);
+    Attach(window, &area);
     const QIcon icon = AfxLoadIcon(nIDResource);
-    window->setWindowIcon(icon.isNull() ? mainFrame.GetWidget()->windowIcon() : icon);
+    window->setWindowIcon(icon.isNull() ? QApplication::windowIcon() : icon);
     m_pBarHost = new QMainWindow;
     m_pBarHost->setAnimated(false);
     m_pBarHost->setContextMenuPolicy(Qt::NoContextMenu);
@@ -99,9 +100,9 @@ bool CMDIChildWnd::LoadFrame(CMDIFrameWnd& mainFrame, u32 nIDResource, const CCr
     window->setWidget(m_pBarHost);
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     m_pBarHost->layout()->setSizeConstraint(QLayout::SetNoConstraint);
-    mainFrame.GetMDIClient()->GetArea()->addSubWindow(window);
-    const int step = mainFrame.NextCascadeStep() *
-                     window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
+    area.GetArea()->addSubWindow(window);
+    const int step =
+        area.NextCascadeStep() * window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
     window->setGeometry(QRect(QPoint(step, step), UNFITTED));
     return OnCreate(context) != -1;
 }
@@ -134,7 +135,7 @@ void CMDIChildWnd::OnOtherPane() {
 void CMDIChildWnd::ActivateFrame() {
     GetSubWindow()->show();
     if (IsIconic()) MDIRestore();
-    m_pMainFrame->GetMDIClient()->GetArea()->setActiveSubWindow(GetSubWindow());
+    m_pArea->GetArea()->setActiveSubWindow(GetSubWindow());
 }
 
 bool CMDIChildWnd::IsZoomed() const {
@@ -173,7 +174,7 @@ CSize CMDIChildWnd::GetViewSize() {
 }
 
 bool CMDIChildWnd::ShowsFloatingBars() const {
-    return m_pMainFrame->MDIGetActive() == this && !IsIconic();
+    return m_pArea->GetArea()->currentSubWindow() == GetSubWindow() && !IsIconic();
 }
 
 QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {
@@ -184,10 +185,6 @@ QMainWindow* CMDIChildWnd::GetBarHost() const {
     return m_pBarHost;
 }
 
-bool CMDIChildWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
-    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || m_pMainFrame->RouteBehindChild(nID, nCode, pUi);
-}
-
-bool CMDIChildWnd::HasHandler(u32 nID, u32 nCode) const {
-    return CFrameWnd::HasHandler(nID, nCode) || m_pMainFrame->HasHandlerBehindChild(nID, nCode);
+bool CMDIChildWnd::VisitTargets(const Visitor& visit) {
+    return CFrameWnd::VisitTargets(visit) || m_pArea->m_visitAfterChild(visit);
 }

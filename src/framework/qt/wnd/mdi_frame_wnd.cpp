@@ -4,7 +4,6 @@
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/picture.h"
-#include "framework/qt/program/win_app.h"
 #include "framework/qt/wnd/menu_bar.h"
 
 #include <QApplication>
@@ -49,7 +48,7 @@ class MainWindow final : public QMainWindow {
             if (!uri.isEmpty() && uri[0] != '#') uris.push_back(uri.toStdString());
         }
         AcceptCopy(*pEvent);
-        AfxGuardedCall([&] { AfxGetApp()->OpenLater(uris); });
+        if (m_frame.m_onDrop) AfxGuardedCall([&] { m_frame.m_onDrop(uris); });
     }
 
     // Whatever the pointer or the keyboard goes over says what it does, and nothing once they leave it.
@@ -61,7 +60,7 @@ class MainWindow final : public QMainWindow {
 
     void closeEvent(QCloseEvent*) override {
         AfxGuardedCall([&] { m_frame.DestroyChildren(); });
-        AfxGetApp()->End();
+        if (m_frame.m_onClosed) m_frame.m_onClosed();
     }
 
   private:
@@ -76,32 +75,15 @@ class MainWindow final : public QMainWindow {
 
 }  // namespace
 
-// Captions that stand one below the other before the next child begins at the top again.
-constexpr int CASCADE_STEPS = 10;
-
-void CMDIClientWnd::Create(CMDIFrameWnd& frame) {
-    auto* const area = new QMdiArea;
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    frame.GetBarHost()->setCentralWidget(area);
-    Attach(area, &frame);
-}
-
-QMdiArea* CMDIClientWnd::GetArea() const {
-    return static_cast<QMdiArea*>(GetWidget());
-}
-
-QWidget* CMDIClientWnd::GetClientWidget() const {
-    return GetArea()->viewport();
-}
-
 CMDIFrameWnd::~CMDIFrameWnd() {
     m_children.clear();
+    AfxSetMainWnd(nullptr);
 }
 
 bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
     auto* const window = new MainWindow(*this);
     Attach(window, nullptr);
+    AfxSetMainWnd(this);
     m_strTitle = AfxLoadString(nIDResource);
     SetWindowText(m_strTitle);
     const QSize screen = window->screen()->availableGeometry().size();
@@ -117,12 +99,10 @@ bool CMDIFrameWnd::LoadFrame(u32 nIDResource) {
 }
 
 int CMDIFrameWnd::OnCreate(const CCreateContext&) {
-    m_wndMDIClient.Create(*this);
+    m_wndMDIClient.Create(*GetBarHost(), *this);
+    m_wndMDIClient.m_visitAfterChild = [this](const Visitor& visit) { return VisitAfterChild(visit); };
+    m_wndMDIClient.m_childClosed = [this](CMDIChildWnd& child) { DestroyChildLater(child); };
     return 0;
-}
-
-int CMDIFrameWnd::NextCascadeStep() {
-    return m_nCascadeStep++ % CASCADE_STEPS;
 }
 
 CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
@@ -132,13 +112,14 @@ CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
     return window && found != m_children.end() ? found->get() : nullptr;
 }
 
-void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd* pChild) {
-    const QPointer<QWidget> window = pChild->GetWidget();
+// It goes as soon as the event is over that closed it.
+void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd& child) {
+    const QPointer<QWidget> window = child.GetWidget();
     QMetaObject::invokeMethod(
         m_wndMDIClient.GetArea(),
-        [this, pChild, window] {
+        [this, pChild = &child, window] {
             if (!window) return;
-            std::erase_if(m_children, [&](const auto& child) { return child.get() == pChild; });
+            std::erase_if(m_children, [&](const auto& one) { return one.get() == pChild; });
             m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
             UpdateFrameCounts();
         },
@@ -191,20 +172,11 @@ QMainWindow* CMDIFrameWnd::GetBarHost() const {
     return static_cast<QMainWindow*>(GetWidget());
 }
 
-bool CMDIFrameWnd::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
+bool CMDIFrameWnd::VisitTargets(const Visitor& visit) {
     CMDIChildWnd* const child = MDIGetActive();
-    return child ? child->OnCmdMsg(nID, nCode, pUi) : RouteBehindChild(nID, nCode, pUi);
+    return child ? child->VisitTargets(visit) : VisitAfterChild(visit);
 }
 
-bool CMDIFrameWnd::HasHandler(u32 nID, u32 nCode) const {
-    const CMDIChildWnd* const child = MDIGetActive();
-    return child ? child->HasHandler(nID, nCode) : HasHandlerBehindChild(nID, nCode);
-}
-
-bool CMDIFrameWnd::RouteBehindChild(u32 nID, u32 nCode, CCmdUI* pUi) {
-    return CFrameWnd::OnCmdMsg(nID, nCode, pUi) || AfxGetApp()->OnCmdMsg(nID, nCode, pUi);
-}
-
-bool CMDIFrameWnd::HasHandlerBehindChild(u32 nID, u32 nCode) const {
-    return CFrameWnd::HasHandler(nID, nCode) || AfxGetApp()->HasHandler(nID, nCode);
+bool CMDIFrameWnd::VisitAfterChild(const Visitor& visit) {
+    return CFrameWnd::VisitTargets(visit) || (m_pLastTarget && m_pLastTarget->VisitTargets(visit));
 }

@@ -1,8 +1,8 @@
 #include "framework/qt/wnd/menu_bar.h"
 
+#include "framework/core/cmd_target.h"
 #include "framework/core/guarded_call.h"
 #include "framework/qt/kit/convert.h"
-#include "framework/qt/wnd/frame_wnd.h"
 
 #include <QAction>
 #include <QApplication>
@@ -46,21 +46,21 @@ class EnabledCmdUI final : public CCmdUI {
     bool m_bEnabled = true;
 };
 
-void UpdateMenu(QMenu& menu, CFrameWnd& frame) {
+void UpdateMenu(QMenu& menu, CCmdTarget& target) {
     for (QAction* const action : menu.actions()) {
         if (action->isSeparator()) continue;
         action->setEnabled(true);
         ActionCmdUI ui(*action);
-        ui.DoUpdate(frame, true);
+        ui.DoUpdate(target, true);
     }
 }
 
-void AddItem(QMenu& menu, u32 nID, const QString& text, CFrameWnd& frame) {
+void AddItem(QMenu& menu, u32 nID, const QString& text, CCmdTarget& target) {
     QAction* const action = menu.addAction(text);
     action->setData(nID);
     action->setStatusTip(ToDisplayText(AfxLoadPrompt(nID)));
     QObject::connect(action, &QAction::triggered, &menu,
-                     [&frame, nID] { AfxGuardedCall([&] { frame.OnCmdMsg(nID, CN_COMMAND, nullptr); }); });
+                     [&target, nID] { AfxGuardedCall([&] { target.OnCmdMsg(nID, CN_COMMAND, nullptr); }); });
 }
 
 // A grey item can be gone over like any other, so that it says what it would do.
@@ -95,31 +95,31 @@ class MenuStyle final : public QProxyStyle {
     }
 };
 
-void FillMenu(QMenu& menu, const PopupResource& popup, CFrameWnd& frame) {
+void FillMenu(QMenu& menu, const PopupResource& popup, CCmdTarget& target) {
     for (const MenuItemResource& item : popup.items) {
         if (item.nId == 0) {
             menu.addSeparator();
             continue;
         }
         // The tab behind a text divides it from the name of its accelerator, as the toolkit has it too.
-        AddItem(menu, item.nId, QString::fromUtf8(item.pszText), frame);
+        AddItem(menu, item.nId, QString::fromUtf8(item.pszText), target);
         // One item of the table stands for all recent files; the others show once they have a text.
         if (item.nId != ID_FILE_MRU_FILE1) continue;
-        for (u32 id = item.nId + 1; id <= ID_FILE_MRU_FILE9; ++id) AddItem(menu, id, {}, frame);
+        for (u32 id = item.nId + 1; id <= ID_FILE_MRU_FILE9; ++id) AddItem(menu, id, {}, target);
     }
     QObject::connect(&menu, &QMenu::aboutToShow, &menu,
-                     [&menu, &frame] { AfxGuardedCall([&] { UpdateMenu(menu, frame); }); });
+                     [&menu, &target] { AfxGuardedCall([&] { UpdateMenu(menu, target); }); });
     menu.setStyle(MenuStyle::Get());
 }
 
 }  // namespace
 
-void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame) {
+void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CCmdTarget& target) {
     // The old menus may be on the stack of the event that leads here.
     for (QAction* const action : bar.actions()) action->menu()->deleteLater();
     bar.clear();
     for (const PopupResource& popup : menu.popups)
-        FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, frame);
+        FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, target);
 }
 
 QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {
@@ -129,20 +129,20 @@ QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {
     return nullptr;
 }
 
-void AfxAddAccelerators(QWidget& window, CFrameWnd& frame) {
+void AfxAddAccelerators(QWidget& window, CCmdTarget& target) {
     for (const AcceleratorResource& accelerator : AfxGetAccelerators()) {
         auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
-        QObject::connect(shortcut, &QShortcut::activated, &window, [&frame, nID = accelerator.nId] {
+        QObject::connect(shortcut, &QShortcut::activated, &window, [&target, nID = accelerator.nId] {
             AfxGuardedCall([&] {
-                if (AfxIsCommandEnabled(frame, nID)) frame.OnCmdMsg(nID, CN_COMMAND, nullptr);
+                if (AfxIsCommandEnabled(target, nID)) target.OnCmdMsg(nID, CN_COMMAND, nullptr);
             });
         });
     }
 }
 
-bool AfxIsCommandEnabled(CFrameWnd& frame, u32 nID) {
+bool AfxIsCommandEnabled(CCmdTarget& target, u32 nID) {
     EnabledCmdUI ui(nID);
-    ui.DoUpdate(frame, true);
+    ui.DoUpdate(target, true);
     return ui.m_bEnabled;
 }
 

@@ -5,22 +5,22 @@
 #include "base/types.h"
 #include "framework/core/resource.h"
 
-class CFrameWnd;
+class CCmdTarget;
 class QMenu;
 class QMenuBar;
 class QWidget;
 
 // Takes the place of the menus that the bar had before.
-void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CFrameWnd& frame);
+void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CCmdTarget& target);
 
 // The menu with an item of this command; null when there is none.
 QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID);
 
 // Accelerators act wherever the keyboard is in the window; that of a disabled command does nothing.
-void AfxAddAccelerators(QWidget& window, CFrameWnd& frame);
+void AfxAddAccelerators(QWidget& window, CCmdTarget& target);
 
 // For an item that shows nothing else of the command's state.
-bool AfxIsCommandEnabled(CFrameWnd& frame, u32 nID);
+bool AfxIsCommandEnabled(CCmdTarget& target, u32 nID);
 
 constexpr u32 MF_GRAYED = 1;
 constexpr u32 MF_CHECKED = 8;

@@ -1,13 +1,11 @@
 #include "framework/qt/wnd/printing.h"
 
-#include "framework/core/document.h"
 #include "framework/core/exception.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/dialog_owner.h"
 #include "framework/qt/wnd/dc.h"
-#include "framework/qt/wnd/view.h"
 
 #include <QFile>
 #include <QPageSetupDialog>
@@ -96,9 +94,9 @@ bool AfxPreparePrinting(CPrintInfo& info) {
     return Ask(ID_FILE_PRINT, printer, dialog);
 }
 
-void AfxPrintView(CView& view, CPrintInfo& info) {
+void AfxPrintPage(CPrintable& printable, CPrintInfo& info) {
     QPrinter& printer = *info.m_pPrinter;
-    printer.setDocName(ToDisplayText(view.GetDocument()->GetTitle()));
+    printer.setDocName(ToDisplayText(printable.GetPrintTitle()));
     QPainter painter;
     if (!painter.begin(&printer)) throw CException("The page could not be made");
     // A picture of few colours does not bear the losses of photographs.
@@ -106,22 +104,20 @@ void AfxPrintView(CView& view, CPrintInfo& info) {
     painter.scale(printer.logicalDpiX() / double{PAGE_UNITS}, printer.logicalDpiY() / double{PAGE_UNITS});
     const QSize page = printer.pageLayout().paintRectPixels(PAGE_UNITS).size();
     CDC dc(&painter, {0, 0, page.width(), page.height()});
-    view.OnBeginPrinting(&dc, &info);
-    view.OnPrint(&dc, &info);
-    view.OnEndPrinting(&dc, &info);
+    printable.OnBeginPrinting(&dc, &info);
+    printable.OnPrint(&dc, &info);
+    printable.OnEndPrinting(&dc, &info);
     if (!painter.end() || printer.printerState() == QPrinter::Error)
         throw CException("The page could not be printed");
 }
 
-void AfxPreviewView(CView& view) {
-    QPrinter& printer = AfxGetPrinter();
-    CPrintInfo info = {&printer, false, true};
-    if (!view.OnPreparePrinting(&info)) return;
+void AfxPreviewPage(CPrintable& printable, CPrintInfo& info) {
+    QPrinter& printer = *info.m_pPrinter;
     QPrintPreviewDialog dialog(&printer, AfxGetDialogOwner());
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested,
-                     [&view, info](QPrinter* pPrinter) mutable {
+                     [&printable, info](QPrinter* pPrinter) mutable {
                          info.m_pPrinter = pPrinter;
-                         AfxGuardedCall([&] { AfxPrintView(view, info); });
+                         AfxGuardedCall([&] { AfxPrintPage(printable, info); });
                      });
     Ask(ID_FILE_PRINT_PREVIEW, printer, dialog);
 }

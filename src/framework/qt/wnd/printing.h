@@ -6,7 +6,7 @@
 
 #include <string>
 
-class CView;
+class CDC;
 class QPrinter;
 
 // One printing of one view.
@@ -14,6 +14,18 @@ struct CPrintInfo {
     QPrinter* m_pPrinter;     // borrowed
     bool m_bDirect = false;   // without asking
     bool m_bPreview = false;  // on the screen
+};
+
+// What is put on a page.
+class CPrintable {
+  public:
+    virtual ~CPrintable() = default;
+
+    virtual std::string GetPrintTitle() const = 0;
+
+    virtual void OnBeginPrinting(CDC*, CPrintInfo*) {}
+    virtual void OnPrint(CDC* pDC, CPrintInfo* pInfo) = 0;
+    virtual void OnEndPrinting(CDC*, CPrintInfo*) {}
 };
 
 // Of the Print dialog: the PDF file to make, empty to print on paper.
@@ -31,8 +43,9 @@ void AfxReleasePrinter();
 // The Print dialog, or, without asking, whether there is a printer; the user is told when there is none.
 bool AfxPreparePrinting(CPrintInfo& info);
 
-// Puts the view on one page. Throws when the page cannot be made.
-void AfxPrintView(CView& view, CPrintInfo& info);
+// Makes one page. Throws when that cannot be.
+void AfxPrintPage(CPrintable& printable, CPrintInfo& info);
 
-void AfxPreviewView(CView& view);
+// Shows how the page would look.
+void AfxPreviewPage(CPrintable& printable, CPrintInfo& info);
 void AfxSetUpPrinter();

@@ -4,7 +4,6 @@
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/picture.h"
-#include "framework/qt/wnd/frame_wnd.h"
 #include "framework/qt/wnd/menu_bar.h"
 
 #include <QAction>
@@ -12,7 +11,7 @@
 #include <QMainWindow>
 #include <QToolBar>
 
-bool CToolBar::Create(CFrameWnd* pFrame, u32 nID) {
+bool CToolBar::Create(CBarFrame* pFrame, u32 nID) {
     auto* const bar = new QToolBar;
     pFrame->GetBarHost()->addToolBar(Qt::TopToolBarArea, bar);
     AttachBar(bar, pFrame, nID);
@@ -23,7 +22,7 @@ bool CToolBar::LoadToolBar(u32 nIDResource) {
     const ToolBarResource* const resource = AfxFindToolBar(nIDResource);
     if (!resource) return false;
     auto* const bar = static_cast<QToolBar*>(GetWidget());
-    auto* const frame = static_cast<CFrameWnd*>(GetParent());
+    auto* const frame = static_cast<CBarFrame*>(GetParent());
     bar->setIconSize({resource->size.cx, resource->size.cy});
     for (const u32 id : resource->items) {
         if (id == 0) {
@@ -48,7 +47,7 @@ void CToolBar::EnableDocking(u32 nDockStyle) {
     static_cast<QToolBar*>(GetWidget())->setAllowedAreas(areas);
 }
 
-void CToolBar::OnUpdateCmdUI(CFrameWnd& frame) {
+void CToolBar::OnUpdateCmdUI(CBarFrame& frame) {
     for (QAction* const button : GetWidget()->actions())
         if (!button->isSeparator()) button->setEnabled(AfxIsCommandEnabled(frame, button->data().toUInt()));
 }

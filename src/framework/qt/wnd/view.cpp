@@ -1,10 +1,8 @@
 #include "framework/qt/wnd/view.h"
 
 #include "framework/core/document.h"
-#include "framework/qt/program/win_app.h"
+#include "framework/qt/kit/report_later.h"
 #include "framework/qt/wnd/dc.h"
-#include "framework/qt/wnd/mdi_frame_wnd.h"
-#include "framework/qt/wnd/printing.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -41,14 +39,15 @@ CView::~CView() {
     if (m_pDocument) m_pDocument->RemoveView(this);
 }
 
-void CView::Create(CFrameWnd& frame, CDocument& document) {
+void CView::Create(CWnd& frame, CViewPlace& place, CDocument& document) {
     Attach(new ViewWidget(*this), &frame);
+    m_pPlace = &place;
     document.AddView(this);
     m_pDocument = &document;
 }
 
 CRect CView::GetClientRect() const {
-    const CSize size = static_cast<CMDIChildWnd*>(GetParent())->GetViewSize();
+    const CSize size = m_pPlace->GetViewSize();
     return {0, 0, size.cx, size.cy};
 }
 
@@ -83,7 +82,7 @@ bool CView::DoPreparePrinting(CPrintInfo* pInfo) {
 bool CView::Print(bool bDirect) {
     CPrintInfo info = {&AfxGetPrinter(), bDirect};
     if (!OnPreparePrinting(&info)) return false;
-    AfxPrintView(*this, info);
+    AfxPrintPage(*this, info);
     return true;
 }
 
@@ -96,13 +95,14 @@ void CView::OnFilePrintDirect() {
 }
 
 void CView::OnFilePrintPreview() {
-    AfxPreviewView(*this);
+    CPrintInfo info = {&AfxGetPrinter(), false, true};
+    if (OnPreparePrinting(&info)) AfxPreviewPage(*this, info);
 }
 
-bool CView::OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) {
-    return CWnd::OnCmdMsg(nID, nCode, pUi) || m_pDocument->OnCmdMsg(nID, nCode, pUi);
+std::string CView::GetPrintTitle() const {
+    return m_pDocument->GetTitle();
 }
 
-bool CView::HasHandler(u32 nID, u32 nCode) const {
-    return CWnd::HasHandler(nID, nCode) || m_pDocument->HasHandler(nID, nCode);
+bool CView::VisitTargets(const Visitor& visit) {
+    return CWnd::VisitTargets(visit) || m_pDocument->VisitTargets(visit);
 }

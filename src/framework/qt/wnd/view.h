@@ -1,19 +1,28 @@
 // One look at a document, inside a frame.
 #pragma once
 
+#include "framework/qt/wnd/printing.h"
 #include "framework/qt/wnd/wnd.h"
 
 class CDC;
 class CDocument;
-class CFrameWnd;
-struct CPrintInfo;
 
-class CView : public CWnd {
+// What a view asks of the frame around it.
+class CViewPlace {
+  public:
+    virtual ~CViewPlace() = default;
+
+    // The size that the frame leaves to its view: its own less what borders and bars take. Negative where
+    // these alone do not find room.
+    virtual CSize GetViewSize() = 0;
+};
+
+class CView : public CWnd, public CPrintable {
   public:
     // Leaves the document, which goes with its last view.
     ~CView() override;
 
-    void Create(CFrameWnd& frame, CDocument& document);
+    void Create(CWnd& frame, CViewPlace& place, CDocument& document);
 
     CDocument* GetDocument() const { return m_pDocument; }
 
@@ -35,16 +44,14 @@ class CView : public CWnd {
     // Printing goes through these: asking, which false ends, and then the page, which is drawn as the screen
     // is.
     virtual bool OnPreparePrinting(CPrintInfo* pInfo);
-    virtual void OnBeginPrinting(CDC*, CPrintInfo*) {}
-    virtual void OnPrint(CDC* pDC, CPrintInfo*) { OnDraw(pDC); }
-    virtual void OnEndPrinting(CDC*, CPrintInfo*) {}
+    void OnPrint(CDC* pDC, CPrintInfo*) override { OnDraw(pDC); }
+    std::string GetPrintTitle() const override;
 
     // Draws the exposed part. An exception leaves the view empty until the next update.
     void Paint(CDC& dc);
 
     // The view comes first, then its document.
-    bool OnCmdMsg(u32 nID, u32 nCode, CCmdUI* pUi) override;
-    bool HasHandler(u32 nID, u32 nCode) const override;
+    bool VisitTargets(const Visitor& visit) override;
 
   protected:
     bool DoPreparePrinting(CPrintInfo* pInfo);
@@ -56,5 +63,6 @@ class CView : public CWnd {
 
   private:
     CDocument* m_pDocument = nullptr;
+    CViewPlace* m_pPlace = nullptr;
     bool m_bDrawFailed = false;
 };

@@ -7,7 +7,6 @@
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/wnd/doc_template.h"
 #include "framework/qt/wnd/mdi_frame_wnd.h"
-#include "framework/qt/wnd/view.h"
 
 #include <QAction>
 #include <QMdiArea>

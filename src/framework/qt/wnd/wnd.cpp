@@ -18,6 +18,8 @@ QRect ToQt(const CRect& rect) {
 const QString TITLE_MARK = QStringLiteral("[*]");
 const QString TITLE_MARK_SHOWN = QStringLiteral("[*][*]");
 
+CWnd* g_pMainWnd = nullptr;
+
 }  // namespace
 
 CWnd::~CWnd() {
@@ -92,6 +94,14 @@ i64 CWnd::WindowProc(u32 nMessage, u64 wParam, i64) {
 
 i64 SendMessageA(HWND hWnd, u32 nMessage, u64 wParam, i64 lParam) {
     return hWnd->WindowProc(nMessage, wParam, lParam);
+}
+
+CWnd* AfxGetMainWnd() {
+    return g_pMainWnd;
+}
+
+void AfxSetMainWnd(CWnd* pWnd) {
+    g_pMainWnd = pWnd;
 }
 
 CWaitCursor::CWaitCursor() {

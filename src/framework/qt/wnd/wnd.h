@@ -72,6 +72,11 @@ class CWnd : public CCmdTarget {
     CWnd* m_pParent = nullptr;
 };
 
+// What dialogs belong to and the program ends with: the one window that is given here, null before and after
+// it.
+CWnd* AfxGetMainWnd();
+void AfxSetMainWnd(CWnd* pWnd);
+
 // The pointer shows that the program is busy, as long as this lives.
 class CWaitCursor {
   public:

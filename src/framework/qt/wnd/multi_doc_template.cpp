@@ -1,10 +1,9 @@
-#include "framework/qt/wnd/doc_template.h"
+#include "framework/qt/wnd/multi_doc_template.h"
 
 #include "framework/core/document.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/mdi_frame_wnd.h"
-#include "framework/qt/wnd/view.h"
 
 #include <memory>
 
@@ -48,7 +47,8 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
 
 CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const {
     std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
-    if (!frame->LoadFrame(mainFrame, m_nIDResource, {&m_viewClass, &document, this})) return nullptr;
+    if (!frame->LoadFrame(*mainFrame.GetMDIClient(), m_nIDResource, {&m_viewClass, &document, this}))
+        return nullptr;
     frame->GetActiveView()->OnInitialUpdate();
     CMDIChildWnd* const child = frame.get();
     mainFrame.AddChild(std::move(frame));

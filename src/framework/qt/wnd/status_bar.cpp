@@ -1,29 +1,11 @@
-#include "framework/qt/wnd/control_bars.h"
+#include "framework/qt/wnd/status_bar.h"
 
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
-#include "framework/qt/wnd/frame_wnd.h"
 
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
-
-CControlBar::~CControlBar() {
-    if (GetParent()) static_cast<CFrameWnd*>(GetParent())->RemoveControlBar(*this);
-}
-
-bool CControlBar::IsWindowVisible() const {
-    return GetWidget() && !GetWidget()->isHidden();
-}
-
-void CControlBar::OnUpdateCmdUI(CFrameWnd&) {}
-
-void CControlBar::AttachBar(QWidget* pWidget, CFrameWnd* pFrame, u32 nID) {
-    m_nID = nID;
-    pWidget->setObjectName(QString::number(nID));
-    Attach(pWidget, pFrame);
-    pFrame->AddControlBar(*this);
-}
 
 namespace {
 
@@ -48,7 +30,7 @@ class PaneCmdUI final : public CCmdUI {
 
 }  // namespace
 
-bool CStatusBar::Create(CFrameWnd* pFrame, u32 nID) {
+bool CStatusBar::Create(CBarFrame* pFrame, u32 nID) {
     auto* const bar = new QStatusBar;
     bar->setSizeGripEnabled(false);
     pFrame->GetBarHost()->setStatusBar(bar);
@@ -99,7 +81,7 @@ std::string CStatusBar::GetPaneText(int nIndex) const {
     return m_panes[static_cast<std::size_t>(nIndex)].pLabel->text().toStdString();
 }
 
-void CStatusBar::OnUpdateCmdUI(CFrameWnd& frame) {
+void CStatusBar::OnUpdateCmdUI(CBarFrame& frame) {
     for (const Pane& pane : m_panes) {
         PaneCmdUI ui(pane.nID, pane.pLabel);
         ui.DoUpdate(frame, false);

@@ -1,0 +1,36 @@
+#include "framework/qt/program/recent_files_menu.h"
+
+#include "framework/core/cmd_target.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/ini_profile.h"
+
+void CRecentFilesMenu::SetRegistryKey(const std::string& strRegistryKey) {
+    m_pProfile = std::make_unique<IniProfile>(strRegistryKey, AfxLoadString(AFX_IDS_APP_TITLE));
+}
+
+void CRecentFilesMenu::Load(u32 nMaxMRU) {
+    m_list = CRecentFileList(nMaxMRU);
+    m_list.ReadList(*m_pProfile);
+}
+
+void CRecentFilesMenu::Add(const std::string& strPath) {
+    m_list.Add(strPath);
+    m_bChanged = true;
+}
+
+void CRecentFilesMenu::Remove(const std::string& strPath) {
+    m_list.Remove(strPath);
+    m_bChanged = true;
+}
+
+void CRecentFilesMenu::Write() {
+    m_bChanged = false;
+    if (m_pProfile) m_list.WriteList(*m_pProfile);
+}
+
+void CRecentFilesMenu::UpdateItem(u32 nIndex, CCmdUI& ui) const {
+    const bool there = nIndex < m_list.GetSize();
+    ui.SetText(there ? m_list.GetDisplayName(nIndex) : nIndex == 0 ? "Recent File" : "");
+    ui.SetPrompt(there ? m_list[nIndex] : AfxLoadPrompt(ID_FILE_MRU_FILE1));
+    ui.Enable(there);
+}

@@ -1,0 +1,33 @@
+// The recent files as the program keeps and shows them: in its settings, and in a menu.
+#pragma once
+
+#include "framework/core/recent_files.h"
+
+#include <memory>
+
+class CCmdUI;
+
+class CRecentFilesMenu {
+  public:
+    // Reads the list, which takes that many, from the settings. They are kept under the company's key, whose
+    // parts are divided by backslashes, and the program's title.
+    void SetRegistryKey(const std::string& strRegistryKey);
+    void Load(u32 nMaxMRU);
+
+    const CRecentFileList& GetList() const { return m_list; }
+
+    void Add(const std::string& strPath);
+    void Remove(const std::string& strPath);
+
+    // Writes what has changed. What cannot be written now is with the next change, or at the end.
+    void Write();
+    bool IsChanged() const { return m_bChanged; }
+
+    // Without any recent file the first item says what would stand there.
+    void UpdateItem(u32 nIndex, CCmdUI& ui) const;
+
+  private:
+    std::unique_ptr<Profile> m_pProfile;
+    CRecentFileList m_list{0};
+    bool m_bChanged = false;  // since it was last written, or could not be
+};

@@ -1,0 +1,49 @@
+#include "framework/qt/program/shell_requests.h"
+
+#include "framework/core/answers.h"
+#include "framework/core/path_name.h"
+#include "framework/core/resource.h"
+#include "framework/qt/kit/shell_open.h"
+
+#include <QApplication>
+#include <QScopedValueRollback>
+
+CShellRequests::CShellRequests() = default;
+CShellRequests::~CShellRequests() = default;
+
+void CShellRequests::Listen() {
+    m_pShellOpen = std::make_unique<ShellOpen>(AfxLoadString(AFX_IDS_SHELL_NAME),
+                                               [this](const std::vector<std::string>& uris) { Add(uris); });
+}
+
+void CShellRequests::Close() {
+    m_pShellOpen.reset();
+}
+
+bool CShellRequests::HandOver(const std::vector<std::string>& paths) const {
+    std::vector<std::string> uris;
+    for (const std::string& path : paths) uris.push_back(ToFileUri(GetFullPath(path)));
+    return m_pShellOpen && m_pShellOpen->HandOver(uris);
+}
+
+// A menu stays open on the list of recent files that it shows.
+bool CShellRequests::CanOpen() const {
+    return !m_waiting.empty() && !m_bOpening && !QApplication::activeModalWidget() &&
+           !QApplication::activePopupWidget();
+}
+
+void CShellRequests::Open(const std::function<void()>& comeToFront,
+                          const std::function<void(const std::string&)>& open) {
+    while (CanOpen()) {
+        const std::vector<std::string> uris = m_waiting.front();
+        m_waiting.pop_front();
+        comeToFront();
+        const QScopedValueRollback<bool> opening(m_bOpening, true);
+        for (const std::string& uri : uris) {
+            if (const std::optional<std::string> path = FromFileUri(uri))
+                open(*path);
+            else
+                AfxMessageBox("\"" + uri + "\" was not opened. It is no file on this computer.");
+        }
+    }
+}

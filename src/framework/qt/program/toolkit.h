@@ -1,0 +1,14 @@
+// The toolkit's start and end.
+#pragma once
+
+#include <functional>
+
+struct ToolkitHooks {
+    std::function<void()> onIdle;        // nothing is left to be done
+    std::function<void()> onSessionEnd;  // the session ends, and every window has been closed
+};
+
+// Where the program is to draw on no screen, its windows are only made in memory. False without a display,
+// which is told on standard error.
+bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks);
+void AfxStopToolkit();

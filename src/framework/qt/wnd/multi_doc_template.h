@@ -1,0 +1,42 @@
+// A kind of document that the program opens: which classes of document, frame and view belong together, and
+// the document string of one resource id.
+#pragma once
+
+#include "base/types.h"
+#include "framework/core/answers.h"
+#include "framework/core/doc_string.h"
+#include "framework/core/runtime_class.h"
+#include "framework/core/shell_registration.h"
+#include "framework/qt/wnd/doc_template.h"
+
+class CMultiDocTemplate : public CDocTemplate {
+  public:
+    // The frame's class derives from CMDIChildWnd.
+    CMultiDocTemplate(u32 nIDResource, CRuntimeClass docClass, CRuntimeClass frameClass,
+                      CRuntimeClass viewClass)
+        : m_nIDResource(nIDResource),
+          m_docClass(docClass),
+          m_frameClass(frameClass),
+          m_viewClass(viewClass) {}
+
+    // Whether the path ends with the extension that this template is there for.
+    bool MatchDocType(const std::string& strPathName) const;
+
+    // What the Open dialog offers for this kind.
+    FileFilter GetFilter() const;
+
+    // The kind of file, whose type id is empty where none is registered.
+    ShellFileType GetShellFileType() const;
+
+    // Reads the file and shows it in a child window of its own. Null when that failed: it has been reported
+    // then, and neither document nor window is left.
+    CDocument* OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName);
+
+    CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const override;
+
+  private:
+    u32 m_nIDResource;
+    CRuntimeClass m_docClass;
+    CRuntimeClass m_frameClass;
+    CRuntimeClass m_viewClass;
+};
