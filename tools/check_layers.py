@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""Checks every #include line against the arrows between the folders.
+"""Checks every #include line against the arrows between the folders, and for circles.
+
+Headers include each other nowhere, and in the folders of UNITS neither do units: a header with every source that
+implements it. A source implements the header of its own name, or else the one that it includes first.
 
 usage: tools/check_layers.py [--self-test]
 
@@ -17,14 +20,18 @@ ARROWS = {
     "base": [],
     "reading": [],
     "framework/core": [],
-    "framework/qt": ["framework/core"],
+    "framework/qt/kit": ["framework/core"],
+    "framework/qt/wnd": ["framework/core", "framework/qt/kit"],
+    "framework/qt/program": ["framework/core", "framework/qt/kit", "framework/qt/wnd"],
     "iff": ["framework/core", "reading"],
     "chunks": ["iff", "reading"],
     "psd": ["iff/byte_stream.h", "reading"],
     "document": ["framework/core", "iff", "psd", "reading"],
     "display": ["document", "chunks", "iff", "psd", "reading", "framework/core"],
-    "app": CORE + ["framework/qt"],
+    "app": CORE + ["framework/qt/wnd", "framework/qt/program"],
 }
+
+UNITS = ["src/framework/qt/"]
 
 # tests/framework_core mirrors src/framework/core: it may include what that may include, that folder itself and
 # tests/support.
@@ -37,7 +44,7 @@ TESTS_ONLY = {"tests/iff": ["chunks/ilbm_chunks.h"]}
 BESIDE_SRC = {
     "tools": CORE + ["tests/support"],
     "bench/startup": [],
-    "bench/windows": CORE + ["framework/qt", "app", "tests/support"],
+    "bench/windows": CORE + ["framework/qt/wnd", "app", "tests/support"],
     "bench": CORE + ["tests/support"],
     "fuzz": CORE + ["tests/support"],
     "tests/support": CORE,
@@ -46,7 +53,8 @@ BESIDE_SRC = {
 }
 
 # Qt headers stand in the .cpp files of these folders only.
-QT_FOLDERS = ["framework/qt", "tests/framework_qt", "tests/app", "bench/startup", "bench/windows"]
+QT_FOLDERS = ["framework/qt/kit", "framework/qt/wnd", "framework/qt/program", "tests/framework_qt_kit", "tests/app",
+              "bench/startup", "bench/windows"]
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 QT_HEADER = re.compile(r"Q[A-Z]|Qt|q[a-z]*\.h$|private/q")
@@ -79,12 +87,14 @@ def complaints(files):
     """files: path -> text. One line for each include that must not be."""
     found = []
     header_includes = {}
+    unit_includes = {}
     for path, text in sorted(files.items()):
         folder = folder_of(path)
         if folder is None:
             found.append(f"{path}:1: stands in no folder that has arrows")
             continue
         may_include = allowed(folder)
+        unit = unit_of(path, text, files)
         for number, line in enumerate(text.splitlines(), 1):
             match = INCLUDE.match(line)
             if not match:
@@ -107,18 +117,32 @@ def complaints(files):
                 found.append(f"{path}:{number}: {folder} -> {target_name} is no arrow")
             if path.endswith(".h"):
                 header_includes.setdefault(path, []).append(target)
-    return found + cycles(header_includes)
+            if unit and target != unit and target.startswith(tuple(UNITS)):
+                unit_includes.setdefault(unit, []).append(target)
+    return found + cycles(header_includes, "headers") + cycles(unit_includes, "units")
 
 
-def cycles(includes):
-    """One line for each header that is reached again from itself."""
+def unit_of(path, text, files):
+    """The header that a file of UNITS is or implements; None where no circle of units is looked for."""
+    if not path.startswith(tuple(UNITS)):
+        return None
+    own = str(Path(path).with_suffix(".h"))
+    if own in files:
+        return own
+    includes = (INCLUDE.match(line) for line in text.splitlines())
+    first = next((match[1] for match in includes if match and match[1]), None)
+    return first and resolve(path, first, files)
+
+
+def cycles(includes, kind):
+    """One line for each file that is reached again from itself."""
     found = []
     done = set()
 
     def visit(path, way):
         if path in way:
             ring = way[way.index(path):] + [path]
-            found.append(f"{path}:1: headers include each other: " + " -> ".join(ring))
+            found.append(f"{path}:1: {kind} include each other: " + " -> ".join(ring))
         elif path not in done:
             for target in includes.get(path, []):
                 visit(target, way + [path])
@@ -134,34 +158,41 @@ def self_test():
     sound = {
         "src/base/types.h": "#include <cstdint>\n",
         "src/framework/core/file.h": '#include "base/types.h"\n',
-        "src/framework/qt/wnd.h": '#include "framework/core/file.h"\nclass QWidget;\n',
-        "src/framework/qt/wnd.cpp": '#include <QWidget>\n#include "framework/qt/wnd.h"\n#include "wnd.moc"\n',
+        "src/framework/qt/kit/list.h": '#include "framework/core/file.h"\n',
+        "src/framework/qt/wnd/wnd.h": '#include "framework/core/file.h"\nclass QWidget;\n',
+        "src/framework/qt/wnd/wnd.cpp":
+            '#include <QWidget>\n#include "framework/qt/wnd/wnd.h"\n#include "framework/qt/kit/list.h"\n#include "wnd.moc"\n',
+        "src/framework/qt/wnd/view.h": '#include "framework/qt/wnd/wnd.h"\n',
+        "src/framework/qt/program/app.h": '#include "framework/qt/wnd/view.h"\n',
         "src/iff/byte_stream.h": '#include "base/types.h"\n',
         "src/iff/iff_chunk.h": '#include "iff/byte_stream.h"\n',
         "src/chunks/body_chunk.h": '#include "iff/iff_chunk.h"\n',
         "src/psd/psd_image.h": '#include "iff/byte_stream.h"\n',
         "src/document/doc.h": '#include "psd/psd_image.h"\n#include "iff/iff_chunk.h"\n',
         "src/display/image.h": '#include "document/doc.h"\n#include "chunks/body_chunk.h"\n',
-        "src/app/view.h": '#include "display/image.h"\n#include "framework/qt/wnd.h"\n',
+        "src/app/view.h": '#include "display/image.h"\n#include "framework/qt/wnd/wnd.h"\n',
         "tests/support/builder.h": '#include "base/types.h"\n',
         "tests/psd/psd_test.cpp": '#include "psd/psd_image.h"\n#include "support/builder.h"\n',
-        "tests/framework_qt/wnd_test.cpp": '#include <QApplication>\n#include "framework/qt/wnd.h"\n',
+        "tests/framework_qt_kit/list_test.cpp": '#include <QApplication>\n#include "framework/qt/kit/list.h"\n',
         "fuzz/load_fuzz.cpp": '#include "display/image.h"\n#include "support/builder.h"\n',
     }
     faults = [
         ("src/base/types.h", '#include "iff/iff_chunk.h"', "is no arrow"),
-        ("src/framework/core/file.h", '  #  include "framework/qt/wnd.h"', "is no arrow"),
+        ("src/framework/core/file.h", '  #  include "framework/qt/wnd/wnd.h"', "is no arrow"),
+        ("src/framework/qt/kit/list.h", '#include "framework/qt/wnd/wnd.h"', "is no arrow"),
+        ("src/framework/qt/wnd/wnd.cpp", '#include "framework/qt/program/app.h"', "is no arrow"),
+        ("src/app/view.h", '#include "framework/qt/kit/list.h"', "is no arrow"),
         ("src/iff/iff_chunk.h", '#include "chunks/body_chunk.h"', "is no arrow"),
         ("src/chunks/body_chunk.h", '#include "psd/psd_image.h"', "is no arrow"),
         ("src/psd/psd_image.h", '#include "iff/iff_chunk.h"', "is no arrow"),
         ("src/document/doc.h", '#include "chunks/body_chunk.h"', "is no arrow"),
         ("src/display/image.h", '#include "app/view.h"', "is no arrow"),
         ("tests/psd/psd_test.cpp", '#include "display/image.h"', "is no arrow"),
-        ("tests/support/builder.h", '#include "framework/qt/wnd.h"', "is no arrow"),
+        ("tests/support/builder.h", '#include "framework/qt/wnd/wnd.h"', "is no arrow"),
         ("fuzz/load_fuzz.cpp", '#include "app/view.h"', "is no arrow"),
         ("tests/psd/psd_test.cpp", "#include <QImage>", "belongs in"),
         ("src/app/view.h", "#include <QWidget>", "belongs in"),
-        ("src/framework/qt/wnd.h", "#include <QtGui/QImage>", "belongs in"),
+        ("src/framework/qt/wnd/wnd.h", "#include <QtGui/QImage>", "belongs in"),
         ("src/display/image.h", "#include <qwidget.h>", "belongs in"),
         ("src/iff/iff_chunk.h", "#include <base/types.h>", "stands in quotes"),
         ("src/base/types.h", '#include "base/no_such.h"', "is no file"),
@@ -183,6 +214,15 @@ def self_test():
     }
     if not any("iff/byte_stream.h -> src/iff/iff_chunk.h" in text for text in complaints(ring)):
         failed.append("not caught: a ring of two headers")
+    # Neither header includes the other; their sources do, one of them under another name.
+    through_sources = {
+        **sound,
+        "src/framework/qt/wnd/wnd.cpp": '#include "framework/qt/wnd/wnd.h"\n#include "framework/qt/wnd/view.h"\n',
+        "src/framework/qt/wnd/view.h": "class CWnd;\n",
+        "src/framework/qt/wnd/drawing.cpp": '#include "framework/qt/wnd/view.h"\n#include "framework/qt/wnd/wnd.h"\n',
+    }
+    if not any("units include each other" in text for text in complaints(through_sources)):
+        failed.append("not caught: a ring through sources")
     return failed
 
 
