@@ -44,8 +44,3 @@ void CDocument::SetPathName(const std::string& strPathName) {
     m_strPathName = strPathName;
     m_strTitle = strPathName.substr(strPathName.rfind('/') + 1);
 }
-
-void CDocument::RemoveView(CView* pView) {
-    std::erase(m_views, pView);
-    if (m_views.empty() && m_bAutoDelete) delete this;
-}

@@ -1,5 +1,4 @@
-// One opened file. The template that makes a document hands it to its first view; the document goes with its
-// last one.
+// One opened file. Its views own it together: it goes with the last one.
 #pragma once
 
 #include "framework/core/cmd_target.h"
@@ -35,13 +34,10 @@ class CDocument : public CCmdTarget {
     const std::string& GetTitle() const { return m_strTitle; }
     void SetPathName(const std::string& strPathName);
 
-    // Views are borrowed; each adds itself when it is made and takes itself out before it goes. Removing the
-    // last one destroys the document, unless its template still makes it.
+    // Views are borrowed; each adds itself when it is made and takes itself out before it goes.
     void AddView(CView* pView) { m_views.push_back(pView); }
-    void RemoveView(CView* pView);
+    void RemoveView(CView* pView) { std::erase(m_views, pView); }
     const std::vector<CView*>& GetViews() const { return m_views; }
-
-    bool m_bAutoDelete = true;
 
   private:
     std::string m_strPathName;

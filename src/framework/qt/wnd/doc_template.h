@@ -1,6 +1,8 @@
 // What frames know of a kind of document.
 #pragma once
 
+#include <memory>
+
 class CDocument;
 class CMDIChildWnd;
 class CMDIFrameWnd;
@@ -10,5 +12,6 @@ class CDocTemplate {
     virtual ~CDocTemplate() = default;
 
     // A child window for another look at the document, not shown yet. Null when the window cannot be made.
-    virtual CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const = 0;
+    virtual CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,
+                                         const std::shared_ptr<CDocument>& pDocument) const = 0;
 };

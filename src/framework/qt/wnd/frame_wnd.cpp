@@ -8,8 +8,9 @@
 
 int CFrameWnd::OnCreate(const CCreateContext& context) {
     if (!context.pNewViewClass) return 0;
-    m_pView.reset(static_cast<CView*>(context.pNewViewClass->pfnCreateObject()));
-    m_pView->Create(*this, *this, *context.pCurrentDoc);
+    m_pView = CreateObjectAs<CView>(*context.pNewViewClass);
+    if (!m_pView) return -1;
+    m_pView->Create(*this, *this, context.pCurrentDoc);
     GetBarHost()->setCentralWidget(m_pView->GetWidget());
     return 0;
 }

@@ -13,7 +13,7 @@ class CDocument;
 // What a frame is made for; all null for one that frames no view of its own.
 struct CCreateContext {
     const CRuntimeClass* pNewViewClass = nullptr;
-    CDocument* pCurrentDoc = nullptr;
+    std::shared_ptr<CDocument> pCurrentDoc;
     const CDocTemplate* pNewDocTemplate = nullptr;
 };
 

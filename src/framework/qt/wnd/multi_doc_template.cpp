@@ -29,25 +29,23 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const st
     CDocument* opened = nullptr;
     const auto open = [&] {
         const CWaitCursor wait;
-        // Until all is done the document belongs here, and goes behind the frame.
-        std::unique_ptr<CDocument> document(static_cast<CDocument*>(m_docClass.pfnCreateObject()));
-        document->m_bAutoDelete = false;
-        if (!document->OnOpenDocument(strPathName)) return;
+        const std::shared_ptr<CDocument> document = CreateObjectAs<CDocument>(m_docClass);
+        if (!document || !document->OnOpenDocument(strPathName)) return;
         document->SetPathName(strPathName);
-
-        CMDIChildWnd* const child = CreateNewFrame(mainFrame, *document);
+        CMDIChildWnd* const child = CreateNewFrame(mainFrame, document);
         if (!child) return;
-        document->m_bAutoDelete = true;
-        opened = document.release();
+        opened = document.get();
         child->ActivateFrame();
     };
     AfxGuardedCall(open, "\"" + strPathName + "\" was not opened. ");
     return opened;
 }
 
-CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const {
-    std::unique_ptr<CMDIChildWnd> frame(static_cast<CMDIChildWnd*>(m_frameClass.pfnCreateObject()));
-    if (!frame->LoadFrame(*mainFrame.GetMDIClient(), m_nIDResource, {&m_viewClass, &document, this}))
+CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame,
+                                                const std::shared_ptr<CDocument>& pDocument) const {
+    auto frame = CreateObjectAs<CMDIChildWnd>(m_frameClass);
+    if (!frame ||
+        !frame->LoadFrame(*mainFrame.GetMDIClient(), m_nIDResource, {&m_viewClass, pDocument, this}))
         return nullptr;
     frame->GetActiveView()->OnInitialUpdate();
     CMDIChildWnd* const child = frame.get();

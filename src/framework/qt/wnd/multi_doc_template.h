@@ -32,7 +32,8 @@ class CMultiDocTemplate : public CDocTemplate {
     // then, and neither document nor window is left.
     CDocument* OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName);
 
-    CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame, CDocument& document) const override;
+    CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,
+                                 const std::shared_ptr<CDocument>& pDocument) const override;
 
   private:
     u32 m_nIDResource;

@@ -39,11 +39,11 @@ CView::~CView() {
     if (m_pDocument) m_pDocument->RemoveView(this);
 }
 
-void CView::Create(CWnd& frame, CViewPlace& place, CDocument& document) {
+void CView::Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> pDocument) {
     Attach(new ViewWidget(*this), &frame);
     m_pPlace = &place;
-    document.AddView(this);
-    m_pDocument = &document;
+    m_pDocument = std::move(pDocument);
+    m_pDocument->AddView(this);
 }
 
 CRect CView::GetClientRect() const {

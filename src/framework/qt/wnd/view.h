@@ -4,6 +4,8 @@
 #include "framework/qt/wnd/printing.h"
 #include "framework/qt/wnd/wnd.h"
 
+#include <memory>
+
 class CDC;
 class CDocument;
 
@@ -22,9 +24,12 @@ class CView : public CWnd, public CPrintable {
     // Leaves the document, which goes with its last view.
     ~CView() override;
 
-    void Create(CWnd& frame, CViewPlace& place, CDocument& document);
+    void Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> pDocument);
 
-    CDocument* GetDocument() const { return m_pDocument; }
+    CDocument* GetDocument() const { return m_pDocument.get(); }
+
+    // For another look at the same document.
+    const std::shared_ptr<CDocument>& ShareDocument() const { return m_pDocument; }
 
     // As the frame's present size lays it out, whatever has been shown yet. Right and bottom are negative
     // where the frame is too small for its bars.
@@ -62,7 +67,7 @@ class CView : public CWnd, public CPrintable {
     void OnFilePrintPreview();
 
   private:
-    CDocument* m_pDocument = nullptr;
+    std::shared_ptr<CDocument> m_pDocument;
     CViewPlace* m_pPlace = nullptr;
     bool m_bDrawFailed = false;
 };

@@ -63,7 +63,7 @@ void CMDIFrameWnd::AddWindowKeys() {
 
 void CMDIFrameWnd::OnWindowNew() {
     const CMDIChildWnd& active = *MDIGetActive();
-    CDocument& document = *active.GetActiveView()->GetDocument();
+    const std::shared_ptr<CDocument>& document = active.GetActiveView()->ShareDocument();
     if (CMDIChildWnd* const child = active.GetDocTemplate().CreateNewFrame(*this, document))
         child->ActivateFrame();
 }
