@@ -3,7 +3,6 @@
 #include "chunks/alph_chunk.h"
 #include "chunks/extension_chunks.h"
 #include "chunks/ilbm_chunks.h"
-#include "display/display_image.h"
 #include "document/vistrel_doc.h"
 #include "iff/container.h"
 
@@ -182,19 +181,4 @@ std::vector<std::string> LayerNames(const CVistrelDoc& document) {
             names.push_back("Mip Map " + std::to_string(k));
     }
     return names;
-}
-
-std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, u32 nLayer) {
-    if (document.m_nDocType == DOC_PSD)
-        return nLayer == 0 ? ChannelNames(document.m_Psd)
-                           : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1));
-    m_pBody.Reset();
-    m_pS3tc.Reset();
-    PictureChoice choice;
-    if (document.m_nDocType == DOC_IFF)
-        if (IffContainer* const part = FindLayerPart(document, nLayer)) choice = ChoosePicture(*part);
-    m_pBody = CountedPtr<BodyChunk>::Share(choice.pBody);
-    m_pS3tc = CountedPtr<S3tcChunk>::Share(choice.pS3tc);
-    return OffersAlpha(choice) ? std::vector<std::string>{"Composite", "Alpha"}
-                               : std::vector<std::string>{"Composite"};
 }

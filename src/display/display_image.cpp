@@ -1,5 +1,6 @@
 #include "display/display_image.h"
 
+#include "display/catalogue.h"
 #include "document/vistrel_doc.h"
 
 DisplayImage::~DisplayImage() {
@@ -9,6 +10,21 @@ DisplayImage::~DisplayImage() {
 void DisplayImage::DiscardBitmap() {
     DeleteObject(m_hBitmap);
     m_hBitmap = nullptr;
+}
+
+std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, u32 nLayer) {
+    if (document.m_nDocType == DOC_PSD)
+        return nLayer == 0 ? ChannelNames(document.m_Psd)
+                           : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1));
+    m_pBody.Reset();
+    m_pS3tc.Reset();
+    PictureChoice choice;
+    if (document.m_nDocType == DOC_IFF)
+        if (IffContainer* const part = FindLayerPart(document, nLayer)) choice = ChoosePicture(*part);
+    m_pBody = CountedPtr<BodyChunk>::Share(choice.pBody);
+    m_pS3tc = CountedPtr<S3tcChunk>::Share(choice.pS3tc);
+    return OffersAlpha(choice) ? std::vector<std::string>{"Composite", "Alpha"}
+                               : std::vector<std::string>{"Composite"};
 }
 
 void DisplayImage::BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nChannel) {

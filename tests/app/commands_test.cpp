@@ -1,7 +1,6 @@
 // Every command of the menus, the toolbar and the accelerators, as the program runs.
 
 #include "app/resources/resources.h"
-#include "framework/qt/wnd/menu_bar.h"
 #include "framework/qt/wnd/status_bar.h"
 #include "window_case.h"
 
@@ -45,7 +44,7 @@ void ExpectItems(const QList<QAction*>& items, bool bPicture) {
 TEST_F(WindowTest, EveryCommandIsHandledOrGreyAndSaysWhatItDoes) {
     for (const bool picture : {false, true}) {
         ASSERT_TRUE(!picture || OpenFile(Picture(16, 16)));
-        theApp.PumpMessages();
+        Settle();
         ExpectItems(Window().menuBar()->actions(), picture);
         for (const QAction* const title : Window().menuBar()->actions()) {
             emit title->menu()->aboutToShow();
@@ -76,19 +75,19 @@ TEST_F(WindowTest, TheKeyBesideAnItemIsItsAccelerator) {
 TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
     CMDIFrameWnd& main = *theApp.m_pMainWnd;
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
-    theApp.PumpMessages();
+    Settle();
     const std::set<u32> bars = {ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR};
     for (const u32 id : bars)
-        for (const u32 state : {0u, MF_CHECKED}) {
+        for (const bool shows : {false, true}) {
             main.OnCmdMsg(id, CN_COMMAND, nullptr);
-            for (const u32 other : bars) EXPECT_EQ(main.GetMenuState(other), other == id ? state : MF_CHECKED);
+            for (const u32 other : bars) EXPECT_EQ(MenuItem(other)->isChecked(), shows || other != id);
         }
-    const auto& bar = static_cast<CStatusBar&>(*main.GetControlBar(ID_VIEW_STATUS_BAR));
-    EXPECT_EQ(bar.GetPaneText(0), "Ready");
+    const CWnd& bar = *main.GetControlBar(ID_VIEW_STATUS_BAR);
+    EXPECT_EQ(PaneText(bar), "Ready");
     Window().findChild<QToolBar*>()->actions()[0]->showStatusText(&Window());
-    EXPECT_EQ(bar.GetPaneText(0), "Create a new document");
+    EXPECT_EQ(PaneText(bar), "Create a new document");
     main.SetMessageText({});
-    EXPECT_EQ(bar.GetPaneText(0), "Ready");
+    EXPECT_EQ(PaneText(bar), "Ready");
 }
 
 TEST_F(WindowTest, ListsBarsAndViewsHaveNamesForWhatReadsTheScreen) {

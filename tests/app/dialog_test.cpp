@@ -1,6 +1,5 @@
 // The dialogs, answered in the user's place.
 
-#include "framework/qt/wnd/menu_bar.h"
 #include "framework/qt/wnd/printing.h"
 #include "window_case.h"
 

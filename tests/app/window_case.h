@@ -5,26 +5,38 @@
 #include "app/resource_ids.h"
 #include "app/vistrel_app.h"
 #include "app/vistrel_view.h"
+#include "framework/core/resource.h"
 #include "support/iff_builder.h"
 #include "support/recorded_answers.h"
 #include "support/table.h"
 #include "support/temp_folder.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QImage>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <functional>
 
 extern CVistrelApp theApp;
 
+// Lets the program run until nothing is left to be done.
+inline void Settle() {
+    QApplication::processEvents();
+    theApp.OnIdle();
+}
+
 // Lets the program run until the condition holds. The deadline only ends a test that would never end.
 inline bool WaitFor(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        theApp.PumpMessages();
-    }
-    return true;
+    constexpr int DEADLINE = 60'000;  // milliseconds
+    return QTest::qWaitFor([&] { return Settle(), condition(); }, DEADLINE);
 }
 
 // Value of a pixel of Picture; no two neighbours are the same.
@@ -44,6 +56,42 @@ inline u32 ShownColour(u32 x, u32 y) {
     return 0xFF000000 | shade << 16 | shade << 8 | shade;
 }
 
+using Texts = std::vector<std::string>;
+
+inline QComboBox& ListOf(const CComboBox& list) { return dynamic_cast<QComboBox&>(*list.GetWidget()); }
+
+inline Texts Entries(const CComboBox& list) {
+    Texts entries;
+    for (int i = 0; i < ListOf(list).count(); ++i) entries.push_back(ListOf(list).itemText(i).toStdString());
+    return entries;
+}
+
+// As the user's key in the list.
+inline void Press(const CComboBox& list, Qt::Key key) { QTest::keyClick(&ListOf(list), key); }
+
+// Of a bar's first pane, as it shows.
+inline std::string PaneText(const CWnd& bar) { return bar.GetWidget()->findChild<QLabel*>()->text().toStdString(); }
+
+// The item of a command as its menu shows it now; none where no menu has it.
+inline QAction* MenuItem(u32 nID) {
+    for (const QAction* const title : theApp.m_pMainWnd->GetBarHost()->menuBar()->actions()) {
+        emit title->menu()->aboutToShow();
+        for (QAction* const item : title->menu()->actions())
+            if (!item->isSeparator() && item->data().toUInt() == nID) return item;
+    }
+    return nullptr;
+}
+
+// Row by row, one 0xFFRRGGBB word for each pixel that the widget shows in a part of it.
+inline std::vector<u32> PixelsOf(QWidget& widget, const CRect& rect) {
+    const QRect part(rect.left, rect.top, rect.Width(), rect.Height());
+    const QImage image = widget.grab(part).toImage().convertToFormat(QImage::Format_RGB32);
+    std::vector<u32> pixels;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) pixels.push_back(image.pixel(x, y));
+    return pixels;
+}
+
 class WindowTest : public testing::Test {
   protected:
     WindowTest() { theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700}); }
@@ -59,7 +107,7 @@ class WindowTest : public testing::Test {
             [&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer" + strRest; });
     }
     bool WaitForPane(const std::string& strText) {
-        return WaitFor([&] { return Frame().m_wndInfoBar.GetPaneText(0) == strText; });
+        return WaitFor([&] { return PaneText(Frame().m_wndInfoBar) == strText; });
     }
 
     CChildFrame& Frame() { return static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().back()); }
@@ -73,17 +121,5 @@ class WindowTest : public testing::Test {
     RecordedAnswers m_answers;
     TempFolder m_folder;
 };
-
-using Texts = std::vector<std::string>;
-
-inline Texts Entries(CComboBox& list) {
-    Texts entries;
-    for (i64 i = 0; i < SendMessageA(&list, CB_GETCOUNT, 0, 0); ++i) {
-        std::string text(static_cast<std::size_t>(SendMessageA(&list, CB_GETLBTEXTLEN, i, 0)), '\0');
-        SendMessageA(&list, CB_GETLBTEXT, i, reinterpret_cast<i64>(text.data()));
-        entries.push_back(text);
-    }
-    return entries;
-}
 
 inline void PrintTo(const CSize& size, std::ostream* pOut) { *pOut << size.cx << " x " << size.cy; }

@@ -3,9 +3,11 @@
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
 #include "framework/core/replace_file.h"
-#include "framework/qt/wnd/menu_bar.h"
 #include "support/private_home.h"
 #include "window_case.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
 
 #include <gtest/gtest.h>
 
@@ -19,8 +21,8 @@ TEST_F(WindowTest, APictureOpensWithItsListsItsPaneAndItsTitle) {
     ASSERT_TRUE(OpenFile(Picture(320, 200)));
     EXPECT_EQ(Entries(Frame().m_wndLayerCombo), Texts({"Image"}));
     EXPECT_EQ(Entries(Frame().m_wndChannelCombo), Texts({"Composite"}));
-    EXPECT_EQ(SendMessageA(&Frame().m_wndLayerCombo, CB_GETCURSEL, 0, 0), 0);
-    EXPECT_EQ(SendMessageA(&Frame().m_wndChannelCombo, CB_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(ListOf(Frame().m_wndLayerCombo).currentIndex(), 0);
+    EXPECT_EQ(ListOf(Frame().m_wndChannelCombo).currentIndex(), 0);
     EXPECT_EQ(ClientSize(), (CSize{320, 200}));
     EXPECT_TRUE(WaitForPane("320x200x32"));
     EXPECT_TRUE(WaitForTitle(" - picture.iff"));
@@ -39,7 +41,7 @@ TEST_F(WindowTest, TheClientAreaTakesExactlyThePicturesSizeTimesTheScale) {
         View().FitFrameToImage(scale);
         EXPECT_EQ(ClientSize(), size) << width << " x " << height << " at " << scale;
         EXPECT_EQ(View().m_fScale, std::min(scale, 3.40282347e38f));
-        theApp.PumpMessages();
+        Settle();
         EXPECT_EQ(ClientSize(), size) << "after " << scale << " had been shown";
     }
 }
@@ -65,28 +67,28 @@ TEST_F(WindowTest, AFitLeavesTheFrameWhereItStandsAndCountsTheBarsThatShow) {
 
 TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
     ASSERT_TRUE(OpenFile(Picture(11, 5)));
-    Frame().MDIMaximize();
+    Frame().GetSubWindow()->showMaximized();
     EXPECT_TRUE(WaitFor([&] { return ClientSize().cx > 500; }));
     EXPECT_TRUE(WaitForTitle(" - [picture.iff]"));
-    Frame().MDIRestore();
+    Frame().GetSubWindow()->showNormal();
     EXPECT_TRUE(WaitForTitle(" - picture.iff"));
     EXPECT_EQ(ClientSize(), (CSize{11, 5}));
 
-    Frame().MDIMaximize();
-    theApp.PumpMessages();
+    Frame().GetSubWindow()->showMaximized();
+    Settle();
     View().FitFrameToImage(2.0f);
-    for (int i = 0; i < 2; ++i, theApp.PumpMessages()) EXPECT_EQ(ClientSize(), (CSize{22, 10}));
+    for (int i = 0; i < 2; ++i, Settle()) EXPECT_EQ(ClientSize(), (CSize{22, 10}));
     EXPECT_FALSE(Frame().IsZoomed());
 
-    Frame().MDIMaximize();
-    ASSERT_TRUE((theApp.PumpMessages(), OpenFile(Picture(20, 10), "next.iff")));
-    theApp.PumpMessages();
+    Frame().GetSubWindow()->showMaximized();
+    ASSERT_TRUE((Settle(), OpenFile(Picture(20, 10), "next.iff")));
+    Settle();
     EXPECT_TRUE(Frame().IsZoomed()) << "the next one opens as the active one stands";
     ASSERT_TRUE(OpenFile(Picture(9, 9), "third.iff"));
     Frame().OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
     EXPECT_TRUE(WaitFor([] { return theApp.m_pMainWnd->GetChildren().size() == 2; }));
     EXPECT_TRUE(WaitForTitle(" - [next.iff]")) << "so does the one before it when it closes";
-    Frame().MDIRestore();
+    Frame().GetSubWindow()->showNormal();
     EXPECT_EQ(ClientSize(), (CSize{20, 10}));
 }
 
@@ -107,7 +109,7 @@ TEST_F(WindowTest, EveryPixelIsStretchedOverItsPlaceWhereverTheViewIsScrolledTo)
             View().ScreenToClient(&corner);
             area.ScreenToClient(&origin);
             const int x = origin.left - corner.left, y = origin.top - corner.top;
-            const std::vector<u32> pixels = area.CapturePixels({200, y, 264, y + 3});
+            const std::vector<u32> pixels = PixelsOf(*area.GetArea()->viewport(), {200, y, 264, y + 3});
             for (u32 i = 0; i < 3 * 64; ++i)
                 ASSERT_EQ(pixels[i], ShownColour((200 + i % 64 - static_cast<u32>(x)) / scale, i / 64 / scale))
                     << "frame at " << left << ", column " << i % 64 << " at scale " << scale;
@@ -125,21 +127,21 @@ TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
     ASSERT_EQ(Entries(layers), Texts({"Image", "Mip Map 1", "Mip Map 2", "Mip Map 3"}));
     for (const char* pane : {"32x12x32", "16x6x32"}) {
         SendMessageA(&channels, CB_ADDSTRING, 0, reinterpret_cast<i64>("of the layer before"));
-        SendMessageA(&layers, WM_KEYDOWN, VK_DOWN, 0);
+        Press(layers, Qt::Key_Down);
         EXPECT_EQ(Entries(channels), Texts({"Composite"}));
         EXPECT_EQ(ClientSize(), (CSize{64, 24})) << pane;
         EXPECT_TRUE(WaitForPane(pane)) << pane;
     }
     EXPECT_EQ(View().m_fScale, 4.0f);
 
-    const std::vector<u32> before = View().CapturePixels({0, 0, 64, 24});
-    SendMessageA(&layers, WM_KEYDOWN, VK_DOWN, 0);
+    const std::vector<u32> before = PixelsOf(*View().GetWidget(), {0, 0, 64, 24});
+    Press(layers, Qt::Key_Down);
     EXPECT_EQ(ClientSize(), (CSize{64, 24}));
     EXPECT_EQ(View().m_fScale, 4.0f);
     EXPECT_TRUE(WaitForPane("<invalid bitmap>"));
-    EXPECT_EQ(View().CapturePixels({0, 0, 64, 24}), std::vector<u32>(64 * 24, 0xFFFFFFFF));
-    SendMessageA(&layers, WM_KEYDOWN, VK_UP, 0);
-    EXPECT_EQ(View().CapturePixels({0, 0, 64, 24}), before);
+    EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 64, 24}), std::vector<u32>(64 * 24, 0xFFFFFFFF));
+    Press(layers, Qt::Key_Up);
+    EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 64, 24}), before);
 }
 
 TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
@@ -158,8 +160,8 @@ TEST_F(WindowTest, APictureThatCannotBeMadeShowsAnEmptyView) {
     ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8, .planes = 1})})));
     EXPECT_TRUE(WaitForPane("<invalid bitmap>"));
     EXPECT_GT(ClientSize().cx, 0);
-    EXPECT_EQ(View().CapturePixels({0, 0, 1, 1})[0], 0xFFFFFFFFu);
-    EXPECT_EQ(theApp.m_pMainWnd->GetMenuState(ID_ZOOM), MF_GRAYED);
+    EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 1, 1})[0], 0xFFFFFFFFu);
+    EXPECT_FALSE(MenuItem(ID_ZOOM)->isEnabled());
 }
 
 TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
@@ -271,15 +273,15 @@ TEST_F(WindowTest, WhatFailsIsReportedOnceAndTheProgramRunsOn) {
     for (const char* operation : {"choosing", "updating", "drawing"}) {
         m_answers.m_messages.clear();
         g_failing = operation;
-        SendMessageA(&list, WM_KEYDOWN, VK_DOWN, 0);
-        for (int i = 0; i < 3; ++i) theApp.PumpMessages(), View().CapturePixels({0, 0, 4, 4});
+        Press(list, Qt::Key_Down);
+        for (int i = 0; i < 3; ++i) Settle(), PixelsOf(*View().GetWidget(), {0, 0, 4, 4});
         EXPECT_TRUE(WaitFor([&] { return !m_answers.m_messages.empty(); }));
         EXPECT_EQ(m_answers.m_messages, Texts{"The view failed."}) << operation;
         g_failing = "";
-        SendMessageA(&list, WM_KEYDOWN, VK_UP, 0);
-        EXPECT_EQ(SendMessageA(&list, CB_GETCURSEL, 0, 0), 0);
+        Press(list, Qt::Key_Up);
+        EXPECT_EQ(ListOf(list).currentIndex(), 0);
         EXPECT_TRUE(WaitForPane("16x16x32"));
-        EXPECT_EQ(View().CapturePixels({0, 0, 1, 1})[0], ShownColour(0, 0));
+        EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 1, 1})[0], ShownColour(0, 0));
         EXPECT_EQ(m_answers.m_messages.size(), 1u);
     }
 }

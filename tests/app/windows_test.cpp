@@ -1,7 +1,6 @@
 // Several child windows: their commands, their titles and the list of them.
 
 #include "framework/core/document.h"
-#include "framework/qt/wnd/menu_bar.h"
 #include "window_case.h"
 
 #include <QDockWidget>
@@ -26,9 +25,10 @@ TEST_F(WindowTest, ASecondWindowOnADocumentIsListedAndClosesAlone) {
     EXPECT_EQ(View().GetDocument(), document);
     EXPECT_EQ(ClientSize(), (CSize{64, 24}));
     EXPECT_EQ(static_cast<CVistrelView&>(*main.GetChildren()[0]->GetActiveView()).m_fScale, 3.0f);
-    theApp.PumpMessages();
-    const u32 states[] = {0, MF_CHECKED, MF_MISSING};
-    for (u32 i = 0; i < 3; ++i) EXPECT_EQ(main.GetMenuState(AFX_IDM_FIRST_MDICHILD + i), states[i]);
+    Settle();
+    EXPECT_FALSE(MenuItem(AFX_IDM_FIRST_MDICHILD)->isChecked());
+    EXPECT_TRUE(MenuItem(AFX_IDM_FIRST_MDICHILD + 1)->isChecked());
+    EXPECT_FALSE(MenuItem(AFX_IDM_FIRST_MDICHILD + 2));
 
     main.GetChildren()[0]->OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
     EXPECT_TRUE(WaitFor([] { return Titles() == Texts{"picture.iff"}; }));
@@ -64,7 +64,7 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     const auto showsWhen = [&](bool shows) { return WaitFor([&] { return bar->isVisible() == shows; }); };
     bar->setFloating(true);
     EXPECT_EQ(frame.m_wndLayerBar.GetWindowText(), "Layers & Channels");
-    EXPECT_EQ((theApp.PumpMessages(), bar->isVisible()), true);
+    EXPECT_EQ((Settle(), bar->isVisible()), true);
 
     ASSERT_TRUE(OpenFile(Picture(8, 8), "other.iff"));
     EXPECT_TRUE(showsWhen(false));
@@ -72,14 +72,15 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     EXPECT_TRUE(showsWhen(true));
     frame.GetSubWindow()->showMinimized();
     EXPECT_TRUE(showsWhen(false));
-    EXPECT_EQ(main.GetMenuState(ID_TOGGLE_LAYER_BAR), MF_CHECKED) << "it is only away";
+    EXPECT_TRUE(MenuItem(ID_TOGGLE_LAYER_BAR)->isChecked()) << "it is only away";
     frame.ActivateFrame();
     EXPECT_TRUE(showsWhen(true));
 
     bar->close();
-    EXPECT_EQ((theApp.PumpMessages(), main.GetMenuState(ID_TOGGLE_LAYER_BAR)), 0u);
+    Settle();
+    EXPECT_FALSE(MenuItem(ID_TOGGLE_LAYER_BAR)->isChecked());
     main.OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
     EXPECT_TRUE(bar->isVisible() && bar->isFloating());
     bar->setFloating(false);
-    EXPECT_EQ((theApp.PumpMessages(), bar->isVisible()), true);
+    EXPECT_EQ((Settle(), bar->isVisible()), true);
 }
