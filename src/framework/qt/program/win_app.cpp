@@ -258,8 +258,3 @@ void CWinApp::OnIdle() {
     }
     m_bInIdle = false;
 }
-
-void CWinApp::PumpMessages() {
-    QApplication::processEvents();
-    OnIdle();
-}

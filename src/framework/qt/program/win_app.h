@@ -80,9 +80,6 @@ class CWinApp : public CCmdTarget {
     // Runs the update handlers of everything that shows a state.
     void OnIdle();
 
-    // Handles what has happened, without waiting for more.
-    void PumpMessages();
-
     std::unique_ptr<CMDIFrameWnd> m_pMainWnd;
 
   protected:

@@ -6,17 +6,6 @@
 #include <QComboBox>
 #include <QSignalBlocker>
 
-#include <cstring>
-
-namespace {
-
-i64 CopyText(const QByteArray& text, i64 lParam) {
-    std::memcpy(reinterpret_cast<char*>(lParam), text.constData(), static_cast<std::size_t>(text.size()) + 1);
-    return text.size();
-}
-
-}  // namespace
-
 bool CComboBox::SubclassDlgItem(u32 nID, CWnd* pParent) {
     auto* const list = qobject_cast<QComboBox*>(AfxFindControl(*pParent->GetWidget(), nID));
     if (!list) return false;
@@ -26,7 +15,6 @@ bool CComboBox::SubclassDlgItem(u32 nID, CWnd* pParent) {
 
 i64 CComboBox::WindowProc(u32 nMessage, u64 wParam, i64 lParam) {
     auto* const list = static_cast<QComboBox*>(GetWidget());
-    if (nMessage == WM_KEYDOWN) return CWnd::WindowProc(nMessage, wParam, lParam);
     // Only a choice of the user's is a notification.
     const QSignalBlocker blocker(list);
     const int position = static_cast<int>(wParam);
@@ -43,12 +31,6 @@ i64 CComboBox::WindowProc(u32 nMessage, u64 wParam, i64 lParam) {
             return list->currentIndex();
         case CB_GETCURSEL:
             return list->currentIndex();
-        case CB_GETCOUNT:
-            return list->count();
-        case CB_GETLBTEXTLEN:
-            return list->itemText(position).toUtf8().size();
-        case CB_GETLBTEXT:
-            return CopyText(list->itemText(position).toUtf8(), lParam);
         default:
             return CWnd::WindowProc(nMessage, wParam, lParam);
     }

@@ -5,10 +5,7 @@
 #include "framework/qt/wnd/wnd.h"
 
 constexpr u32 CB_ADDSTRING = 0x143;  // lParam: the entry's text, bytes of unknown encoding; its position
-constexpr u32 CB_GETCOUNT = 0x146;
-constexpr u32 CB_GETCURSEL = 0x147;     // CB_ERR without a selection
-constexpr u32 CB_GETLBTEXT = 0x148;     // wParam: position; lParam: a buffer for the UTF-8 text; its length
-constexpr u32 CB_GETLBTEXTLEN = 0x149;  // wParam: position; bytes of the text, without the zero behind it
+constexpr u32 CB_GETCURSEL = 0x147;  // CB_ERR without a selection
 constexpr u32 CB_RESETCONTENT = 0x14B;
 constexpr u32 CB_SETCURSEL = 0x14E;  // wParam: position
 constexpr i64 CB_ERR = -1;

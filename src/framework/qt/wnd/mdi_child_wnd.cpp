@@ -146,10 +146,6 @@ bool CMDIChildWnd::IsIconic() const {
     return GetSubWindow()->isMinimized();
 }
 
-void CMDIChildWnd::MDIMaximize() {
-    GetSubWindow()->showMaximized();
-}
-
 void CMDIChildWnd::MDIRestore() {
     GetSubWindow()->showNormal();
 }

@@ -18,8 +18,7 @@ class CMDIChildWnd : public CFrameWnd {
 
     bool IsZoomed() const;  // fills the whole area
     bool IsIconic() const;  // shows its caption only
-    void MDIMaximize();
-    void MDIRestore();  // back to its own size
+    void MDIRestore();      // back to its own size
 
     CSize GetViewSize() override;
 

@@ -164,10 +164,6 @@ void CMDIFrameWnd::UpdateMenu() {
     if (QMenu* const menu = AfxFindPopup(*GetBarHost()->menuBar(), ID_WINDOW_ARRANGE)) AddWindowList(*menu);
 }
 
-u32 CMDIFrameWnd::GetMenuState(u32 nID) const {
-    return AfxGetMenuState(*GetBarHost()->menuBar(), nID);
-}
-
 QMainWindow* CMDIFrameWnd::GetBarHost() const {
     return static_cast<QMainWindow*>(GetWidget());
 }

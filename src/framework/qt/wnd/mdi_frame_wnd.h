@@ -24,9 +24,6 @@ class CMDIFrameWnd : public CFrameWnd {
     void AddChild(std::unique_ptr<CMDIChildWnd> pChild);
     void DestroyChildren() { m_children.clear(); }
 
-    // What the menu item of a command shows; MF_ bits.
-    u32 GetMenuState(u32 nID) const;
-
     // Whether anything of it is on the screen.
     bool IsExposed() const;
 

@@ -145,13 +145,3 @@ bool AfxIsCommandEnabled(CCmdTarget& target, u32 nID) {
     ui.DoUpdate(target, true);
     return ui.m_bEnabled;
 }
-
-u32 AfxGetMenuState(QMenuBar& bar, u32 nID) {
-    for (const QAction* const title : bar.actions()) {
-        emit title->menu()->aboutToShow();
-        for (const QAction* const action : title->menu()->actions())
-            if (!action->isSeparator() && action->data().toUInt() == nID)
-                return (action->isEnabled() ? 0 : MF_GRAYED) | (action->isChecked() ? MF_CHECKED : 0);
-    }
-    return MF_MISSING;
-}

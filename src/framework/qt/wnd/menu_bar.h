@@ -21,10 +21,3 @@ void AfxAddAccelerators(QWidget& window, CCmdTarget& target);
 
 // For an item that shows nothing else of the command's state.
 bool AfxIsCommandEnabled(CCmdTarget& target, u32 nID);
-
-constexpr u32 MF_GRAYED = 1;
-constexpr u32 MF_CHECKED = 8;
-constexpr u32 MF_MISSING = 0xFFFFFFFF;
-
-// State of the first item of this command, in MF_ bits, as its menu would show it now.
-u32 AfxGetMenuState(QMenuBar& bar, u32 nID);

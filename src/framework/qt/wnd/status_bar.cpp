@@ -77,10 +77,6 @@ void CStatusBar::SetPaneText(int nIndex, const std::string& strText) {
     ShowText(m_panes[static_cast<std::size_t>(nIndex)].pLabel, ToDisplayText(strText));
 }
 
-std::string CStatusBar::GetPaneText(int nIndex) const {
-    return m_panes[static_cast<std::size_t>(nIndex)].pLabel->text().toStdString();
-}
-
 void CStatusBar::OnUpdateCmdUI(CBarFrame& frame) {
     for (const Pane& pane : m_panes) {
         PaneCmdUI ui(pane.nID, pane.pLabel);

@@ -22,7 +22,6 @@ class CStatusBar : public CControlBar {
     void GetPaneInfo(int nIndex, u32& nID, u32& nStyle, int& cxWidth) const;
     void SetPaneInfo(int nIndex, u32 nID, u32 nStyle, int cxWidth);
     void SetPaneText(int nIndex, const std::string& strText);
-    std::string GetPaneText(int nIndex) const;  // UTF-8, as it shows
 
     void OnUpdateCmdUI(CBarFrame& frame) override;
 

@@ -3,9 +3,6 @@
 #include "framework/qt/kit/convert.h"
 
 #include <QApplication>
-#include <QImage>
-#include <QKeyEvent>
-#include <QPixmap>
 #include <QWidget>
 
 namespace {
@@ -73,22 +70,8 @@ void CWnd::Invalidate() {
     m_pWidget->update();
 }
 
-std::vector<u32> CWnd::CapturePixels(const CRect& rect) const {
-    const QImage image = GetClientWidget()->grab(ToQt(rect)).toImage().convertToFormat(QImage::Format_RGB32);
-    std::vector<u32> pixels;
-    for (int y = 0; y < image.height(); ++y) {
-        const QRgb* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        pixels.insert(pixels.end(), row, row + image.width());
-    }
-    return pixels;
-}
-
-i64 CWnd::WindowProc(u32 nMessage, u64 wParam, i64) {
+i64 CWnd::WindowProc(u32 nMessage, u64, i64) {
     if (nMessage == WM_CLOSE) m_pWidget->close();
-    if (nMessage == WM_KEYDOWN) {
-        QKeyEvent event(QEvent::KeyPress, wParam == VK_UP ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
-        QApplication::sendEvent(m_pWidget, &event);
-    }
     return 0;
 }
 

@@ -16,11 +16,6 @@ using HWND = CWnd*;
 // The window is to close, as if the user had closed it.
 constexpr u32 WM_CLOSE = 0x10;
 
-// A key goes down: wParam names it.
-constexpr u32 WM_KEYDOWN = 0x100;
-constexpr u64 VK_UP = 0x26;
-constexpr u64 VK_DOWN = 0x28;
-
 class CWnd : public CCmdTarget {
   public:
     // Takes the widget along, and with it those inside it; other windows that stand for these stay behind
@@ -51,9 +46,6 @@ class CWnd : public CCmdTarget {
 
     // The client area is drawn anew when the program comes to rest.
     void Invalidate();
-
-    // The pixels that the window shows in a part of its client area, row by row, one 0xFFRRGGBB word each.
-    std::vector<u32> CapturePixels(const CRect& rect) const;
 
     // Answers a message sent to the window; 0 for one that it does not know.
     virtual i64 WindowProc(u32 nMessage, u64 wParam, i64 lParam);
