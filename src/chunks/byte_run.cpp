@@ -10,7 +10,7 @@ bool UnpackByteRun(u8* pOut, u32 nSize, ByteRunSource& source) {
     bool whole = true;
     while (pOut != outEnd && whole) {
         const u32 space = static_cast<u32>(outEnd - pOut);
-        // A control byte with nothing behind it ends the data, whatever it says.
+        // A control byte with nothing after it ends the data, whatever it says.
         if (end - cursor < 2) {
             cursor = end;
             whole = false;

@@ -9,7 +9,7 @@ struct ByteRunSource {
     u32 nRemaining;  // bytes from the cursor on
 };
 
-// Unpacks the nSize bytes of one row and moves the source behind what it consumed. A run may go on from one
+// Unpacks the nSize bytes of one row and moves the source past what it consumed. A run may go on from one
 // plane row to the next, but ends with the row: of an unfinished one, the bytes not used (for a repeat, the
 // repeated byte) are left to the next row, whose first control byte they become. False, with the source at
 // its end, when it ends before the row is complete.

@@ -1,6 +1,6 @@
 #include "chunks/ilbm_chunks.h"
 
-static_assert(sizeof(IffRgb) == 3, "colour map entries lie one behind the other");
+static_assert(sizeof(IffRgb) == 3, "colour map entries lie one after the other");
 
 void BmhdChunk::Transfer(IffArchive& archive) {
     archive.Transfer(m_nWidth);

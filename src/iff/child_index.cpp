@@ -6,8 +6,8 @@ namespace {
 
 template <typename Entries, typename Place>
 auto LastBeforePlace(const Entries& entries, u32 nPlace, Place place) -> decltype(entries.data()) {
-    const auto behind = std::ranges::lower_bound(entries, nPlace, {}, place);
-    return behind == entries.begin() ? nullptr : &*std::prev(behind);
+    const auto after = std::ranges::lower_bound(entries, nPlace, {}, place);
+    return after == entries.begin() ? nullptr : &*std::prev(after);
 }
 
 template <typename Map, typename Key>

@@ -116,7 +116,7 @@ class IffProp final : public IffContainer {
     bool IsChildAllowed(IffId id) const override;
 };
 
-// Reads one chunk: id (unless it is given), big-endian size, body, and a pad byte behind an odd body.
+// Reads one chunk: id (unless it is given), big-endian size, body, and a pad byte after an odd body.
 // formType is the type of the enclosing container. Without useRegistry the chunk is stored as raw bytes. The
 // reference is the caller's, also when the archive has failed on the way.
 IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegistry);

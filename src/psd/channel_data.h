@@ -48,7 +48,7 @@ class PackedCounts {
 // asked before the block for them is made.
 bool CanExpandTo(PsdReading& reading, const PackedCounts& counts, u32 width);
 
-// Reads the rows behind their table and returns how many came out right; the first that did not ends it.
+// Reads the rows after their table and returns how many came out right; the first that did not ends it.
 u64 ReadPackedRows(ByteStream& stream, u8* samples, u32 width, const PackedCounts& counts);
 
 // These leave at the first block or row that cannot be had, and answer whether the stream is in good state.

@@ -35,7 +35,7 @@ class PsdRawResourceData final : public PsdResourceData {
     std::unique_ptr<u8[]> m_pBytes;  // null before reading
 };
 
-// Names one after the other, each behind a byte with its length. They stay in one block, in which a zero
+// Names one after the other, each after a byte with its length. They stay in one block, in which a zero
 // takes the place of the next name's length byte, so that a million empty names cost no million heap blocks.
 class PsdAlphaNamesData final : public PsdResourceData {
   public:

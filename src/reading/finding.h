@@ -29,7 +29,7 @@ enum class Rule : u8 {
     PsdResourceSize,
     PsdAlphaNames,
     PsdSectionLength,  // found: the length, read: what its parts take
-    PsdLayersPadded,   // found: bytes behind the last channel
+    PsdLayersPadded,   // found: bytes after the last channel
     PsdChannelsBeyondData,
     PsdChannelLength,
     PsdBlendSignature,

@@ -29,7 +29,7 @@ struct ByteBuilder : public Bytes {
         insert(end(), bytes.begin(), bytes.end());
         return *this;
     }
-    // Bytes behind their count, which can be made wrong.
+    // Bytes after their count, which can be made wrong.
     ByteBuilder& Block(const Bytes& bytes, i32 excess = 0) {
         return U32(bytes.size() + static_cast<u64>(excess)).Append(bytes);
     }

@@ -11,7 +11,7 @@
 
 using DeclaredSize = std::optional<u32>;
 
-// Id, size, body and, behind an odd body, the pad byte.
+// Id, size, body and, after an odd body, the pad byte.
 inline Bytes Chunk(std::string_view id, const Bytes& body, DeclaredSize size = {}) {
     ByteBuilder chunk;
     chunk.Text(id).U32(size.value_or(static_cast<u32>(body.size())));

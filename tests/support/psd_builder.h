@@ -22,7 +22,7 @@ struct PsdLayerFields {
     u32 opacity = 255, clipping = 0, flags = 0;
     Bytes mask = {}, ranges = {};
     std::string name = {};
-    Bytes extra = {};  // behind the name
+    Bytes extra = {};  // after the name
     i32 rangesExcess = 0, extraExcess = 0;
 };
 

@@ -28,7 +28,7 @@ Bytes OddPackets(Dice& dice, u32 width) {
     return row;
 }
 
-// The samples of channels one below the other, behind their compression.
+// The samples of channels one below the other, after their compression.
 Bytes ImageData(Dice& dice, const Size& size, u32 channels, u32 depth) {
     const bool packed = depth == 8 && dice.OneIn(2);
     ByteBuilder raw;

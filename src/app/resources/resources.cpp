@@ -63,7 +63,7 @@ constexpr StringResource STRINGS[] = {
      "  -p FILE...          prints the files on the default printer and ends\n"
      "  -pt FILE PRINTER    prints the file on this one; NAME.pdf for PRINTER makes that file\n"
      "  -dde                opens the files in the program that runs already, if any\n"
-     "  --                  every word behind it names a file\n"
+     "  --                  every word after it names a file\n"
      "  --help              prints this and ends\n"
      "  --version           prints the program's version and ends"},
     {AFX_IDS_VERSION, "Talvorine Graphics File Viewer 1.12"},

@@ -31,7 +31,7 @@ class CCmdUI {
     virtual void SetText(const std::string& strText) = 0;
     virtual void SetPrompt(const std::string&) {}  // what the item is for, in place of the command's prompt
 
-    // Asks the target, and those behind it, for the command's state. Where no update handler took it,
+    // Asks the target, and those after it, for the command's state. Where no update handler took it,
     // bDisableIfNoHandler disables the command unless some handler would carry it out.
     void DoUpdate(CCmdTarget& target, bool bDisableIfNoHandler);
 

@@ -1,5 +1,5 @@
 // What the program was asked on its command line. Switches begin with a dash; every other word is the path of
-// a file, kept as the bytes it came in, and so is everything behind "--".
+// a file, kept as the bytes it came in, and so is everything after "--".
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ class CCommandLineInfo {
         SurplusWord  // a switch beside which there are words that do not go with it
     };
 
-    // Takes the arguments behind the program's name. Help, version and a switch that cannot be followed win
+    // Takes the arguments after the program's name. Help, version and a switch that cannot be followed win
     // over files.
     void ParseCommandLine(int argc, char* const* argv);
 

@@ -17,11 +17,11 @@ class CFile {
     virtual u64 GetLength() const = 0;
 
     // Moves the position by nOffset bytes from the place named and returns the new one. A position before the
-    // first byte throws and moves nothing; one behind the last byte is allowed, and nothing can be read
+    // first byte throws and moves nothing; one after the last byte is allowed, and nothing can be read
     // there.
     virtual u64 Seek(i64 nOffset, SeekFrom from) = 0;
 
-    // Delivers up to nCount bytes from the position on and moves it behind them. Fewer come at the file's
+    // Delivers up to nCount bytes from the position on and moves it past them. Fewer come at the file's
     // end.
     virtual u32 Read(void* pData, u32 nCount) = 0;
 

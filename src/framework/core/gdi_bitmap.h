@@ -54,7 +54,7 @@ using HDC = GdiDevice*;  // no bitmap here depends on a device, so none is ever 
 // the memory cannot be had.
 //
 // pHeader describes the bitmap, pInfo the bits: rows of biBitCount bits a pixel, each padded to four bytes.
-// An index at or behind the filled entries of the colour table shows black; without any it is a shade of
+// An index at or after the filled entries of the colour table shows black; without any it is a shade of
 // grey.
 HBITMAP CreateDIBitmap(HDC hdc, const BITMAPINFOHEADER* pHeader, u32 nFlags, const void* pBits,
                        const BITMAPINFO* pInfo, u32 nUsage);

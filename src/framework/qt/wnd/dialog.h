@@ -20,7 +20,7 @@ class CDataExchange {
 // Throws CUserException, once the user was told, for a text that is no number.
 void DDX_Text(CDataExchange* pDX, u32 nIDC, float& fValue);
 
-// The same for a number that is neither a bound nor between them. To be called behind the value's DDX_Text.
+// The same for a number that is neither a bound nor between them. To be called after the value's DDX_Text.
 void DDV_MinMaxFloat(CDataExchange* pDX, float fValue, float fMin, float fMax);
 
 class CDialog : public CWnd, public ModalDialog {

@@ -101,7 +101,7 @@ void FillMenu(QMenu& menu, const PopupResource& popup, CCmdTarget& target) {
             menu.addSeparator();
             continue;
         }
-        // The tab behind a text divides it from the name of its accelerator, as the toolkit has it too.
+        // The tab after a text divides it from the name of its accelerator, as the toolkit has it too.
         AddItem(menu, item.nId, QString::fromUtf8(item.pszText), target);
         // One item of the table stands for all recent files; the others show once they have a text.
         if (item.nId != ID_FILE_MRU_FILE1) continue;
