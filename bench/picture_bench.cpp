@@ -53,7 +53,7 @@ void OpenAndBuild(benchmark::State& state) {
         document.Serialize(archive);
         DisplayImage image;
         image.ChooseLayer(document, 0);
-        image.BuildBitmap(document, 0, 0);
+        image.BuildBitmap(document, {0, 0});
         benchmark::DoNotOptimize(image.m_hBitmap);
     }
     state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE * SIDE);

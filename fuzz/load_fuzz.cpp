@@ -22,7 +22,7 @@ void ShowAll(const CVistrelDoc& document) {
         DisplayImage image;
         const size_t channels = std::min(image.ChooseLayer(document, layer).size(), CHOICES);
         for (u32 channel = 0; channel < channels; ++channel) {
-            image.BuildBitmap(document, layer, channel);
+            image.BuildBitmap(document, {layer, channel});
             image.InfoText();
         }
     }

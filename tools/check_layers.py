@@ -52,7 +52,7 @@ BESIDE_SRC = {
     "tests": CORE + ["tests/support"],
 }
 
-# Qt headers stand in the .cpp files of these folders only.
+# Qt headers stand in the .cpp files of these folders only, and in what window tests share.
 QT_FOLDERS = ["framework/qt/kit", "framework/qt/wnd", "framework/qt/program", "tests/framework_qt_kit", "tests/app",
               "bench/startup", "bench/windows"]
 
@@ -101,7 +101,8 @@ def complaints(files):
                 continue
             quoted, bracketed = match.groups()
             if bracketed:
-                if QT_HEADER.match(bracketed) and not (folder in QT_FOLDERS and path.endswith(".cpp")):
+                may_use_qt = folder in QT_FOLDERS and (path.endswith(".cpp") or folder == "tests/app")
+                if QT_HEADER.match(bracketed) and not may_use_qt:
                     found.append(f"{path}:{number}: <{bracketed}> belongs in the .cpp files of framework/qt")
                 if resolve(path, bracketed, files):
                     found.append(f"{path}:{number}: <{bracketed}> is of this project and stands in quotes")

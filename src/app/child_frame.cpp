@@ -38,12 +38,25 @@ int CChildFrame::OnCreate(const CCreateContext& context) {
     return 0;
 }
 
+// Of a list that is never empty.
+static u32 SelectedPosition(CComboBox& list) {
+    return static_cast<u32>(SendMessageA(&list, CB_GETCURSEL, 0, 0));
+}
+
+Selection CChildFrame::GetSelection() {
+    return {SelectedPosition(m_wndLayerCombo), SelectedPosition(m_wndChannelCombo)};
+}
+
+CVistrelView& CChildFrame::GetView() const {
+    return dynamic_cast<CVistrelView&>(*GetActiveView());
+}
+
 void CChildFrame::OnSelChangeLayer() {
-    static_cast<CVistrelView*>(GetActiveView())->OnLayerChanged(this);
+    GetView().OnLayerChanged(this);
 }
 
 void CChildFrame::OnSelChangeChannel() {
-    static_cast<CVistrelView*>(GetActiveView())->OnChannelChanged(this);
+    GetView().OnChannelChanged(this);
 }
 
 void CChildFrame::OnToggleInfoBar() {

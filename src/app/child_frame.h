@@ -2,13 +2,19 @@
 // through which the user chooses what the view shows; the view fills and reads them.
 #pragma once
 
+#include "display/display_image.h"
 #include "framework/qt/wnd/combo_box.h"
 #include "framework/qt/wnd/dialog_bar.h"
 #include "framework/qt/wnd/mdi_child_wnd.h"
 #include "framework/qt/wnd/status_bar.h"
 
+class CVistrelView;
+
 class CChildFrame : public CMDIChildWnd {
   public:
+    // As the two lists stand now.
+    Selection GetSelection();
+
     CStatusBar m_wndInfoBar;
     CDialogBar m_wndLayerBar;
     CComboBox m_wndLayerCombo;
@@ -19,6 +25,7 @@ class CChildFrame : public CMDIChildWnd {
     const MessageMap& GetMessageMap() const override;
 
   private:
+    CVistrelView& GetView() const;
     void OnSelChangeLayer();
     void OnSelChangeChannel();
     void OnToggleInfoBar();

@@ -15,10 +15,6 @@
 
 namespace {
 
-u32 GetSelection(CComboBox& list) {
-    return static_cast<u32>(SendMessageA(&list, CB_GETCURSEL, 0, 0));
-}
-
 void FillList(CComboBox& list, const std::vector<std::string>& names) {
     SendMessageA(&list, CB_RESETCONTENT, 0, 0);
     for (const std::string& name : names)
@@ -42,11 +38,11 @@ const MessageMap& CVistrelView::GetMessageMap() const {
 }
 
 const CVistrelDoc& CVistrelView::GetDoc() const {
-    return *static_cast<CVistrelDoc*>(GetDocument());
+    return dynamic_cast<CVistrelDoc&>(*GetDocument());
 }
 
 CChildFrame* CVistrelView::GetFrame() const {
-    return static_cast<CChildFrame*>(GetParent());
+    return &dynamic_cast<CChildFrame&>(*GetParent());
 }
 
 void CVistrelView::OnInitialUpdate() {
@@ -67,7 +63,8 @@ void CVistrelView::LeaveEmpty() {
 
 void CVistrelView::BuildChannelList(CChildFrame* pFrame) {
     try {
-        FillList(pFrame->m_wndChannelCombo, ChooseLayer(GetDoc(), GetSelection(pFrame->m_wndLayerCombo)));
+        FillList(pFrame->m_wndChannelCombo, ChooseLayer(GetDoc(), pFrame->GetSelection().nLayer));
+        m_selection = pFrame->GetSelection();
     } catch (...) {
         LeaveEmpty();
         throw;
@@ -75,9 +72,8 @@ void CVistrelView::BuildChannelList(CChildFrame* pFrame) {
 }
 
 void CVistrelView::OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) {
-    CChildFrame* const frame = GetFrame();
     try {
-        BuildBitmap(GetDoc(), GetSelection(frame->m_wndLayerCombo), GetSelection(frame->m_wndChannelCombo));
+        BuildBitmap(GetDoc(), m_selection);
     } catch (...) {
         LeaveEmpty();
         throw;
@@ -92,12 +88,12 @@ void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
     if (!m_bValid) return;
     // A mip-map level is shown at the size of the whole picture. From the 128th on the scale is infinite.
     const bool isLevel = GetDoc().m_nDocType == DOC_IFF;
-    FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(GetSelection(pFrame->m_wndLayerCombo)))
-                            : 1.0f);
+    FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(m_selection.nLayer)) : 1.0f);
 }
 
-void CVistrelView::OnChannelChanged(CChildFrame*) {
+void CVistrelView::OnChannelChanged(CChildFrame* pFrame) {
     const CWaitCursor wait;
+    m_selection = pFrame->GetSelection();
     OnUpdate(nullptr, 0, nullptr);
 }
 

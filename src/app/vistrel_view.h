@@ -39,4 +39,6 @@ class CVistrelView : public CView, public DisplayImage {
     const CVistrelDoc& GetDoc() const;
     CChildFrame* GetFrame() const;
     void LeaveEmpty();
+
+    Selection m_selection;  // that is on show
 };

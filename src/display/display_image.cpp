@@ -27,15 +27,15 @@ std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, 
                                : std::vector<std::string>{"Composite"};
 }
 
-void DisplayImage::BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
+void DisplayImage::BuildBitmap(const CVistrelDoc& document, const Selection& selection) {
     DiscardBitmap();
     // Cleared until the end, so that an exception on the way leaves no valid picture behind.
     m_bValid = 0;
     m_bMemoryRefused = false;
     bool valid = false;
-    if (document.m_nDocType == DOC_PSD) valid = BuildPsdPicture(document.m_Psd, nLayer, nChannel);
+    if (document.m_nDocType == DOC_PSD) valid = BuildPsdPicture(document.m_Psd, selection);
     // Which picture an IFF document's layer stands for was settled when the layer was chosen.
-    if (document.m_nDocType == DOC_IFF) valid = BuildIffPicture(nChannel);
+    if (document.m_nDocType == DOC_IFF) valid = BuildIffPicture(selection.nChannel);
     m_bValid = valid ? 1 : 0;
 }
 

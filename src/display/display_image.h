@@ -18,6 +18,12 @@ class PsdLayer;
 using RowTable8 = const u8* const*;
 using RowTable16 = const u16* const*;
 
+// What is chosen in the two lists, by position: layer 0 is the whole image, channel 0 the composite.
+struct Selection {
+    u32 nLayer = 0;
+    u32 nChannel = 0;
+};
+
 class DisplayImage {
   public:
     DisplayImage() = default;
@@ -28,10 +34,9 @@ class DisplayImage {
     // Makes the picture choice for a position in the Layer list, and names the entries of the Channel list.
     std::vector<std::string> ChooseLayer(const CVistrelDoc& document, u32 nLayer);
 
-    // Makes the bitmap for the chosen layer and a position in the Channel list. m_bValid is cleared where the
-    // selection cannot give a picture. When memory cannot be had, the exception leaves no bitmap behind and
-    // m_bValid cleared.
-    void BuildBitmap(const CVistrelDoc& document, u32 nLayer, u32 nChannel);
+    // Makes the bitmap for a selection whose layer has been chosen. m_bValid is cleared where it cannot give
+    // a picture. When memory cannot be had, the exception leaves no bitmap behind and m_bValid cleared.
+    void BuildBitmap(const CVistrelDoc& document, const Selection& selection);
 
     // Each makes m_hBitmap from planes of m_nWidth by m_nHeight samples and frees nothing before it. The
     // planes of a colour picture may be null, each by itself; a null grey or index plane leaves m_hBitmap as
@@ -76,7 +81,7 @@ class DisplayImage {
     bool BuildIffPicture(u32 nChannel);
     bool BuildIlbm(BodyChunk& body, u32 nChannel);
     bool BuildS3tc(const S3tcChunk& chunk, u32 nChannel);
-    bool BuildPsdPicture(const PsdImage& psd, u32 nLayer, u32 nChannel);
+    bool BuildPsdPicture(const PsdImage& psd, const Selection& selection);
 
     void ConvertWholePsd(const PsdImage& psd, u32 nChannel);
     void ConvertPsdComposite(const PsdImage& psd);

@@ -16,11 +16,11 @@ RowTable16 Plane16(const PsdImage& psd, u32 channel) {
 
 }  // namespace
 
-bool DisplayImage::BuildPsdPicture(const PsdImage& psd, u32 nLayer, u32 nChannel) {
-    if (nLayer == 0)
-        ConvertWholePsd(psd, nChannel);
+bool DisplayImage::BuildPsdPicture(const PsdImage& psd, const Selection& selection) {
+    if (selection.nLayer == 0)
+        ConvertWholePsd(psd, selection.nChannel);
     else
-        ConvertPsdLayer(*psd.m_Layers.GetAt(nLayer - 1), nChannel);
+        ConvertPsdLayer(*psd.m_Layers.GetAt(selection.nLayer - 1), selection.nChannel);
     return true;
 }
 

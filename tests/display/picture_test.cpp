@@ -102,7 +102,7 @@ TEST(DisplayImage, WithoutMemoryNoPictureIsLeft) {
         Shown shown(file, nLayer);
         ASSERT_EQ(shown.image.m_bValid, 1u);
         const MemoryLimit limit(1000);
-        EXPECT_THROW(shown.image.BuildBitmap(shown.document, nLayer, 0), CMemoryException);
+        EXPECT_THROW(shown.image.BuildBitmap(shown.document, {nLayer, 0}), CMemoryException);
         EXPECT_FALSE(shown.image.m_bValid || shown.image.m_hBitmap);
         EXPECT_FALSE(shown.image.m_pBody && shown.image.m_pBody->DecodeRow()) << "decoding has ended";
     }

@@ -23,7 +23,7 @@ struct Shown {
     // Chooses a layer, and then one of its channels.
     void Select(u32 nLayer, u32 nChannel) {
         channels = image.ChooseLayer(document, nLayer);
-        image.BuildBitmap(document, nLayer, nChannel);
+        image.BuildBitmap(document, {nLayer, nChannel});
     }
 
     // The size, the colours and the pixels of a picture that is there, or why there is none.

@@ -59,7 +59,7 @@ void WriteNoPicture(JsonWriter& json) {
 // False when memory refuses the picture, which is not valid then.
 bool Build(DisplayImage& image, const CVistrelDoc& document, u32 layer, u32 channel) {
     try {
-        image.BuildBitmap(document, layer, channel);
+        image.BuildBitmap(document, {layer, channel});
         if (!image.m_bMemoryRefused) return true;
     } catch (const CMemoryException&) {
     }

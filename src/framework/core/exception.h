@@ -42,7 +42,7 @@ class CArchiveException : public CException {
     std::string m_strFileName;
 };
 
-// Ends what the user was told about already.
+// Ends an operation whose failure the user has been told of.
 class CUserException : public CException {
   public:
     CUserException() : CException("The command was cancelled") {}
