@@ -14,11 +14,17 @@ ROOT = Path(__file__).resolve().parent.parent
 COMPILER = [os.environ.get("CXX", "g++"), "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror",
             "-Isrc", "-Itests", "-I.", "-x", "c++", "-"]
 
+# What window tests share may include the toolkit; no other header may.
+QT_HEADERS = "tests/app/"
+QT_FLAGS = ["-fPIC", *subprocess.run(["pkg-config", "--cflags", "Qt6Test", "Qt6Widgets"], text=True,
+                                     capture_output=True, check=True).stdout.replace("-I", "-isystem").split()]
+
 
 def compile_alone(header):
     """What the compiler says; empty when the header stands by itself."""
     source = f'#include "{header}"\n'
-    result = subprocess.run(COMPILER, cwd=ROOT, input=source, text=True, capture_output=True)
+    flags = QT_FLAGS if header.startswith(QT_HEADERS) else []
+    result = subprocess.run(COMPILER + flags, cwd=ROOT, input=source, text=True, capture_output=True)
     if result.returncode == 0:
         return ""
     return f"{header} does not compile alone:\n{result.stderr}"
