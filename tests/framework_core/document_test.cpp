@@ -43,7 +43,7 @@ TEST(Document, OpensOrSaysWhyNot) {
              {folder.Write({'r'}, "r"), "It is no document of the kinds that this viewer reads."},
              {folder.Write({'w'}, "w"), "It says why."},
              {folder.Write({'x'}, "x"), "Something else."},
-             {folder.Path("gone"), "It cannot be opened: No such file or directory."},
+             {folder.Path("gone"), "No such file or directory."},
              {folder.m_strPath, "It is a folder."},
              {pipe, "It is a pipe."},
              {socket, "It is a socket."},

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+CFileException::CFileException(int nError) : CException(std::strerror(nError)), m_nError(nError) {}
+
 CFileException::CFileException(const std::string& operation, int nError)
     : CException(operation + ": " + std::strerror(nError)), m_nError(nError) {}
 

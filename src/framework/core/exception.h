@@ -25,7 +25,9 @@ inline constexpr const char* MEMORY_TEXT = "There is not enough memory";
 class CFileException : public CException {
   public:
     explicit CFileException(std::string text) : CException(std::move(text)) {}
-    // nError: an errno value, whose text follows that of the operation.
+    // nError: an errno value, whose text is the whole reason. What could not be done, whoever shows it says.
+    explicit CFileException(int nError);
+    // The same where the operation needs a name, which comes before the reason.
     CFileException(const std::string& operation, int nError);
 
     int m_nError = 0;  // the errno value, 0 where there is none

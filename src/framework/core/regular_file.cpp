@@ -23,7 +23,6 @@ void RefuseUnlessRegular(const struct stat& status) {
     if (!S_ISREG(status.st_mode)) throw CFileException(KindName(status.st_mode));
 }
 
-constexpr const char* OPENING = "It cannot be opened";
 constexpr const char* READING = "It cannot be read";
 
 }  // namespace
@@ -32,12 +31,12 @@ CRegularFile::CRegularFile(const std::string& strPath) {
     // Looked at before it is opened, because opening a device can already have an effect, and once more
     // behind that, because another file can have taken the name in between.
     struct stat status = {};
-    if (stat(strPath.c_str(), &status) != 0) throw CFileException(OPENING, errno);
+    if (stat(strPath.c_str(), &status) != 0) throw CFileException(errno);
     RefuseUnlessRegular(status);
     m_nDescriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (m_nDescriptor < 0) throw CFileException(OPENING, errno);
+    if (m_nDescriptor < 0) throw CFileException(errno);
     try {
-        if (fstat(m_nDescriptor, &status) != 0) throw CFileException(OPENING, errno);
+        if (fstat(m_nDescriptor, &status) != 0) throw CFileException(errno);
         RefuseUnlessRegular(status);
         m_nLength = static_cast<u64>(status.st_size);
         m_pWindow = std::make_unique_for_overwrite<u8[]>(std::min<u64>(m_nLength, WINDOW_SIZE));
