@@ -210,19 +210,22 @@ struct SeenItem final : public CCmdUI {
 
 }  // namespace
 
-TEST_F(WindowTest, ARecentFileThatIsGoneSaysSoAndLeavesTheList) {
+TEST_F(WindowTest, ARecentFileSaysWhyItDoesNotOpenAndLeavesTheListOnlyWhenItIsGone) {
     CMDIFrameWnd& main = *theApp.m_pMainWnd;
     const std::string gone = m_folder.Write(Picture(8, 8), "gone.iff");
     ASSERT_TRUE(theApp.OpenDocumentFile(gone));
     ASSERT_TRUE(OpenFile(Picture(8, 8), "a&b.iff"));
     main.DestroyChildren();
-    std::filesystem::remove(gone);
     EXPECT_NE(SeenItem(ID_FILE_MRU_FILE1).m_strText.find("/a&&b.iff"), std::string::npos);
-    EXPECT_EQ(SeenItem(ID_FILE_MRU_FILE1 + 1).m_strPrompt, gone);
-
-    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_MRU_FILE1 + 1, CN_COMMAND, nullptr));
-    ASSERT_EQ(m_answers.m_messages.size(), 1u);
-    EXPECT_NE(m_answers.m_messages[0].find("/gone.iff\" was not opened."), std::string::npos);
+    m_folder.Write({}, "gone.iff");
+    for (const bool isGone : {false, true}) {
+        EXPECT_EQ(SeenItem(ID_FILE_MRU_FILE1 + 1).m_strPrompt, gone);
+        m_answers.m_messages.clear();
+        if (isGone) std::filesystem::remove(gone);
+        EXPECT_TRUE(main.OnCmdMsg(ID_FILE_MRU_FILE1 + 1, CN_COMMAND, nullptr));
+        ASSERT_EQ(m_answers.m_messages.size(), 1u);
+        EXPECT_NE(m_answers.m_messages[0].find("/gone.iff\" was not opened."), std::string::npos);
+    }
     EXPECT_NE(SeenItem(ID_FILE_MRU_FILE1 + 1).m_strPrompt, gone);
     EXPECT_TRUE(main.OnCmdMsg(ID_FILE_MRU_FILE1, CN_COMMAND, nullptr));
     EXPECT_EQ(main.GetChildren().size(), 1u);

@@ -15,6 +15,8 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 namespace {
 
@@ -216,12 +218,16 @@ void CWinApp::OnUpdateRecentFile(CCmdUI* pUi) {
     m_recentFiles.UpdateItem(pUi->m_nID - ID_FILE_MRU_FILE1, *pUi);
 }
 
-// A file that has gone since has been reported by then.
+// A file that cannot be opened now may be put right, so that only one that is gone leaves the list. It has
+// been reported by then.
 void CWinApp::OnOpenRecentFile(u32 nID) {
     const u32 index = nID - ID_FILE_MRU_FILE1;
     if (index >= m_recentFiles.GetList().GetSize()) return;
     const std::string path = m_recentFiles.GetList()[index];
-    if (!OpenDocumentFile(path)) m_recentFiles.Remove(path);
+    if (OpenDocumentFile(path)) return;
+    std::error_code failed;
+    if (std::filesystem::status(path, failed).type() == std::filesystem::file_type::not_found)
+        m_recentFiles.Remove(path);
 }
 
 // The disk takes its time, so the picture comes first: at the start that is when its window has come to the
