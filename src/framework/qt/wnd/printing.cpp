@@ -7,7 +7,10 @@
 #include "framework/qt/kit/dialog_owner.h"
 #include "framework/qt/wnd/dc.h"
 
+#include <QAction>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPageSetupDialog>
 #include <QPainter>
 #include <QPrintDialog>
@@ -23,6 +26,7 @@ namespace {
 constexpr int PAGE_UNITS = 96;
 
 std::unique_ptr<QPrinter> g_pPrinter;
+QString g_folder;  // of the PDF file that was made last; empty before the first one
 
 void ToFile(QPrinter& printer, const QString& file) {
     printer.setOutputFormat(file.isEmpty() ? QPrinter::NativeFormat : QPrinter::PdfFormat);
@@ -54,6 +58,35 @@ bool Ask(u32 nID, QPrinter& printer, Dialog& dialog) {
     return CurrentAnswers().Dialog(nID, question) == IDOK;
 }
 
+// Where the program was started, unless that is a place of the system's.
+QString FirstFolder() {
+    return QFileInfo(QDir::currentPath()).isWritable() ? QDir::currentPath() : QDir::homePath();
+}
+
+// The file is called what the document is called, so that no page takes the place of another document's.
+void ProposeFile(QPrinter& printer, const QString& title) {
+    const QString name = QFileInfo(title).completeBaseName();
+    const QDir folder(g_folder.isEmpty() ? FirstFolder() : g_folder);
+    printer.setOutputFileName(folder.filePath((name.isEmpty() ? title : name) + QStringLiteral(".pdf")));
+}
+
+bool AskToPrint(QPrinter& printer, const QString& title) {
+    // A printer of paper that is asked to make a file calls it what its document is called.
+    printer.setDocName(title);
+    if (printer.outputFormat() == QPrinter::PdfFormat) ProposeFile(printer, title);
+    QPrintDialog dialog(&printer, AfxGetDialogOwner());
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile);
+    if (!Ask(ID_FILE_PRINT, printer, dialog)) return false;
+    if (!printer.outputFileName().isEmpty()) g_folder = QFileInfo(printer.outputFileName()).absolutePath();
+    return true;
+}
+
+// What could not be done is said by whoever prints.
+std::string RefusalReason(const QPrinter& printer) {
+    if (printer.outputFormat() != QPrinter::PdfFormat) return "The printer does not take it";
+    return "\"" + QFile::encodeName(printer.outputFileName()).toStdString() + "\" cannot be written";
+}
+
 bool CanPrint(const QPrinter& printer) {
     return printer.outputFormat() == QPrinter::PdfFormat ? !printer.outputFileName().isEmpty()
                                                          : printer.isValid();
@@ -82,23 +115,21 @@ void AfxReleasePrinter() {
     g_pPrinter.reset();
 }
 
-bool AfxPreparePrinting(CPrintInfo& info) {
+bool AfxPreparePrinting(const CPrintable& printable, CPrintInfo& info) {
     if (info.m_bPreview) return true;
     QPrinter& printer = *info.m_pPrinter;
     if (info.m_bDirect) {
         if (!CanPrint(printer)) AfxMessageBox(AfxLoadString(AFX_IDP_NO_PRINTER));
         return CanPrint(printer);
     }
-    QPrintDialog dialog(&printer, AfxGetDialogOwner());
-    dialog.setOptions(QAbstractPrintDialog::PrintToFile);
-    return Ask(ID_FILE_PRINT, printer, dialog);
+    return AskToPrint(printer, ToDisplayText(printable.GetPrintTitle()));
 }
 
 void AfxPrintPage(CPrintable& printable, CPrintInfo& info) {
     QPrinter& printer = *info.m_pPrinter;
     printer.setDocName(ToDisplayText(printable.GetPrintTitle()));
     QPainter painter;
-    if (!painter.begin(&printer)) throw CException("The page could not be made");
+    if (!painter.begin(&printer)) throw CException(RefusalReason(printer));
     // A picture of few colours does not bear the losses of photographs.
     painter.setRenderHint(QPainter::LosslessImageRendering);
     painter.scale(printer.logicalDpiX() / double{PAGE_UNITS}, printer.logicalDpiY() / double{PAGE_UNITS});
@@ -107,9 +138,29 @@ void AfxPrintPage(CPrintable& printable, CPrintInfo& info) {
     printable.OnBeginPrinting(&dc, &info);
     printable.OnPrint(&dc, &info);
     printable.OnEndPrinting(&dc, &info);
-    if (!painter.end() || printer.printerState() == QPrinter::Error)
-        throw CException("The page could not be printed");
+    if (!painter.end() || printer.printerState() == QPrinter::Error) throw CException(RefusalReason(printer));
 }
+
+namespace {
+
+// The toolkit's own button would write to the file printed before when its user thinks better of it. So it
+// puts the question that every other printing does.
+void PrintFromPreview(QPrintPreviewDialog& dialog, CPrintable& printable, const CPrintInfo& info) {
+    const auto print = [&dialog, &printable, direct = info] {
+        CPrintInfo paper = direct;
+        paper.m_bPreview = false;
+        if (!AfxPreparePrinting(printable, paper)) return;
+        AfxPrintPage(printable, paper);
+        dialog.accept();
+    };
+    for (QAction* const action : dialog.findChildren<QAction*>()) {
+        if (action->text() != QPrintPreviewDialog::tr("Print")) continue;
+        action->disconnect(&dialog);
+        QObject::connect(action, &QAction::triggered, &dialog, [print] { AfxGuardedCall(print); });
+    }
+}
+
+}  // namespace
 
 void AfxPreviewPage(CPrintable& printable, CPrintInfo& info) {
     QPrinter& printer = *info.m_pPrinter;
@@ -119,6 +170,7 @@ void AfxPreviewPage(CPrintable& printable, CPrintInfo& info) {
                          info.m_pPrinter = pPrinter;
                          AfxGuardedCall([&] { AfxPrintPage(printable, info); });
                      });
+    PrintFromPreview(dialog, printable, info);
     Ask(ID_FILE_PRINT_PREVIEW, printer, dialog);
 }
 

@@ -40,8 +40,9 @@ bool AfxSelectPrinter(const std::string& strName);
 // To be called before the toolkit goes.
 void AfxReleasePrinter();
 
-// The Print dialog, or, without asking, whether there is a printer; the user is told when there is none.
-bool AfxPreparePrinting(CPrintInfo& info);
+// The Print dialog, which proposes a file of the page's own title in the folder chosen last; or, without
+// asking, whether there is a printer. The user is told when there is none.
+bool AfxPreparePrinting(const CPrintable& printable, CPrintInfo& info);
 
 // Makes one page. Throws when that cannot be.
 void AfxPrintPage(CPrintable& printable, CPrintInfo& info);

@@ -76,7 +76,7 @@ bool CView::OnPreparePrinting(CPrintInfo*) {
 }
 
 bool CView::DoPreparePrinting(CPrintInfo* pInfo) {
-    return AfxPreparePrinting(*pInfo);
+    return AfxPreparePrinting(*this, *pInfo);
 }
 
 bool CView::Print(bool bDirect) {

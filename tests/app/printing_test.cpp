@@ -1,0 +1,117 @@
+// The questions about printing, with the toolkit's own dialogs behind them.
+
+#include "framework/qt/wnd/printing.h"
+
+#include "framework/core/resource.h"
+#include "window_case.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QPageSetupDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr u32 RED = 0xFFFF0000;
+
+Bytes RedPicture() {
+    const Bytes rows(64 * 8, 0xFF);
+    return Form("ILBM", {Bmhd({.width = 64, .height = 64}), Cmap({{0, 0, 255}, {255, 0, 0}}), Chunk("BODY", rows)});
+}
+
+// The question that is up, as the toolkit's dialog that it is.
+template <typename Dialog>
+Dialog& OpenQuestion() {
+    for (QWidget* const window : QApplication::topLevelWidgets())
+        if (auto* const dialog = qobject_cast<Dialog*>(window)) return *dialog;
+    throw std::runtime_error("no such dialog is up");
+}
+
+bool ShowsRed(const QImage& image) {
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) == RED) return true;
+    return false;
+}
+
+}  // namespace
+
+TEST_F(WindowTest, PrintProposesTheDocumentsNameInTheFolderChosenLast) {
+    std::filesystem::create_directory(m_folder.Path("pages"));
+    Texts proposed;
+    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        proposed.push_back(dialog.GetItemText(AFX_IDC_PRINT_FILE));
+        if (proposed.size() > 1) return IDCANCEL;
+        dialog.SetItemText(AFX_IDC_PRINT_FILE, m_folder.Path("pages/printed.pdf"));
+        return IDOK;
+    };
+    for (const char* name : {"first.iff", "second.b.iff", "third"}) {
+        ASSERT_TRUE(OpenFile(Picture(16, 16), name));
+        EXPECT_TRUE(Frame().OnCmdMsg(ID_FILE_PRINT, CN_COMMAND, nullptr));
+    }
+    ASSERT_EQ(proposed.size(), 3u);
+    EXPECT_TRUE(proposed[0].ends_with("/first.pdf")) << proposed[0];
+    EXPECT_EQ(proposed[1], m_folder.Path("pages/second.b.pdf"));
+    EXPECT_EQ(proposed[2], m_folder.Path("pages/third.pdf"));
+    EXPECT_TRUE(std::filesystem::exists(m_folder.Path("pages/printed.pdf")));
+    EXPECT_FALSE(std::filesystem::exists(proposed[1]));
+    EXPECT_TRUE(m_answers.m_messages.empty());
+}
+
+TEST_F(WindowTest, ThePreviewShowsThePictureAndPrintsByTheSameQuestion) {
+    ASSERT_TRUE(OpenFile(RedPicture()));
+    const std::string file = m_folder.Path("page.pdf");
+    int answer = IDCANCEL;
+    const auto print = [&](ModalDialog& dialog) {
+        EXPECT_TRUE(dialog.GetItemText(AFX_IDC_PRINT_FILE).ends_with("/picture.pdf"));
+        dialog.SetItemText(AFX_IDC_PRINT_FILE, file);
+        return answer;
+    };
+    const auto preview = [&](ModalDialog&) {
+        auto& dialog = OpenQuestion<QPrintPreviewDialog>();
+        dialog.show();
+        EXPECT_TRUE(WaitFor([&] { return ShowsRed(dialog.grab().toImage()); })) << "the page is empty";
+        const QList<QAction*> actions = dialog.findChildren<QAction*>();
+        const auto button = std::ranges::find(actions, QPrintPreviewDialog::tr("Print"), &QAction::text);
+        if (button == actions.end()) throw std::runtime_error("the preview has no button to print");
+        for (const int next : {IDCANCEL, IDOK}) {
+            answer = next;
+            (*button)->trigger();
+            EXPECT_EQ(std::filesystem::exists(file), next == IDOK);
+            EXPECT_EQ(dialog.isVisible(), next == IDCANCEL);
+        }
+        return IDOK;
+    };
+    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        return m_answers.m_dialogs.back() == ID_FILE_PRINT ? print(dialog) : preview(dialog);
+    };
+    EXPECT_TRUE(Frame().OnCmdMsg(ID_FILE_PRINT_PREVIEW, CN_COMMAND, nullptr));
+    EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>({ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT, ID_FILE_PRINT}));
+    EXPECT_TRUE(m_answers.m_messages.empty());
+}
+
+TEST_F(WindowTest, APageIsSetUpForThePrintingsAfterIt) {
+    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    for (const auto& [orientation, box] : Table<QPageLayout::Orientation, const char*>{
+             {QPageLayout::Landscape, "/MediaBox [0 0 842"}, {QPageLayout::Portrait, "/MediaBox [0 0 595"}}) {
+        const std::string file = m_folder.Path("page.pdf");
+        m_answers.m_nextDialog = [&, turned = orientation](ModalDialog& dialog) {
+            if (m_answers.m_dialogs.back() == ID_FILE_PRINT) {
+                dialog.SetItemText(AFX_IDC_PRINT_FILE, file);
+            } else {
+                QPrinter& printer = *OpenQuestion<QPageSetupDialog>().printer();
+                printer.setPageSize(QPageSize(QPageSize::A4));
+                printer.setPageOrientation(turned);
+            }
+            return IDOK;
+        };
+        for (const u32 id : {ID_FILE_PRINT_SETUP, ID_FILE_PRINT})
+            EXPECT_TRUE(Frame().OnCmdMsg(id, CN_COMMAND, nullptr));
+        std::ifstream page(file, std::ios::binary);
+        const std::string bytes(std::istreambuf_iterator<char>(page), {});
+        EXPECT_NE(bytes.find(box), std::string::npos) << box;
+    }
+}
