@@ -7,10 +7,18 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QRegularExpression>
+#include <QScreen>
+#include <QTreeView>
+
+#include <algorithm>
 
 namespace {
+
+// Room for a name of some thirty letters beside its size, its type and its date.
+constexpr int OPEN_DIALOG_LETTERS = 125;
 
 // A question in the middle of something long waits for the user, not the other way round.
 class PlainCursor {
@@ -32,6 +40,18 @@ class PlainCursor {
 // The mark for that shows as nothing.
 QString Breakable(QString text) {
     return text.replace(QRegularExpression(QStringLiteral("(\\S{60}\\pM*)")), QStringLiteral("\\1\u200B"));
+}
+
+// The toolkit's columns begin narrower than what stands in them. The name has what the others leave, and the
+// desktop's own dialog has no list of ours.
+void ShowWholeColumns(QFileDialog& dialog) {
+    auto* const list = dialog.findChild<QTreeView*>();
+    if (!list) return;
+    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    const int wanted = dialog.fontMetrics().averageCharWidth() * OPEN_DIALOG_LETTERS;
+    const int most = dialog.screen()->availableSize().width() * 9 / 10;
+    dialog.resize(std::max(dialog.width(), std::min(wanted, most)), dialog.height());
 }
 
 class BoxAnswers final : public Answers {
@@ -56,6 +76,7 @@ class BoxAnswers final : public Answers {
         QStringList names;
         for (const FileFilter& filter : filters) names.append(NameFilter(filter));
         dialog.setNameFilters(names);
+        ShowWholeColumns(dialog);
         std::vector<std::string> paths;
         if (dialog.exec() != QDialog::Accepted) return paths;
         for (const QString& file : dialog.selectedFiles())

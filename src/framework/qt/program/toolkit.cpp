@@ -7,6 +7,7 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QProxyStyle>
 
 #include <cstdio>
 #include <cstdlib>
@@ -42,6 +43,17 @@ class ToolkitApplication final : public QApplication {
 
   private:
     const ToolkitHooks m_hooks;
+};
+
+// The desktop's style, but for this: the toolkit puts pictures on the buttons of its own questions, and those
+// of the program's dialogs have none.
+class PlainButtonStyle final : public QProxyStyle {
+  public:
+    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                  QStyleHintReturn* pReturn) const override {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+        return QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
+    }
 };
 
 std::unique_ptr<ToolkitApplication> g_pToolkit;
@@ -96,6 +108,7 @@ bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks) {
     g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv, hooks);
     qInstallMessageHandler(before);
     std::atexit(OnExit);
+    QApplication::setStyle(new PlainButtonStyle);
     TellVersion(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
     AfxAskForLocks();

@@ -1,0 +1,63 @@
+// What the toolkit's and the program's own questions show, as they are put to a person.
+
+#include "framework/core/resource.h"
+#include "window_case.h"
+
+#include <QAbstractItemModel>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QLocale>
+#include <QTreeView>
+
+namespace {
+
+// Lets someone look at the dialog that the question puts up, and takes it down.
+void LookAt(const std::function<void(QDialog&)>& look, const std::function<void()>& ask) {
+    bool looked = false;
+    const auto answer = [&] {
+        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!dialog) return;
+        look(*dialog);
+        looked = true;
+        dialog->reject();
+    };
+    QMetaObject::invokeMethod(qApp, answer, Qt::QueuedConnection);
+    ask();
+    EXPECT_TRUE(looked);
+}
+
+}  // namespace
+
+TEST_F(WindowTest, TheOpenDialogShowsItsColumnsWhole) {
+    m_folder.Write(Bytes(123456), "a.psd");
+    const auto look = [](QDialog& dialog) {
+        auto* const list = dialog.findChild<QTreeView*>();
+        ASSERT_TRUE(list);
+        EXPECT_TRUE(WaitFor([&] { return list->model()->rowCount(list->rootIndex()) == 1; }));
+        for (int column = 0; column < 4; ++column)
+            EXPECT_GE(list->columnWidth(column), static_cast<QAbstractItemView*>(list)->sizeHintForColumn(column))
+                << column;
+        EXPECT_GT(list->columnWidth(0), 35 * list->fontMetrics().averageCharWidth());
+    };
+    LookAt(look, [&] { m_answers.m_pBefore->OpenFiles({{"Pictures", {"*.PSD"}}}, m_folder.m_strPath); });
+}
+
+TEST_F(WindowTest, TheVersionIsToldInTheBoxOnTheTerminalAndToOtherPrograms) {
+    Texts labels;
+    m_answers.m_nextDialog = [&](ModalDialog&) {
+        for (const QWidget* const window : QApplication::topLevelWidgets())
+            if (window->windowTitle() == QStringLiteral("About Vistrel"))
+                for (const QLabel* const label : window->findChildren<QLabel*>())
+                    labels.push_back(label->text().toStdString());
+        return IDCANCEL;
+    };
+    EXPECT_TRUE(theApp.m_pMainWnd->OnCmdMsg(ID_APP_ABOUT, CN_COMMAND, nullptr));
+    EXPECT_EQ(labels, Texts({"", "Talvorine Graphics File Viewer", "Version 1.12"}));
+    EXPECT_EQ(AfxLoadString(AFX_IDS_VERSION), "Talvorine Graphics File Viewer 1.12");
+    EXPECT_EQ(qApp->applicationVersion(), QStringLiteral("1.0.0.1"));
+    for (const auto& [name, text] : Table<const char*, const char*>{{"FileVersion", "1.0.0.1"},
+             {"ProductVersion", "1.0.0.1"}, {"FileDescription", "Vistrel MFC Application"}, {"InternalName", "Vistrel"},
+             {"OriginalFilename", "Vistrel.EXE"}, {"ProductName", "Vistrel Application"}})
+        EXPECT_EQ(qApp->property(name).toString().toStdString(), text) << name;
+}
