@@ -43,6 +43,24 @@ TEST_F(WindowTest, TheOpenDialogShowsItsColumnsWhole) {
     LookAt(look, [&] { m_answers.m_pBefore->OpenFiles({{"Pictures", {"*.PSD"}}}, m_folder.m_strPath); });
 }
 
+TEST_F(WindowTest, ZoomSpeaksOfNumbersWithTheUsersOwnSign) {
+    ASSERT_TRUE(OpenFile(Picture(100, 50)));
+    View().FitFrameToImage(0.5f);
+    for (const auto& [language, shown, bounds] : Table<QLocale::Language, std::string, std::string>{
+             {QLocale::German, "0,5", "0,03125 and 32"}, {QLocale::English, "0.5", "0.03125 and 32"}}) {
+        QLocale::setDefault(language);
+        m_answers.m_nextDialog = [text = shown](ModalDialog& dialog) {
+            EXPECT_EQ(dialog.GetItemText(IDC_SCALE), text);
+            dialog.SetItemText(IDC_SCALE, "33");
+            EXPECT_FALSE(dialog.Press(IDOK));
+            return IDCANCEL;
+        };
+        EXPECT_TRUE(Frame().OnCmdMsg(ID_ZOOM, CN_COMMAND, nullptr));
+        EXPECT_EQ(m_answers.m_messages.back(), "Please enter a number between " + bounds + ".");
+    }
+    QLocale::setDefault(QLocale::c());
+}
+
 TEST_F(WindowTest, TheVersionIsToldInTheBoxOnTheTerminalAndToOtherPrograms) {
     Texts labels;
     m_answers.m_nextDialog = [&](ModalDialog&) {

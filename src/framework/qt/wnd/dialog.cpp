@@ -1,26 +1,17 @@
 #include "framework/qt/wnd/dialog.h"
 
 #include "framework/core/exception.h"
-#include "framework/core/float_text.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/dialog_owner.h"
 #include "framework/qt/kit/dialog_template.h"
+#include "framework/qt/kit/float_text.h"
 
 #include <QDialog>
 #include <QLineEdit>
-#include <QLocale>
 
 // Data exchange
-
-namespace {
-
-std::string DecimalSign() {
-    return QLocale().decimalPoint().toStdString();
-}
-
-}  // namespace
 
 void CDataExchange::Fail(const std::string& strMessage) {
     AfxMessageBox(strMessage);
@@ -31,17 +22,17 @@ void CDataExchange::Fail(const std::string& strMessage) {
 void DDX_Text(CDataExchange* pDX, u32 nIDC, float& fValue) {
     pDX->m_nIDLastControl = nIDC;
     if (!pDX->m_bSaveAndValidate) {
-        pDX->m_pDlg->SetItemText(nIDC, FloatToText(fValue, DecimalSign()));
+        pDX->m_pDlg->SetItemText(nIDC, FloatToText(fValue));
         return;
     }
-    const std::optional<float> value = TextToFloat(pDX->m_pDlg->GetItemText(nIDC), DecimalSign());
+    const std::optional<float> value = TextToFloat(pDX->m_pDlg->GetItemText(nIDC));
     if (!value) pDX->Fail(AfxLoadString(AFX_IDP_PARSE_REAL));
     fValue = *value;
 }
 
 void DDV_MinMaxFloat(CDataExchange* pDX, float fValue, float fMin, float fMax) {
     if (!pDX->m_bSaveAndValidate || (fValue >= fMin && fValue <= fMax)) return;
-    const auto text = [](float fBound) { return ToDisplayText(FloatToText(fBound, DecimalSign())); };
+    const auto text = [](float fBound) { return ToDisplayText(FloatToText(fBound)); };
     pDX->Fail(
         ToDisplayText(AfxLoadString(AFX_IDP_PARSE_REAL_RANGE)).arg(text(fMin), text(fMax)).toStdString());
 }
