@@ -4,10 +4,14 @@
 #include "window_case.h"
 
 #include <QAbstractItemModel>
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QLocale>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTreeView>
 
 namespace {
@@ -78,4 +82,24 @@ TEST_F(WindowTest, TheVersionIsToldInTheBoxOnTheTerminalAndToOtherPrograms) {
              {"ProductVersion", "1.0.0.1"}, {"FileDescription", "Vistrel MFC Application"}, {"InternalName", "Vistrel"},
              {"OriginalFilename", "Vistrel.EXE"}, {"ProductName", "Vistrel Application"}})
         EXPECT_EQ(qApp->property(name).toString().toStdString(), text) << name;
+}
+
+TEST_F(WindowTest, ALongRecentPathLosesItsMiddleInTheMenu) {
+    const std::string folder(80, 'f');
+    std::filesystem::create_directory(m_folder.Path(folder));
+    for (const auto& [name, begin, end] : Table<std::string, const char*, const char*>{
+             {"fish & chips.iff", "&1 /", "/fish && chips.iff"}, {folder + "/b\xFC.iff", "&1 /", "ff/b\u00fc.iff"}}) {
+        ASSERT_TRUE(OpenFile(Picture(8, 8), name));
+        const QAction* item = nullptr;
+        for (const QAction* const title : theApp.m_pMainWnd->GetBarHost()->menuBar()->actions()) {
+            emit title->menu()->aboutToShow();
+            for (const QAction* const action : title->menu()->actions())
+                if (action->data().toUInt() == ID_FILE_MRU_FILE1) item = action;
+        }
+        ASSERT_TRUE(item);
+        const std::string text = item->text().toStdString();
+        EXPECT_TRUE(text.starts_with(begin) && text.ends_with(end)) << text;
+        EXPECT_LT(text.size(), 90u) << text;
+        EXPECT_EQ(item->statusTip().toStdString().size() > 80, text.find("\u2026") != std::string::npos) << text;
+    }
 }

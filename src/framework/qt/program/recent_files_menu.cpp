@@ -2,7 +2,25 @@
 
 #include "framework/core/cmd_target.h"
 #include "framework/core/resource.h"
+#include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/ini_profile.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+
+namespace {
+
+constexpr int MENU_LETTERS = 50;  // of average width, of a path
+
+// A path as its item shows it: with its mnemonic and, where it is long, without its middle.
+QString ItemText(u32 nIndex, const std::string& strPath) {
+    const QFontMetrics metrics(QApplication::font("QMenu"));
+    QString path = metrics.elidedText(ToDisplayText(strPath), Qt::ElideMiddle,
+                                      MENU_LETTERS * metrics.averageCharWidth());
+    return QStringLiteral("&%1 ").arg(nIndex + 1) + path.replace(u'&', QStringLiteral("&&"));
+}
+
+}  // namespace
 
 void CRecentFilesMenu::SetRegistryKey(const std::string& strRegistryKey) {
     m_pProfile = std::make_unique<IniProfile>(strRegistryKey, AfxLoadString(AFX_IDS_APP_TITLE));
@@ -30,7 +48,7 @@ void CRecentFilesMenu::Write() {
 
 void CRecentFilesMenu::UpdateItem(u32 nIndex, CCmdUI& ui) const {
     const bool there = nIndex < m_list.GetSize();
-    ui.SetText(there ? m_list.GetDisplayName(nIndex) : nIndex == 0 ? "Recent File" : "");
+    ui.SetText(there ? ItemText(nIndex, m_list[nIndex]).toStdString() : nIndex == 0 ? "Recent File" : "");
     ui.SetPrompt(there ? m_list[nIndex] : AfxLoadPrompt(ID_FILE_MRU_FILE1));
     ui.Enable(there);
 }

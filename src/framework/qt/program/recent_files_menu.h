@@ -1,7 +1,7 @@
 // The recent files as the program keeps and shows them: in its settings, and in a menu.
 #pragma once
 
-#include "framework/core/recent_files.h"
+#include "framework/qt/program/recent_files.h"
 
 #include <memory>
 

@@ -3,6 +3,7 @@
 #include "framework/core/answers.h"
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
+#include "framework/qt/kit/file_uri.h"
 #include "framework/qt/kit/shell_open.h"
 
 #include <QApplication>

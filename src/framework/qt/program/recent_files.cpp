@@ -1,25 +1,18 @@
-#include "framework/core/recent_files.h"
+#include "framework/qt/program/recent_files.h"
 
-#include "framework/core/path_name.h"
+#include "framework/qt/kit/file_uri.h"
 
 #include <algorithm>
 
 namespace {
 
 constexpr const char* SECTION = "Recent File List";
-constexpr std::size_t MENU_LENGTH = 50;  // bytes of a path that a menu shows
 
 std::string EntryName(u32 nIndex) {
     return "File" + std::to_string(nIndex + 1);
 }
 
 }  // namespace
-
-std::string CRecentFileList::GetDisplayName(u32 nIndex) const {
-    std::string text = "&" + std::to_string(nIndex + 1) + " ";
-    for (const char c : AbbreviatePath(m_paths[nIndex], MENU_LENGTH)) text.append(c == '&' ? 2 : 1, c);
-    return text;
-}
 
 void CRecentFileList::Apply(const Change& change) {
     std::erase(m_paths, change.strPath);

@@ -1,6 +1,4 @@
-#include "framework/core/recent_files.h"
-
-#include "framework/core/path_name.h"
+#include "framework/qt/program/recent_files.h"
 
 #include <gtest/gtest.h>
 
@@ -50,29 +48,6 @@ TEST(RecentFiles, WhatIsKeptMayBeDamaged) {
     CRecentFileList list(9);
     list.ReadList(profile);
     EXPECT_EQ(Paths(list), "/x /y");
-}
-
-TEST(RecentFiles, MenuTextsAreShortAndHaveTheirMnemonic) {
-    CRecentFileList list(9);
-    list.Add("/home/someone/pictures/of/the/last/summer/holidays/at/the/sea/wave.iff");
-    list.Add("/a/fish & chips.psd");
-    EXPECT_EQ(list.GetDisplayName(0), "&1 /a/fish && chips.psd");
-    EXPECT_EQ(list.GetDisplayName(1), "&2 /home/.../last/summer/holidays/at/the/sea/wave.iff");
-    EXPECT_EQ(AbbreviatePath("/home/abc/de/fgh.iff", 17), "/home/.../fgh.iff");
-    EXPECT_EQ(
-        AbbreviatePath("/x/a\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4.iff", 17), ".../a\u00e4\u00e4....iff");
-}
-
-TEST(FileUri, EveryPathComesBackAndWhatIsNoneDoesNot) {
-    std::string path = "/";
-    for (int byte = 1; byte < 256; ++byte) path += static_cast<char>(byte);
-    EXPECT_EQ(FromFileUri(ToFileUri(path)), path);
-    EXPECT_EQ(ToFileUri("/a b%\xFF.iff"), "file:///a%20b%25%FF.iff");
-    for (const char* uri : {"file:///a%c3%bc", "file://localhost/a\xC3\xBC", "file:/a%C3%BC"})
-        EXPECT_EQ(FromFileUri(uri), "/a\xC3\xBC") << uri;
-    for (const char* uri :
-        {"file://elsewhere/a", "http:///a", "file:a", "file:///a%", "file:///a%4", "file:///a%4g", "file:///a%00b", ""})
-        EXPECT_FALSE(FromFileUri(uri)) << uri;
 }
 
 }  // namespace

@@ -18,9 +18,6 @@ class CRecentFileList {
     // Absolute paths, as bytes.
     const std::string& operator[](u32 nIndex) const { return m_paths[nIndex]; }
 
-    // As the menu shows it: bytes, with the mnemonic and, where the path is long, without its middle.
-    std::string GetDisplayName(u32 nIndex) const;
-
     // Puts the path first, wherever it stood; the last one makes room.
     void Add(const std::string& strPath);
     void Remove(const std::string& strPath);
