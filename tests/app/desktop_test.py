@@ -15,6 +15,9 @@ from pathlib import Path
 from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, picture, wait_for
 
 
+SHARE = Path(__file__).resolve().parents[2] / "share"
+
+
 class DesktopTest(ProgramTest):
     def setUp(self):
         super().setUp()
@@ -88,7 +91,8 @@ class DesktopTest(ProgramTest):
         self.assertTrue(Path(self.folder.name, "data", "icons", "hicolor", "scalable", "apps",
                              "com.talvorine.Vistrel.svg").exists())
         package = Path(self.folder.name, "data", "mime", "packages", "com.talvorine.Vistrel.xml").read_text()
-        self.assertEqual(re.findall(r'pattern="(.*?)"', package), ["*.iff", "*.tff", "*.tmg"])
+        self.assertEqual(package, Path(SHARE, "com.talvorine.Vistrel.xml").read_text())
+        self.assertIn(f"\nTryExec={os.path.realpath(PROGRAM)}\n", entry.read_text())
 
 
 if __name__ == "__main__":

@@ -2,7 +2,6 @@
 
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
-#include "framework/core/replace_file.h"
 #include "support/private_home.h"
 #include "window_case.h"
 
@@ -287,15 +286,6 @@ TEST_F(WindowTest, WhatFailsIsReportedOnceAndTheProgramRunsOn) {
         EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 1, 1})[0], ShownColour(0, 0));
         EXPECT_EQ(m_answers.m_messages.size(), 1u);
     }
-}
-
-// Every user is told the same as all users are by an installation.
-TEST(Installation, TellsTheDesktopWhatTheProgramDoes) {
-    const ShellRegistration registration = theApp.GetShellRegistration();
-    const std::string installed = VISTREL_SHARE "/" + registration.strId;
-    EXPECT_TRUE(HasContent(installed + ".xml", registration.MakeMimePackage())) << registration.MakeMimePackage();
-    EXPECT_TRUE(HasContent(installed + ".desktop", registration.MakeDesktopEntry("vistrel")))
-        << registration.MakeDesktopEntry("vistrel");
 }
 
 int main(int argc, char** argv) {

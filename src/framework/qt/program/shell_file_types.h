@@ -3,8 +3,11 @@
 
 #include "base/types.h"
 
-struct ShellRegistration;
+#include <string>
 
 // Tells the user's desktop of the program, of the kinds of files that are its own and of its icon, where it
 // does not know yet. The program runs on when it cannot be told.
-void AfxRegisterShellFileTypes(const ShellRegistration& registration, u32 nIDIcon);
+void AfxRegisterShellFileTypes(u32 nIDIcon);
+
+// The desktop entry for a program that is started by its absolute path and not by its name.
+std::string AfxMakeDesktopEntry(const std::string& strEntry, const std::string& strProgram);

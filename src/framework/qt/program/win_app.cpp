@@ -138,22 +138,7 @@ void CWinApp::EnableShellOpen() {
 }
 
 void CWinApp::RegisterShellFileTypes(u32 nIDIcon) const {
-    AfxRegisterShellFileTypes(GetShellRegistration(), nIDIcon);
-}
-
-ShellRegistration CWinApp::GetShellRegistration() const {
-    ShellRegistration registration = {AfxLoadString(AFX_IDS_SHELL_NAME),
-                                      AfxLoadString(AFX_IDS_APP_TITLE),
-                                      AfxLoadString(AFX_IDS_SHELL_COMMENT),
-                                      AfxLoadString(AFX_IDS_SHELL_CLAIMED),
-                                      AfxLoadString(AFX_IDS_SHELL_OFFERED),
-                                      AfxLoadString(AFX_IDS_SHELL_OFFERED_NAME),
-                                      {}};
-    for (const auto& kind : m_templates) {
-        const ShellFileType type = kind->GetShellFileType();
-        if (!type.strTypeId.empty()) registration.types.push_back(type);
-    }
-    return registration;
+    AfxRegisterShellFileTypes(nIDIcon);
 }
 
 // A file that cannot be printed keeps none of the others from it.

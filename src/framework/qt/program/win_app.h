@@ -54,8 +54,6 @@ class CWinApp : public CCmdTarget {
 
     void RegisterShellFileTypes(u32 nIDIcon) const;
 
-    ShellRegistration GetShellRegistration() const;
-
     void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate);
 
     // Commands reach the application through it, and so does what is dropped on it and its end.

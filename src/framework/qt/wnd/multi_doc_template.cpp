@@ -18,13 +18,6 @@ FileFilter CMultiDocTemplate::GetFilter() const {
             FilterPatterns(GetDocString(fields, DocStringField::FilterExt))};
 }
 
-ShellFileType CMultiDocTemplate::GetShellFileType() const {
-    const std::string fields = AfxLoadString(m_nIDResource);
-    return {GetDocString(fields, DocStringField::FilterExt),
-            GetDocString(fields, DocStringField::RegFileTypeId),
-            GetDocString(fields, DocStringField::RegFileTypeName)};
-}
-
 CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
     CDocument* opened = nullptr;
     const auto open = [&] {

@@ -6,7 +6,6 @@
 #include "framework/core/answers.h"
 #include "framework/core/doc_string.h"
 #include "framework/core/runtime_class.h"
-#include "framework/core/shell_registration.h"
 #include "framework/qt/wnd/doc_template.h"
 
 class CMultiDocTemplate : public CDocTemplate {
@@ -24,9 +23,6 @@ class CMultiDocTemplate : public CDocTemplate {
 
     // What the Open dialog offers for this kind.
     FileFilter GetFilter() const;
-
-    // The kind of file, whose type id is empty where none is registered.
-    ShellFileType GetShellFileType() const;
 
     // Reads the file and shows it in a child window of its own. Null when that failed: it has been reported
     // then, and neither document nor window is left.
