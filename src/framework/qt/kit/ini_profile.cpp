@@ -1,17 +1,59 @@
 #include "framework/qt/kit/ini_profile.h"
 
-#include "framework/core/replace_file.h"
-
 #include <QDir>
 #include <QFile>
+#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include <cstdio>
-#include <filesystem>
+#include <chrono>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <thread>
+#include <unistd.h>
 
 namespace {
+
+// A lock is held for as long as it takes to write a small file. Whoever holds it longer has been stopped, and
+// a window does not wait for that.
+constexpr int LOCK_TRIES = 200;
+constexpr std::chrono::milliseconds LOCK_PAUSE(10);
+
+// A lock between programs, by way of a file that is made for it and stays. The system gives it back whatever
+// way its owner ends.
+class FileLock {
+  public:
+    // Waits for a while if another program has it.
+    explicit FileLock(const std::string& strPath)
+        : m_nDescriptor(open(strPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+        if (m_nDescriptor < 0) return;
+        for (int i = 0; i < LOCK_TRIES && !m_bHeld; ++i) {
+            if (i > 0) std::this_thread::sleep_for(LOCK_PAUSE);
+            m_bHeld = flock(m_nDescriptor, LOCK_EX | LOCK_NB) == 0;
+        }
+    }
+    ~FileLock() {
+        if (m_nDescriptor >= 0) close(m_nDescriptor);
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    bool IsHeld() const { return m_bHeld; }
+
+  private:
+    int m_nDescriptor;
+    bool m_bHeld = false;
+};
+
+// Puts what the one file holds into the other at once.
+bool Replace(const QString& path, const QString& by) {
+    QFile source(by);
+    QSaveFile file(path);
+    if (!source.open(QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly)) return false;
+    file.write(source.readAll());
+    return file.commit();
+}
 
 ProfileSection Read(QSettings& settings, const QString& section) {
     ProfileSection entries;
@@ -51,24 +93,19 @@ ProfileSection IniProfile::ReadSection(const std::string& strSection) const {
 bool IniProfile::ChangeSection(const std::string& strSection,
                                const std::function<void(ProfileSection&)>& change) {
     const QString folder = QFile::decodeName(m_strFolder.c_str());
+    const QString path = QFile::decodeName(m_strPath.c_str());
     if (!QDir().mkpath(folder)) return false;
     const FileLock lock(m_strFolder + "/.lock");
     if (!lock.IsHeld()) return false;
     const QTemporaryDir beside(folder + QStringLiteral("/.new-XXXXXX"));
     const QString copy = beside.filePath(QStringLiteral("settings.ini"));
-    std::error_code failed;
-    if (!beside.isValid()) return false;
-    if (std::filesystem::exists(m_strPath, failed) &&
-        !std::filesystem::copy_file(m_strPath, QFile::encodeName(copy).toStdString(), failed))
-        return false;
+    if (!beside.isValid() || (QFile::exists(path) && !QFile::copy(path, copy))) return false;
 
     QSettings settings(copy, QSettings::IniFormat);
     const QString section = QString::fromStdString(strSection);
     ProfileSection entries = Read(settings, section);
     change(entries);
     Write(settings, section, entries);
-    // The copy has reached the disk when this returns, so no loss of power leaves an empty file behind.
     settings.sync();
-    return settings.status() != QSettings::AccessError &&
-           std::rename(QFile::encodeName(copy).constData(), m_strPath.c_str()) == 0;
+    return settings.status() != QSettings::AccessError && Replace(path, copy);
 }
