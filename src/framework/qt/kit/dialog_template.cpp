@@ -36,8 +36,12 @@ class DialogUnits {
     int m_nHeight;
 };
 
-// Between a label that is wider than its place and the control behind it, in pixels.
-constexpr int LABEL_GAP = 3;
+// Between a label that begins before its place and its control, where there is room; pixels.
+constexpr int LABEL_GAP = 2;
+
+bool InOneRow(const QRect& one, const QRect& other) {
+    return one.bottom() >= other.top() && one.top() <= other.bottom();
+}
 
 class ControlMaker {
   public:
@@ -58,7 +62,8 @@ class ControlMaker {
                 MakeIcon(control, place);
                 return;
             case ControlKind::ComboBox:
-                Finish(AfxCreateListWidget(&m_parent, m_target, control.nId), control.nId, ListPlace(place));
+                Finish(AfxCreateListWidget(&m_parent, m_target, control.nId, place.height()), control.nId,
+                       ListPlace(place));
                 return;
             case ControlKind::Edit:
                 Finish(new QLineEdit(&m_parent), control.nId, place);
@@ -74,12 +79,14 @@ class ControlMaker {
 
   private:
     QLabel* MakeLabel(const ControlResource& control, const QRect& place) const {
-        QString text = ToDisplayText(control.pszText);
+        const QString text = ToDisplayText(control.pszText);
         auto* const label = new QLabel(&m_parent);
         label->setTextFormat(Qt::PlainText);
         label->setText(text);
-        label->setGeometry(place.x(), place.y(), std::max(label->sizeHint().width(), place.width()),
-                           place.height());
+        // Its own measure still counts the mark of a mnemonic as a letter, for want of a control behind it.
+        const int flags = control.kind == ControlKind::Static ? Qt::TextShowMnemonic : 0;
+        const int width = label->fontMetrics().size(flags, text).width();
+        label->setGeometry(place.x(), place.y(), std::max(width, place.width()), place.height());
         return label;
     }
 
@@ -104,28 +111,36 @@ class ControlMaker {
         return {place.left(), place.top(), place.width(), m_size.height() - 2 * place.top()};
     }
 
-    // A text is the label of the control behind it, which its mnemonic goes to. Where the font needs more
-    // room than the template's, the control grows about its middle, and begins later beside a label.
+    // A text is the label of the control after it, which its mnemonic goes to. Where the font needs more room
+    // than the template's, the control grows about its middle.
     void Finish(QWidget* pControl, u32 nID, QRect place) {
         pControl->setObjectName(QString::number(nID));
         const int height = std::max(pControl->sizeHint().height(), place.height());
         place = QRect(place.left(), place.center().y() - (height - 1) / 2, place.width(), height);
         if (m_pLabel) {
             m_pLabel->setBuddy(pControl);
-            QRect label = m_pLabel->geometry();
-            if (label.bottom() >= place.top() && label.top() <= place.bottom()) {
-                m_pLabel->setGeometry(label.x(), place.y(), label.width(), place.height());
-                place.setLeft(std::max(place.left(), label.right() + 1 + LABEL_GAP));
-            }
+            if (InOneRow(m_pLabel->geometry(), place)) place.setLeft(PutLabelBefore(place));
             m_pLabel = nullptr;
         }
         pControl->setGeometry(place);
+        m_last = place;
+    }
+
+    // A label that is wider than its place begins before it, so that the control keeps its own, and only
+    // where another control stands there takes from it. Where the control can begin.
+    int PutLabelBefore(const QRect& control) const {
+        const QRect label = m_pLabel->geometry();
+        const int free = InOneRow(m_last, control) ? m_last.right() + 1 : 0;
+        const int left = std::max(std::min(label.x(), control.left() - label.width() - LABEL_GAP), free);
+        m_pLabel->setGeometry(left, control.y(), label.width(), control.height());
+        return std::max(control.left(), left + label.width());
     }
 
     QWidget& m_parent;
     CCmdTarget& m_target;
     DialogUnits m_units;
     QSize m_size;
+    QRect m_last;                // where the control made last stands
     QLabel* m_pLabel = nullptr;  // the text that the next control may belong to
 };
 

@@ -7,21 +7,58 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHelpEvent>
+#include <QProxyStyle>
 #include <QStyleOption>
 #include <QStylePainter>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 #include <QWheelEvent>
 
+#include <algorithm>
+
 namespace {
+
+// Drops a list down below itself, with a scroll bar, where the style would lay it over the whole screen.
+class ListStyle final : public QProxyStyle {
+  public:
+    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                  QStyleHintReturn* pData) const override {
+        if (hint == SH_ComboBox_Popup) return 0;
+        return QProxyStyle::styleHint(hint, pOption, pWidget, pData);
+    }
+};
+
+// Entries of a list that is dropped down are no wider than it, so that long names are cut as in the list
+// itself.
+class EntryDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return {1, QStyledItemDelegate::sizeHint(option, index).height()};
+    }
+};
 
 class ListWidget final : public QComboBox {
   public:
-    explicit ListWidget(QWidget* pParent) : QComboBox(pParent) {
+    ListWidget(QWidget* pParent, int nDropHeight) : QComboBox(pParent), m_nDropHeight(nDropHeight) {
+        auto* const dropping = new ListStyle;
+        dropping->setParent(this);
+        setStyle(dropping);
         setFocusPolicy(Qt::StrongFocus);
         // Entries of any length neither widen the list nor the window around it.
         setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         setMinimumContentsLength(1);
+        // The number at the end of a name tells it from its neighbours.
+        view()->setItemDelegate(new EntryDelegate(this));
+        view()->setTextElideMode(Qt::ElideMiddle);
         view()->viewport()->installEventFilter(this);
+    }
+
+    void showPopup() override {
+        const int row = std::max(view()->sizeHintForRow(0), 1);
+        setMaxVisibleItems(std::max(m_nDropHeight / row, 1));
+        QComboBox::showPopup();
     }
 
     // Of an entry in the list that is dropped down.
@@ -43,7 +80,7 @@ class ListWidget final : public QComboBox {
     void paintEvent(QPaintEvent*) override {
         QStyleOptionComboBox option;
         initStyleOption(&option);
-        option.currentText = fontMetrics().elidedText(currentText(), Qt::ElideRight, GetTextWidth());
+        option.currentText = fontMetrics().elidedText(currentText(), Qt::ElideMiddle, GetTextWidth());
         QStylePainter painter(this);
         painter.drawComplexControl(QStyle::CC_ComboBox, option);
         painter.drawControl(QStyle::CE_ComboBoxLabel, option);
@@ -74,12 +111,14 @@ class ListWidget final : public QComboBox {
         const bool isCut = fontMetrics().horizontalAdvance(text) > nRoom;
         QToolTip::showText(help.globalPos(), isCut ? ToPlainTip(text) : QString(), this);
     }
+
+    int m_nDropHeight;  // pixels, of the list dropped down
 };
 
 }  // namespace
 
-QComboBox* AfxCreateListWidget(QWidget* pParent, CCmdTarget& target, u32 nID) {
-    auto* const list = new ListWidget(pParent);
+QComboBox* AfxCreateListWidget(QWidget* pParent, CCmdTarget& target, u32 nID, int nDropHeight) {
+    auto* const list = new ListWidget(pParent, nDropHeight);
     QObject::connect(list, &QComboBox::currentIndexChanged, [&target, nID] {
         AfxGuardedCall([&] { target.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); });
     });

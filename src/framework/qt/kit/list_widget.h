@@ -7,5 +7,6 @@ class CCmdTarget;
 class QComboBox;
 class QWidget;
 
-// What the user selects in it reaches the target as a notification of this id.
-QComboBox* AfxCreateListWidget(QWidget* pParent, CCmdTarget& target, u32 nID);
+// What the user selects in it reaches the target as a notification of this id. Dropped down it is no higher
+// than nDropHeight, in pixels.
+QComboBox* AfxCreateListWidget(QWidget* pParent, CCmdTarget& target, u32 nID, int nDropHeight);
