@@ -1,0 +1,182 @@
+#include "framework/qt/kit/control_strip.h"
+
+#include "framework/qt/kit/dialog_template.h"
+
+#include <QEvent>
+#include <QFrame>
+#include <QLabel>
+#include <QMainWindow>
+#include <QScreen>
+#include <QStyleOptionComboBox>
+#include <QToolButton>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+// What a list shows at least of an entry.
+constexpr int LEAST_LETTERS = 6;
+
+// Pixels that the mouse can still hit; in less there is no button.
+constexpr int LEAST_BUTTON = 12;
+
+// A control with its label, and where the template has them.
+struct Field {
+    QWidget* label;
+    QWidget* control;
+    QRect labelPlace;
+    QRect place;
+    int leastWidth;
+
+    int Slack() const { return std::max(place.width() - leastWidth, 0); }
+};
+
+int LeastWidthOf(const QWidget& control) {
+    QStyleOptionComboBox option;
+    option.initFrom(&control);
+    const QFontMetrics metrics = control.fontMetrics();
+    const QSize text(metrics.horizontalAdvance(QString(LEAST_LETTERS, QLatin1Char('n'))), metrics.height());
+    return control.style()->sizeFromContents(QStyle::CT_ComboBox, &option, text, &control).width();
+}
+
+class ControlStrip final : public QWidget {
+  public:
+    ControlStrip(const DialogResource& resource, CCmdTarget& target)
+        : m_pControls(new QWidget(this)),
+          m_pMore(new QToolButton(this)),
+          m_pPanel(new QFrame(this, Qt::Popup)) {
+        m_size = AfxCreateControls(*m_pControls, resource, target);
+        for (auto* const label : m_pControls->findChildren<QLabel*>()) AddField(*label, *label->buddy());
+        setFixedHeight(m_size.height());
+
+        m_pMore->setIcon(style()->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton));
+        m_pMore->setAutoRaise(true);
+        m_pMore->setFocusPolicy(Qt::NoFocus);
+        m_pMore->setAccessibleName(tr("More"));
+        connect(m_pMore, &QToolButton::clicked, this, [this] { Open(*m_fields.front().control); });
+
+        m_pPanel->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+        m_pPanel->installEventFilter(this);
+    }
+    ~ControlStrip() override { m_pPanel->removeEventFilter(this); }
+
+    QSize sizeHint() const override { return m_size; }
+    QSize minimumSizeHint() const override { return {LEAST_BUTTON, m_size.height()}; }
+
+  protected:
+    void resizeEvent(QResizeEvent*) override { Arrange(); }
+
+    // Of the panel.
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::Hide) TakeBack();
+        return QWidget::eventFilter(pWatched, pEvent);
+    }
+
+  private:
+    void AddField(QWidget& label, QWidget& control) {
+        m_fields.push_back({&label, &control, label.geometry(), control.geometry(), LeastWidthOf(control)});
+    }
+
+    bool IsOpen() const { return m_pControls->parentWidget() == m_pPanel; }
+
+    // Fields from the first on, with what stands around them, at the template's places.
+    int WidthOf(std::size_t count) const {
+        if (count == 0) return 0;
+        const int margin = m_size.width() - (m_fields.back().place.right() + 1);
+        return m_fields[count - 1].place.right() + 1 + margin;
+    }
+    int SlackOf(std::size_t count) const {
+        int slack = 0;
+        for (std::size_t i = 0; i < count; ++i) slack += m_fields[i].Slack();
+        return slack;
+    }
+    int LeastWidthOfAll() const { return WidthOf(m_fields.size()) - SlackOf(m_fields.size()); }
+
+    int ButtonWidth() const {
+        return std::max(style()->pixelMetric(QStyle::PM_ToolBarExtensionExtent, nullptr, m_pMore),
+                        m_pMore->iconSize().width());
+    }
+
+    void Arrange() {
+        const bool isWide = width() >= LeastWidthOfAll();
+        const int button = isWide ? 0 : std::min(ButtonWidth(), width());
+        m_pMore->setVisible(!isWide && button >= LEAST_BUTTON);
+        m_pMore->setGeometry(width() - button, 0, button, height());
+        if (IsOpen()) return;
+        const int room = width() - button;
+        m_shown = m_fields.size();
+        while (m_shown > 0 && room < WidthOf(m_shown) - SlackOf(m_shown)) --m_shown;
+        m_pControls->setGeometry(0, 0, std::max(room, 1), height());
+        Place(room);
+    }
+
+    // What is not shown stands below the bar, out of sight: it keeps its keys, and a list drops down near by.
+    void Place(int nRoom) {
+        int slack = SlackOf(m_shown);
+        int cut = std::clamp(WidthOf(m_shown) - nRoom, 0, slack);
+        int left = 0;
+        for (std::size_t i = 0; i < m_fields.size(); ++i) {
+            const Field& field = m_fields[i];
+            if (i >= m_shown) {
+                field.label->setGeometry(field.labelPlace.translated(-field.labelPlace.left(), height()));
+                field.control->setGeometry(field.place.translated(-field.place.left(), height()));
+                continue;
+            }
+            const int own = slack > 0 ? cut * field.Slack() / slack : 0;
+            field.label->setGeometry(field.labelPlace.translated(-left, 0));
+            field.control->setGeometry(field.place.translated(-left, 0).adjusted(0, 0, -own, 0));
+            left += own;
+            cut -= own;
+            slack -= field.Slack();
+        }
+    }
+
+    // Beside the bar, so that it covers nothing of what the lists are about; no wider than the main window
+    // and never off the screen.
+    void Open(QWidget& first) {
+        const QWidget* outermost = this;
+        while (outermost->parentWidget()) outermost = outermost->parentWidget();
+        const int frame = m_pPanel->frameWidth();
+        const int inside =
+            std::max(std::min(m_size.width(), outermost->width() - 2 * frame), LeastWidthOfAll());
+        m_pControls->setParent(m_pPanel);
+        m_shown = m_fields.size();
+        m_pControls->setGeometry(frame, frame, inside, m_size.height());
+        Place(inside);
+        m_pControls->show();
+        m_pPanel->resize(inside + 2 * frame, m_size.height() + 2 * frame);
+        const QRect screen = this->screen()->availableGeometry();
+        const QPoint beside = mapToGlobal(QPoint(width(), -frame));
+        m_pPanel->move(std::max(std::min(beside.x(), screen.right() + 1 - m_pPanel->width()), screen.left()),
+                       std::min(beside.y(), screen.bottom() + 1 - m_pPanel->height()));
+        m_pPanel->show();
+        first.setFocus(Qt::PopupFocusReason);
+    }
+
+    // The keys go back to what the frame shows.
+    void TakeBack() {
+        m_pControls->setParent(this);
+        m_pControls->show();
+        m_pMore->raise();
+        Arrange();
+        for (QWidget* part = parentWidget(); part; part = part->parentWidget())
+            if (const auto* const host = qobject_cast<QMainWindow*>(part)) {
+                host->centralWidget()->setFocus(Qt::PopupFocusReason);
+                return;
+            }
+    }
+
+    QWidget* m_pControls;  // holds the controls; in the panel while that is open
+    QToolButton* m_pMore;
+    QFrame* m_pPanel;
+    QSize m_size;  // the template's
+    std::vector<Field> m_fields;
+    std::size_t m_shown = 0;  // so many fields, from the first on, have room
+};
+
+}  // namespace
+
+QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target) {
+    return new ControlStrip(resource, target);
+}
