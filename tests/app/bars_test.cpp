@@ -1,14 +1,22 @@
-// The bar with the two lists.
+// The tool bar and the bar with the two lists, where they dock and how they float.
 #include "window_case.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QImage>
+#include <QLabel>
 #include <QMainWindow>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QTextDocumentFragment>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -26,6 +34,13 @@ class BarsTest : public WindowTest {
         SendMessageA(&Frame().m_wndLayerCombo, CB_ADDSTRING, 0, reinterpret_cast<i64>(strName.c_str()));
     }
 
+    QToolBar& LayerBar() { return *static_cast<QToolBar*>(Frame().m_wndLayerBar.GetWidget()); }
+    static QMainWindow& MainWindow() { return *theApp.m_pMainWnd->GetBarHost(); }
+    static QToolBar& ToolBar() { return *MainWindow().findChild<QToolBar*>(); }
+
+    // In the menu of the child.
+    void ToggleFloating() { Frame().GetSubWindow()->systemMenu()->actions().last()->trigger(); }
+
     void ChooseLayer(u64 position) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, position, 0); }
 };
 
@@ -38,6 +53,32 @@ std::string TipOf(QWidget& widget, const QPoint& at) {
     if (!QToolTip::isVisible()) return {};
     return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText().toStdString();
 }
+
+// The frame that a bar of this title floats in; null while none does.
+QWidget* FloatingFrame(const std::string& strTitle) {
+    for (QWidget* const window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->windowType() == Qt::Tool && window->windowTitle().toStdString() == strTitle)
+            return window;
+    return nullptr;
+}
+
+void Mouse(QWidget& widget, QEvent::Type type, const QPoint& onScreen, Qt::MouseButtons held) {
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, QPointF(widget.mapFromGlobal(onScreen)), QPointF(onScreen), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+// From a place in the widget to one on the screen.
+void Drag(QWidget& widget, const QPoint& from, const QPoint& onScreen) {
+    Mouse(widget, QEvent::MouseButtonPress, widget.mapToGlobal(from), Qt::LeftButton);
+    const QPoint start = widget.mapToGlobal(from);
+    Mouse(widget, QEvent::MouseMove, (start + onScreen) / 2, Qt::LeftButton);
+    Mouse(widget, QEvent::MouseMove, onScreen, Qt::LeftButton);
+    Mouse(widget, QEvent::MouseButtonRelease, onScreen, Qt::NoButton);
+}
+
+constexpr QPoint CAPTION(20, 10);  // in a floating frame
+constexpr QPoint GRIP(3, 10);      // in a docked bar
 
 // False when the list leaves it to what lies below.
 bool Wheel(QWidget& widget) {
@@ -104,4 +145,145 @@ TEST_F(BarsTest, TheWheelChoosesInAListThatHasTheFocusAndScrollsWhatLiesBelowAno
     ASSERT_TRUE(WaitFor([&] { return Layers().hasFocus(); }));
     EXPECT_TRUE(Wheel(Layers()));
     EXPECT_EQ(Layers().currentIndex(), 1);
+}
+
+TEST_F(BarsTest, NarrowListsShrinkToSixLettersAndThenAButtonOpensThemAll) {
+    const int letters = Layers().fontMetrics().horizontalAdvance("nnnnnn");
+    QWidget& strip = *Layers().parentWidget()->parentWidget();
+    QToolButton* const more = strip.findChild<QToolButton*>();
+    const QWidget* const channelLabel = Channels().parentWidget()->findChildren<QLabel*>()[1];
+    const int templateWidth = strip.sizeHint().width();
+    const QRect layers = Layers().geometry();
+    const QRect channels = Channels().geometry();
+    int least = 0;  // at which both lists are in sight
+    for (int width = templateWidth + 20; width > 0; --width) {
+        SCOPED_TRACE(width);
+        strip.resize(width, strip.height());
+        if (width >= templateWidth) {
+            EXPECT_EQ(Layers().geometry(), layers);
+            EXPECT_EQ(Channels().geometry(), channels);
+        }
+        EXPECT_EQ(Layers().isVisible() && Channels().isVisible(), true) << "they keep their keys";
+        if (more->isHidden() && width >= 12) {
+            EXPECT_LE(Channels().geometry().right(), width);
+            EXPECT_GE(Layers().width(), letters);
+            EXPECT_GE(Channels().width(), letters);
+            EXPECT_GE(channelLabel->x(), Layers().geometry().right());
+            EXPECT_GE(Channels().x(), channelLabel->geometry().right());
+            least = width;
+        }
+        if (!more->isHidden()) {
+            EXPECT_LE(more->geometry().right(), width);
+            EXPECT_GE(more->width(), 12);
+        }
+        EXPECT_EQ(!more->isHidden(), width < least && width >= 12);
+    }
+    EXPECT_LT(least, templateWidth - letters) << "the lists have given what they can";
+    EXPECT_GT(least, 2 * letters);
+}
+
+TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
+    theApp.m_pMainWnd->DestroyChildren();
+    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    AddLayer("second");
+    theApp.PumpMessages();
+    QWidget& strip = *Layers().parentWidget()->parentWidget();
+    QToolButton* const more = strip.findChild<QToolButton*>();
+    EXPECT_TRUE(more->isVisible());
+    EXPECT_TRUE(strip.rect().contains(more->geometry()));
+    EXPECT_TRUE(View().GetWidget()->width() >= strip.width());
+    more->click();
+    QWidget* const panel = QApplication::activePopupWidget();
+    ASSERT_TRUE(panel && panel->isAncestorOf(&Layers()) && panel->isAncestorOf(&Channels()));
+    EXPECT_TRUE(panel->rect().contains(QRect(Layers().mapTo(panel, QPoint(0, 0)), Layers().size())));
+    EXPECT_TRUE(panel->rect().contains(QRect(Channels().mapTo(panel, QPoint(0, 0)), Channels().size())));
+    panel->close();
+    EXPECT_TRUE(strip.isAncestorOf(&Layers()) && Layers().isVisible());
+}
+
+TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
+    using Area = Qt::ToolBarArea;
+    const auto ofHost = [](const QMainWindow& host, int x, int y) { return host.mapToGlobal(QPoint(x, y)); };
+    const auto drop = [](QToolBar& bar, const QPoint& onScreen) {
+        if (QWidget* const frame = FloatingFrame(bar.windowTitle().toStdString()))
+            Drag(*frame, CAPTION, onScreen);
+        else
+            Drag(bar, GRIP, onScreen);
+    };
+    for (const bool isTool : {true, false}) {
+        QToolBar& bar = isTool ? ToolBar() : LayerBar();
+        QMainWindow& host = isTool ? MainWindow() : *Frame().GetBarHost();
+        const int right = host.width() - 5;
+        const int bottom = host.height() - 5;
+        const int middle = host.height() / 2;
+        for (const auto& [x, y, area] : Table<int, int, Area>{{200, bottom, Qt::BottomToolBarArea},
+                 {5, middle, Qt::LeftToolBarArea}, {right, middle, Qt::RightToolBarArea},
+                 {200, middle, Qt::NoToolBarArea}, {200, 5, Qt::TopToolBarArea}}) {
+            drop(bar, ofHost(host, x, y));
+            const bool floats = !isTool && area != Qt::TopToolBarArea && area != Qt::BottomToolBarArea;
+            EXPECT_EQ(!FloatingFrame(bar.windowTitle().toStdString()), !floats && area != Qt::NoToolBarArea)
+                << isTool << " at " << x << ", " << y;
+            if (!floats && area != Qt::NoToolBarArea) {
+                EXPECT_EQ(host.toolBarArea(&bar), area) << isTool;
+            }
+            EXPECT_EQ(bar.isVisible(), !FloatingFrame(bar.windowTitle().toStdString()));
+        }
+    }
+}
+
+TEST_F(BarsTest, ABarFloatsWhereAndAsWideAsItFloatedLast) {
+    for (const bool isTool : {true, false}) {
+        QToolBar& bar = isTool ? ToolBar() : LayerBar();
+        const std::string title = bar.windowTitle().toStdString();
+        const QPoint inside = Frame().GetBarHost()->mapToGlobal(QPoint(300, 200));
+        Drag(bar, GRIP, inside);
+        QWidget* frame = FloatingFrame(title);
+        ASSERT_TRUE(frame) << title;
+        const int wide = frame->width();
+        const int rowHeight = frame->height();
+        Drag(*frame, {wide - 1, frame->height() / 2}, frame->mapToGlobal(QPoint(wide / 2, 0)));
+        EXPECT_LT(frame->width(), wide);
+        if (isTool) {
+            EXPECT_GT(frame->height(), rowHeight) << "its buttons need a second row";
+        }
+        const QRect place = frame->geometry();
+        const auto doubleClick = [](QWidget& widget, const QPoint& at) {
+            Mouse(widget, QEvent::MouseButtonDblClick, widget.mapToGlobal(at), Qt::LeftButton);
+        };
+        const QPoint edge = (isTool ? MainWindow() : *Frame().GetBarHost()).mapToGlobal(QPoint(200, 5));
+        for (const bool isDragged : {true, false}) {
+            if (isDragged)
+                Drag(*frame, CAPTION, edge);
+            else
+                doubleClick(*frame, CAPTION);
+            EXPECT_FALSE(FloatingFrame(title));
+            EXPECT_TRUE(bar.isVisible());
+            doubleClick(bar, GRIP);
+            frame = FloatingFrame(title);
+            ASSERT_TRUE(frame) << title;
+            EXPECT_EQ(frame->geometry(), place) << title << isDragged;
+        }
+        doubleClick(*frame, CAPTION);
+    }
+}
+
+// With the key for it, wherever nothing else takes that.
+TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
+    const auto takeItem = [] {
+        QTimer::singleShot(0, [] {
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_TRUE(menu);
+            menu->setActiveAction(menu->actions()[0]);
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+            QApplication::sendEvent(menu, &key);
+        });
+        QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
+        QApplication::sendEvent(MainWindow().centralWidget(), &wanted);
+    };
+    takeItem();
+    ASSERT_TRUE(FloatingFrame("Toolbar"));
+    EXPECT_FALSE(ToolBar().isVisible());
+    takeItem();
+    EXPECT_FALSE(FloatingFrame("Toolbar"));
+    EXPECT_TRUE(ToolBar().isVisible());
 }

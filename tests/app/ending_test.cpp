@@ -9,8 +9,10 @@
 #include "support/iff_builder.h"
 #include "support/private_home.h"
 
+#include <QAction>
 #include <QApplication>
-#include <QDockWidget>
+#include <QMdiSubWindow>
+#include <QMenu>
 
 #include <functional>
 #include <string>
@@ -57,9 +59,9 @@ int EndWithWindows(const std::string& strHow, char** argv) {
         // The view is in the middle of its command when it goes.
         if (strHow == "zoom" || strHow == "quit") theApp.Command(ID_ZOOM);
         if (strHow == "open") {
-            auto* const bar = theApp.m_pMainWnd->MDIGetActive()->GetWidget()->findChild<QDockWidget*>();
-            bar->setFloating(true);
-            QApplication::setActiveWindow(bar);
+            theApp.m_pMainWnd->MDIGetActive()->GetSubWindow()->systemMenu()->actions().last()->trigger();
+            for (QWidget* const window : QApplication::topLevelWidgets())
+                if (window->isVisible() && window->windowType() == Qt::Tool) QApplication::setActiveWindow(window);
             theApp.Command(ID_FILE_OPEN);
         }
     };

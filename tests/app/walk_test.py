@@ -172,6 +172,33 @@ class WalkTest(ProgramTest):
         self.command("f", "x")
         self.assertEqual(self.program.wait(timeout=DEADLINE), 0)
 
+    def click(self, x, y):
+        self.screen.xdotool("mousemove", str(x), str(y), "click", "1", *AWAY)
+
+    def test_small_picture(self):
+        """Its bar has room for a button alone, which opens the lists beside it."""
+        values = [value_at(x, y) for y in range(16) for x in range(16)]
+        small = [value_at(x + 5, y + 3) for y in range(8) for x in range(8)]
+        path = self.path("small.iff", chunk(
+            b"LIST", b"ILBM" + form(values, 16, 16) + chunk(b"FORM", b"MIPM" + chunk(b"CONT", b"\1\0")) +
+            chunk(b"LIST", b"ILBM" + form(small, 8, 8))))
+        self.keys("ctrl+o")
+        self.answer("Open", path)
+        left, top = self.wait_for_picture(in_colour(values), 16)
+        before = self.screen.rows()
+        self.click(left + 8, top - 16)
+        wait_for(lambda: self.screen.rows() != before, "the lists")
+        layers = left + 90, top - 16
+        before = self.screen.rows()
+        self.click(*layers)
+        wait_for(lambda: self.screen.rows() != before, "the list of layers")
+        self.click(layers[0], layers[1] + 34)  # its second entry
+        self.wait_for_picture(in_colour(small), 8, 2.0)
+        self.click(left + 300, top + 300)
+        # Out of sight, the lists keep their keys.
+        self.keys("alt+l", "Up")
+        self.wait_for_picture(in_colour(values), 16)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -3,8 +3,11 @@
 #include "framework/core/document.h"
 #include "window_case.h"
 
-#include <QDockWidget>
+#include <QApplication>
 #include <QMdiSubWindow>
+#include <QMenu>
+
+#include <algorithm>
 
 namespace {
 
@@ -60,10 +63,13 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     CMDIFrameWnd& main = *theApp.m_pMainWnd;
     ASSERT_TRUE(OpenFile(Picture(60, 40)));
     CChildFrame& frame = Frame();
-    auto* const bar = static_cast<QDockWidget*>(frame.m_wndLayerBar.GetWidget());
+    QAction* const toggle = frame.GetSubWindow()->systemMenu()->actions().last();
+    toggle->trigger();
+    const QList<QWidget*> windows = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find(windows, QStringLiteral("Layers & Channels"), &QWidget::windowTitle);
+    ASSERT_NE(found, windows.end());
+    QWidget* const bar = *found;
     const auto showsWhen = [&](bool shows) { return WaitFor([&] { return bar->isVisible() == shows; }); };
-    bar->setFloating(true);
-    EXPECT_EQ(frame.m_wndLayerBar.GetWindowText(), "Layers & Channels");
     EXPECT_EQ((Settle(), bar->isVisible()), true);
 
     ASSERT_TRUE(OpenFile(Picture(8, 8), "other.iff"));
@@ -80,7 +86,8 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     Settle();
     EXPECT_FALSE(MenuItem(ID_TOGGLE_LAYER_BAR)->isChecked());
     main.OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
-    EXPECT_TRUE(bar->isVisible() && bar->isFloating());
-    bar->setFloating(false);
-    EXPECT_EQ((Settle(), bar->isVisible()), true);
+    EXPECT_TRUE(bar->isVisible());
+    toggle->trigger();
+    EXPECT_EQ((Settle(), bar->isVisible()), false);
+    EXPECT_TRUE(frame.m_wndLayerBar.GetWidget()->isVisible());
 }

@@ -1,13 +1,18 @@
 #include "framework/qt/kit/docking_bar.h"
 
-#include <QAccessibleWidget>
+#include "framework/qt/kit/button_rows.h"
+#include "framework/qt/kit/floating_frame.h"
+
+#include <QAction>
 #include <QApplication>
-#include <QDockWidget>
+#include <QBoxLayout>
+#include <QContextMenuEvent>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QStyleOption>
-#include <QToolButton>
+#include <QRubberBand>
+#include <QStyle>
+#include <QToolBar>
 
 #include <algorithm>
 #include <optional>
@@ -15,162 +20,286 @@
 
 namespace {
 
-// Pixels; the room that a toolbar gives its handle.
-constexpr int GRIP_WIDTH = 9;
-
-// Pixels to both sides of the caption's text.
-constexpr int CAPTION_MARGIN = 4;
-
 // How far from its place at the edge a bar floats at first, so that it does not look docked still; pixels.
 constexpr int FLOAT_STEP = 24;
 
-// How near to the frame's upper or lower edge a bar is dropped that is to dock there; pixels.
+// How near to an edge of the host a bar is dropped that is to dock there; pixels.
 constexpr int DROP_REACH = 80;
 
-// What stands for the caption: a grip while the bar is docked, its title and a button to close it while it
-// floats. It is one and the same, because the toolkit makes a floating bar's window anew for another one.
-// What it does not take for itself the dock widget does: dragging.
-class Caption final : public QWidget {
+// A bar that is narrower than so many grips has none: what stands on it needs the room.
+constexpr int LEAST_GRIPS = 4;
+
+// The toolkit's own tool bar floats as a window without caption or frame; so it stays docked or hidden, and
+// what stands on it moves to a frame instead.
+class DockingBar final : public QToolBar {
   public:
-    explicit Caption(QDockWidget& bar) : QWidget(&bar), m_bar(bar), m_close(this) {
-        m_close.setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
-        m_close.setAutoRaise(true);
-        m_close.setFocusPolicy(Qt::NoFocus);
-        m_close.setAccessibleName(QDockWidget::tr("Close"));
-        m_close.hide();
-        connect(&m_close, &QToolButton::clicked, &bar, &QDockWidget::close);
+    explicit DockingBar(QMainWindow& host)
+        : QToolBar(&host),
+          m_host(host),
+          m_pFrame(AfxCreateFloatingFrame(
+              *this, {[this](const QPoint& at, const QPoint& from) { Drop(at, from); },
+                      [this] { ToggleFloating(); }, [this](const QPoint& at) { ShowMenu(at); }})),
+          m_pToggle(new QAction(this)) {
+        connect(this, &QWidget::windowTitleChanged, this, &DockingBar::SetTitle);
+        connect(m_pToggle, &QAction::triggered, this, &DockingBar::ToggleFloating);
+        // The key that opens the menu of what has the keys reaches the main window where nothing takes it.
+        if (host.isWindow()) host.installEventFilter(this);
+    }
+
+    void SetContent(QWidget* pContent) {
+        m_pContent = pContent;
+        m_pHolder = new QWidget(this);
+        m_pHolder->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        m_pHolder->setMinimumWidth(1);
+        auto* const layout = new QVBoxLayout(m_pHolder);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSizeConstraint(QLayout::SetNoConstraint);
+        layout->addWidget(pContent);
+        m_pHolder->setFixedHeight(pContent->sizeHint().height());
+        addWidget(m_pHolder);
+        setMinimumWidth(1);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        this->layout()->setContentsMargins(0, 0, 0, 0);
+    }
+
+    QWidget* GetFrame() const { return m_bFloating ? m_pFrame : nullptr; }
+    QAction* GetToggle() const { return m_pToggle; }
+
+    void Show(bool bShow) { Shown().setVisible(bShow); }
+    bool IsShown() const { return !Shown().isHidden(); }
+
+    void ToggleFloating() {
+        if (m_bFloating)
+            Dock();
+        else
+            Float(m_floatingAt.value_or(mapToGlobal(QPoint(FLOAT_STEP, FLOAT_STEP))));
+    }
+
+  protected:
+    // The toolkit's own dragging, which lets the bar float its own way, is kept from the mouse.
+    bool event(QEvent* pEvent) override {
+        switch (pEvent->type()) {
+            case QEvent::MouseButtonPress:
+            case QEvent::MouseButtonRelease:
+            case QEvent::MouseButtonDblClick:
+            case QEvent::MouseMove:
+                return QWidget::event(pEvent);
+            default:
+                return QToolBar::event(pEvent);
+        }
+    }
+
+    void mousePressEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() == Qt::LeftButton) m_held = pEvent->globalPosition().toPoint();
+    }
+
+    // An outline shows what would become of the bar.
+    void mouseMoveEvent(QMouseEvent* pEvent) override {
+        const QPoint at = pEvent->globalPosition().toPoint();
+        if (!m_held || (!m_pOutline && (at - *m_held).manhattanLength() < QApplication::startDragDistance()))
+            return;
+        if (!m_pOutline) m_pOutline = new QRubberBand(QRubberBand::Rectangle, nullptr);
+        m_pOutline->setGeometry(OutlineAt(at, pEvent->modifiers()));
+        m_pOutline->show();
+    }
+
+    void mouseReleaseEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() != Qt::LeftButton) return;
+        m_held.reset();
+        if (!m_pOutline) return;
+        delete std::exchange(m_pOutline, nullptr);
+        const QPoint at = pEvent->globalPosition().toPoint();
+        const Qt::ToolBarArea area = AreaAt(at, pEvent->modifiers());
+        if (area == Qt::NoToolBarArea)
+            Float(at - GetFloatingCorner());
+        else
+            MoveTo(area);
+    }
+
+    void mouseDoubleClickEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() == Qt::LeftButton) ToggleFloating();
+    }
+
+    void contextMenuEvent(QContextMenuEvent* pEvent) override { ShowMenu(pEvent->globalPos()); }
+
+    void resizeEvent(QResizeEvent* pEvent) override {
+        QToolBar::resizeEvent(pEvent);
+        if (!m_pContent) return;
+        const int grip = style()->pixelMetric(QStyle::PM_ToolBarHandleExtent, nullptr, this);
+        setMovable(width() >= LEAST_GRIPS * grip);
+    }
+
+    // Of the host.
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::ContextMenu) return QToolBar::eventFilter(pWatched, pEvent);
+        if (static_cast<QContextMenuEvent*>(pEvent)->reason() != QContextMenuEvent::Keyboard || !IsShown())
+            return false;
+        ShowMenu(Shown().mapToGlobal(Shown().rect().bottomLeft()));
+        pEvent->accept();
+        return true;
+    }
+
+  private:
+    QWidget& Shown() { return m_bFloating ? *m_pFrame : *this; }
+    const QWidget& Shown() const { return const_cast<DockingBar*>(this)->Shown(); }
+
+    void SetTitle(const QString& title) {
+        m_pFrame->setWindowTitle(title);
+        NameToggle();
+    }
+
+    void NameToggle() {
+        QString title = windowTitle();
+        title.replace(QLatin1Char('&'), QLatin1String("&&"));
+        m_pToggle->setText((m_bFloating ? tr("&Dock %1") : tr("&Float %1")).arg(title));
+    }
+
+    void ShowMenu(const QPoint& at) {
+        QMenu menu(this);
+        menu.addAction(m_pToggle);
+        menu.exec(at);
+    }
+
+    // Where the corner of the frame lies from a pointer that drags it.
+    QPoint GetFloatingCorner() const { return AfxCaptionOf(*m_pFrame); }
+
+    void Float(const QPoint& at) {
+        if (m_pContent)
+            AfxFillFrame(*m_pFrame, m_pContent, true);
+        else
+            AfxFillFrame(*m_pFrame, m_pRows = AfxCreateButtonRows(*this), false);
+        if (m_floatingSize) m_pFrame->resize(*m_floatingSize);
+        hide();
+        SetFloating(true);
+        m_pFrame->move(at);
+        m_pFrame->show();
+    }
+
+    void Dock() {
+        m_floatingAt = m_pFrame->pos();
+        m_floatingSize = m_pFrame->size();
+        m_pFrame->hide();
+        if (m_pContent) {
+            m_pHolder->layout()->addWidget(m_pContent);
+            m_pContent->show();
+        } else {
+            // One of its buttons may be in the middle of an event.
+            m_pRows->hide();
+            m_pRows->deleteLater();
+        }
+        SetFloating(false);
+        show();
     }
 
     void SetFloating(bool bFloating) {
-        m_close.setVisible(bFloating);
-        updateGeometry();
-        update();
+        m_bFloating = bFloating;
+        NameToggle();
+        emit topLevelChanged(bFloating);
     }
 
-    void ToggleFloating() {
-        if (m_bar.isFloating()) {
-            m_floatingAt = m_bar.pos();
-            m_bar.setFloating(false);
-        } else {
-            m_bar.setFloating(true);
-            m_bar.move(m_floatingAt.value_or(m_bar.pos() + QPoint(FLOAT_STEP, FLOAT_STEP)));
-        }
+    void MoveTo(Qt::ToolBarArea area) {
+        if (m_host.toolBarArea(this) != area) m_host.addToolBar(area, this);
     }
 
-    QSize sizeHint() const override {
-        if (m_close.isHidden()) return {GRIP_WIDTH, GRIP_WIDTH};
-        const int height = m_close.sizeHint().height();
-        return {fontMetrics().horizontalAdvance(m_bar.windowTitle()) + 2 * CAPTION_MARGIN + height, height};
-    }
-    QSize minimumSizeHint() const override { return sizeHint(); }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        if (m_close.isHidden()) {
-            QStyleOption option;
-            option.initFrom(this);
-            option.state |= QStyle::State_Horizontal;
-            style()->drawPrimitive(QStyle::PE_IndicatorToolBarHandle, &option, &painter, this);
-        } else {
-            painter.drawText(rect().adjusted(CAPTION_MARGIN, 0, -m_close.width(), 0), Qt::AlignVCenter,
-                             m_bar.windowTitle());
-        }
-    }
-    void resizeEvent(QResizeEvent*) override {
-        m_close.setGeometry(width() - height(), 0, height(), height());
-    }
-    void mouseDoubleClickEvent(QMouseEvent*) override { ToggleFloating(); }
-
-  private:
-    QDockWidget& m_bar;
-    QToolButton m_close;
-    std::optional<QPoint> m_floatingAt;
-};
-
-Caption& CaptionOf(const QDockWidget& bar) {
-    return *static_cast<Caption*>(bar.titleBarWidget());
-}
-
-// The toolkit takes whatever is dropped near the left or the right edge for a bar to dock at that one, and
-// leaves it floating where that edge is not allowed. It is meant for the upper or the lower edge.
-class DockedBar final : public QDockWidget {
-  public:
-    using QDockWidget::QDockWidget;
-
-  protected:
-    bool event(QEvent* pEvent) override {
-        const bool handled = QDockWidget::event(pEvent);
-        if (pEvent->type() != QEvent::MouseButtonPress && pEvent->type() != QEvent::MouseButtonRelease)
-            return handled;
-        const auto& mouse = *static_cast<QMouseEvent*>(pEvent);
-        if (mouse.button() != Qt::LeftButton) return handled;
-        const QPoint at = mouse.globalPosition().toPoint();
-        if (pEvent->type() == QEvent::MouseButtonPress) {
-            m_held.reset();
-            if (titleBarWidget()->geometry().contains(mouse.position().toPoint())) m_held = at;
-        } else if (const auto held = std::exchange(m_held, std::nullopt)) {
-            // The control key keeps a bar from docking.
-            const bool isDragged = (at - *held).manhattanLength() > QApplication::startDragDistance();
-            if (isDragged && isFloating() && !(mouse.modifiers() & Qt::ControlModifier)) Drop(at);
-        }
-        return handled;
+    // The bar floats again where it did before it was dragged here.
+    void Drop(const QPoint& at, const QPoint& from) {
+        const Qt::ToolBarArea area = AreaAt(at, Qt::NoModifier);
+        if (area == Qt::NoToolBarArea) return;
+        m_pFrame->move(from);
+        MoveTo(area);
+        Dock();
     }
 
-  private:
-    void Drop(const QPoint& onScreen) {
-        auto& host = *static_cast<QMainWindow*>(parentWidget());
+    // Where a bar would dock that is dropped here; the nearest edge of those that are allowed. The control
+    // key keeps it from docking.
+    Qt::ToolBarArea AreaAt(const QPoint& onScreen, Qt::KeyboardModifiers keys) const {
+        if (keys & Qt::ControlModifier) return Qt::NoToolBarArea;
         // A frame can be larger than what shows of it.
-        for (const QWidget* part = &host; part; part = part->parentWidget())
-            if (!part->rect().contains(part->mapFromGlobal(onScreen))) return;
-        const int y = host.mapFromGlobal(onScreen).y();
-        const int reach = std::min(DROP_REACH, host.height() / 2);
-        const Qt::DockWidgetArea area = y < reach                    ? Qt::TopDockWidgetArea
-                                        : y >= host.height() - reach ? Qt::BottomDockWidgetArea
-                                                                     : Qt::NoDockWidgetArea;
-        if (area == Qt::NoDockWidgetArea || !isAreaAllowed(area)) return;
-        host.addDockWidget(area, this);
-        setFloating(false);
+        for (const QWidget* part = &m_host; part; part = part->parentWidget())
+            if (!part->rect().contains(part->mapFromGlobal(onScreen))) return Qt::NoToolBarArea;
+        const QPoint at = m_host.mapFromGlobal(onScreen);
+        const std::pair<Qt::ToolBarArea, int> distances[] = {
+            {Qt::TopToolBarArea, at.y()},
+            {Qt::BottomToolBarArea, m_host.height() - 1 - at.y()},
+            {Qt::LeftToolBarArea, at.x()},
+            {Qt::RightToolBarArea, m_host.width() - 1 - at.x()},
+        };
+        Qt::ToolBarArea nearest = Qt::NoToolBarArea;
+        int reach = DROP_REACH;
+        for (const auto& [area, distance] : distances) {
+            if (distance >= reach || !isAreaAllowed(area)) continue;
+            nearest = area;
+            reach = distance;
+        }
+        return nearest;
     }
 
-    std::optional<QPoint> m_held;  // where the caption was taken hold of, on the screen
+    QRect OutlineAt(const QPoint& at, Qt::KeyboardModifiers keys) const {
+        const int depth = std::min(width(), height());
+        QRect edge(m_host.mapToGlobal(QPoint(0, 0)), m_host.size());
+        switch (AreaAt(at, keys)) {
+            case Qt::TopToolBarArea:
+                edge.setHeight(depth);
+                return edge;
+            case Qt::BottomToolBarArea:
+                edge.setTop(edge.bottom() + 1 - depth);
+                return edge;
+            case Qt::LeftToolBarArea:
+                edge.setWidth(depth);
+                return edge;
+            case Qt::RightToolBarArea:
+                edge.setLeft(edge.right() + 1 - depth);
+                return edge;
+            default:
+                return {at - GetFloatingCorner(), m_floatingSize.value_or(sizeHint())};
+        }
+    }
+
+    QMainWindow& m_host;
+    QWidget* m_pFrame;  // filled while the bar floats
+    QAction* m_pToggle;
+    QWidget* m_pContent = nullptr;  // null for a bar of buttons
+    QWidget* m_pHolder = nullptr;   // of the content while the bar is docked
+    QWidget* m_pRows = nullptr;     // a floating bar's buttons
+    QRubberBand* m_pOutline = nullptr;
+    bool m_bFloating = false;
+    std::optional<QPoint> m_held;         // where the mouse took hold of the docked bar, on the screen
+    std::optional<QPoint> m_floatingAt;   // where the bar floated last
+    std::optional<QSize> m_floatingSize;  // how large
 };
 
-void DressBar(QDockWidget& bar, bool bFloating) {
-    QDockWidget::DockWidgetFeatures features =
-        QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable | QDockWidget::DockWidgetClosable;
-    if (!bFloating) features |= QDockWidget::DockWidgetVerticalTitleBar;
-    bar.setFeatures(features);
-    CaptionOf(bar).SetFloating(bFloating);
-    // A docked bar is as wide as its frame, a floating one as its controls.
-    if (QWidget* const controls = bar.widget()) {
-        const int width = controls->sizeHint().width();
-        controls->setMinimumWidth(bFloating ? width : 0);
-        if (bFloating) bar.resize(width, bar.height());
-    }
+DockingBar& ToBar(QToolBar& bar) {
+    return static_cast<DockingBar&>(bar);
 }
 
-// The toolkit's own name of a dock widget is its title, from which it takes every ampersand for the mark of a
-// mnemonic.
-QAccessibleInterface* MakeAccessible(const QString& className, QObject* pObject) {
-    if (className != QStringLiteral("QDockWidget")) return nullptr;
-    return new QAccessibleWidget(static_cast<QWidget*>(pObject), QAccessible::Grouping);
+const DockingBar& ToBar(const QToolBar& bar) {
+    return static_cast<const DockingBar&>(bar);
 }
 
 }  // namespace
 
-QDockWidget* AfxCreateDockingBar(QMainWindow& host) {
-    QAccessible::installFactory(&MakeAccessible);  // does nothing the second time
-    auto* const bar = new DockedBar(&host);
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->setTitleBarWidget(new Caption(*bar));
-    DressBar(*bar, false);
-    QObject::connect(bar, &QDockWidget::topLevelChanged, bar,
-                     [bar](bool bFloating) { DressBar(*bar, bFloating); });
-    host.addDockWidget(Qt::TopDockWidgetArea, bar);
+QToolBar* AfxCreateDockingBar(QMainWindow& host) {
+    auto* const bar = new DockingBar(host);
+    host.addToolBar(Qt::TopToolBarArea, bar);
     return bar;
 }
 
-void AfxToggleFloating(QDockWidget& bar) {
-    CaptionOf(bar).ToggleFloating();
+void AfxSetBarContent(QToolBar& bar, QWidget* pContent) {
+    ToBar(bar).SetContent(pContent);
+}
+
+QWidget* AfxFloatingFrameOf(const QToolBar& bar) {
+    return ToBar(bar).GetFrame();
+}
+
+void AfxShowBar(QToolBar& bar, bool bShow) {
+    ToBar(bar).Show(bShow);
+}
+
+bool AfxIsBarShown(const QToolBar& bar) {
+    return ToBar(bar).IsShown();
+}
+
+QAction* AfxFloatActionOf(const QToolBar& bar) {
+    return ToBar(bar).GetToggle();
 }

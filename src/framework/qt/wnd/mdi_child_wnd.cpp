@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QDockWidget>
 #include <QHelpEvent>
 #include <QIcon>
 #include <QLayout>
@@ -125,8 +124,8 @@ void CMDIChildWnd::OnFileClose() {
 void CMDIChildWnd::OnOtherPane() {
     const QWidget* const focus = QApplication::focusWidget();
     QWidget* pane = GetActiveView()->GetWidget();
-    for (const QDockWidget* const bar : m_pBarHost->findChildren<QDockWidget*>())
-        if (bar->isVisible() && !bar->isAncestorOf(focus)) pane = bar->findChild<QComboBox*>();
+    auto* const list = m_pBarHost->findChild<QComboBox*>();
+    if (list && list->isVisible() && !list->parentWidget()->isAncestorOf(focus)) pane = list;
     pane->activateWindow();
     pane->window()->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows
     pane->setFocus(Qt::TabFocusReason);

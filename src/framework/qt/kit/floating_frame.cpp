@@ -1,0 +1,176 @@
+#include "framework/qt/kit/floating_frame.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOption>
+#include <QToolButton>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+// Pixels around everything; the sides of it can be dragged.
+constexpr int BORDER = 4;
+
+// Pixels above and below the caption's text, and before it.
+constexpr int CAPTION_MARGIN = 3;
+
+// Pixels; leaves a frame its button and enough of its caption to take hold of.
+constexpr int LEAST_WIDTH = 60;
+
+enum class Grip { None, Caption, Left, Right };
+
+class FloatingFrame final : public QWidget {
+  public:
+    FloatingFrame(QWidget& owner, FloatingFrameEvents events)
+        : QWidget(&owner, Qt::Tool | Qt::FramelessWindowHint),
+          m_events(std::move(events)),
+          m_close(this),
+          m_layout(this) {
+        m_layout.setContentsMargins(BORDER, BORDER + CaptionHeight(), BORDER, BORDER);
+        m_layout.setSizeConstraint(QLayout::SetNoConstraint);
+        m_close.setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+        m_close.setAutoRaise(true);
+        m_close.setFocusPolicy(Qt::NoFocus);
+        m_close.setAccessibleName(tr("Close"));
+        m_close.setCursor(Qt::ArrowCursor);
+        connect(&m_close, &QToolButton::clicked, this, &QWidget::close);
+        setMouseTracking(true);
+        // It comes and goes with its owner's window, which keeps the keys.
+        setAttribute(Qt::WA_ShowWithoutActivating);
+    }
+
+    void Fill(QWidget* pContent, bool bTakesKeys) {
+        setWindowFlag(Qt::WindowDoesNotAcceptFocus, !bTakesKeys);
+        m_pContent = pContent;
+        m_layout.addWidget(pContent);
+        pContent->show();
+        FitTo(QRect(pos(), QSize(pContent->sizeHint().width() + 2 * BORDER, 0)));
+    }
+
+    QPoint CaptionMiddle() const { return {width() / 2, BORDER + CaptionHeight() / 2}; }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        QStyleOptionFrame frame;
+        frame.initFrom(this);
+        frame.lineWidth = 1;
+        style()->drawPrimitive(QStyle::PE_FrameWindow, &frame, &painter, this);
+        // The button's cross is meant for the window's own colour.
+        const QRect caption = CaptionPlace().adjusted(0, 0, -m_close.width(), 0);
+        painter.fillRect(caption, palette().highlight());
+        painter.setPen(palette().highlightedText().color());
+        const QRect text = caption.adjusted(CAPTION_MARGIN, 0, -CAPTION_MARGIN, 0);
+        painter.drawText(text, Qt::AlignVCenter,
+                         fontMetrics().elidedText(windowTitle(), Qt::ElideRight, text.width()));
+    }
+
+    void resizeEvent(QResizeEvent*) override {
+        const QRect caption = CaptionPlace();
+        m_close.setGeometry(caption.right() + 1 - caption.height(), caption.top(), caption.height(),
+                            caption.height());
+    }
+
+    void mousePressEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() != Qt::LeftButton) return;
+        m_grip = GripAt(pEvent->position().toPoint());
+        m_heldAt = pEvent->globalPosition().toPoint();
+        m_heldPlace = geometry();
+        m_isDragged = false;
+    }
+
+    void mouseMoveEvent(QMouseEvent* pEvent) override {
+        const QPoint moved = pEvent->globalPosition().toPoint() - m_heldAt;
+        m_isDragged = m_isDragged || moved.manhattanLength() >= QApplication::startDragDistance();
+        switch (m_grip) {
+            case Grip::None:
+                ShowGrip(GripAt(pEvent->position().toPoint()));
+                return;
+            case Grip::Caption:
+                if (m_isDragged) move(m_heldPlace.topLeft() + moved);
+                return;
+            case Grip::Left:
+                FitTo(m_heldPlace.adjusted(std::min(moved.x(), m_heldPlace.width() - LeastWidth()), 0, 0, 0));
+                return;
+            case Grip::Right:
+                FitTo(m_heldPlace.adjusted(0, 0, moved.x(), 0));
+                return;
+        }
+    }
+
+    void mouseReleaseEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() != Qt::LeftButton) return;
+        const Grip grip = std::exchange(m_grip, Grip::None);
+        // The control key keeps a bar from docking.
+        if (grip == Grip::Caption && m_isDragged && !(pEvent->modifiers() & Qt::ControlModifier))
+            m_events.dropped(pEvent->globalPosition().toPoint(), m_heldPlace.topLeft());
+    }
+
+    void mouseDoubleClickEvent(QMouseEvent* pEvent) override {
+        m_grip = Grip::None;
+        if (pEvent->button() == Qt::LeftButton) m_events.doubleClicked();
+    }
+
+    void contextMenuEvent(QContextMenuEvent* pEvent) override { m_events.menuWanted(pEvent->globalPos()); }
+
+    // What a button is for shows in the owner's window.
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::StatusTip)
+            return QApplication::sendEvent(parentWidget()->window(), pEvent);
+        return QWidget::event(pEvent);
+    }
+
+  private:
+    int CaptionHeight() const { return fontMetrics().height() + 2 * CAPTION_MARGIN; }
+    QRect CaptionPlace() const { return {BORDER, BORDER, width() - 2 * BORDER, CaptionHeight()}; }
+    int LeastWidth() const {
+        return std::max(m_pContent->minimumSizeHint().width() + 2 * BORDER, LEAST_WIDTH);
+    }
+
+    void FitTo(const QRect& place) {
+        const int width = std::max(place.width(), LeastWidth());
+        const int inside = width - 2 * BORDER;
+        const int content = m_pContent->hasHeightForWidth() ? m_pContent->heightForWidth(inside)
+                                                            : m_pContent->sizeHint().height();
+        setGeometry(place.left(), place.top(), width, content + CaptionHeight() + 2 * BORDER);
+    }
+
+    Grip GripAt(const QPoint& at) const {
+        if (at.x() < BORDER) return Grip::Left;
+        if (at.x() >= width() - BORDER) return Grip::Right;
+        return at.y() < BORDER + CaptionHeight() ? Grip::Caption : Grip::None;
+    }
+
+    void ShowGrip(Grip grip) {
+        setCursor(grip == Grip::Left || grip == Grip::Right ? Qt::SizeHorCursor : Qt::ArrowCursor);
+    }
+
+    FloatingFrameEvents m_events;
+    QToolButton m_close;
+    QVBoxLayout m_layout;
+    QWidget* m_pContent = nullptr;
+
+    Grip m_grip = Grip::None;  // what the mouse holds
+    QPoint m_heldAt;           // where it took hold, on the screen
+    QRect m_heldPlace;         // where the frame was then
+    bool m_isDragged = false;  // far enough to be meant
+};
+
+}  // namespace
+
+QWidget* AfxCreateFloatingFrame(QWidget& owner, FloatingFrameEvents events) {
+    return new FloatingFrame(owner, std::move(events));
+}
+
+void AfxFillFrame(QWidget& frame, QWidget* pContent, bool bTakesKeys) {
+    static_cast<FloatingFrame&>(frame).Fill(pContent, bTakesKeys);
+}
+
+QPoint AfxCaptionOf(const QWidget& frame) {
+    return static_cast<const FloatingFrame&>(frame).CaptionMiddle();
+}

@@ -1,0 +1,26 @@
+// The window of a bar that floats: a frame, a caption by which it is dragged, a button that closes it. Its
+// sides can be dragged; its height follows what it holds.
+#pragma once
+
+#include <functional>
+
+class QPoint;
+class QWidget;
+
+struct FloatingFrameEvents {
+    // After a drag by the caption: where the pointer is on the screen, and where the frame's corner was
+    // before.
+    std::function<void(const QPoint&, const QPoint&)> dropped;
+    std::function<void()> doubleClicked;            // on the caption
+    std::function<void(const QPoint&)> menuWanted;  // at this place on the screen
+};
+
+// Hidden; owned by the owner, over whose window it stays.
+QWidget* AfxCreateFloatingFrame(QWidget& owner, FloatingFrameEvents events);
+
+// The frame owns what it holds until that is taken away again. One that takes no keys leaves them to the
+// window that has them.
+void AfxFillFrame(QWidget& frame, QWidget* pContent, bool bTakesKeys);
+
+// The caption's middle, from the frame's corner.
+QPoint AfxCaptionOf(const QWidget& frame);
