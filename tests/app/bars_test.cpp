@@ -203,6 +203,7 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
 
 TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
     using Area = Qt::ToolBarArea;
+    Frame().GetSubWindow()->move(0, 0);  // all of it in sight
     const auto ofHost = [](const QMainWindow& host, int x, int y) { return host.mapToGlobal(QPoint(x, y)); };
     const auto drop = [](QToolBar& bar, const QPoint& onScreen) {
         if (QWidget* const frame = FloatingFrame(bar.windowTitle().toStdString()))
