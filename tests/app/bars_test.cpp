@@ -186,7 +186,7 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
     theApp.m_pMainWnd->DestroyChildren();
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
     AddLayer("second");
-    theApp.PumpMessages();
+    Settle();
     QWidget& strip = *Layers().parentWidget()->parentWidget();
     QToolButton* const more = strip.findChild<QToolButton*>();
     EXPECT_TRUE(more->isVisible());
