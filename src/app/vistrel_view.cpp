@@ -108,6 +108,7 @@ void CVistrelView::FitFrameToImage(float fScale) {
     frame->GetParent()->ScreenToClient(&place);
     const CSize size = FittedClientSize(m_nWidth, m_nHeight, fScale);
     frame->MoveWindow({place.left, place.top, place.left + size.cx + dx, place.top + size.cy + dy});
+    frame->ScrollToCaption();
     m_fScale = std::min(fScale, std::numeric_limits<float>::max());
 }
 

@@ -79,6 +79,9 @@ bool IsLaidOut(const QRect& view) {
 
 constexpr QSize PROBE(256, 256);
 
+// What has to show of a caption at least, in heights of it.
+constexpr int CAPTION_BEGINNING = 6;
+
 // Of a frame that no picture gives a size.
 constexpr QSize UNFITTED(400, 300);
 
@@ -132,9 +135,27 @@ void CMDIChildWnd::OnOtherPane() {
 }
 
 void CMDIChildWnd::ActivateFrame() {
+    if (!GetSubWindow()->isVisible()) PlaceInArea();
     GetSubWindow()->show();
     if (IsIconic()) MDIRestore();
     m_pArea->GetArea()->setActiveSubWindow(GetSubWindow());
+}
+
+// One that would reach beyond the area shows more of itself in the corner.
+void CMDIChildWnd::PlaceInArea() {
+    const QRect place = GetSubWindow()->geometry();
+    const CSize visible = m_pArea->GetVisibleSize();
+    const bool reachesBeyond = place.right() >= visible.cx || place.bottom() >= visible.cy;
+    if (reachesBeyond) GetSubWindow()->move(0, 0);
+}
+
+void CMDIChildWnd::ScrollToCaption() {
+    const QPoint place = GetSubWindow()->pos();
+    const int height = m_pBarHost->y();
+    // One that is wider than the area cannot be: its icon and the first letters tell which window this is.
+    const bool hasRoom = GetSubWindow()->width() <= m_pArea->GetVisibleSize().cx;
+    const int width = hasRoom ? GetSubWindow()->width() : CAPTION_BEGINNING * height;
+    m_pArea->ScrollIntoView({place.x(), place.y(), place.x() + width, place.y() + height});
 }
 
 bool CMDIChildWnd::IsZoomed() const {

@@ -20,6 +20,9 @@ class CMDIChildWnd : public CFrameWnd {
     bool IsIconic() const;  // shows its caption only
     void MDIRestore();      // back to its own size
 
+    // Scrolls the area until the caption is in view, or its beginning.
+    void ScrollToCaption();
+
     CSize GetViewSize() override;
 
     // Only over the active child, and not when that shows its caption only.
@@ -37,6 +40,7 @@ class CMDIChildWnd : public CFrameWnd {
     const MessageMap& GetMessageMap() const override;
 
   private:
+    void PlaceInArea();
     void OnFileClose();
     void OnOtherPane();
 

@@ -19,6 +19,13 @@ class CMDIClientWnd : public CWnd {
     // How many captions below the area's corner the next child opens.
     int NextCascadeStep();
 
+    // How much of the area there is to see at a time.
+    CSize GetVisibleSize() const;
+
+    // Scrolls no further than it takes. The rectangle is in client coordinates, which begin at what is
+    // visible.
+    void ScrollIntoView(const CRect& rect);
+
     // What a child leaves to whoever holds it: the targets after it, and itself once it has been closed.
     std::function<bool(const Visitor&)> m_visitAfterChild;
     std::function<void(CMDIChildWnd&)> m_childClosed;

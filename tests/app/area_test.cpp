@@ -1,0 +1,151 @@
+// Child windows in their area: where they open, what of it is in view, how all of them are arranged, and what else
+// reaches them.
+
+#include "document/vistrel_doc.h"
+#include "framework/qt/wnd/menu_bar.h"
+#include "window_case.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QDropEvent>
+#include <QIcon>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace {
+
+CMDIFrameWnd& Main() { return *theApp.m_pMainWnd; }
+QMdiArea& Area() { return *Main().GetMDIClient()->GetArea(); }
+QMdiSubWindow& Window(std::size_t i) { return *Main().GetChildren()[i]->GetSubWindow(); }
+QPoint Scrolled() { return {Area().horizontalScrollBar()->value(), Area().verticalScrollBar()->value()}; }
+
+void Command(u32 nID) { Main().OnCmdMsg(nID, CN_COMMAND, nullptr); }
+
+void Turn(int notches) {
+    QWidget* const target = Area().viewport();
+    QWheelEvent wheel(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120 * notches),
+        Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(target, &wheel);
+}
+
+// In an area that scrolls no longer, whatever windows stood in it before.
+class AreaTest : public WindowTest {
+  protected:
+    AreaTest() { Empty(); }
+    ~AreaTest() override { Empty(); }
+
+  private:
+    static void Empty() {
+        Main().DestroyChildren();
+        Area().horizontalScrollBar()->setRange(0, 0);
+        Area().verticalScrollBar()->setRange(0, 0);
+        theApp.PumpMessages();
+    }
+};
+
+// Whether the part of the caption that carries the icon and the beginning of the title is in view.
+bool ShowsCaption(const QMdiSubWindow& window) {
+    const QRect caption(window.pos(), QSize(std::min(window.width(), 100), window.widget()->y()));
+    return Area().viewport()->rect().contains(caption);
+}
+
+}  // namespace
+
+TEST_F(AreaTest, TheAreaScrollsBySmallStepsAndByWhatIsVisible) {
+    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    Window(0).move(0, 0);
+    View().FitFrameToImage(32.0f);
+    const auto expectSteps = [](const char* pszWhen) {
+        const QSize visible = Area().viewport()->size();
+        for (const QScrollBar* const bar : {Area().horizontalScrollBar(), Area().verticalScrollBar()}) {
+            EXPECT_EQ(bar->singleStep(), 20) << pszWhen;
+            EXPECT_EQ(bar->pageStep(), bar->orientation() == Qt::Horizontal ? visible.width() : visible.height())
+                << pszWhen;
+            EXPECT_EQ(bar->maximum() + bar->pageStep(),
+                bar->orientation() == Qt::Horizontal ? Window(0).width() : Window(0).height())
+                << pszWhen;
+        }
+    };
+    theApp.PumpMessages();
+    expectSteps("at first");
+    Turn(1);
+    EXPECT_EQ(Scrolled(), QPoint(0, 60));
+    Turn(-1);
+    EXPECT_EQ(Scrolled(), QPoint(0, 0));
+    Main().MoveWindow({0, 0, 700, 500});
+    theApp.PumpMessages();
+    expectSteps("in a smaller window");
+}
+
+// The other one keeps the area large when the first is small again.
+TEST_F(AreaTest, AFitScrollsToTheCaptionAndLeavesTheFrameWhereItStands) {
+    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    View().FitFrameToImage(32.0f);
+    ASSERT_TRUE(OpenFile(Picture(90, 90), "small.iff"));
+    for (const auto& [place, scrolled] : Table<QPoint, QPoint>{{{10, 20}, {2000, 1500}}, {{1800, 1700}, {0, 0}},
+             {{1800, 1700}, {1700, 1650}}, {{0, 0}, {0, 0}}, {{1900, 20}, {1500, 1500}}}) {
+        Area().horizontalScrollBar()->setValue(0);
+        Area().verticalScrollBar()->setValue(0);
+        Window(1).move(place);
+        Area().horizontalScrollBar()->setValue(scrolled.x());
+        Area().verticalScrollBar()->setValue(scrolled.y());
+        const bool isInView = ShowsCaption(Window(1));
+        for (const float scale : {1.0f, 32.0f, 2.0f}) {
+            View().FitFrameToImage(scale);
+            EXPECT_TRUE(ShowsCaption(Window(1))) << scale;
+            EXPECT_EQ(Window(1).pos() + Scrolled(), place) << scale;
+        }
+        EXPECT_TRUE(!isInView || Scrolled() == scrolled) << "no further than it takes";
+    }
+}
+
+TEST_F(AreaTest, AChildOpensOneCaptionBelowTheOneBeforeAndInTheCornerWhenItWouldReachBeyond) {
+    for (const char* name : {"a.iff", "b.iff", "c.iff"}) ASSERT_TRUE(OpenFile(Picture(50, 50), name));
+    // One of them can be the first of a new cascade.
+    const QPoint first = Window(1).pos() - Window(0).pos(), second = Window(2).pos() - Window(1).pos();
+    EXPECT_TRUE(first == second || first.x() < 0 || second.x() < 0);
+    const QPoint step = first.x() > 0 ? first : second;
+    EXPECT_EQ(step.x(), step.y());
+    EXPECT_GE(step.y(), Window(0).widget()->y() - 6);
+
+    const int height = Area().viewport()->height() - Window(0).height() + 50;
+    ASSERT_TRUE(OpenFile(Picture(50, static_cast<u32>(height)), "exact.iff"));
+    EXPECT_EQ(Window(3).pos(), QPoint(0, 0)) << "nowhere else would all of it show";
+    EXPECT_EQ(Window(3).height(), Area().viewport()->height());
+    ASSERT_TRUE(OpenFile(Picture(2000, 20), "wide.iff"));
+    EXPECT_EQ(Window(4).pos(), QPoint(0, 0));
+}
+
+TEST_F(AreaTest, ALevelBeyondEveryWindowLeavesTheNextFitExactAndTheZoomDialogANumber) {
+    ASSERT_TRUE(OpenFile(Picture(100, 50)));
+    const QSize bars = Window(0).size() - QSize(100, 50);
+    for (const float scale : {INFINITY, 1e30f, 167772.15f}) {
+        View().FitFrameToImage(scale);
+        theApp.PumpMessages();
+        EXPECT_EQ(ClientSize().cx, 16777215 - bars.width()) << scale;
+        EXPECT_EQ(ClientSize().cy, std::min(int(50 * double(std::min(scale, 1e6f))), 16777215 - bars.height()))
+            << scale;
+        m_answers.m_nextDialog = [](ModalDialog& dialog) {
+            EXPECT_EQ(dialog.GetItemText(IDC_SCALE).find_first_not_of("0123456789.e+"), std::string::npos);
+            return IDCANCEL;
+        };
+        Command(ID_ZOOM);
+        View().FitFrameToImage(1.0f);
+        EXPECT_EQ(ClientSize(), (CSize{100, 50})) << "after " << scale;
+
+        View().FitFrameToImage(scale);
+        Frame().MDIMaximize();
+        theApp.PumpMessages();
+        View().FitFrameToImage(1.0f);
+        EXPECT_EQ(ClientSize(), (CSize{100, 50})) << "after " << scale << " and the whole area";
+    }
+    EXPECT_EQ(m_answers.m_dialogs.size(), 3u);
+}
