@@ -89,6 +89,62 @@ class WalkTest(ProgramTest):
         rows = stretched(pixels, width, int(width * scale), int(height * scale))
         return wait_for(lambda: self.screen.place_of(rows), f"the picture at {scale}")
 
+    def open(self, path):
+        self.keys("ctrl+o")
+        self.answer("Open", path)
+
+    def lock_pane(self, key):
+        """The columns of the status bar in which the name of a locking key shows; it is opened again."""
+        left, top, width, height = self.screen.place_of_window(self.screen.xdotool("getactivewindow")[0])
+        right, bottom = left + width, top + height
+
+        def corner():
+            """Where it is dark, as text is and the frame around it is not."""
+            rows = [row[4 * (right - 150):4 * right] for row in self.screen.rows()[bottom - 60:bottom]]
+            return {(x // 4, y) for y, row in enumerate(rows) for x in range(0, len(row), 4) if max(row[x:x + 3]) < 64}
+
+        before = corner()
+        self.screen.xdotool("key", key)
+        columns = [x for x, _ in wait_for(lambda: corner() - before, f"{key} to show")]
+        self.screen.xdotool("key", key)
+        wait_for(lambda: corner() == before, f"{key} to show no longer")
+        return range(min(columns), max(columns) + 1)
+
+    def test_keyboard(self):
+        """What keeps the keyboard, what takes it from one place to another, and the keys that lock."""
+        whole, level, alpha = in_colour(VALUES), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
+        self.open(self.path("chain.iff", document()))
+        self.wait_for_window(f"{TITLE} - chain.iff")
+        self.keys("alt+minus", "x")
+        self.wait_for_window(f"{TITLE} - [chain.iff]")
+        # Another level fits the frame, which restores it.
+        self.keys("alt+l", "Down")
+        self.wait_for_picture(level, WIDTH // 2, 2.0)
+        self.keys("Up")
+        self.wait_for_picture(whole, WIDTH)
+        self.keys("alt+minus", "x")
+        self.wait_for_window(f"{TITLE} - [chain.iff]")
+        self.keys("alt+minus", "r")
+        self.wait_for_window(f"{TITLE} - chain.iff")
+        self.keys("Down")
+        self.wait_for_picture(level, WIDTH // 2, 2.0)
+        self.keys("Up")
+
+        # From the other list to the view, and to the first one.
+        self.keys("alt+c", "Down")
+        self.wait_for_picture(alpha, WIDTH)
+        self.keys("F6", "F6", "Down")
+        self.wait_for_picture(level, WIDTH // 2, 2.0)
+
+        caps, num = self.lock_pane("Caps_Lock"), self.lock_pane("Num_Lock")
+        self.assertLess(max(caps), min(num))
+
+        self.command("w", "n")
+        self.wait_for_window(f"{TITLE} - chain.iff:2")
+        for key, number in (("ctrl+Tab", 1), ("ctrl+shift+Tab", 2), ("ctrl+F6", 1), ("ctrl+shift+F6", 2)):
+            self.keys(key)
+            self.wait_for_window(f"{TITLE} - chain.iff:{number}")
+
     def test_walk(self):
         whole, level, alpha = in_colour(VALUES), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
         path = self.path("chain.iff", document())

@@ -15,6 +15,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 #include <QStyle>
 #include <QToolTip>
 
@@ -33,6 +34,14 @@ class SubWindow final : public QMdiSubWindow {
     QSize sizeHint() const override { return parentWidget()->size() * 3 / 4; }
 
   protected:
+    // The toolkit takes the keyboard to the view whenever the window is maximised or restored.
+    void changeEvent(QEvent* pEvent) override {
+        const QPointer<QWidget> focus = QApplication::focusWidget();
+        const bool isInside = pEvent->type() == QEvent::WindowStateChange && focus && isAncestorOf(focus);
+        QMdiSubWindow::changeEvent(pEvent);
+        if (isInside && focus && focus->isVisible()) focus->setFocus(Qt::OtherFocusReason);
+    }
+
     // The caption shows the name of the file; its tip shows where it is.
     bool event(QEvent* pEvent) override {
         if (pEvent->type() != QEvent::ToolTip) return QMdiSubWindow::event(pEvent);
