@@ -124,6 +124,59 @@ TEST_F(AreaTest, AChildOpensOneCaptionBelowTheOneBeforeAndInTheCornerWhenItWould
     EXPECT_EQ(Window(4).pos(), QPoint(0, 0));
 }
 
+TEST_F(AreaTest, CascadedWindowsOverlapTiledOnesShareTheAreaAboveTheMinimised) {
+    for (const char* name : {"a.iff", "b.iff", "c.iff", "d.iff"}) ASSERT_TRUE(OpenFile(Picture(40, 30), name));
+    View().FitFrameToImage(32.0f);
+    Area().horizontalScrollBar()->setValue(300);
+    Area().verticalScrollBar()->setValue(200);
+    theApp.PumpMessages();
+    Command(ID_WINDOW_CASCADE);
+    EXPECT_EQ(Area().horizontalScrollBar()->maximum() + Area().verticalScrollBar()->maximum(), 0);
+    for (const std::size_t i : {1u, 2u, 3u}) {
+        EXPECT_LT(Window(i - 1).x(), Window(i).x());
+        EXPECT_LT(Window(i - 1).y(), Window(i).y());
+        EXPECT_TRUE(Window(i - 1).geometry().intersects(Window(i).geometry()));
+    }
+    Window(1).showMinimized();
+    for (const bool hasIcon : {true, false}) {
+        View().FitFrameToImage(32.0f);
+        Area().horizontalScrollBar()->setValue(300);
+        Area().verticalScrollBar()->setValue(200);
+        theApp.PumpMessages();
+        Command(ID_WINDOW_TILE_HORZ);
+        theApp.PumpMessages();
+        const QRect area = Area().viewport()->rect();
+        QRegion covered;
+        for (const auto& child : Main().GetChildren()) {
+            const QRect place = child->GetSubWindow()->geometry();
+            EXPECT_FALSE(covered.intersects(place)) << child->GetWindowText();
+            EXPECT_TRUE(area.contains(place)) << child->GetWindowText();
+            covered += place;
+        }
+        const QRect whole = hasIcon ? area.adjusted(0, 0, 0, -Window(1).height()) : area;
+        EXPECT_TRUE(QRegion(whole).subtracted(covered).isEmpty()) << "no gap between them";
+        Window(1).showNormal();
+    }
+}
+
+TEST_F(AreaTest, ArrangedIconsComeIntoViewWhereverTheAreaIsScrolledTo) {
+    for (const char* name : {"a.iff", "b.iff", "large.iff"}) ASSERT_TRUE(OpenFile(Picture(40, 30), name));
+    Window(0).showMinimized();
+    Window(1).showMinimized();
+    View().FitFrameToImage(32.0f);
+    Frame().ActivateFrame();
+    Area().verticalScrollBar()->setValue(300);
+    Window(1).move(-500, 2000);
+    Command(ID_WINDOW_ARRANGE);
+    for (const std::size_t i : {0u, 1u}) {
+        const QRect place = Window(i).geometry();
+        EXPECT_TRUE(Area().viewport()->rect().contains(place));
+        EXPECT_EQ(Area().viewport()->childAt(place.topLeft() + QPoint(2, 2)), &Window(i))
+            << "in front of the large one";
+    }
+    EXPECT_EQ(Main().MDIGetActive(), &Frame());
+}
+
 TEST_F(AreaTest, ALevelBeyondEveryWindowLeavesTheNextFitExactAndTheZoomDialogANumber) {
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
     const QSize bars = Window(0).size() - QSize(100, 50);

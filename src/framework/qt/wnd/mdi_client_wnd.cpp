@@ -76,6 +76,17 @@ CSize CMDIClientWnd::GetVisibleSize() const {
     return {size.width(), size.height()};
 }
 
+// The toolkit would leave out what the scroll bars cover, though these go, and move tiled windows afterwards
+// by what was scrolled.
+void CMDIClientWnd::ArrangeWindows(void (QMdiArea::*pArrange)()) {
+    QMdiArea& area = *GetArea();
+    area.horizontalScrollBar()->setValue(0);
+    area.verticalScrollBar()->setValue(0);
+    SetScrollBars(area, Qt::ScrollBarAlwaysOff);
+    (area.*pArrange)();
+    SetScrollBars(area, Qt::ScrollBarAsNeeded);
+}
+
 void CMDIClientWnd::ScrollIntoView(const CRect& rect) {
     const CSize visible = GetVisibleSize();
     QScrollBar* const across = GetArea()->horizontalScrollBar();

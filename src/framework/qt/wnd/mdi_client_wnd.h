@@ -22,6 +22,9 @@ class CMDIClientWnd : public CWnd {
     // How much of the area there is to see at a time.
     CSize GetVisibleSize() const;
 
+    // Has the toolkit arrange the windows in all of the area, which is at its beginning then.
+    void ArrangeWindows(void (QMdiArea::*pArrange)());
+
     // Scrolls no further than it takes. The rectangle is in client coordinates, which begin at what is
     // visible.
     void ScrollIntoView(const CRect& rect);

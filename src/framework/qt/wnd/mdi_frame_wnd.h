@@ -52,6 +52,7 @@ class CMDIFrameWnd : public CFrameWnd {
     void OnWindowArrange();
     void OnWindowCascade();
     void OnWindowTile();
+    void LeaveIconsFree();
     void AddWindowList(QMenu& menu);
     void FillWindowList(QMenu& menu);
     void UpdateFrameCounts();

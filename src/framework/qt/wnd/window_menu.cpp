@@ -69,16 +69,36 @@ void CMDIFrameWnd::OnWindowNew() {
 }
 
 void CMDIFrameWnd::OnWindowCascade() {
-    m_wndMDIClient.GetArea()->cascadeSubWindows();
+    m_wndMDIClient.ArrangeWindows(&QMdiArea::cascadeSubWindows);
 }
 
 void CMDIFrameWnd::OnWindowTile() {
-    m_wndMDIClient.GetArea()->tileSubWindows();
+    m_wndMDIClient.ArrangeWindows(&QMdiArea::tileSubWindows);
+    OnWindowArrange();
+    LeaveIconsFree();
+}
+
+// The toolkit gives the windows the whole area.
+void CMDIFrameWnd::LeaveIconsFree() {
+    const int whole = m_wndMDIClient.GetClientRect().bottom;
+    int free = whole;
+    for (const auto& child : m_children)
+        if (child->IsIconic()) free = std::min(free, child->GetSubWindow()->y());
+    if (free == whole) return;
+    for (const auto& child : m_children) {
+        if (child->IsIconic()) continue;
+        QRect place = child->GetSubWindow()->geometry();
+        const int end = (place.y() + place.height()) * free / whole;
+        place.setTop(place.y() * free / whole);
+        place.setHeight(end - place.y());
+        child->GetSubWindow()->setGeometry(place);
+    }
 }
 
 // The toolkit arranges them only when it minimises one: in rows from the bottom left corner up.
 void CMDIFrameWnd::OnWindowArrange() {
     const CRect area = m_wndMDIClient.GetClientRect();
+    const CMDIChildWnd* const active = MDIGetActive();
     QPoint place(0, area.bottom);
     for (const auto& child : m_children) {
         if (!child->IsIconic()) continue;
@@ -86,6 +106,8 @@ void CMDIFrameWnd::OnWindowArrange() {
         if (place.x() > 0 && place.x() + window->width() > area.right)
             place = QPoint(0, place.y() - window->height());
         window->move(place.x(), place.y() - window->height());
+        // A child that fills the area hides them all; in front of it they would hide its lower end.
+        if (!active || !active->IsZoomed()) window->raise();
         place.rx() += window->width();
     }
 }
