@@ -202,3 +202,50 @@ TEST_F(AreaTest, ALevelBeyondEveryWindowLeavesTheNextFitExactAndTheZoomDialogANu
     }
     EXPECT_EQ(m_answers.m_dialogs.size(), 3u);
 }
+
+TEST_F(AreaTest, TheWindowMenuListsNineWindowsAndADialogAllOfThem) {
+    for (int i = 1; i <= 11; ++i) {
+        ASSERT_TRUE(OpenFile(Picture(20, 20), std::to_string(i) + ".iff"));
+        theApp.PumpMessages();
+        EXPECT_EQ(Main().GetMenuState(ID_WINDOW_MORE), i > 9 ? 0 : MF_MISSING) << i;
+    }
+    EXPECT_EQ(Main().GetMenuState(AFX_IDM_FIRST_MDICHILD + 8), 0u);
+    QAction* more = nullptr;
+    for (QAction* const action : Main().GetBarHost()->findChildren<QAction*>())
+        if (action->data().toUInt() == ID_WINDOW_MORE) more = action;
+    ASSERT_TRUE(more);
+    EXPECT_EQ(more->text().toStdString(), "&More Windows...");
+    EXPECT_FALSE(more->statusTip().isEmpty());
+    // The current one, the answer, and what is active then.
+    for (const auto& [current, chosen, answer, active] :
+        Table<const char*, const char*, int, const char*>{{"11.iff", "10.iff", IDCANCEL, "11.iff"},
+            {"11.iff", "10.iff", IDOK, "10.iff"}, {"10.iff", "1.iff", IDOK, "1.iff"}}) {
+        m_answers.m_nextDialog = [&, name = chosen, before = current, button = answer](ModalDialog& dialog) {
+            EXPECT_EQ(dialog.GetItemText(0), before);
+            dialog.SetItemText(0, name);
+            return button;
+        };
+        more->trigger();
+        EXPECT_EQ(Main().MDIGetActive()->GetWindowText(), active);
+    }
+    EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>(3, ID_WINDOW_MORE));
+}
+
+TEST_F(AreaTest, TheMenuOfAChildOpensInsideTheMainWindow) {
+    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    View().FitFrameToImage(32.0f);
+    Main().MoveWindow({100, 100, 600, 500});
+    QShortcut* key = nullptr;
+    for (QShortcut* const shortcut : Main().GetWidget()->findChildren<QShortcut*>())
+        if (shortcut->key() == QKeySequence(QStringLiteral("Alt+-"))) key = shortcut;
+    ASSERT_TRUE(key);
+    for (const QPoint& scrolled : {QPoint(0, 0), QPoint(1500, 1500), QPoint(0, 2000)}) {
+        Area().horizontalScrollBar()->setValue(scrolled.x());
+        Area().verticalScrollBar()->setValue(scrolled.y());
+        emit key->activated();
+        QMenu& menu = *Window(0).systemMenu();
+        EXPECT_TRUE(menu.isVisible());
+        EXPECT_TRUE(Main().GetWidget()->geometry().contains(menu.geometry())) << scrolled.x();
+        menu.close();
+    }
+}

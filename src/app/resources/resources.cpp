@@ -43,6 +43,7 @@ constexpr StringResource STRINGS[] = {
     {ID_WINDOW_TILE_HORZ, "Arrange the windows side by side\nTile"},
     {ID_WINDOW_ARRANGE, "Line up the minimised windows at the bottom\nArrange Icons"},
     {AFX_IDM_FIRST_MDICHILD, "Activate this window"},
+    {ID_WINDOW_MORE, "Choose among all windows\nWindows"},
     {ID_NEXT_PANE, "Move the keyboard to the next pane\nNext Pane"},
     {ID_PREV_PANE, "Move the keyboard to the previous pane\nPrevious Pane"},
     {ID_APP_ABOUT, "Show the program's name and version\nAbout"},

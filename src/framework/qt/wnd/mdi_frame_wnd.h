@@ -55,6 +55,7 @@ class CMDIFrameWnd : public CFrameWnd {
     void LeaveIconsFree();
     void AddWindowList(QMenu& menu);
     void FillWindowList(QMenu& menu);
+    void ChooseWindow();
     void UpdateFrameCounts();
     bool VisitAfterChild(const Visitor& visit);
     void DestroyChildLater(CMDIChildWnd& child);

@@ -7,6 +7,7 @@
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/wnd/doc_template.h"
 #include "framework/qt/wnd/mdi_frame_wnd.h"
+#include "framework/qt/wnd/window_list.h"
 
 #include <QAction>
 #include <QMdiArea>
@@ -18,6 +19,27 @@
 
 // Pixels of a window's name in the list of windows; what is longer is cut in the middle.
 constexpr int LONGEST_NAME = 400;
+
+// Windows that the Window menu lists by themselves.
+constexpr std::size_t LISTED_WINDOWS = 9;
+
+namespace {
+
+// The toolkit opens it at the child's corner, even where that is scrolled out of the main window.
+void ShowSystemMenu(QMdiSubWindow& child) {
+    child.showSystemMenu();
+    if (child.isMaximized()) return;
+    QMenu& menu = *child.systemMenu();
+    const QWidget& main = *child.window();
+    const QPoint first = child.parentWidget()->mapTo(&main, QPoint(0, 0));
+    const QPoint last = main.rect().bottomRight() - menu.rect().bottomRight();
+    const QPoint place = main.mapFromGlobal(menu.pos());
+    const int x = std::min(std::max(place.x(), first.x()), last.x());
+    const int y = std::min(std::max(place.y(), first.y()), last.y());
+    menu.move(main.mapToGlobal(QPoint(std::max(x, 0), std::max(y, 0))));
+}
+
+}  // namespace
 
 const MessageMap& CMDIFrameWnd::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
@@ -57,7 +79,7 @@ void CMDIFrameWnd::AddWindowKeys() {
     });
     // The menu that moves, sizes, minimises and maximises a child.
     add("Alt+-", [this] {
-        if (const CMDIChildWnd* const child = MDIGetActive()) child->GetSubWindow()->showSystemMenu();
+        if (const CMDIChildWnd* const child = MDIGetActive()) ShowSystemMenu(*child->GetSubWindow());
     });
 }
 
@@ -122,12 +144,11 @@ void CMDIFrameWnd::FillWindowList(QMenu& menu) {
     for (QAction* const action : menu.actions())
         if (action->data().toUInt() >= AFX_IDM_FIRST_MDICHILD) delete action;
     const CMDIChildWnd* const active = MDIGetActive();
-    for (std::size_t i = 0; i < m_children.size(); ++i) {
+    for (std::size_t i = 0; i < std::min(m_children.size(), LISTED_WINDOWS); ++i) {
         QString text = QString::fromStdString(m_children[i]->GetWindowText());
         text = menu.fontMetrics().elidedText(text, Qt::ElideMiddle, LONGEST_NAME);
         text.replace(u'&', QStringLiteral("&&"));
-        text = QStringLiteral("%1%2 %3").arg(i < 9 ? QStringLiteral("&") : QString()).arg(i + 1).arg(text);
-        QAction* const action = menu.addAction(text);
+        QAction* const action = menu.addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(text));
         action->setData(AFX_IDM_FIRST_MDICHILD + static_cast<u32>(i));
         action->setStatusTip(ToDisplayText(AfxLoadPrompt(AFX_IDM_FIRST_MDICHILD)));
         action->setCheckable(true);
@@ -136,6 +157,24 @@ void CMDIFrameWnd::FillWindowList(QMenu& menu) {
             if (i < m_children.size()) AfxGuardedCall([&] { m_children[i]->ActivateFrame(); });
         });
     }
+    if (m_children.size() <= LISTED_WINDOWS) return;
+    QAction* const more = menu.addAction(QStringLiteral("&More Windows..."));
+    more->setData(ID_WINDOW_MORE);
+    more->setStatusTip(ToDisplayText(AfxLoadPrompt(ID_WINDOW_MORE)));
+    QObject::connect(more, &QAction::triggered, &menu, [this] { AfxGuardedCall([&] { ChooseWindow(); }); });
+}
+
+void CMDIFrameWnd::ChooseWindow() {
+    const CMDIChildWnd* const active = MDIGetActive();
+    std::vector<std::string> titles;
+    int current = 0;
+    for (const auto& child : m_children) {
+        if (child.get() == active) current = static_cast<int>(titles.size());
+        titles.push_back(child->GetWindowText());
+    }
+    // Requests from outside can open others meanwhile; they come last.
+    if (const auto choice = AfxChooseWindow(titles, current))
+        m_children[static_cast<std::size_t>(*choice)]->ActivateFrame();
 }
 
 void CMDIFrameWnd::AddChild(std::unique_ptr<CMDIChildWnd> pChild) {
