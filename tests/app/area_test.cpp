@@ -249,3 +249,39 @@ TEST_F(AreaTest, TheMenuOfAChildOpensInsideTheMainWindow) {
         menu.close();
     }
 }
+
+namespace {
+
+int g_nBuilt;
+int g_nBuiltWaiting;  // with the wait cursor up
+
+struct WatchedView final : public CVistrelView {
+    void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override {
+        CVistrelView::OnUpdate(pSender, lHint, pHint);
+        const QCursor* const cursor = QApplication::overrideCursor();
+        ++g_nBuilt;
+        if (cursor && cursor->shape() == Qt::WaitCursor) ++g_nBuiltWaiting;
+    }
+};
+
+}  // namespace
+
+TEST_F(AreaTest, ThePointerShowsTheWaitForEveryPictureThatIsMade) {
+    CMultiDocTemplate documents(
+        IDR_IFF_TYPE, RuntimeClassOf<CVistrelDoc>(), RuntimeClassOf<CChildFrame>(), RuntimeClassOf<WatchedView>());
+    const std::string path = m_folder.Write(Picture(16, 16), "picture.iff");
+    const auto select = [&](CComboBox& list) {
+        SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>("Another"));
+        SendMessageA(&list, WM_KEYDOWN, VK_DOWN, 0);
+    };
+    for (const auto& [what, make] : Table<const char*, std::function<void()>>{
+             {"a file", [&] { ASSERT_TRUE(documents.OpenDocumentFile(Main(), path)); }},
+             {"a window", [&] { Command(ID_WINDOW_NEW); }}, {"a channel", [&] { select(Frame().m_wndChannelCombo); }},
+             {"a layer", [&] { select(Frame().m_wndLayerCombo); }}}) {
+        g_nBuilt = g_nBuiltWaiting = 0;
+        make();
+        EXPECT_EQ(g_nBuilt, 1) << what;
+        EXPECT_EQ(g_nBuiltWaiting, 1) << what;
+        EXPECT_FALSE(QApplication::overrideCursor()) << what;
+    }
+}

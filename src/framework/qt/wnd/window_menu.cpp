@@ -84,6 +84,7 @@ void CMDIFrameWnd::AddWindowKeys() {
 }
 
 void CMDIFrameWnd::OnWindowNew() {
+    const CWaitCursor wait;
     const CMDIChildWnd& active = *MDIGetActive();
     const std::shared_ptr<CDocument>& document = active.GetActiveView()->ShareDocument();
     if (CMDIChildWnd* const child = active.GetDocTemplate().CreateNewFrame(*this, document))
