@@ -285,3 +285,34 @@ TEST_F(AreaTest, ThePointerShowsTheWaitForEveryPictureThatIsMade) {
         EXPECT_FALSE(QApplication::overrideCursor()) << what;
     }
 }
+
+TEST_F(AreaTest, FilesDroppedOnTheMainWindowAreOpened) {
+    QMimeData files;
+    const std::string a = m_folder.Write(Picture(8, 8), "a b.iff"), b = m_folder.Write(Picture(9, 9), "b.iff");
+    files.setData(QStringLiteral("text/uri-list"),
+        QByteArray::fromStdString("# two files\r\nfile://" + m_folder.Path("a%20b.iff") + "\r\nfile://" + b + "\r\n"));
+    QWidget* const window = Main().GetWidget();
+    // Whoever lets nothing but move his files would lose them.
+    for (const auto& [actions, taken] :
+        Table<Qt::DropActions, bool>{{Qt::MoveAction, false}, {Qt::CopyAction | Qt::MoveAction, true}}) {
+        QDragEnterEvent enter(QPoint(50, 50), actions, &files, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QApplication::sendEvent(window, &enter);
+        EXPECT_EQ(enter.isAccepted(), taken);
+    }
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction | Qt::MoveAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window, &drop);
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
+    ASSERT_TRUE(WaitFor([] { return Main().GetChildren().size() == 2; }));
+    EXPECT_EQ(Main().GetChildren()[0]->GetWindowText(), "a b.iff");
+    EXPECT_EQ(Main().GetChildren()[1]->GetWindowText(), "b.iff");
+}
+
+TEST_F(AreaTest, EveryWindowHasItsIcon) {
+    const auto pixels = [](const QIcon& icon) { return icon.pixmap(32, 32).toImage(); };
+    const QImage main = pixels(Main().GetWidget()->windowIcon());
+    EXPECT_FALSE(main.isNull());
+    ASSERT_TRUE(OpenFile(Picture(8, 8), "a.iff"));
+    EXPECT_FALSE(pixels(Window(0).windowIcon()).isNull());
+    EXPECT_NE(pixels(Window(0).windowIcon()), main) << "a document's";
+}
