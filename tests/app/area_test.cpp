@@ -2,7 +2,6 @@
 // reaches them.
 
 #include "document/vistrel_doc.h"
-#include "framework/qt/wnd/menu_bar.h"
 #include "window_case.h"
 
 #include <QApplication>
@@ -47,7 +46,7 @@ class AreaTest : public WindowTest {
         Main().DestroyChildren();
         Area().horizontalScrollBar()->setRange(0, 0);
         Area().verticalScrollBar()->setRange(0, 0);
-        theApp.PumpMessages();
+        Settle();
     }
 };
 
@@ -74,14 +73,14 @@ TEST_F(AreaTest, TheAreaScrollsBySmallStepsAndByWhatIsVisible) {
                 << pszWhen;
         }
     };
-    theApp.PumpMessages();
+    Settle();
     expectSteps("at first");
     Turn(1);
     EXPECT_EQ(Scrolled(), QPoint(0, 60));
     Turn(-1);
     EXPECT_EQ(Scrolled(), QPoint(0, 0));
     Main().MoveWindow({0, 0, 700, 500});
-    theApp.PumpMessages();
+    Settle();
     expectSteps("in a smaller window");
 }
 
@@ -129,7 +128,7 @@ TEST_F(AreaTest, CascadedWindowsOverlapTiledOnesShareTheAreaAboveTheMinimised) {
     View().FitFrameToImage(32.0f);
     Area().horizontalScrollBar()->setValue(300);
     Area().verticalScrollBar()->setValue(200);
-    theApp.PumpMessages();
+    Settle();
     Command(ID_WINDOW_CASCADE);
     EXPECT_EQ(Area().horizontalScrollBar()->maximum() + Area().verticalScrollBar()->maximum(), 0);
     for (const std::size_t i : {1u, 2u, 3u}) {
@@ -142,9 +141,9 @@ TEST_F(AreaTest, CascadedWindowsOverlapTiledOnesShareTheAreaAboveTheMinimised) {
         View().FitFrameToImage(32.0f);
         Area().horizontalScrollBar()->setValue(300);
         Area().verticalScrollBar()->setValue(200);
-        theApp.PumpMessages();
+        Settle();
         Command(ID_WINDOW_TILE_HORZ);
-        theApp.PumpMessages();
+        Settle();
         const QRect area = Area().viewport()->rect();
         QRegion covered;
         for (const auto& child : Main().GetChildren()) {
@@ -182,7 +181,7 @@ TEST_F(AreaTest, ALevelBeyondEveryWindowLeavesTheNextFitExactAndTheZoomDialogANu
     const QSize bars = Window(0).size() - QSize(100, 50);
     for (const float scale : {INFINITY, 1e30f, 167772.15f}) {
         View().FitFrameToImage(scale);
-        theApp.PumpMessages();
+        Settle();
         EXPECT_EQ(ClientSize().cx, 16777215 - bars.width()) << scale;
         EXPECT_EQ(ClientSize().cy, std::min(int(50 * double(std::min(scale, 1e6f))), 16777215 - bars.height()))
             << scale;
@@ -195,8 +194,8 @@ TEST_F(AreaTest, ALevelBeyondEveryWindowLeavesTheNextFitExactAndTheZoomDialogANu
         EXPECT_EQ(ClientSize(), (CSize{100, 50})) << "after " << scale;
 
         View().FitFrameToImage(scale);
-        Frame().MDIMaximize();
-        theApp.PumpMessages();
+        Frame().GetSubWindow()->showMaximized();
+        Settle();
         View().FitFrameToImage(1.0f);
         EXPECT_EQ(ClientSize(), (CSize{100, 50})) << "after " << scale << " and the whole area";
     }
@@ -206,13 +205,11 @@ TEST_F(AreaTest, ALevelBeyondEveryWindowLeavesTheNextFitExactAndTheZoomDialogANu
 TEST_F(AreaTest, TheWindowMenuListsNineWindowsAndADialogAllOfThem) {
     for (int i = 1; i <= 11; ++i) {
         ASSERT_TRUE(OpenFile(Picture(20, 20), std::to_string(i) + ".iff"));
-        theApp.PumpMessages();
-        EXPECT_EQ(Main().GetMenuState(ID_WINDOW_MORE), i > 9 ? 0 : MF_MISSING) << i;
+        Settle();
+        EXPECT_EQ(MenuItem(ID_WINDOW_MORE) != nullptr, i > 9) << i;
     }
-    EXPECT_EQ(Main().GetMenuState(AFX_IDM_FIRST_MDICHILD + 8), 0u);
-    QAction* more = nullptr;
-    for (QAction* const action : Main().GetBarHost()->findChildren<QAction*>())
-        if (action->data().toUInt() == ID_WINDOW_MORE) more = action;
+    EXPECT_FALSE(MenuItem(AFX_IDM_FIRST_MDICHILD + 8)->isChecked());
+    QAction* const more = MenuItem(ID_WINDOW_MORE);
     ASSERT_TRUE(more);
     EXPECT_EQ(more->text().toStdString(), "&More Windows...");
     EXPECT_FALSE(more->statusTip().isEmpty());
@@ -272,7 +269,7 @@ TEST_F(AreaTest, ThePointerShowsTheWaitForEveryPictureThatIsMade) {
     const std::string path = m_folder.Write(Picture(16, 16), "picture.iff");
     const auto select = [&](CComboBox& list) {
         SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>("Another"));
-        SendMessageA(&list, WM_KEYDOWN, VK_DOWN, 0);
+        Press(list, Qt::Key_Down);
     };
     for (const auto& [what, make] : Table<const char*, std::function<void()>>{
              {"a file", [&] { ASSERT_TRUE(documents.OpenDocumentFile(Main(), path)); }},

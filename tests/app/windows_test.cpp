@@ -47,7 +47,7 @@ TEST_F(WindowTest, WindowsAreCascadedTiledAndTheirIconsArranged) {
         main.OnCmdMsg(id, CN_COMMAND, nullptr);
         EXPECT_FALSE(place(0) == before || place(0) == place(1)) << id;
         EXPECT_GT(place(0).Height(), 200) << id;
-        theApp.PumpMessages();
+        Settle();
     }
     for (const std::size_t i : {0u, 2u}) {
         main.GetChildren()[i]->GetSubWindow()->showMinimized();
