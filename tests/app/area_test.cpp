@@ -131,6 +131,8 @@ TEST_F(AreaTest, CascadedWindowsOverlapTiledOnesShareTheAreaAboveTheMinimised) {
     Settle();
     Command(ID_WINDOW_CASCADE);
     EXPECT_EQ(Area().horizontalScrollBar()->maximum() + Area().verticalScrollBar()->maximum(), 0);
+    Settle();
+    EXPECT_EQ(Window(0).size(), Area().viewport()->size() * 3 / 4) << "without room for scroll bars";
     for (const std::size_t i : {1u, 2u, 3u}) {
         EXPECT_LT(Window(i - 1).x(), Window(i).x());
         EXPECT_LT(Window(i - 1).y(), Window(i).y());
