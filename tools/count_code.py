@@ -61,7 +61,7 @@ def place(path):
     top, _, inside = path.partition("/")
     folder, _, rest = inside.replace("framework_", "framework/", 1).partition("/")
     if folder == "framework":
-        folder += "/" + rest.partition("/")[0]
+        folder += "/" + re.split("[/_]", rest)[0]
     if top == "tools":
         return "tools", "tests" if inside.startswith(PROVING) else "code"
     if top == "tests":

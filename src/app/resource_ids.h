@@ -3,7 +3,7 @@
 
 #include "base/types.h"
 
-// Standard commands that nobody handles yet.
+// Standard commands that the framework leaves to the program, which keeps most of them grey.
 constexpr u32 ID_FILE_NEW = 57600;
 constexpr u32 ID_FILE_SAVE = 57603;
 constexpr u32 ID_FILE_SAVE_AS = 57604;

@@ -82,7 +82,8 @@ u32 DecodePacket(u8* out, ByteStream& stream, u32 room, u32& used) {
     return stream.IsGood() ? count : 0;
 }
 
-// The samples of each byte of a bit row, its most significant bit first.
+// The samples of each byte of a bit row, its most significant bit first. A set bit is black: it becomes 0,
+// which a palette of two shades shows as black, and a clear one 1, white.
 constexpr auto UNPACKED = [] {
     std::array<std::array<u8, 8>, 256> table = {};
     for (u32 byte = 0; byte < 256; ++byte)

@@ -103,6 +103,7 @@ std::string ReadFile(const std::string& strPath) {
 }  // namespace
 
 TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
+    ASSERT_TRUE(WaitForTitle(""));
     Dump dump;
     dump.Line(0, theApp.m_pMainWnd->GetWidget()->windowTitle());
     for (const QByteArray& name : qApp->dynamicPropertyNames())

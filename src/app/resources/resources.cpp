@@ -5,6 +5,7 @@
 
 namespace {
 
+// Of a command: its prompt, and after the line break its tip.
 constexpr StringResource STRINGS[] = {
     {IDR_MAINFRAME, "Talvorine Graphics File Viewer"},
     {IDR_ALL_TYPES,
@@ -40,7 +41,7 @@ constexpr StringResource STRINGS[] = {
     {ID_VIEW_STATUS_BAR, "Show or hide the status bar\nStatus Bar"},
     {ID_WINDOW_NEW, "Open another window on the active document\nNew Window"},
     {ID_WINDOW_CASCADE, "Arrange the windows so that they overlap\nCascade"},
-    {ID_WINDOW_TILE_HORZ, "Arrange the windows side by side\nTile"},
+    {ID_WINDOW_TILE_HORZ, "Arrange the windows so that none overlaps another\nTile"},
     {ID_WINDOW_ARRANGE, "Line up the minimised windows at the bottom\nArrange Icons"},
     {AFX_IDM_FIRST_MDICHILD, "Activate this window"},
     {ID_WINDOW_MORE, "Choose among all windows\nWindows"},
