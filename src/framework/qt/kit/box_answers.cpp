@@ -20,7 +20,7 @@ namespace {
 // Room for a name of some thirty letters beside its size, its type and its date.
 constexpr int OPEN_DIALOG_LETTERS = 125;
 
-// A question in the middle of something long waits for the user, not the other way round.
+// While a question is up the pointer is the plain one again: it is the program that waits.
 class PlainCursor {
   public:
     PlainCursor() {

@@ -98,7 +98,7 @@ std::string AfxMakeDesktopEntry(const std::string& strEntry, const std::string& 
     return made;
 }
 
-// Both texts are UTF-8, which a path need not be.
+// A path that is no UTF-8 cannot stand in either text: nothing is registered then.
 void AfxRegisterShellFileTypes(u32 nIDIcon) {
     const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
     if (!QUtf8StringView(program).isValidUtf8()) return;

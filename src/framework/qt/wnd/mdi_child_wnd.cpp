@@ -189,7 +189,8 @@ CSize CMDIChildWnd::GetViewSize() {
     QRect view = layOut();
     if (IsLaidOut(view)) return {view.width(), view.height()};
 
-    // Seen at a size that shows it, the view tells how much of it is left at this one.
+    // The window is made larger for a moment, so that the view is laid out; what it then has too much is
+    // known.
     const QSize size = window->size();
     window->resize(size + PROBE);
     view = layOut();

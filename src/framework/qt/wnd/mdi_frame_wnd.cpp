@@ -30,7 +30,7 @@ class MainWindow final : public QMainWindow {
     explicit MainWindow(CMDIFrameWnd& frame) : m_frame(frame) {
         setAnimated(false);
         setAcceptDrops(true);
-        // It would offer the bars by their names.
+        // The toolkit's own menu would offer the bars by their names.
         setContextMenuPolicy(Qt::NoContextMenu);
     }
 
@@ -64,7 +64,7 @@ class MainWindow final : public QMainWindow {
     }
 
   private:
-    // Whoever believes that his files have been moved deletes them.
+    // A source that is told of a move deletes its files.
     static void AcceptCopy(QDropEvent& event) {
         event.setDropAction(Qt::CopyAction);
         event.accept();
