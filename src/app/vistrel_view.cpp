@@ -1,10 +1,10 @@
 #include "app/vistrel_view.h"
 
 #include "app/child_frame.h"
+#include "app/frame_fit.h"
 #include "app/resource_ids.h"
 #include "app/zoom_dialog.h"
 #include "display/catalogue.h"
-#include "display/frame_fit.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/dc.h"

@@ -1,5 +1,6 @@
 // Several child windows: their commands, their titles and the list of them.
 
+#include "app/frame_fit.h"
 #include "framework/core/document.h"
 #include "window_case.h"
 
@@ -8,6 +9,7 @@
 #include <QMenu>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -91,4 +93,13 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     toggle->trigger();
     EXPECT_EQ((Settle(), bar->isVisible()), false);
     EXPECT_TRUE(frame.m_wndLayerBar.GetWidget()->isVisible());
+}
+
+TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
+    EXPECT_EQ(FittedClientSize(100, 50, 0.03125f), (CSize{3, 1}));
+    EXPECT_EQ(FittedClientSize(33, 0, 1.5f), (CSize{49, 0}));
+    const CSize clamped = FittedClientSize(0xFFFFFFFF, 30000, 3.0e38f);
+    EXPECT_GT(clamped.cx, 1 << 20);
+    EXPECT_EQ(clamped.cx, clamped.cy);
+    EXPECT_EQ(FittedClientSize(0, 5, INFINITY), (CSize{0, clamped.cy})) << "a level from the 128th on";
 }

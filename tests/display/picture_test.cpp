@@ -1,5 +1,4 @@
 #include "display/catalogue.h"
-#include "display/frame_fit.h"
 #include "framework/core/exception.h"
 #include "support/iff_builder.h"
 #include "support/memory_limit.h"
@@ -8,8 +7,6 @@
 #include "support/table.h"
 
 #include <gtest/gtest.h>
-
-#include <cmath>
 
 const Bytes FOUR = Cmap({BLACK, RED, GREEN, BLUE});
 
@@ -110,13 +107,4 @@ TEST(DisplayImage, WithoutMemoryNoPictureIsLeft) {
     const Shown shown(Picture({.width = 40, .height = 40}, Bytes(200)));
     EXPECT_EQ(shown.Text(), "no bitmap");
     EXPECT_TRUE(shown.image.m_bMemoryRefused);
-}
-
-TEST(FrameFit, TruncatesAndNeverLeavesTheRangeOfAWindow) {
-    EXPECT_EQ(FittedClientSize(100, 50, 0.03125f), (CSize{3, 1}));
-    EXPECT_EQ(FittedClientSize(33, 0, 1.5f), (CSize{49, 0}));
-    const CSize clamped = FittedClientSize(0xFFFFFFFF, 30000, 3.0e38f);
-    EXPECT_GT(clamped.cx, 1 << 20);
-    EXPECT_EQ(clamped.cx, clamped.cy);
-    EXPECT_EQ(FittedClientSize(0, 5, INFINITY), (CSize{0, clamped.cy})) << "a level from the 128th on";
 }

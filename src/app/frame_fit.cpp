@@ -1,4 +1,4 @@
-#include "display/frame_fit.h"
+#include "app/frame_fit.h"
 
 #include <algorithm>
 
