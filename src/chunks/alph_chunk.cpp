@@ -14,3 +14,7 @@ bool AlphChunk::ReadHeader() {
     m_nPlanes = m_nAlphaPlanes;
     return true;
 }
+
+RowLayout AlphChunk::LayoutUnder(const ReadingRules&, PassedOver&) const {
+    return PlainLayout(m_nAlphaWidth, m_nAlphaPlanes);
+}

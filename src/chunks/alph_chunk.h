@@ -12,6 +12,9 @@ class AlphChunk final : public BodyChunk {
     // From the chunk's own fields; no bitmap header has a say.
     bool ReadHeader() override;
 
+    // The same under any rules.
+    RowLayout LayoutUnder(const ReadingRules& rules, PassedOver& passedOver) const override;
+
     u16 m_nAlphaWidth = 0;
     u16 m_nAlphaHeight = 0;  // rows are counted by the picture's header, not by this
     u8 m_nAlphaPlanes = 0;

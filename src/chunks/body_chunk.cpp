@@ -3,6 +3,9 @@
 #include "chunks/byte_run.h"
 #include "chunks/ilbm_chunks.h"
 #include "chunks/plane_rows.h"
+#include "iff/container.h"
+
+#include <algorithm>
 
 void BodyChunk::Transfer(IffArchive& archive) {
     if (archive.IsLoading()) {
@@ -24,11 +27,48 @@ bool BodyChunk::ReadHeader() {
     return true;
 }
 
-bool BodyChunk::BeginRows() {
+RowLayout BodyChunk::PlainLayout(u32 nWidth, u32 nPlanes) const {
+    return {nPlanes, nPlanes, (nWidth + 7) / 8, false};
+}
+
+// Bytes that the rows stand in, whatever they are packed to.
+u64 BodyChunk::UnpackedSize(const BmhdChunk& header) const {
+    return header.m_nCompression == 0 ? m_nDataSize : ByteRunLength(m_pData.Data(), m_nDataSize);
+}
+
+RowLayout BodyChunk::LayoutUnder(const ReadingRules& rules, PassedOver& passedOver) const {
+    const auto* const header = dynamic_cast<const BmhdChunk*>(FindProperty(BmhdChunk::ID));
+    if (!header) return {};
+    const u32 width = header->m_nWidth;
+    const u32 rows = header->m_nHeight;
+    RowLayout layout = PlainLayout(width, header->m_nPlanes);
+    if (rules.bChunky && m_pParent->m_Type == ID_PBM) {
+        passedOver.Add(Passed::Chunky);
+        return {1, 1, width + width % 2, true};
+    }
+    const bool mayHaveMask = rules.bMaskPlane && header->m_nMasking == BmhdChunk::HAS_MASK;
+    const u32 padded = layout.nPlaneRowSize + layout.nPlaneRowSize % 2;
+    const bool mayBePadded = rules.bPaddedRows && padded != layout.nPlaneRowSize;
+    if (!mayHaveMask && !mayBePadded) return layout;
+    const u64 held = UnpackedSize(*header);
+    if (mayHaveMask && held >= (u64{layout.nPlanes} + 1) * layout.nPlaneRowSize * rows) {
+        passedOver.Add(Passed::MaskPlane);
+        ++layout.nPlaneRows;
+    }
+    if (mayBePadded && held >= u64{layout.nPlaneRows} * padded * rows) {
+        passedOver.Add(Passed::PaddedRows);
+        layout.nPlaneRowSize = padded;
+    }
+    return layout;
+}
+
+bool BodyChunk::BeginRows(const ReadingRules& rules) {
     EndRows();
     if (!m_pData || !ReadHeader()) return false;
+    PassedOver passedOver;
+    m_layout = LayoutUnder(rules, passedOver);
     m_pRow = std::make_unique_for_overwrite<u32[]>(m_nWidth);
-    if (m_nCompression != 0) m_pUnpacked = std::make_unique_for_overwrite<u8[]>(m_nPlanes * PlaneRowSize());
+    if (m_nCompression != 0) m_pUnpacked = std::make_unique_for_overwrite<u8[]>(m_layout.Size());
     m_pCursor = m_pData.Data();
     m_nRemaining = m_nDataSize;
     return true;
@@ -38,7 +78,10 @@ const u32* BodyChunk::DecodeRow() {
     if (!m_pCursor || !m_pRow) return nullptr;
     const u8* const planes = NextPlaneRows();
     if (!planes) return nullptr;
-    PlanesToValues(m_pRow.get(), planes, m_nWidth, m_nPlanes);
+    if (m_layout.bChunky)
+        std::copy_n(planes, m_nWidth, m_pRow.get());
+    else
+        PlanesToValues(m_pRow.get(), planes, m_nWidth, m_layout.nPlanes, m_layout.nPlaneRowSize);
     return m_pRow.get();
 }
 
@@ -51,14 +94,14 @@ void BodyChunk::EndRows() {
 
 bool BodyChunk::CanFillRows(u32 nRows) const {
     if (!m_pCursor) return false;
-    const u64 rowSize = u64{m_nPlanes} * PlaneRowSize();
+    const u64 rowSize = m_layout.Size();
     const u64 leastRowSize = m_nCompression == 0 ? rowSize : LeastByteRunSize(rowSize);
     return leastRowSize * nRows <= m_nDataSize;
 }
 
 // The plane rows of the next row, or null when the data ends before them.
 const u8* BodyChunk::NextPlaneRows() {
-    const u32 rowSize = m_nPlanes * PlaneRowSize();
+    const u32 rowSize = static_cast<u32>(m_layout.Size());
     if (m_nCompression != 0) {
         ByteRunSource source{m_pCursor, m_nRemaining};
         const bool whole = UnpackByteRun(m_pUnpacked.get(), rowSize, source);

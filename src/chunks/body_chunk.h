@@ -8,8 +8,21 @@
 
 #include "base/large_block.h"
 #include "iff/iff_chunk.h"
+#include "reading/passed_over.h"
 
 #include <memory>
+
+class BmhdChunk;
+
+// How a row stands in the unpacked data.
+struct RowLayout {
+    u32 nPlanes = 0;        // that make the values
+    u32 nPlaneRows = 0;     // with those that are left out, the last ones
+    u32 nPlaneRowSize = 0;  // bytes
+    bool bChunky = false;   // one plane row with a byte for each pixel
+
+    u64 Size() const { return u64{nPlaneRows} * nPlaneRowSize; }
+};
 
 class BodyChunk : public IffChunk {
   public:
@@ -21,8 +34,11 @@ class BodyChunk : public IffChunk {
     // there is none.
     virtual bool ReadHeader();
 
+    // How the rows of a body stand under the rules, which notes what they pass over.
+    virtual RowLayout LayoutUnder(const ReadingRules& rules, PassedOver& passedOver) const;
+
     // Stands before the first row. False when there is no data or no header; no row can be decoded then.
-    bool BeginRows();
+    bool BeginRows(const ReadingRules& rules = STRICT);
 
     // The values of the next row, one for each pixel, in a buffer that the next call overwrites. Null when
     // the data ends before the row is complete. Of more than 32 planes the first 32 count; the others are
@@ -46,10 +62,14 @@ class BodyChunk : public IffChunk {
   protected:
     explicit BodyChunk(IffId id) : IffChunk(id) {}
 
+    // Rows as they stand strictly.
+    RowLayout PlainLayout(u32 nWidth, u32 nPlanes) const;
+
   private:
-    u32 PlaneRowSize() const { return (m_nWidth + 7) / 8; }
+    u64 UnpackedSize(const BmhdChunk& header) const;
     const u8* NextPlaneRows();
 
+    RowLayout m_layout;
     std::unique_ptr<u32[]> m_pRow;      // one value for each pixel
     std::unique_ptr<u8[]> m_pUnpacked;  // the plane rows of one row
 };

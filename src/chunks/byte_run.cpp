@@ -36,3 +36,20 @@ bool UnpackByteRun(u8* pOut, u32 nSize, ByteRunSource& source) {
     source.nRemaining = static_cast<u32>(end - cursor);
     return whole;
 }
+
+u64 ByteRunLength(const u8* pPacked, u32 nSize) {
+    u64 length = 0;
+    for (u64 at = 0; at < nSize;) {
+        const u32 control = pPacked[at];
+        const u64 left = nSize - ++at;
+        if (control < 128) {
+            const u64 count = std::min<u64>(control + 1, left);
+            length += count;
+            at += count;
+        } else if (control > 128 && left > 0) {
+            length += 257 - control;
+            ++at;
+        }
+    }
+    return length;
+}

@@ -15,6 +15,9 @@ struct ByteRunSource {
 // its end, when it ends before the row is complete.
 bool UnpackByteRun(u8* pOut, u32 nSize, ByteRunSource& source);
 
+// How many bytes all of nSize packed bytes stand for, rows or not.
+u64 ByteRunLength(const u8* pPacked, u32 nSize);
+
 // The least number of packed bytes that nSize bytes of a row can come from: two for each full run of 128, and
 // a run that the row's end cuts off costs its control byte alone.
 constexpr u64 LeastByteRunSize(u64 nSize) {

@@ -10,6 +10,7 @@ inline constexpr IffId ID_ILBM("ILBM");
 class BmhdChunk final : public IffChunk {
   public:
     static constexpr IffId ID = IffId("BMHD");
+    static constexpr u8 HAS_MASK = 1;  // the value of m_nMasking
     BmhdChunk() : IffChunk(ID) {}
     void Transfer(IffArchive& archive) override;
 
@@ -18,7 +19,7 @@ class BmhdChunk final : public IffChunk {
     u16 m_nX = 0;
     u16 m_nY = 0;
     u8 m_nPlanes = 0;       // bit-planes of a row
-    u8 m_nMasking = 0;      // no mask plane is ever read from the body, whatever this says
+    u8 m_nMasking = 0;      // strictly no mask plane is ever read from the body, whatever this says
     u8 m_nCompression = 0;  // 0: raw rows; any other value: ByteRun1
     u8 m_nPad = 0;
     u16 m_nTransparentColour = 0;

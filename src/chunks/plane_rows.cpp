@@ -22,22 +22,21 @@ u64 PlanesToPixels(u64 planes) {
 }
 
 // The bytes of up to eight planes for one group of pixels, the first plane's lowest.
-u64 GatherPlanes(const u8* column, u32 planeRowSize, u32 planes) {
+u64 GatherPlanes(const u8* pColumn, u32 nPlaneRowSize, u32 nPlanes) {
     u64 bytes = 0;
-    for (u32 p = 0; p < planes; ++p) bytes |= u64{column[u64{p} * planeRowSize]} << (8 * p);
+    for (u32 p = 0; p < nPlanes; ++p) bytes |= u64{pColumn[u64{p} * nPlaneRowSize]} << (8 * p);
     return bytes;
 }
 
 }  // namespace
 
-void PlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes) {
-    const u32 planeRowSize = (nWidth + GROUP - 1) / GROUP;
+void PlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes, u32 nPlaneRowSize) {
     const u32 planes = std::min(nPlanes, MOST_PLANES);
     for (u32 x = 0; x < nWidth; x += GROUP) {
         u32 values[GROUP] = {};
         for (u32 first = 0; first < planes; first += GROUP) {
-            const u8* const column = pPlanes + u64{first} * planeRowSize + x / GROUP;
-            u64 pixels = PlanesToPixels(GatherPlanes(column, planeRowSize, std::min(planes - first, GROUP)));
+            const u8* const column = pPlanes + u64{first} * nPlaneRowSize + x / GROUP;
+            u64 pixels = PlanesToPixels(GatherPlanes(column, nPlaneRowSize, std::min(planes - first, GROUP)));
             for (u32 i = 0; i < GROUP; ++i, pixels >>= 8)
                 values[i] |= static_cast<u32>(pixels & 0xFF) << first;
         }

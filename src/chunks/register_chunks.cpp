@@ -17,4 +17,7 @@ void RegisterChunks() {
     RegisterChunk<AlphChunk>(ID_ILBM);
     RegisterChunk<ContChunk>(ID_MIPM);
     RegisterChunk<S3tcChunk>(ID_ILBM);
+    RegisterChunk<BmhdChunk>(ID_PBM);
+    RegisterChunk<CmapChunk>(ID_PBM);
+    RegisterChunk<BodyChunk>(ID_PBM);
 }

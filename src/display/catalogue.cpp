@@ -3,6 +3,7 @@
 #include "chunks/alph_chunk.h"
 #include "chunks/extension_chunks.h"
 #include "chunks/ilbm_chunks.h"
+#include "display/ilbm_colours.h"
 #include "document/vistrel_doc.h"
 #include "iff/container.h"
 
@@ -32,6 +33,13 @@ u32 PlaneCount(const IffChunk& body) {
     return header ? header->m_nPlanes : 0;
 }
 
+// Of a form with one byte a pixel only what has as many planes as a byte has bits.
+bool IsReadable(const BodyChunk& body) {
+    constexpr u32 CHUNKY_PLANES = 8;
+    const u32 planes = PlaneCount(body);
+    return body.m_pParent->m_Type == ID_PBM ? planes == CHUNKY_PLANES : planes > 0;
+}
+
 struct DeepestBody {
     BodyChunk* pBody = nullptr;
     u32 nPlanes = 0;
@@ -41,13 +49,26 @@ struct DeepestBody {
 bool KeepDeepest(IffChunk* chunk, void* context) {
     auto* const deepest = static_cast<DeepestBody*>(context);
     auto* const body = dynamic_cast<BodyChunk*>(chunk);
-    const u32 planes = body ? PlaneCount(*body) : 0;
+    const u32 planes = body && IsReadable(*body) ? PlaneCount(*body) : 0;
     if (planes > deepest->nPlanes) *deepest = {body, planes};
     return true;
 }
 
-IffContainer* RootOf(const CVistrelDoc& document) {
-    return dynamic_cast<IffContainer*>(document.m_Iff.GetRoot());
+IffContainer* RootOf(const CVistrelDoc& document, const ReadingRules& rules) {
+    return dynamic_cast<IffContainer*>(document.GetIff(rules).GetRoot());
+}
+
+// The first body in file order, forms inside forms too, whose header has planes.
+BodyChunk* FindAnyBody(const IffContainer& part) {
+    for (const IffChunkNode* node = part.m_pFirst; node; node = node->m_pNext) {
+        IffChunk* const chunk = node->m_pChunk.Get();
+        BodyChunk* body = chunk->m_Id == BodyChunk::ID ? dynamic_cast<BodyChunk*>(chunk) : nullptr;
+        if (body && IsReadable(*body)) return body;
+        if (const auto* const container = dynamic_cast<const IffContainer*>(chunk))
+            body = FindAnyBody(*container);
+        if (body) return body;
+    }
+    return nullptr;
 }
 
 // Levels are counted among all LISTs of type ILBM beside the form that holds the level count, from 1.
@@ -61,25 +82,33 @@ IffContainer* FindLevel(const IffContainer& chain, u32 nLevel) {
 
 }  // namespace
 
-IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer) {
-    IffContainer* const root = RootOf(document);
+IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer, const ReadingRules& rules) {
+    IffContainer* const root = RootOf(document, rules);
     if (!root || nLayer == 0) return root;
     const ContChunk* const levels = FindFirstOf<ContChunk>(*root, ID_MIPM);
     const IffContainer* const chain = levels ? levels->m_pParent->m_pParent : nullptr;
     return chain ? FindLevel(*chain, nLayer) : nullptr;
 }
 
-PictureChoice ChoosePicture(IffContainer& part) {
+PictureChoice ChoosePicture(IffContainer& part, const ReadingRules& rules, PassedOver& passedOver) {
     DeepestBody deepest;
     part.ForEach(ID_ILBM, BodyChunk::ID, KeepDeepest, &deepest);
-    if (!deepest.pBody) return {nullptr, FindFirstOf<S3tcChunk>(part, ID_ILBM)};
-    // Whether it has a colour map decides about the picture, not about which body it is.
-    const bool hasMap = dynamic_cast<const CmapChunk*>(deepest.pBody->FindProperty(CmapChunk::ID));
-    return {hasMap ? deepest.pBody : nullptr, nullptr};
+    S3tcChunk* const s3tc = deepest.pBody ? nullptr : FindFirstOf<S3tcChunk>(part, ID_ILBM);
+    if (s3tc) return {nullptr, s3tc};
+    if (!deepest.pBody && rules.bChunky) part.ForEach(ID_PBM, BodyChunk::ID, KeepDeepest, &deepest);
+    if (!deepest.pBody && rules.bNested) {
+        deepest.pBody = FindAnyBody(part);
+        if (deepest.pBody) passedOver.Add(Passed::Nested);
+    }
+    // Whether its colours are known decides about the picture, not about which body it is.
+    if (!deepest.pBody || !HasColours(*deepest.pBody, rules)) return {};
+    return {deepest.pBody, nullptr};
 }
 
 bool OffersAlpha(const PictureChoice& choice) {
-    if (choice.pBody) return choice.pBody->FindProperty(AlphChunk::ID) != nullptr;
+    // An alpha picture goes with a colour map; one beside true colour planes is another program's.
+    if (choice.pBody)
+        return choice.pBody->FindProperty(CmapChunk::ID) && choice.pBody->FindProperty(AlphChunk::ID);
     return choice.pS3tc && choice.pS3tc->m_Code != IffId("DXT1");
 }
 
@@ -122,21 +151,14 @@ const PsdAlphaNamesData* FindAlphaNames(const PsdImage& psd) {
                                           : dynamic_cast<const PsdAlphaNamesData*>((*found)->m_pData.get());
 }
 
-std::string LayerChannelName(i32 nId) {
-    switch (nId) {
-        case PSD_CHANNEL_USER_MASK:
-            return "User Mask";
-        case PSD_CHANNEL_TRANSPARENCY:
-            return "Transparency";
-        case 0:
-            return "Red";
-        case 1:
-            return "Green";
-        case 2:
-            return "Blue";
-        default:
-            return "Unknown";
-    }
+std::string LayerChannelName(i32 nId, u32 nMode, const ReadingRules& rules) {
+    if (nId == PSD_CHANNEL_USER_MASK) return "User Mask";
+    if (nId == PSD_CHANNEL_TRANSPARENCY) return "Transparency";
+    if (nId == PSD_CHANNEL_REAL_USER_MASK && rules.bLayerColours) return "Real User Mask";
+    auto colours = ColourNames(rules.bLayerColours ? nMode : PSD_RGB);
+    if (colours.empty()) colours = ColourNames(PSD_RGB);
+    const bool isColour = nId >= 0 && static_cast<size_t>(nId) < colours.size();
+    return isColour ? colours[static_cast<size_t>(nId)] : "Unknown";
 }
 
 }  // namespace
@@ -158,10 +180,11 @@ std::vector<std::string> ChannelNames(const PsdImage& psd) {
     return names;
 }
 
-std::vector<std::string> ChannelNames(const PsdLayer& layer) {
+std::vector<std::string> ChannelNames(const PsdLayer& layer, u32 nMode, const ReadingRules& rules) {
     std::vector<std::string> names = {"Composite"};
     for (u32 i = 0; i < layer.m_Channels.GetCount(); ++i)
-        names.push_back(std::to_string(i) + ": " + LayerChannelName(layer.m_Channels.GetAt(i)->m_nId));
+        names.push_back(std::to_string(i) + ": " +
+                        LayerChannelName(layer.m_Channels.GetAt(i)->m_nId, nMode, rules));
     return names;
 }
 
@@ -175,7 +198,7 @@ std::vector<std::string> LayerNames(const CVistrelDoc& document) {
             names.push_back(IsBlank(name) ? "Layer " + std::to_string(i) : name);
         }
     } else if (document.m_nDocType == DOC_IFF) {
-        IffContainer* const root = RootOf(document);
+        IffContainer* const root = RootOf(document, document.GetRules());
         const ContChunk* const levels = root ? FindFirstOf<ContChunk>(*root, ID_MIPM) : nullptr;
         for (u32 k = 1; levels && k <= levels->m_nLevels; ++k)
             names.push_back("Mip Map " + std::to_string(k));

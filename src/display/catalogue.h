@@ -3,6 +3,8 @@
 #pragma once
 
 #include "base/types.h"
+#include "reading/passed_over.h"
+#include "reading/reading_rules.h"
 
 #include <string>
 #include <vector>
@@ -19,19 +21,21 @@ std::vector<std::string> LayerNames(const CVistrelDoc& document);
 
 // The Channel list of a Photoshop document, for the whole image or for one layer.
 std::vector<std::string> ChannelNames(const PsdImage& psd);
-std::vector<std::string> ChannelNames(const PsdLayer& layer);
+// A layer's channels are called after the document's colours where the rules say so.
+std::vector<std::string> ChannelNames(const PsdLayer& layer, u32 nMode, const ReadingRules& rules);
 
 // The part of an IFF document that a position in the Layer list stands for; null where the file lacks it.
-IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer);
+IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer, const ReadingRules& rules);
 
-// The pictures that a part is shown by, borrowed; at most one of them is set. A body always has a colour map
-// and a header in scope.
+// The pictures that a part is shown by, borrowed; at most one of them is set. A body always has a header in
+// scope, and a colour map where its pixels need one.
 struct PictureChoice {
     BodyChunk* pBody = nullptr;
     S3tcChunk* pS3tc = nullptr;
 };
 
-PictureChoice ChoosePicture(IffContainer& part);
+// Notes what the rules pass over.
+PictureChoice ChoosePicture(IffContainer& part, const ReadingRules& rules, PassedOver& passedOver);
 
 // Whether the Channel list offers the alpha of a picture.
 bool OffersAlpha(const PictureChoice& choice);

@@ -15,12 +15,16 @@ void DisplayImage::DiscardBitmap() {
 std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, u32 nLayer) {
     if (document.m_nDocType == DOC_PSD)
         return nLayer == 0 ? ChannelNames(document.m_Psd)
-                           : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1));
+                           : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1), document.m_Psd.m_nMode,
+                                          document.GetRules());
     m_pBody.Reset();
     m_pS3tc.Reset();
     PictureChoice choice;
+    PassedOver passedOver;
+    const ReadingRules& rules = document.GetRules();
     if (document.m_nDocType == DOC_IFF)
-        if (IffContainer* const part = FindLayerPart(document, nLayer)) choice = ChoosePicture(*part);
+        if (IffContainer* const part = FindLayerPart(document, nLayer, rules))
+            choice = ChoosePicture(*part, rules, passedOver);
     m_pBody = CountedPtr<BodyChunk>::Share(choice.pBody);
     m_pS3tc = CountedPtr<S3tcChunk>::Share(choice.pS3tc);
     return OffersAlpha(choice) ? std::vector<std::string>{"Composite", "Alpha"}
@@ -33,9 +37,10 @@ void DisplayImage::BuildBitmap(const CVistrelDoc& document, const Selection& sel
     m_bValid = 0;
     m_bMemoryRefused = false;
     bool valid = false;
-    if (document.m_nDocType == DOC_PSD) valid = BuildPsdPicture(document.m_Psd, selection);
+    if (document.m_nDocType == DOC_PSD)
+        valid = BuildPsdPicture(document.m_Psd, selection, document.GetRules());
     // Which picture an IFF document's layer stands for was settled when the layer was chosen.
-    if (document.m_nDocType == DOC_IFF) valid = BuildIffPicture(selection.nChannel);
+    if (document.m_nDocType == DOC_IFF) valid = BuildIffPicture(selection.nChannel, document.GetRules());
     m_bValid = valid ? 1 : 0;
 }
 

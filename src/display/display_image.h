@@ -13,6 +13,7 @@
 class CVistrelDoc;
 class PsdImage;
 class PsdLayer;
+struct PsdSize;
 
 // One pointer for each picture row, top row first, to that row's samples: bytes, or native 16-bit words.
 using RowTable8 = const u8* const*;
@@ -78,10 +79,10 @@ class DisplayImage {
     void CreateTrueColourBitmap(const void* pBits);
 
     // Each answers whether the selection can give a picture at all.
-    bool BuildIffPicture(u32 nChannel);
-    bool BuildIlbm(BodyChunk& body, u32 nChannel);
+    bool BuildIffPicture(u32 nChannel, const ReadingRules& rules);
+    bool BuildIlbm(BodyChunk& body, u32 nChannel, const ReadingRules& rules);
     bool BuildS3tc(const S3tcChunk& chunk, u32 nChannel);
-    bool BuildPsdPicture(const PsdImage& psd, const Selection& selection);
+    bool BuildPsdPicture(const PsdImage& psd, const Selection& selection, const ReadingRules& rules);
 
     void ConvertWholePsd(const PsdImage& psd, u32 nChannel);
     void ConvertPsdComposite(const PsdImage& psd);
@@ -89,7 +90,8 @@ class DisplayImage {
     void ConvertPsdIndexed(const PsdImage& psd);
     void ConvertPsdRgb(const PsdImage& psd);
     void ConvertPsdCmyk(const PsdImage& psd);
-    void ConvertPsdLayer(const PsdLayer& layer, u32 nChannel);
+    void ConvertPsdLayer(const PsdLayer& layer, u32 nMode);
+    void SetSize(const PsdSize& size);
 
     void CopyRows8(BITMAPINFO& info, RowTable8 ppRows);
     void CopyRows1(BITMAPINFO& info, RowTable8 ppRows);

@@ -5,6 +5,7 @@
 #include "display/block_decoder.h"
 #include "display/dib_rows.h"
 #include "display/display_image.h"
+#include "display/ilbm_colours.h"
 #include "display/row_packing.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ namespace {
 // Frees what a body needs for decoding, however the decoding ends.
 class RowsInProgress {
   public:
-    explicit RowsInProgress(BodyChunk& body) : m_body(body) { m_body.BeginRows(); }
+    RowsInProgress(BodyChunk& body, const ReadingRules& rules) : m_body(body) { m_body.BeginRows(rules); }
     RowsInProgress(const RowsInProgress&) = delete;
     RowsInProgress& operator=(const RowsInProgress&) = delete;
     ~RowsInProgress() { m_body.EndRows(); }
@@ -40,22 +41,24 @@ void DisplayImage::CreateTrueColourBitmap(const void* pBits) {
     CreateDisplayBitmap(info, pBits);
 }
 
-bool DisplayImage::BuildIffPicture(u32 nChannel) {
-    if (m_pBody) return BuildIlbm(*m_pBody, nChannel);
+bool DisplayImage::BuildIffPicture(u32 nChannel, const ReadingRules& rules) {
+    if (m_pBody) return BuildIlbm(*m_pBody, nChannel, rules);
     return m_pS3tc && BuildS3tc(*m_pS3tc, nChannel);
 }
 
-bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel) {
-    const auto* const map = dynamic_cast<const CmapChunk*>(body.FindProperty(CmapChunk::ID));
+bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel, const ReadingRules& rules) {
     const auto* const header = dynamic_cast<const BmhdChunk*>(body.FindProperty(BmhdChunk::ID));
-    if (!map || !header) return false;
+    PassedOver passedOver;
+    const PixelKind kind = PixelKindOf(body, rules, passedOver);
+    if (!header || kind == PixelKind::None) return false;
+    const IlbmColours colours(body, kind);
     const bool isAlpha = nChannel != 0;
     BodyChunk* const source = isAlpha ? dynamic_cast<AlphChunk*>(body.FindProperty(AlphChunk::ID)) : &body;
     if (!source) return false;
     const u32 width = header->m_nWidth;
     const u32 height = header->m_nHeight;
 
-    const RowsInProgress decoding(*source);
+    const RowsInProgress decoding(*source, rules);
     // Asked before the buffer is had: a few bytes of file can claim gigabytes of picture.
     if (!source->CanFillRows(height)) return false;
     const DibRows rows(height, Stride24(width));
@@ -64,12 +67,12 @@ bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel) {
         if (!values) return false;
         if (isAlpha)
             PackAlphaRow(rows.Row(y), values, source->m_nWidth, width);
-        else if (!TheRowKernels().ColourMap(rows.Row(y), values, width, map->Entries(), map->m_nEntries))
+        else if (!colours.PutRow(rows.Row(y), values, width))
             return false;
     }
     m_nWidth = width;
     m_nHeight = height;
-    m_nColours = map->m_nEntries;
+    m_nColours = colours.Count();
     CreateTrueColourBitmap(rows.Bits());
     return true;
 }

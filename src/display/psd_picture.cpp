@@ -16,18 +16,31 @@ RowTable16 Plane16(const PsdImage& psd, u32 channel) {
 
 }  // namespace
 
-bool DisplayImage::BuildPsdPicture(const PsdImage& psd, const Selection& selection) {
-    if (selection.nLayer == 0)
+bool DisplayImage::BuildPsdPicture(const PsdImage& psd, const Selection& selection,
+                                   const ReadingRules& rules) {
+    if (selection.nLayer == 0) {
         ConvertWholePsd(psd, selection.nChannel);
-    else
-        ConvertPsdLayer(*psd.m_Layers.GetAt(selection.nLayer - 1), selection.nChannel);
-    return true;
+        return psd.m_pppPlanes != nullptr;
+    }
+    const PsdLayer& layer = *psd.m_Layers.GetAt(selection.nLayer - 1);
+    m_nColours = 0;
+    if (selection.nChannel == 0) {
+        SetSize(layer.Size());
+        if (layer.Size().IsEmpty()) return false;
+        ConvertPsdLayer(layer, rules.bLayerColours ? psd.m_nMode : PSD_RGB);
+        return true;
+    }
+    const PsdLayerChannel& channel = *layer.m_Channels.GetAt(selection.nChannel - 1);
+    SetSize(layer.SizeOf(channel));
+    ConvertGrey8(channel.m_ppPlane);
+    return channel.m_ppPlane != nullptr;
 }
 
 void DisplayImage::ConvertWholePsd(const PsdImage& psd, u32 nChannel) {
     m_nWidth = psd.m_nWidth;
     m_nHeight = psd.m_nHeight;
     m_nColours = psd.m_pPalette ? PSD_PALETTE_SIZE : 0;
+    if (!psd.m_pppPlanes) return;
     if (nChannel == 0)
         ConvertPsdComposite(psd);
     else
@@ -98,22 +111,26 @@ void DisplayImage::ConvertPsdComposite(const PsdImage& psd) {
     }
 }
 
-// A layer's planes have one byte a sample, whatever the document's depth.
-void DisplayImage::ConvertPsdLayer(const PsdLayer& layer, u32 nChannel) {
-    m_nWidth = PsdDistance(layer.m_nLeft, layer.m_nRight);
-    m_nHeight = PsdDistance(layer.m_nTop, layer.m_nBottom);
-    m_nColours = 0;
-    if (nChannel == 0) {
-        RowTable8 colours[3] = {};
-        for (const auto& channel : layer.m_Channels)
-            if (channel->m_nId >= 0 && channel->m_nId < 3) colours[channel->m_nId] = channel->m_ppPlane;
-        ConvertRgb8(colours[0], colours[1], colours[2]);
-        return;
+void DisplayImage::SetSize(const PsdSize& size) {
+    m_nWidth = size.IsEmpty() ? 0 : size.nColumns;
+    m_nHeight = size.IsEmpty() ? 0 : size.nRows;
+}
+
+// A layer's planes have one byte a sample, whatever the document's depth. Modes without a conversion of their
+// own are shown as red, green and blue.
+void DisplayImage::ConvertPsdLayer(const PsdLayer& layer, u32 nMode) {
+    RowTable8 colours[4] = {};
+    for (const auto& channel : layer.m_Channels)
+        if (channel->m_nId >= 0 && channel->m_nId < 4) colours[channel->m_nId] = channel->m_ppPlane;
+    switch (nMode) {
+        case PSD_BITMAP:
+        case PSD_GREYSCALE:
+        case PSD_DUOTONE:
+            if (colours[0]) return ConvertGrey8(colours[0]);
+            return ConvertRgb8(nullptr, nullptr, nullptr);
+        case PSD_CMYK:
+            return ConvertCmyk8(colours[0], colours[1], colours[2], colours[3]);
+        default:
+            return ConvertRgb8(colours[0], colours[1], colours[2]);
     }
-    const PsdLayerChannel& channel = *layer.m_Channels.GetAt(nChannel - 1);
-    if (channel.m_nId == PSD_CHANNEL_USER_MASK && layer.m_bHasMask) {
-        m_nWidth = PsdDistance(layer.m_nMaskLeft, layer.m_nMaskRight);
-        m_nHeight = PsdDistance(layer.m_nMaskTop, layer.m_nMaskBottom);
-    }
-    ConvertGrey8(channel.m_ppPlane);
 }

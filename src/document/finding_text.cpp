@@ -1,6 +1,6 @@
 #include "document/finding_text.h"
 
-#include "psd/channel_data.h"
+#include "psd/compression.h"
 #include "psd/psd_image.h"
 
 #include <array>
@@ -14,11 +14,13 @@ struct RuleRow {
     const char* pszText;
 };
 
-static_assert(IsPsdDepth(1) && IsPsdDepth(8) && IsPsdDepth(16) && !IsPsdDepth(32), "as its sentence says");
+static_assert(PSD_VERSION == 1 && PSD_LARGE_VERSION == 2 && PSD_FLOAT_DEPTH == 32, "as their sentences say");
+static_assert(IsPsdDepth(1) && IsPsdDepth(8) && IsPsdDepth(16), "likewise");
 static_assert(PSD_RAW == 0 && PSD_PACK_BITS == 1, "likewise");
 static_assert(PSD_BITMAP == 0 && PSD_CMYK == 4 && PSD_MULTICHANNEL == 7 && PSD_LAB == 9, "likewise");
 
-// In the order of the rules. {found} and {read} are the finding's numbers.
+// In the order of the rules. {found} and {read} are the finding's numbers; what else stands in braces follows
+// from them.
 constexpr std::array<RuleRow, static_cast<size_t>(Rule::Count)> RULES = {{
     {Rule::None, "nothing is wrong"},
     {Rule::DataEnds, "the file ends"},
@@ -27,11 +29,11 @@ constexpr std::array<RuleRow, static_cast<size_t>(Rule::Count)> RULES = {{
     {Rule::NotEnoughMemory, "there is not enough memory for it"},
     {Rule::NotAsked, "not asked, since the first had come to no good end"},
     {Rule::PsdSignature, "it does not begin with 8BPS"},
-    {Rule::PsdVersion, "version {found}; version {read} is read"},
+    {Rule::PsdVersion, "version {found}; {versions} read"},
     {Rule::PsdChannelCount, "{found} channels; 1 to {read} are read"},
     {Rule::PsdRows, "{found} rows; 1 to {read} are read"},
     {Rule::PsdColumns, "{found} columns; 1 to {read} are read"},
-    {Rule::PsdDepth, "{found} bits a sample; 1, 8 or 16 are read"},
+    {Rule::PsdDepth, "{found} bits a sample; {depths} are read"},
     {Rule::PsdColourMode, "colour mode {found}; 0 to 4 and 7 to 9 are read"},
     {Rule::PsdPaletteLength, "{found} bytes of palette; {read} are read"},
     {Rule::PsdResourceSignature, "no 8BIM at its start"},
@@ -143,6 +145,8 @@ std::string RuleText(const Finding& finding) {
     std::string text = RULES[static_cast<size_t>(finding.rule)].pszText;
     Replace(text, "{found}", std::to_string(finding.nFound));
     Replace(text, "{read}", std::to_string(finding.nRead));
+    Replace(text, "{versions}", finding.nRead == PSD_LARGE_VERSION ? "1 and 2 are" : "version 1 is");
+    Replace(text, "{depths}", finding.nRead == PSD_FLOAT_DEPTH ? "1, 8, 16 or 32" : "1, 8 or 16");
     if (finding.rule == Rule::IffOutermostId) Replace(text, "{id}", Quoted(static_cast<u32>(finding.nFound)));
     if (finding.rule == Rule::SourceFailed)
         Replace(text, "{error}", ErrorText(static_cast<int>(finding.nFound)));

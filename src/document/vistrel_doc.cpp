@@ -3,6 +3,7 @@
 #include "document/finding_text.h"
 #include "framework/core/archive.h"
 #include "framework/core/exception.h"
+#include "framework/core/file.h"
 #include "iff/archive_byte_stream.h"
 
 #include <cctype>
@@ -27,6 +28,11 @@ bool IsIff(const Finding& finding) {
     return finding.place != Place::OutermostId || finding.rule == Rule::IffTooLarge;
 }
 
+// What no other rules would change.
+bool IsFinal(Rule rule) {
+    return IsOfTheSource(rule) || rule == Rule::NotEnoughMemory;
+}
+
 std::string Sentence(const Finding& finding) {
     std::string text = RuleText(finding);
     text.front() = static_cast<char>(std::toupper(text.front()));
@@ -42,18 +48,65 @@ bool CVistrelDoc::OnNewDocument() {
 
 void CVistrelDoc::Serialize(CArchive& archive) {
     if (!archive.IsLoading()) return;
+    m_pTolerantIff.reset();
+    bool accepted = false;
+    if (m_tolerance == Tolerance::None) {
+        accepted = Load(archive, STRICT);
+        m_bStrictlyRefused = !accepted;
+    } else {
+        accepted = LoadUnderEitherRules(archive);
+    }
+    if (!accepted) AfxThrowArchiveException(CArchiveException::generic, archive.m_strFileName);
+}
+
+bool CVistrelDoc::LoadUnderEitherRules(CArchive& archive) {
+    CFile& file = *archive.GetFile();
+    const i64 start = static_cast<i64>(file.Seek(0, CFile::current));
+    bool accepted = Load(archive, STRICT);
+    m_bStrictlyRefused = !accepted;
+    if (!accepted) {
+        if (IsFinal(m_Psd.GetFinding().rule) || IsFinal(m_Iff.GetFinding().rule)) return false;
+        file.Seek(start, CFile::begin);
+        return Load(archive, TOLERANT);
+    }
+    if (m_nDocType == DOC_IFF && m_Iff.HasForm(ID_PBM)) {
+        file.Seek(start, CFile::begin);
+        LoadTolerantIff(archive);
+    }
+    if (m_nDocType == DOC_IFF && m_tolerance == Tolerance::Always) m_pRules = &TOLERANT;
+    return true;
+}
+
+// Offers the file, from where the archive stands, to the two readers.
+bool CVistrelDoc::Load(CArchive& archive, const ReadingRules& rules) {
     ArchiveByteStream stream(&archive, STREAM_BUFFER_SIZE);
     const u32 start = stream.GetPosition();
+    m_pRules = &rules;
     m_nDocType = DOC_PSD;
-    bool accepted = m_Psd.LoadPsd(&stream);
+    bool accepted = m_Psd.LoadPsd(&stream, rules);
     if (!accepted) {
         stream.SetPosition(start);
         m_nDocType = DOC_IFF;
-        accepted = m_Iff.Load(&stream);
+        accepted = m_Iff.Load(&stream, rules);
         if (!accepted) m_nDocType = DOC_NONE;
     }
     stream.Close();
-    if (!accepted) AfxThrowArchiveException(CArchiveException::generic, archive.m_strFileName);
+    return accepted;
+}
+
+void CVistrelDoc::LoadTolerantIff(CArchive& archive) {
+    ArchiveByteStream stream(&archive, STREAM_BUFFER_SIZE);
+    auto file = std::make_unique<IffFile>();
+    if (file->Load(&stream, TOLERANT)) m_pTolerantIff = std::move(file);
+    stream.Close();
+}
+
+const PassedOver& CVistrelDoc::GetPassedOver() const {
+    return m_nDocType == DOC_PSD ? m_Psd.GetPassedOver() : m_Iff.GetPassedOver();
+}
+
+const IffFile& CVistrelDoc::GetIff(const ReadingRules& rules) const {
+    return rules.bChunky && m_pTolerantIff ? *m_pTolerantIff : m_Iff;
 }
 
 std::string CVistrelDoc::GetRefusalReason() const {

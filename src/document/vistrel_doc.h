@@ -1,14 +1,24 @@
 // One opened file and what was read from it. Every file is offered to the Photoshop reader first and, when
-// that refuses it, to the IFF reader, whatever its name.
+// that refuses it, to the IFF reader, whatever its name. The strict rules come first; what they refuse may be
+// read again under the tolerant ones.
 #pragma once
 
 #include "framework/core/document.h"
 #include "iff/iff_file.h"
 #include "psd/psd_image.h"
+#include "reading/reading_rules.h"
+
+#include <memory>
 
 constexpr u32 DOC_IFF = 0;   // m_Iff is valid
 constexpr u32 DOC_PSD = 1;   // m_Psd is valid
 constexpr u32 DOC_NONE = 2;  // neither is
+
+enum class Tolerance : u8 {
+    None,       // the strict rules alone
+    IfRefused,  // the tolerant ones for a file that the strict ones refuse
+    Always      // and for an IFF file whose pictures they show otherwise
+};
 
 class CVistrelDoc : public CDocument {
   public:
@@ -23,7 +33,31 @@ class CVistrelDoc : public CDocument {
     // and nothing kept them from being read.
     std::string GetRefusalReason() const override;
 
+    // The rules under which the document was read, and its pictures are made.
+    const ReadingRules& GetRules() const { return *m_pRules; }
+    bool IsReadTolerantly() const { return m_pRules == &TOLERANT; }
+
+    // Whether the strict rules refuse the file.
+    bool IsStrictlyRefused() const { return m_bStrictlyRefused; }
+
+    // What the reader passed over in the file.
+    const PassedOver& GetPassedOver() const;
+
+    // The IFF file as the rules read it: under the tolerant ones there can be more to a tree that was read
+    // strictly.
+    const IffFile& GetIff(const ReadingRules& rules) const;
+
+    Tolerance m_tolerance = Tolerance::None;  // of the next load
     u32 m_nDocType = DOC_NONE;
     PsdImage m_Psd;  // of the two only the one that m_nDocType names means anything
     IffFile m_Iff;
+
+  private:
+    bool Load(CArchive& archive, const ReadingRules& rules);
+    bool LoadUnderEitherRules(CArchive& archive);
+    void LoadTolerantIff(CArchive& archive);
+
+    const ReadingRules* m_pRules = &STRICT;
+    bool m_bStrictlyRefused = false;
+    std::unique_ptr<IffFile> m_pTolerantIff;  // where it holds more than m_Iff, which was read strictly
 };

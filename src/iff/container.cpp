@@ -36,8 +36,8 @@ IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegis
     const bool foundBefore = archive.HasFinding();
     if (id.IsNull()) archive.Transfer(id);
     const bool idIsKnown = !archive.HasFailed();
-    auto chunk = CountedPtr<IffChunk>::Adopt(useRegistry ? IffChunkRegistry::Create(formType, id)
-                                                         : new IffUnknownChunk(id));
+    auto chunk = CountedPtr<IffChunk>::Adopt(
+        useRegistry ? IffChunkRegistry::Create(formType, id, archive.GetRules()) : new IffUnknownChunk(id));
     archive.Enter(Place::ChunkSize);
     u32 size = 0;
     archive.Transfer(size);
@@ -47,7 +47,7 @@ IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegis
         archive.CloseChunk(body.Release());
         archive.Enter(Place::PadByte);
         u8 pad = 0;
-        if (size % 2 != 0) archive.Transfer(pad);
+        if (size % 2 != 0 && !archive.MayLackPadByte()) archive.Transfer(pad);
     }
     if (idIsKnown && !foundBefore && archive.HasFinding()) archive.NoteEnclosing(id);
     return chunk.Release();

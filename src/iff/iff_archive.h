@@ -7,6 +7,7 @@
 #include "iff/iff_id.h"
 #include "iff/iff_object.h"
 #include "reading/finding.h"
+#include "reading/passed_over.h"
 #include "reading/reading_rules.h"
 
 class ByteStream;
@@ -66,6 +67,9 @@ class IffArchive : public IffObject {
     // hold as many. Whether the archive has not failed.
     virtual bool Require(i64 count) = 0;
 
+    // After a chunk of odd size: whether its pad byte is missing, and the rules let it.
+    virtual bool MayLackPadByte() = 0;
+
     // Says what is transferred from here on, for a finding.
     void Enter(Place place) { m_place = place; }
 
@@ -82,13 +86,14 @@ class IffArchive : public IffObject {
     u32 GetDepth() const { return m_nDepth; }
 
   protected:
-    // Finding and rules are borrowed; all archives of a file share them.
-    IffArchive(bool bLoading, u32 nDepth, Finding& noted, const ReadingRules& rules)
-        : m_bLoading(bLoading), m_noted(noted), m_nDepth(nDepth), m_rules(rules) {}
+    // All are borrowed; all archives of a file share them.
+    IffArchive(bool bLoading, u32 nDepth, Finding& noted, PassedOver& passedOver, const ReadingRules& rules)
+        : m_bLoading(bLoading), m_noted(noted), m_passedOver(passedOver), m_nDepth(nDepth), m_rules(rules) {}
 
     bool m_bLoading;
     bool m_bFailed = false;
     Finding& m_noted;
+    PassedOver& m_passedOver;
     Place m_place = Place::ChunkBody;
 
   private:

@@ -3,9 +3,28 @@
 #include "iff/container.h"
 #include "iff/stream_archive.h"
 
+namespace {
+
+bool HoldsForm(const IffChunk* pChunk, IffId type) {
+    const auto* const container = dynamic_cast<const IffContainer*>(pChunk);
+    if (!container) return false;
+    if (container->m_Id == ID_FORM && container->m_Type == type) return true;
+    for (const IffChunkNode* node = container->m_pFirst; node; node = node->m_pNext)
+        if (HoldsForm(node->m_pChunk.Get(), type)) return true;
+    return false;
+}
+
+}  // namespace
+
+bool IffFile::HasForm(IffId type) const {
+    return HoldsForm(m_pRoot.Get(), type);
+}
+
 bool IffFile::Load(ByteStream* stream, const ReadingRules& rules) {
     m_finding = Finding();
-    const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(m_finding, rules));
+    m_passedOver = PassedOver();
+    const auto archive =
+        CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(m_finding, m_passedOver, rules));
     archive->Attach(stream);
     if (!archive->HasFailed()) Transfer(*archive);
     archive->Detach();

@@ -4,6 +4,7 @@
 
 #include "iff/iff_chunk.h"
 #include "reading/finding.h"
+#include "reading/passed_over.h"
 
 class ByteStream;
 
@@ -16,6 +17,12 @@ class IffFile : public IffObject {
     // The first rule that the last file was found to break.
     const Finding& GetFinding() const { return m_finding; }
 
+    // What the rules passed over in it.
+    const PassedOver& GetPassedOver() const { return m_passedOver; }
+
+    // Whether a form of that type is anywhere in the tree.
+    bool HasForm(IffId type) const;
+
     virtual void Transfer(IffArchive& archive);
 
     // Not counted; null before a load.
@@ -25,4 +32,5 @@ class IffFile : public IffObject {
     IffId m_RootId;
     CountedPtr<IffChunk> m_pRoot;
     Finding m_finding;
+    PassedOver m_passedOver;
 };

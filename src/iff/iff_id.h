@@ -33,4 +33,5 @@ inline constexpr IffId ID_FORM("FORM");
 inline constexpr IffId ID_LIST("LIST");
 inline constexpr IffId ID_CAT("CAT ");
 inline constexpr IffId ID_PROP("PROP");
+inline constexpr IffId ID_PBM("PBM ");  // a form of pictures with one byte a pixel
 inline constexpr IffId ID_NULL;

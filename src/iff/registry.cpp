@@ -18,9 +18,11 @@ void IffChunkRegistry::Register(IffId formType, IffId id, IffChunkCreator creato
     TheRegistry().m_buckets[BucketOf(id)].push_front({formType, id, creator});
 }
 
-IffChunk* IffChunkRegistry::Create(IffId formType, IffId id) {
+IffChunk* IffChunkRegistry::Create(IffId formType, IffId id, const ReadingRules& rules) {
     if (id.IsNull()) return new IffUnknownChunk(id);
     for (const Entry& entry : TheRegistry().m_buckets[BucketOf(id)])
-        if (entry.formType.Matches(formType) && entry.id.Matches(id)) return entry.creator();
+        if ((rules.bChunky || entry.formType != ID_PBM) && entry.formType.Matches(formType) &&
+            entry.id.Matches(id))
+            return entry.creator();
     return new IffUnknownChunk(id);
 }

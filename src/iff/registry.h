@@ -3,6 +3,7 @@
 #pragma once
 
 #include "iff/iff_chunk.h"
+#include "reading/reading_rules.h"
 
 #include <array>
 #include <forward_list>
@@ -12,13 +13,13 @@ using IffChunkCreator = IffChunk* (*)();
 
 class IffChunkRegistry {
   public:
-    // formType: the type of the form in which such chunks stand, null for any. A later registration stands in
-    // front of an earlier one of the same key.
+    // formType: the type of the form in which such chunks stand, null for any; those of ID_PBM are known to
+    // rules that read it. A later registration stands in front of an earlier one of the same key.
     static void Register(IffId formType, IffId id, IffChunkCreator creator);
 
     // A new chunk for an id met inside a container of a type (null: outermost, matches every registration).
     // An IffUnknownChunk when no registration matches, or the id is null.
-    static IffChunk* Create(IffId formType, IffId id);
+    static IffChunk* Create(IffId formType, IffId id, const ReadingRules& rules);
 
   private:
     struct Entry {

@@ -46,7 +46,7 @@ void IffStreamArchive::Detach() {
 
 // Without a stream the archive has failed, and so will the child.
 IffStreamArchive::IffStreamArchive(IffStreamArchive& parent, u32 nStart, u32 nSize)
-    : IffArchive(true, parent.GetDepth() + 1, parent.m_noted, parent.GetRules()),
+    : IffArchive(true, parent.GetDepth() + 1, parent.m_noted, parent.m_passedOver, parent.GetRules()),
       m_pStream(parent.m_pStream),
       m_nRemaining(static_cast<i32>(nSize)),
       m_nEnd(nStart + nSize),
@@ -88,6 +88,16 @@ bool IffStreamArchive::Require(i64 count) {
     if (!m_bFailed && count > m_nRemaining) RefuseOverrun();
     if (!m_bFailed && (!m_pStream || count > i64{m_pStream->GetRemaining()})) RefuseEnd();
     return !m_bFailed;
+}
+
+bool IffStreamArchive::MayLackPadByte() {
+    if (!GetRules().bPadByte || m_bFailed || !m_pStream) return false;
+    const bool fileEnds = m_pStream->GetRemaining() == 0;
+    if (m_nRemaining > 0 && !fileEnds) return false;
+    // The container counts the byte that the file lacks.
+    if (m_nRemaining > 0) TakeOff(1);
+    m_passedOver.Add(Passed::PadByte);
+    return true;
 }
 
 // A stream in bad state breaks no other rule: what was read of it are zeroes.

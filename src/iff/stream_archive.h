@@ -7,8 +7,8 @@
 class IffStreamArchive final : public IffArchive {
   public:
     // The root archive of a file, to be attached. What is borrowed outlives it.
-    explicit IffStreamArchive(Finding& noted, const ReadingRules& rules = STRICT)
-        : IffArchive(true, 0, noted, rules) {}
+    IffStreamArchive(Finding& noted, PassedOver& passedOver, const ReadingRules& rules = STRICT)
+        : IffArchive(true, 0, noted, passedOver, rules) {}
     ~IffStreamArchive() override;
 
     i32 GetRemaining() override { return m_nRemaining; }
@@ -30,6 +30,7 @@ class IffStreamArchive final : public IffArchive {
     void RefuseChunk(Rule rule, i64 nFound, i64 nRead) override;
     void RefuseField(u32 nBytes, Rule rule, i64 nFound, i64 nRead) override;
     bool Require(i64 count) override;
+    bool MayLackPadByte() override;
 
   private:
     IffStreamArchive(IffStreamArchive& parent, u32 nStart, u32 nSize);

@@ -27,35 +27,33 @@ inline u32 ReadU32(ByteStream& stream) {
     return high << 16 | ReadU16(stream);
 }
 
+inline u64 ReadU64(ByteStream& stream) {
+    const u64 high = ReadU32(stream);
+    return high << 32 | ReadU32(stream);
+}
+
 inline i32 ReadI32(ByteStream& stream) {
     return static_cast<i32>(ReadU32(stream));
 }
 
-// A length of 32 bits and where it stands. What it is the length of follows it; its end, as every position,
-// is counted modulo 2^32.
+// A length and where it stands. What it is the length of follows it; its end, as every position, is counted
+// modulo 2^32.
 struct LengthField {
     u32 nAt = 0;
-    u32 nLength = 0;
+    u32 nFieldSize = 4;  // bytes
+    u64 nLength = 0;
 
-    u32 Start() const { return nAt + 4; }
-    u32 End() const { return Start() + nLength; }
+    u32 Start() const { return nAt + nFieldSize; }
+    u32 End() const { return static_cast<u32>(Start() + nLength); }
 };
-LengthField ReadLength(ByteStream& stream);
 
 // The position moves modulo 2^32, so a count of 0xFFFFFFFF is one byte back.
-inline void Skip(ByteStream& stream, u32 count) {
-    stream.SetPosition(stream.GetPosition() + count);
+inline void Skip(ByteStream& stream, u32 nCount) {
+    stream.SetPosition(stream.GetPosition() + nCount);
 }
 
-// Whether the data still has that many bytes. If not, nothing may be allocated for them.
-inline bool Holds(ByteStream& stream, u64 count) {
-    const u32 position = stream.GetPosition();
-    const u32 length = stream.GetDataLength();
-    return position <= length && count <= length - position;
-}
+// Reads nCount bytes: from the buffer when it holds them all, otherwise past it, straight into memory.
+void ReadInto(ByteStream& stream, void* pOut, u32 nCount);
 
-// Reads count bytes: from the buffer when it holds them all, otherwise past it, straight into memory.
-void ReadInto(ByteStream& stream, void* data, u32 count);
-
-// Reads length bytes, at most 255, and keeps those before the first zero byte.
-std::unique_ptr<char[]> ReadName(ByteStream& stream, u32 length);
+// Reads nLength bytes, at most 255, and keeps those before the first zero byte.
+std::unique_ptr<char[]> ReadName(ByteStream& stream, u32 nLength);

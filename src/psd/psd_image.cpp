@@ -32,9 +32,9 @@ bool PsdImage::AllocatePlanes() try {
     return false;
 }
 
-const u16* const* PsdImage::GetWords(u32 channel) const {
-    if (!m_wordPointers || channel >= m_nChannels) return nullptr;
-    return reinterpret_cast<u16**>(m_wordPointers.Data()) + u64{channel} * m_nHeight;
+const u16* const* PsdImage::GetWords(u32 nChannel) const {
+    if (!m_wordPointers || nChannel >= m_nChannels) return nullptr;
+    return reinterpret_cast<u16**>(m_wordPointers.Data()) + u64{nChannel} * m_nHeight;
 }
 
 void PsdImage::FreePlanes() {

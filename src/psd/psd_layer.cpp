@@ -1,24 +1,37 @@
 #include "psd/psd_layer.h"
 
-#include "psd/field_reader.h"
 #include "psd/psd_reading.h"
+#include "psd/tagged_blocks.h"
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace {
 
-constexpr u32 MASK_SIZE = 20;   // of mask data, where there is any
-constexpr u32 RANGES_SIZE = 8;  // one range of the source and one of the destination
+// Bytes of mask data: as much as a mask takes, with its padding, and with the rectangle of the real mask.
+constexpr u32 LEAST_MASK_SIZE = 18;
+constexpr u32 MASK_SIZE = 20;
+constexpr u32 REAL_MASK_SIZE = 36;
+
+constexpr u32 RANGES_SIZE = 8;        // one range of the source and one of the destination
+constexpr u32 PIECE_LIMIT = 1 << 24;  // bytes of image data that a channel is below
+constexpr u32 INFO_SIZE = 2;          // bytes of a channel's id, which its length follows
+constexpr u32 FRONT_SIZE = 18;        // bytes of the edges and the count of channels
+constexpr u32 BLEND_SIZE = 12;        // bytes from the blend mode's signature to the extra data's length
 
 }  // namespace
 
 bool PsdLayerChannel::ReadChannelInfo(PsdReading& reading) {
+    if (reading.Rules().bBoundedParts && !reading.Require(INFO_SIZE + reading.LargeLengthSize()))
+        return false;
     m_nId = ReadI16(reading.Stream());
-    const LengthField length = ReadLength(reading.Stream());
-    m_nLength = length.nLength;
+    const LengthField length = reading.ReadLargeLength();
+    // No data is as long as a length that does not fit.
+    m_nLength = static_cast<u32>(std::min<u64>(length.nLength, std::numeric_limits<u32>::max()));
     m_nLengthAt = length.nAt;
-    const u32 limit = reading.Rules().nPieceLimit;
-    if (m_nLength >= limit) return reading.Refuse(Rule::PsdChannelLength, m_nLengthAt, m_nLength, limit);
+    if (m_nLength >= PIECE_LIMIT && !reading.Allows(reading.Rules().bLongPieces, Passed::LongPieces))
+        return reading.Refuse(Rule::PsdChannelLength, m_nLengthAt, m_nLength, PIECE_LIMIT);
     return reading.IsGood();
 }
 
@@ -35,6 +48,8 @@ void PsdLayerChannel::SetDefaultBlendingRanges() {
 
 bool PsdLayer::ReadLayerRecord(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
+    const bool bounded = reading.Rules().bBoundedParts;
+    if (bounded && !reading.Require(FRONT_SIZE)) return false;
     m_nRectAt = stream.GetPosition();
     m_nTop = ReadI32(stream);
     m_nLeft = ReadI32(stream);
@@ -44,24 +59,45 @@ bool PsdLayer::ReadLayerRecord(PsdReading& reading) {
     if (!reading.IsGood()) return false;
     if (!ReadChannelInfos(reading, channels)) return false;
     reading.Enter(Place::LayerRecord);
+    if (bounded && !reading.Require(BLEND_SIZE + sizeof(u32))) return false;
     if (!ReadBlendSettings(reading)) return false;
-    const LengthField extra = ReadLength(stream);
+    const LengthField extra = reading.ReadLength();
+    PsdPart part(reading, extra);
+    if (!part.Fits()) return reading.RefuseShort();
+    if (!ReadExtraData(reading, extra)) return false;
+    part.Leave();
+    return reading.IsGood();
+}
+
+bool PsdLayer::ReadExtraData(PsdReading& reading, const LengthField& length) {
+    ByteStream& stream = reading.Stream();
     if (!ReadMask(reading)) return false;
     if (!ReadAllBlendingRanges(reading)) return false;
     const u32 nameLength = ReadU8(stream);
     m_pszName = ReadName(stream, nameLength);
+    if (!reading.IsWithinPart()) return reading.RefuseShort();
     // The length byte, the name and the padding fill a multiple of four bytes.
     Skip(stream, 3 - nameLength % 4);
+    if (reading.Rules().bUnicodeNames) ReadUnicodeName(reading);
+    if (reading.Rules().bBoundedParts) return reading.IsGood();
     const u32 position = stream.GetPosition();
-    if (position > extra.End())
-        return reading.Refuse(Rule::PsdExtraLength, extra.nAt, static_cast<i32>(extra.nLength),
-                              static_cast<i32>(position - extra.Start()));
-    return reading.SkipWithin(extra.End() - position) && reading.IsGood();
+    if (position > length.End())
+        return reading.Refuse(Rule::PsdExtraLength, length.nAt, static_cast<i32>(length.nLength),
+                              static_cast<i32>(position - length.Start()));
+    return reading.SkipWithin(length.End() - position) && reading.IsGood();
 }
 
-bool PsdLayer::ReadChannelInfos(PsdReading& reading, u32 count) {
+void PsdLayer::ReadUnicodeName(PsdReading& reading) {
+    if (!FindTaggedBlock(reading, {"luni"})) return;
+    const std::string name = ReadUtf16(reading);
+    if (name.empty()) return;
+    m_pszName = std::make_unique_for_overwrite<char[]>(name.size() + 1);
+    std::memcpy(m_pszName.get(), name.c_str(), name.size() + 1);
+}
+
+bool PsdLayer::ReadChannelInfos(PsdReading& reading, u32 nCount) {
     m_Channels.RemoveAll();
-    for (u32 i = 0; i < count; ++i) {
+    for (u32 i = 0; i < nCount; ++i) {
         reading.EnterChannel(Place::ChannelInfo, i);
         auto channel = MakePsdObject<PsdLayerChannel>();
         if (!channel->ReadChannelInfo(reading)) return false;
@@ -85,26 +121,48 @@ bool PsdLayer::ReadBlendSettings(PsdReading& reading) {
 
 bool PsdLayer::ReadMask(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
-    const LengthField size = ReadLength(stream);
+    const ReadingRules& rules = reading.Rules();
+    if (rules.bBoundedParts && !reading.Require(sizeof(u32))) return false;
+    const LengthField size = reading.ReadLength();
     m_bHasMask = false;
+    m_bHasRealMask = false;
     if (size.nLength == 0) return reading.IsGood();
-    if (size.nLength != MASK_SIZE)
-        return reading.Refuse(Rule::PsdMaskSize, size.nAt, size.nLength, MASK_SIZE);
-    m_bHasMask = true;
-    m_nMaskAt = size.Start();
-    m_nMaskTop = ReadI32(stream);
-    m_nMaskLeft = ReadI32(stream);
-    m_nMaskBottom = ReadI32(stream);
-    m_nMaskRight = ReadI32(stream);
-    m_nMaskDefaultColour = ReadU8(stream);
-    m_nMaskFlags = ReadU8(stream);
-    Skip(stream, 2);
+    if (size.nLength != MASK_SIZE && !reading.Allows(rules.bMaskData, Passed::MaskData))
+        return reading.Refuse(Rule::PsdMaskSize, size.nAt, static_cast<i64>(size.nLength), MASK_SIZE);
+    PsdPart part(reading, size);
+    if (!part.Fits()) return reading.RefuseShort();
+    if (size.nLength >= LEAST_MASK_SIZE) {
+        m_bHasMask = true;
+        m_nMaskAt = size.Start();
+        m_nMaskTop = ReadI32(stream);
+        m_nMaskLeft = ReadI32(stream);
+        m_nMaskBottom = ReadI32(stream);
+        m_nMaskRight = ReadI32(stream);
+        m_nMaskDefaultColour = ReadU8(stream);
+        m_nMaskFlags = ReadU8(stream);
+        if (rules.bMaskData) ReadRealMask(reading, size.nLength);
+        if (!rules.bBoundedParts) Skip(stream, MASK_SIZE - LEAST_MASK_SIZE);
+    }
+    part.Leave();
     return reading.IsGood();
+}
+
+// The rectangle of the real mask, where the data has one of its own.
+void PsdLayer::ReadRealMask(PsdReading& reading, u64 nMaskSize) {
+    m_bHasRealMask = true;
+    m_RealMask = {m_nMaskTop, m_nMaskLeft, m_nMaskBottom, m_nMaskRight};
+    if (nMaskSize < REAL_MASK_SIZE) return;
+    Skip(reading.Stream(), MASK_SIZE - LEAST_MASK_SIZE);
+    for (i32& edge : m_RealMask) edge = ReadI32(reading.Stream());
 }
 
 bool PsdLayer::ReadAllBlendingRanges(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
-    u32 rest = ReadU32(stream);
+    const ReadingRules& rules = reading.Rules();
+    if (rules.bBoundedParts && !reading.Require(sizeof(u32))) return false;
+    const LengthField length = reading.ReadLength();
+    if (rules.bBoundedParts && !reading.Require(length.nLength + sizeof(u8))) return false;
+    u32 rest = static_cast<u32>(length.nLength);
     m_SourceRange = PSD_DEFAULT_RANGE;
     m_DestRange = PSD_DEFAULT_RANGE;
     if (rest >= RANGES_SIZE) {

@@ -25,7 +25,7 @@ class PsdObject {
 };
 
 struct PsdRelease {
-    void operator()(PsdObject* object) const { object->Release(); }
+    void operator()(PsdObject* pObject) const { pObject->Release(); }
 };
 
 // Holds one reference of a T.
@@ -47,9 +47,9 @@ class PsdList {
     u32 GetCount() const { return static_cast<u32>(m_elements.size()); }
 
     // The element is borrowed.
-    T* GetAt(u32 index) const {
-        assert(index < m_elements.size());
-        return m_elements[index].get();
+    T* GetAt(u32 nIndex) const {
+        assert(nIndex < m_elements.size());
+        return m_elements[nIndex].get();
     }
 
     // The memory that held the elements goes as well.

@@ -8,19 +8,38 @@
 
 namespace {
 
-PsdPtr<PsdResourceData> MakePayload(u32 id) {
-    if (id == PSD_RESOURCE_ALPHA_NAMES) return MakePsdObject<PsdAlphaNamesData>();
+constexpr u32 PIECE_LIMIT = 1 << 24;  // bytes of data that a resource is below
+
+constexpr std::string_view SIGNATURE = "8BIM";
+constexpr u32 HEAD_SIZE = 7;  // bytes from the signature to the length of the name
+
+// Any four characters; those of other programs are noted.
+bool ReadForeignSignature(PsdReading& reading) {
+    if (!reading.Require(HEAD_SIZE)) return false;
+    const u32 start = reading.Stream().GetPosition();
+    bool isOwn = true;
+    for (const char expected : SIGNATURE) {
+        const u32 c = ReadU8(reading.Stream());
+        if (c < 0x20 || c > 0x7E) return reading.Refuse(Rule::PsdResourceSignature, start);
+        isOwn = isOwn && c == static_cast<u8>(expected);
+    }
+    if (!isOwn) reading.PassOver(Passed::Resources);
+    return true;
+}
+
+PsdPtr<PsdResourceData> MakePayload(u32 nId) {
+    if (nId == PSD_RESOURCE_ALPHA_NAMES) return MakePsdObject<PsdAlphaNamesData>();
     return MakePsdObject<PsdRawResourceData>();
 }
 
 }  // namespace
 
-bool PsdRawResourceData::Read(ByteStream& stream, u32 size) {
+bool PsdRawResourceData::Read(ByteStream& stream, u32 nSize) {
     m_nSize = 0;
     m_pBytes.reset();
-    m_pBytes = std::make_unique_for_overwrite<u8[]>(size);
-    m_nSize = size;
-    ReadInto(stream, m_pBytes.get(), size);
+    m_pBytes = std::make_unique_for_overwrite<u8[]>(nSize);
+    m_nSize = nSize;
+    ReadInto(stream, m_pBytes.get(), nSize);
     return true;
 }
 
@@ -31,26 +50,26 @@ bool PsdRawResourceData::Write(ByteStream& stream) const {
     return stream.IsGood();
 }
 
-const char* PsdAlphaNamesData::NameList::GetAt(u32 index) const {
-    assert(index < m_nCount);
-    return m_pBlock.get() + m_pOffsets[index];
+const char* PsdAlphaNamesData::NameList::GetAt(u32 nIndex) const {
+    assert(nIndex < m_nCount);
+    return m_pBlock.get() + m_pOffsets[nIndex];
 }
 
-bool PsdAlphaNamesData::Read(ByteStream& stream, u32 size) {
+bool PsdAlphaNamesData::Read(ByteStream& stream, u32 nSize) {
     m_Names = NameList();
-    if (size == 0) return true;
-    m_Names.m_pBlock = std::make_unique_for_overwrite<char[]>(size + 1);
-    ReadInto(stream, m_Names.m_pBlock.get(), size);
-    return stream.IsGood() && Split(size);
+    if (nSize == 0) return true;
+    m_Names.m_pBlock = std::make_unique_for_overwrite<char[]>(u64{nSize} + 1);
+    ReadInto(stream, m_Names.m_pBlock.get(), nSize);
+    return stream.IsGood() && Split(nSize);
 }
 
-// Makes the names in the block out of its size bytes; false when the last one passes their end.
-bool PsdAlphaNamesData::Split(u32 size) {
+// Makes the names in the block out of its nSize bytes; false when the last one passes their end.
+bool PsdAlphaNamesData::Split(u32 nSize) {
     char* const block = m_Names.m_pBlock.get();
     u32 count = 0;
-    u32 used = 0;
-    for (; used < size; ++count) used += 1u + static_cast<u8>(block[used]);
-    if (used != size) return false;
+    u64 used = 0;
+    for (; used < nSize; ++count) used += 1u + static_cast<u8>(block[used]);
+    if (used != nSize) return false;
     m_Names.m_pOffsets = std::make_unique_for_overwrite<u32[]>(count);
     u32 lengthAt = 0;
     for (u32 i = 0; i < count; ++i) {
@@ -59,7 +78,7 @@ bool PsdAlphaNamesData::Split(u32 size) {
         block[lengthAt] = 0;  // ends the name before
         lengthAt = next;
     }
-    block[size] = 0;
+    block[nSize] = 0;
     m_Names.m_nCount = count;
     return true;
 }
@@ -82,19 +101,25 @@ bool PsdAlphaNamesData::Write(ByteStream& stream) const {
 
 bool PsdResource::ReadResourceBlock(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
-    if (!reading.ReadSignature("8BIM", Rule::PsdResourceSignature)) return false;
+    const ReadingRules& rules = reading.Rules();
+    const bool foreign = rules.bResources;
+    if (!(foreign ? ReadForeignSignature(reading)
+                  : reading.ReadSignature(SIGNATURE, Rule::PsdResourceSignature)))
+        return false;
     m_nId = ReadU16(stream);
     const u32 nameLength = ReadU8(stream);
     m_pszName = ReadName(stream, nameLength);
     // The length byte and the name fill an even number of bytes, and so does the payload.
     if (nameLength % 2 == 0) Skip(stream, 1);
-    const LengthField size = ReadLength(stream);
-    const u32 limit = reading.Rules().nPieceLimit;
-    if (size.nLength >= limit) return reading.Refuse(Rule::PsdResourceSize, size.nAt, size.nLength, limit);
-    if (!Holds(stream, size.nLength)) return reading.RefuseShort();
+    if (rules.bBoundedParts && !reading.Require(sizeof(u32))) return false;
+    const LengthField size = reading.ReadLength();
+    if (size.nLength >= PIECE_LIMIT && !reading.Allows(rules.bLongPieces, Passed::LongPieces))
+        return reading.Refuse(Rule::PsdResourceSize, size.nAt, static_cast<i64>(size.nLength), PIECE_LIMIT);
+    if (!reading.Require(size.nLength)) return false;
     m_pData = MakePayload(m_nId);
-    if (!m_pData->Read(stream, size.nLength))
-        return reading.Refuse(Rule::PsdAlphaNames, size.nAt, size.nLength);
+    if (!m_pData->Read(stream, static_cast<u32>(size.nLength)))
+        return reading.Refuse(Rule::PsdAlphaNames, size.nAt, static_cast<i64>(size.nLength));
     if (size.nLength % 2 == 1) Skip(stream, 1);
+    if (!reading.IsWithinPart()) return reading.RefuseShort();
     return reading.IsGood();
 }

@@ -14,9 +14,9 @@ constexpr u32 PSD_RESOURCE_ALPHA_NAMES = 1006;
 // The payload of a resource.
 class PsdResourceData : public PsdObject {
   public:
-    // Fills the payload from the next size bytes, which the data holds. False when they make no such payload.
-    // A read that fails shows in the stream's state only.
-    virtual bool Read(ByteStream& stream, u32 size) = 0;
+    // Fills the payload from the next nSize bytes, which the data holds. False when they make no such
+    // payload. A read that fails shows in the stream's state only.
+    virtual bool Read(ByteStream& stream, u32 nSize) = 0;
 
     // The bytes that the payload takes in a file.
     virtual u32 GetSize() const = 0;
@@ -27,7 +27,7 @@ class PsdResourceData : public PsdObject {
 
 class PsdRawResourceData final : public PsdResourceData {
   public:
-    bool Read(ByteStream& stream, u32 size) override;
+    bool Read(ByteStream& stream, u32 nSize) override;
     u32 GetSize() const override { return m_nSize; }
     bool Write(ByteStream& stream) const override;
 
@@ -43,7 +43,7 @@ class PsdAlphaNamesData final : public PsdResourceData {
     class NameList {
       public:
         u32 GetCount() const { return m_nCount; }
-        const char* GetAt(u32 index) const;
+        const char* GetAt(u32 nIndex) const;
 
       private:
         friend class PsdAlphaNamesData;
@@ -53,14 +53,14 @@ class PsdAlphaNamesData final : public PsdResourceData {
         u32 m_nCount = 0;
     };
 
-    bool Read(ByteStream& stream, u32 size) override;
+    bool Read(ByteStream& stream, u32 nSize) override;
     u32 GetSize() const override;
     bool Write(ByteStream& stream) const override;
 
     NameList m_Names;
 
   private:
-    bool Split(u32 size);
+    bool Split(u32 nSize);
 };
 
 class PsdResource : public PsdObject {

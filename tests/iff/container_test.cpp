@@ -39,7 +39,8 @@ TEST(IffId, HoldsTheBytesOfAnyCharacters) { EXPECT_EQ(IffId("\x81\xFF\0\x7F").m_
 TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
     MemoryStream source(Bytes(20));
     Finding finding;
-    const auto root = CountedPtr<IffArchive>::Adopt(new IffStreamArchive(finding));
+    PassedOver passedOver;
+    const auto root = CountedPtr<IffArchive>::Adopt(new IffStreamArchive(finding, passedOver));
     root->Attach(&source.stream);
     root->CloseChunk(root->OpenChunk(21));
     EXPECT_FALSE(root->HasFailed());
@@ -141,8 +142,9 @@ struct LostStream final : public ByteStream {
 TEST(Load, AChunkThatCannotBePlacedIsNotKept) {
     LostStream stream;
     Finding finding;
+    PassedOver passedOver;
     {
-        const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(finding));
+        const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(finding, passedOver));
         archive->Attach(&stream);
         EXPECT_THROW(archive->OpenChunk(1), CFileException);
     }

@@ -1,6 +1,6 @@
-#include "psd/channel_data.h"
-
 #include "psd/field_reader.h"
+#include "psd/pack_bits.h"
+#include "psd/row_source.h"
 #include "support/loading.h"
 #include "support/random.h"
 
@@ -60,7 +60,8 @@ TEST(BitRows, AreUnpackedAsBitByBit) {
         const u32 rowSize = (width + 7) / 8;
         MemoryStream source(Random(width).SomeBytes(3 * rowSize));
         Bytes samples(3 * width);
-        ASSERT_TRUE(ReadBitRows(source.stream, samples.data(), 3, width));
+        RawRows rows(source.stream, rowSize);
+        ASSERT_EQ(ReadRows(rows, PutBits, {3, width, rowSize}, samples.data(), width), 3u);
         for (u32 i = 0; i < 3 * width; ++i) {
             const u32 x = i % width, byte = source.file.m_bytes[i / width * rowSize + x / 8];
             ASSERT_EQ(samples[i], byte >> (7 - x % 8) & 1 ? 0 : 1) << width;

@@ -177,7 +177,7 @@ TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
     for (const auto& [most, built] : Table<u64, u32>{{0, 1}, {19, 1}, {20, 2}, {39, 2}, {40, 3}}) {
         testing::internal::CaptureStderr();
         testing::internal::CaptureStdout();
-        EXPECT_EQ(DescribeFile(path, stdout, most), DescribeResult::Accepted);
+        EXPECT_EQ(DescribeFile(path, stdout, Tolerance::None, most), DescribeResult::Accepted);
         const std::string out = testing::internal::GetCapturedStdout();
         u32 pictures = 0;
         for (size_t at = 0; (at = out.find("\"bitmap\":true", at)) != std::string::npos; ++at) ++pictures;
@@ -191,7 +191,7 @@ TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
     // A bitmap that memory refuses counts as well.
     const MemoryLimit limit(79);
     testing::internal::CaptureStderr();
-    DescribeFile(path, std::tmpfile(), 19);
+    DescribeFile(path, std::tmpfile(), Tolerance::None, 19);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("passed 19 pixels"), std::string::npos);
 }
 

@@ -1,6 +1,8 @@
 #include "tools/describe/describe.h"
 
+#include "display/tolerance.h"
 #include "document/finding_text.h"
+#include "document/passed_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/archive.h"
 #include "framework/core/exception.h"
@@ -68,6 +70,13 @@ bool WriteKey(JsonWriter& json, const char* pszKey, const Names& names, bool kno
     return whole;
 }
 
+void WritePassedOver(JsonWriter& json, const CVistrelDoc& document, u32 type) {
+    json.BeginArray();
+    if (type != DOC_NONE)
+        for (const std::string& text : PassedTexts(PassedOverIn(document))) json.Text(text);
+    json.EndArray();
+}
+
 // type: what the document holds, DOC_NONE for one that was not read. Whether everything could be written.
 bool WriteFile(JsonWriter& json, const CVistrelDoc& document, u32 type, const Names& names, u64 nMostPixels) {
     const auto writeLayers = [&] { DescribeLayerList(json, document, names.plain, nMostPixels); };
@@ -76,8 +85,10 @@ bool WriteFile(JsonWriter& json, const CVistrelDoc& document, u32 type, const Na
     json.Key("file").Text(std::string_view(names.path).substr(names.path.rfind('/') + 1));
     bool whole = true;
     whole &= WriteKey(json, "iff", names, type == DOC_IFF,
-                      [&] { DescribeChunk(json, *document.m_Iff.GetRoot()); });
+                      [&] { DescribeChunk(json, *document.GetIff(document.GetRules()).GetRoot()); });
     whole &= WriteKey(json, "layer_list", names, type != DOC_NONE, writeLayers);
+    if (document.m_tolerance != Tolerance::None)
+        whole &= WriteKey(json, "passed_over", names, true, [&] { WritePassedOver(json, document, type); });
     whole &= WriteKey(json, "psd", names, type == DOC_PSD, [&] { DescribePsd(json, document.m_Psd); });
     json.EndObject();
     json.EndLine();
@@ -89,8 +100,10 @@ std::string RefusalText(const CVistrelDoc& document) {
            "; IFF reader: " + FindingText(document.m_Iff.GetFinding());
 }
 
-DescribeResult LoadAndWrite(CFile& file, const Names& names, JsonWriter& json, u64 nMostPixels) {
+DescribeResult LoadAndWrite(CFile& file, const Names& names, JsonWriter& json, Tolerance tolerance,
+                            u64 nMostPixels) {
     CVistrelDoc document;
+    document.m_tolerance = tolerance;
     bool refused = false;
     const bool loaded = Guarded(names, [&] {
         CArchive archive(&file, CArchive::load);
@@ -108,12 +121,13 @@ DescribeResult LoadAndWrite(CFile& file, const Names& names, JsonWriter& json, u
 
 }  // namespace
 
-DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, u64 nMostPixels) try {
+DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, Tolerance tolerance,
+                            u64 nMostPixels) try {
     const Names names{strPath, PlainText(strPath)};
     JsonWriter json(out);
     std::unique_ptr<CRegularFile> file;
     const bool opened = Guarded(names, [&] { file = std::make_unique<CRegularFile>(strPath); });
-    return opened ? LoadAndWrite(*file, names, json, nMostPixels) : DescribeResult::CannotBeOpened;
+    return opened ? LoadAndWrite(*file, names, json, tolerance, nMostPixels) : DescribeResult::CannotBeOpened;
 } catch (const CMemoryException&) {
     std::fprintf(stderr, "%s\n", MEMORY_TEXT);
     return DescribeResult::CannotBeOpened;

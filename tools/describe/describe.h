@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/types.h"
+#include "document/vistrel_doc.h"
 
 #include <cstdio>
 #include <string>
@@ -15,7 +16,9 @@ constexpr u64 MOST_PIXELS = u64{1} << 32;
 // Reads the file as the viewer would. Once it is open, and the little memory that reading takes is there, it
 // gives one finished line, whatever happens; before that nothing is written to out. Lines on standard error
 // say what went wrong.
-DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, u64 nMostPixels = MOST_PIXELS);
+// Where it is told to read tolerantly, the line has a key more: what was passed over.
+DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, Tolerance tolerance = Tolerance::None,
+                            u64 nMostPixels = MOST_PIXELS);
 
 // Fit for a terminal: control characters and what is no UTF-8 become '?'.
 std::string PlainText(const std::string& text);

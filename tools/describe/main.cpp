@@ -7,14 +7,18 @@
 #include <algorithm>
 #include <csignal>
 #include <cstring>
+#include <string_view>
+#include <vector>
 
 namespace {
 
 constexpr const char* USAGE =
-    "usage: vistrel-describe FILE...\n\n"
+    "usage: vistrel-describe [--tolerant] FILE...\n\n"
     "Reads each file as the viewer would and prints one JSON object for it on a line\n"
     "of its own: what it holds, what the lists would offer, and a checksum of every\n"
-    "picture. For a refused file a line on standard error says why.\n\n"
+    "picture. For a refused file a line on standard error says why. With --tolerant a\n"
+    "file that is refused is read as well as it can be, and what was passed over is\n"
+    "printed with it.\n\n"
     "Status: 0 when every file was accepted, 1 when one was refused, 2 for a file that\n"
     "cannot be opened, for bad usage, and when the output cannot be written.\n";
 
@@ -27,10 +31,15 @@ int main(int argc, char** argv) {
         std::fputs(USAGE, stdout);
         return 0;
     }
-    const bool dashes = argc > 1 && std::strcmp(argv[1], "--") == 0;
-    const int first = dashes ? 2 : 1;
-    if (first >= argc ||
-        (!dashes && std::any_of(argv + 1, argv + argc, [](const char* word) { return word[0] == '-'; }))) {
+    const std::vector<std::string_view> words(argv + 1, argv + argc);
+    Tolerance tolerance = Tolerance::None;
+    size_t first = 0;
+    for (; first < words.size() && words[first] == "--tolerant"; ++first) tolerance = Tolerance::Always;
+    const bool dashes = first < words.size() && words[first] == "--";
+    if (dashes) ++first;
+    const auto isSwitch = [](std::string_view word) { return word.starts_with('-'); };
+    if (first >= words.size() ||
+        (!dashes && std::any_of(words.begin() + static_cast<std::ptrdiff_t>(first), words.end(), isSwitch))) {
         std::fputs(USAGE, stderr);
         return BAD;
     }
@@ -39,8 +48,8 @@ int main(int argc, char** argv) {
     RegisterChunks();
 
     int status = 0;
-    for (int i = first; i < argc; ++i) {
-        const DescribeResult result = DescribeFile(argv[i], stdout);
+    for (; first < words.size(); ++first) {
+        const DescribeResult result = DescribeFile(std::string(words[first]), stdout, tolerance);
         if (result == DescribeResult::Refused) status = std::max(status, 1);
         if (result == DescribeResult::NotWhole || result == DescribeResult::CannotBeOpened) status = BAD;
         if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
