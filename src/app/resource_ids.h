@@ -17,6 +17,7 @@ constexpr u32 ID_APP_ABOUT = 57664;
 constexpr u32 ID_ZOOM = 32771;
 constexpr u32 ID_TOGGLE_INFO_BAR = 32772;
 constexpr u32 ID_TOGGLE_LAYER_BAR = 32773;
+constexpr u32 ID_READ_TOLERANTLY = 32774;
 
 // Panes, bars and controls.
 constexpr u32 ID_INDICATOR_INFO = 101;
@@ -38,3 +39,6 @@ constexpr u32 IDR_TFF_TYPE = 130;
 constexpr u32 IDR_IFF_TYPE = 131;
 constexpr u32 IDR_TMG_TYPE = 132;
 constexpr u32 IDR_PSD_TYPE = 133;
+
+// The view's own menu.
+constexpr u32 IDR_VIEW_MENU = 134;

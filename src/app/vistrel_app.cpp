@@ -5,9 +5,11 @@
 #include "app/main_frame.h"
 #include "app/resource_ids.h"
 #include "app/resources/resources.h"
+#include "app/tolerance_setting.h"
 #include "app/vistrel_view.h"
 #include "chunks/register_chunks.h"
 #include "document/vistrel_doc.h"
+#include "framework/core/answers.h"
 #include "iff/read_only_check.h"
 
 namespace {
@@ -26,6 +28,7 @@ constexpr u32 TEMPLATES[] = {IDR_ALL_TYPES, IDR_IFF_TYPE, IDR_TFF_TYPE, IDR_TMG_
 
 CVistrelApp::CVistrelApp() {
     AfxSetResources(&g_resources);
+    m_commandLine.AddSwitch(TOLERANT_SWITCH);
 }
 
 const MessageMap& CVistrelApp::GetMessageMap() const {
@@ -34,6 +37,23 @@ const MessageMap& CVistrelApp::GetMessageMap() const {
     };
     static const MessageMap map = {&CWinApp::GetMessageMap(), entries};
     return map;
+}
+
+void CVistrelApp::PrepareDocument(CDocument& document) {
+    const bool always = m_commandLine.HasSwitch(TOLERANT_SWITCH);
+    const Tolerance kept = ToTolerance(GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, ""));
+    // Nobody is there to be asked where a page is printed.
+    const bool cannotAsk = m_commandLine.IsPrint() && kept == Tolerance::Ask;
+    dynamic_cast<CVistrelDoc&>(document).m_tolerance = always      ? Tolerance::Always
+                                                       : cannotAsk ? Tolerance::Never
+                                                                   : kept;
+}
+
+bool CVistrelApp::AskForConsent(const std::vector<std::shared_ptr<CDocument>>& documents) {
+    const YesNoAnswer answer = CurrentAnswers().AskYesNo(ConsentQuestion(documents));
+    const bool yes = answer.nButton == IDYES;
+    if (answer.bChecked) WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, yes ? "always" : "never");
+    return yes;
 }
 
 void CVistrelApp::OnAppAbout() {

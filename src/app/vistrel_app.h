@@ -12,6 +12,9 @@ class CVistrelApp : public CWinApp {
   protected:
     const MessageMap& GetMessageMap() const override;
 
+    void PrepareDocument(CDocument& document) override;
+    bool AskForConsent(const std::vector<std::shared_ptr<CDocument>>& documents) override;
+
   private:
     void OnAppAbout();
 };

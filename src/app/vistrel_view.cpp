@@ -5,6 +5,8 @@
 #include "app/resource_ids.h"
 #include "app/zoom_dialog.h"
 #include "display/catalogue.h"
+#include "display/tolerance.h"
+#include "document/passed_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/dc.h"
@@ -15,11 +17,12 @@
 
 namespace {
 
-void FillList(CComboBox& list, const std::vector<std::string>& names) {
+// Selects the entry at a place, or the first one where there is none.
+void FillList(CComboBox& list, const std::vector<std::string>& names, u32 nSelected) {
     SendMessageA(&list, CB_RESETCONTENT, 0, 0);
     for (const std::string& name : names)
         SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(name.c_str()));
-    SendMessageA(&list, CB_SETCURSEL, 0, 0);
+    SendMessageA(&list, CB_SETCURSEL, nSelected < names.size() ? nSelected : 0, 0);
 }
 
 }  // namespace
@@ -32,6 +35,8 @@ const MessageMap& CVistrelView::GetMessageMap() const {
         OnCommand<&CVistrelView::OnZoom>(ID_ZOOM),
         OnUpdateCommandUi<&CVistrelView::OnUpdateZoom>(ID_ZOOM),
         OnUpdateCommandUi<&CVistrelView::OnUpdateInfoPane>(ID_INDICATOR_INFO),
+        OnCommand<&CVistrelView::OnReadTolerantly>(ID_READ_TOLERANTLY),
+        OnUpdateCommandUi<&CVistrelView::OnUpdateReadTolerantly>(ID_READ_TOLERANTLY),
     };
     static const MessageMap map = {&CView::GetMessageMap(), entries};
     return map;
@@ -47,8 +52,9 @@ CChildFrame* CVistrelView::GetFrame() const {
 
 void CVistrelView::OnInitialUpdate() {
     CChildFrame* const frame = GetFrame();
-    FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()));
+    FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()), 0);
     BuildChannelList(frame);
+    NotePassedOver();
     CView::OnInitialUpdate();
     if (m_bValid) FitFrameToImage(1.0f);
 }
@@ -61,9 +67,9 @@ void CVistrelView::LeaveEmpty() {
     Invalidate();
 }
 
-void CVistrelView::BuildChannelList(CChildFrame* pFrame) {
+void CVistrelView::BuildChannelList(CChildFrame* pFrame, u32 nChannel) {
     try {
-        FillList(pFrame->m_wndChannelCombo, ChooseLayer(GetDoc(), pFrame->GetSelection().nLayer));
+        FillList(pFrame->m_wndChannelCombo, ChooseLayer(GetDoc(), pFrame->GetSelection().nLayer), nChannel);
         m_selection = pFrame->GetSelection();
     } catch (...) {
         LeaveEmpty();
@@ -85,10 +91,60 @@ void CVistrelView::OnLayerChanged(CChildFrame* pFrame) {
     const CWaitCursor wait;
     BuildChannelList(pFrame);
     OnUpdate(nullptr, 0, nullptr);
-    if (!m_bValid) return;
-    // A mip-map level is shown at the size of the whole picture. From the 128th on the scale is infinite.
+    if (m_bValid) FitFrameToImage(PictureScale());
+}
+
+// A mip-map level is shown at the size of the whole picture. From the 128th on the scale is infinite.
+float CVistrelView::PictureScale() const {
     const bool isLevel = GetDoc().m_nDocType == DOC_IFF;
-    FitFrameToImage(isLevel ? std::ldexp(1.0f, static_cast<int>(m_selection.nLayer)) : 1.0f);
+    return isLevel ? std::ldexp(1.0f, static_cast<int>(m_selection.nLayer)) : 1.0f;
+}
+
+void CVistrelView::NotePassedOver() {
+    m_strPassedOver = PassedText(PassedOverIn(GetDoc()));
+    m_strIdleMessage.clear();
+    if (m_strPassedOver.empty()) return;
+    m_strIdleMessage = GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
+                                                   : m_strPassedOver + ": right-click to read tolerantly";
+}
+
+u32 CVistrelView::GetContextMenu() const {
+    return IDR_VIEW_MENU;
+}
+
+// Reads the file again under the other rules, for all windows of the document. Where that fails, which has
+// been reported then, everything stays as it was.
+void CVistrelView::OnReadTolerantly() {
+    const auto document = std::make_shared<CVistrelDoc>();
+    document->m_tolerance = GetDoc().IsReadTolerantly() ? Tolerance::Never : Tolerance::Always;
+    const CWaitCursor wait;
+    const std::string path = GetDoc().GetPathName();
+    if (!document->OnOpenDocument(path)) return;
+    document->SetPathName(path);
+    const std::vector<CView*> views = GetDocument()->GetViews();
+    for (CView* const view : views) dynamic_cast<CVistrelView&>(*view).ShowDocument(document);
+}
+
+// What only the tolerant rules read has no other reading.
+void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
+    const bool passesOver = !m_strPassedOver.empty();
+    pUi->Enable(passesOver && !GetDoc().IsStrictlyRefused());
+    pUi->SetCheck(passesOver && GetDoc().IsReadTolerantly());
+}
+
+// Layer and channel stay chosen where the document has them.
+void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& pDocument) {
+    const Selection before = m_selection;
+    const u32 width = m_nWidth;
+    const u32 height = m_nHeight;
+    SetDocument(pDocument);
+    CChildFrame* const frame = GetFrame();
+    FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()), before.nLayer);
+    const bool sameLayer = frame->GetSelection().nLayer == before.nLayer;
+    BuildChannelList(frame, sameLayer ? before.nChannel : 0);
+    NotePassedOver();
+    OnUpdate(nullptr, 0, nullptr);
+    if (m_bValid && (m_nWidth != width || m_nHeight != height)) FitFrameToImage(PictureScale());
 }
 
 void CVistrelView::OnChannelChanged(CChildFrame* pFrame) {

@@ -16,10 +16,13 @@ class CVistrelView : public CView, public DisplayImage {
     void OnInitialUpdate() override;
     void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override;
     void OnDraw(CDC* pDC) override;
+    std::string GetIdleMessage() const override { return m_strIdleMessage; }
+    u32 GetContextMenu() const override;
     bool OnPreparePrinting(CPrintInfo* pInfo) override;
 
-    // Refills the Channel list for the selected layer, and makes the picture choice.
-    void BuildChannelList(CChildFrame* pFrame);
+    // Refills the Channel list for the selected layer, selects the channel or, where there is none such, the
+    // first one, and makes the picture choice.
+    void BuildChannelList(CChildFrame* pFrame, u32 nChannel = 0);
 
     void OnLayerChanged(CChildFrame* pFrame);
     void OnChannelChanged(CChildFrame* pFrame);
@@ -35,10 +38,17 @@ class CVistrelView : public CView, public DisplayImage {
     void OnZoom();
     void OnUpdateZoom(CCmdUI* pUi);
     void OnUpdateInfoPane(CCmdUI* pUi);
+    void OnReadTolerantly();
+    void OnUpdateReadTolerantly(CCmdUI* pUi);
 
     const CVistrelDoc& GetDoc() const;
     CChildFrame* GetFrame() const;
     void LeaveEmpty();
+    float PictureScale() const;
+    void NotePassedOver();
+    void ShowDocument(const std::shared_ptr<CDocument>& pDocument);
 
     Selection m_selection;  // that is on show
+    std::string m_strPassedOver;
+    std::string m_strIdleMessage;
 };

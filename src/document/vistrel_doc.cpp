@@ -49,6 +49,7 @@ bool CVistrelDoc::OnNewDocument() {
 void CVistrelDoc::Serialize(CArchive& archive) {
     if (!archive.IsLoading()) return;
     m_pTolerantIff.reset();
+    m_strStrictReason.clear();
     bool accepted = false;
     if (m_tolerance == Tolerance::None) {
         accepted = Load(archive, STRICT);
@@ -66,8 +67,13 @@ bool CVistrelDoc::LoadUnderEitherRules(CArchive& archive) {
     m_bStrictlyRefused = !accepted;
     if (!accepted) {
         if (IsFinal(m_Psd.GetFinding().rule) || IsFinal(m_Iff.GetFinding().rule)) return false;
+        const std::string strictReason = ReasonOfReaders();
         file.Seek(start, CFile::begin);
-        return Load(archive, TOLERANT);
+        accepted = Load(archive, TOLERANT);
+        if (!accepted || m_tolerance != Tolerance::Never) return accepted;
+        m_nDocType = DOC_NONE;
+        m_strStrictReason = strictReason;
+        return false;
     }
     if (m_nDocType == DOC_IFF && m_Iff.HasForm(ID_PBM)) {
         file.Seek(start, CFile::begin);
@@ -110,6 +116,11 @@ const IffFile& CVistrelDoc::GetIff(const ReadingRules& rules) const {
 }
 
 std::string CVistrelDoc::GetRefusalReason() const {
+    if (m_strStrictReason.empty()) return ReasonOfReaders();
+    return m_strStrictReason + ". It could be read tolerantly (Reading/Tolerant, or --tolerant)";
+}
+
+std::string CVistrelDoc::ReasonOfReaders() const {
     const Finding& psd = m_Psd.GetFinding();
     const Finding& iff = m_Iff.GetFinding();
     for (const Finding* const finding : {&psd, &iff})

@@ -15,9 +15,10 @@ constexpr u32 DOC_PSD = 1;   // m_Psd is valid
 constexpr u32 DOC_NONE = 2;  // neither is
 
 enum class Tolerance : u8 {
-    None,       // the strict rules alone
-    IfRefused,  // the tolerant ones for a file that the strict ones refuse
-    Always      // and for an IFF file whose pictures they show otherwise
+    None,   // the strict rules alone
+    Never,  // likewise, but a refusal says where the tolerant ones would read the file
+    Ask,    // the tolerant ones for a file that the strict ones refuse, shown where the user says so
+    Always  // shown at once, and so are the pictures of an IFF file that the tolerant ones show otherwise
 };
 
 class CVistrelDoc : public CDocument {
@@ -32,6 +33,8 @@ class CVistrelDoc : public CDocument {
     // The reason of the reader that the file is for, as its first bytes say. Empty where they say neither,
     // and nothing kept them from being read.
     std::string GetRefusalReason() const override;
+
+    bool NeedsConsent() const override { return m_tolerance == Tolerance::Ask && m_bStrictlyRefused; }
 
     // The rules under which the document was read, and its pictures are made.
     const ReadingRules& GetRules() const { return *m_pRules; }
@@ -55,9 +58,11 @@ class CVistrelDoc : public CDocument {
   private:
     bool Load(CArchive& archive, const ReadingRules& rules);
     bool LoadUnderEitherRules(CArchive& archive);
+    std::string ReasonOfReaders() const;
     void LoadTolerantIff(CArchive& archive);
 
     const ReadingRules* m_pRules = &STRICT;
     bool m_bStrictlyRefused = false;
+    std::string m_strStrictReason;  // of a file that only the tolerant rules read, which are not to be used
     std::unique_ptr<IffFile> m_pTolerantIff;  // where it holds more than m_Iff, which was read strictly
 };

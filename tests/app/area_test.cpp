@@ -274,7 +274,7 @@ TEST_F(AreaTest, ThePointerShowsTheWaitForEveryPictureThatIsMade) {
         Press(list, Qt::Key_Down);
     };
     for (const auto& [what, make] : Table<const char*, std::function<void()>>{
-             {"a file", [&] { ASSERT_TRUE(documents.OpenDocumentFile(Main(), path)); }},
+             {"a file", [&] { ASSERT_TRUE(OpenAs(documents, path)); }},
              {"a window", [&] { Command(ID_WINDOW_NEW); }}, {"a channel", [&] { select(Frame().m_wndChannelCombo); }},
              {"a layer", [&] { select(Frame().m_wndLayerCombo); }}}) {
         g_nBuilt = g_nBuiltWaiting = 0;

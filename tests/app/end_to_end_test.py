@@ -6,6 +6,7 @@ usage: end_to_end_test.py PROGRAM
 
 import functools
 import os
+import struct
 import subprocess
 import tempfile
 import time
@@ -94,6 +95,18 @@ class WithoutScreenTest(unittest.TestCase):
                 self.assertEqual(bool(out), bool(done.stdout))
                 self.assertIn(err, done.stderr)
                 self.assertEqual(bool(err), bool(done.stderr))
+
+    def test_a_page_is_printed_without_asking(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file, page = os.path.join(folder, "cut.iff"), os.path.join(folder, "page.pdf")
+            odd = struct.pack(">4sI3s", b"NOTE", 3, b"odd")  # without its pad byte, at the file's end
+            body = picture()[8:] + odd
+            Path(file).write_bytes(b"FORM" + struct.pack(">I", len(body)) + body)
+            done = self.run_program("-pt", file, page)
+            self.assertEqual((done.returncode, os.path.exists(page)), (1, False))
+            self.assertIn("It could be read tolerantly (Reading/Tolerant, or --tolerant).", done.stderr)
+            done = self.run_program("--tolerant", "-pt", file, page)
+            self.assertEqual((done.returncode, done.stderr, os.path.exists(page)), (0, "", True))
 
     def test_prints_each_pixel_on_paper_of_96_units_an_inch(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -92,6 +92,12 @@ inline std::vector<u32> PixelsOf(QWidget& widget, const CRect& rect) {
     return pixels;
 }
 
+// Reads a file as one of those documents, and shows it.
+inline bool OpenAs(const CMultiDocTemplate& documents, const std::string& strPath) {
+    const auto document = documents.ReadDocumentFile(strPath, [](CDocument&) {});
+    return document && documents.ShowDocument(*theApp.m_pMainWnd, document);
+}
+
 class WindowTest : public testing::Test {
   protected:
     WindowTest() { theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700}); }

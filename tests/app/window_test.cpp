@@ -264,12 +264,12 @@ TEST_F(WindowTest, WhatFailsIsReportedOnceAndTheProgramRunsOn) {
         IDR_IFF_TYPE, RuntimeClassOf<CVistrelDoc>(), RuntimeClassOf<CChildFrame>(), RuntimeClassOf<TroubledView>());
     const std::string path = m_folder.Write(Picture(16, 16), "picture.iff");
     g_failing = "choosing", g_failure = [] { throw std::bad_alloc(); };
-    EXPECT_FALSE(documents.OpenDocumentFile(*theApp.m_pMainWnd, path));
+    EXPECT_FALSE(OpenAs(documents, path));
     EXPECT_EQ(m_answers.m_messages, Texts{"\"" + path + "\" was not opened. There is not enough memory."});
     EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty()) << "the document is closed";
 
     g_failing = "", g_failure = [] { throw CException("The view failed"); };
-    ASSERT_TRUE(documents.OpenDocumentFile(*theApp.m_pMainWnd, path));
+    ASSERT_TRUE(OpenAs(documents, path));
     CComboBox& list = Frame().m_wndChannelCombo;
     SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>("Another"));
     for (const char* operation : {"choosing", "updating", "drawing"}) {

@@ -16,6 +16,13 @@ struct RecordedAnswers final : public Answers {
         return IDOK;
     }
 
+    YesNoAnswer AskYesNo(const YesNoQuestion& question) override {
+        std::string text;
+        for (const std::string& paragraph : question.paragraphs) text += paragraph + '\n';
+        m_questions.push_back(text);
+        return m_nextAnswer;
+    }
+
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters, const std::string& strFolder) override {
         m_filters = filters;
         m_strFolder = strFolder;
@@ -28,6 +35,8 @@ struct RecordedAnswers final : public Answers {
     }
 
     std::vector<std::string> m_messages;
+    std::vector<std::string> m_questions;
+    YesNoAnswer m_nextAnswer;
     std::vector<u32> m_dialogs;
     std::function<int(ModalDialog&)> m_nextDialog = [](ModalDialog&) { return IDCANCEL; };
     std::vector<FileFilter> m_filters;     // what the last Open dialog offered

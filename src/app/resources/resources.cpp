@@ -23,6 +23,7 @@ constexpr StringResource STRINGS[] = {
     {ID_ZOOM, "Resize the window for a specific scale factor\nZoom"},
     {ID_TOGGLE_INFO_BAR, "Show or hide the information bar\nToggle Info Bar"},
     {ID_TOGGLE_LAYER_BAR, "Shows or hides the Layer and Channel bar\nToggle Layer & Channel Bar"},
+    {ID_READ_TOLERANTLY, "Read the file again and pass over what breaks the rules of its format\nRead Tolerantly"},
     {ID_FILE_NEW, "Create a new document\nNew"},
     {ID_FILE_OPEN, "Open existing files\nOpen"},
     {ID_FILE_CLOSE, "Close the active window\nClose"},
@@ -55,14 +56,15 @@ constexpr StringResource STRINGS[] = {
     {AFX_IDP_PARSE_REAL, "Please enter a number."},
     {AFX_IDP_PARSE_REAL_RANGE, "Please enter a number between %1 and %2."},
     {AFX_IDS_USAGE,
-     "usage: vistrel [-dde] [FILE...]\n"
-     "       vistrel -p FILE...\n"
-     "       vistrel -pt FILE PRINTER\n"
+     "usage: vistrel [--tolerant] [-dde] [FILE...]\n"
+     "       vistrel [--tolerant] -p FILE...\n"
+     "       vistrel [--tolerant] -pt FILE PRINTER\n"
      "Shows still pictures, each in a window of its own.\n"
      "\n"
      "  -p FILE...          prints the files on the default printer and ends\n"
      "  -pt FILE PRINTER    prints the file on this one; NAME.pdf for PRINTER makes that file\n"
      "  -dde                opens the files in the program that runs already, if any\n"
+     "  --tolerant          reads files that break rules of their formats without asking\n"
      "  --                  every word after it names a file\n"
      "  --help              prints this and ends\n"
      "  --version           prints the program's version and ends"},
@@ -158,6 +160,14 @@ constexpr MenuItemResource WINDOW_ITEMS[] = {
     {ID_WINDOW_ARRANGE, "&Arrange Icons"}, {ID_ZOOM, "&Zoom..."},
 };
 
+constexpr MenuItemResource VIEW_MENU_ITEMS[] = {
+    {ID_READ_TOLERANTLY, "&Read Tolerantly"},
+};
+
+constexpr PopupResource VIEW_MENU[] = {
+    {"", VIEW_MENU_ITEMS},
+};
+
 constexpr PopupResource DOCUMENT_POPUPS[] = {
     {"&File", FILE_ITEMS},     {"&Edit", EDIT_ITEMS}, {"&View", VIEW_ITEMS},
     {"&Window", WINDOW_ITEMS}, {"&Help", HELP_ITEMS},
@@ -166,6 +176,7 @@ constexpr PopupResource DOCUMENT_POPUPS[] = {
 constexpr MenuResource MENUS[] = {
     {IDR_MAINFRAME, MAIN_POPUPS},    {IDR_ALL_TYPES, DOCUMENT_POPUPS}, {IDR_TFF_TYPE, DOCUMENT_POPUPS},
     {IDR_IFF_TYPE, DOCUMENT_POPUPS}, {IDR_TMG_TYPE, DOCUMENT_POPUPS},  {IDR_PSD_TYPE, DOCUMENT_POPUPS},
+    {IDR_VIEW_MENU, VIEW_MENU},
 };
 
 constexpr AcceleratorResource ACCELERATORS[] = {

@@ -13,6 +13,12 @@ class StandardErrorAnswers final : public Answers {
         return IDOK;
     }
 
+    YesNoAnswer AskYesNo(const YesNoQuestion& question) override {
+        for (const std::string& paragraph : question.paragraphs)
+            std::fprintf(stderr, "%s\n", paragraph.c_str());
+        return {};
+    }
+
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>&, const std::string&) override {
         return {};
     }

@@ -14,6 +14,19 @@ constexpr u32 MB_SETFOREGROUND = 0x10000;
 
 constexpr int IDOK = 1;
 constexpr int IDCANCEL = 2;
+constexpr int IDYES = 6;
+constexpr int IDNO = 7;
+
+// A question to be answered with Yes or No.
+struct YesNoQuestion {
+    std::vector<std::string> paragraphs;
+    std::string strCheckBox;  // of the box under it
+};
+
+struct YesNoAnswer {
+    int nButton = IDNO;
+    bool bChecked = false;  // the box
+};
 
 // One choice of what an Open dialog lists.
 struct FileFilter {
@@ -42,6 +55,9 @@ class Answers {
 
     // Shows plain text and waits; returns the button that ended it. nStyle: MB_ bits.
     virtual int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) = 0;
+
+    // Shows plain text under the program's title.
+    virtual YesNoAnswer AskYesNo(const YesNoQuestion& question) = 0;
 
     // The paths of the files to open, in their order; none when the user thinks better of it. The first
     // filter is the one in use at first, and strFolder is shown, or the current folder where it is empty.

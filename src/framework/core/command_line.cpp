@@ -1,5 +1,11 @@
 #include "framework/core/command_line.h"
 
+#include <algorithm>
+
+bool CCommandLineInfo::HasSwitch(const std::string& strSwitch) const {
+    return std::ranges::find(m_strGivenSwitches, strSwitch) != m_strGivenSwitches.end();
+}
+
 void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
     bool switchesEnded = false;
     for (int i = 1; i < argc; ++i) {
@@ -13,6 +19,8 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
                 m_nShellCommand = ShowHelp;
             } else if (word == "--version") {
                 m_nShellCommand = ShowVersion;
+            } else if (std::ranges::find(m_strOwnSwitches, word) != m_strOwnSwitches.end()) {
+                m_strGivenSwitches.push_back(word);
             } else if (word == "-dde") {
                 Choose(FileDDE, word);
             } else if (word == "-p") {

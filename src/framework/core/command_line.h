@@ -19,11 +19,17 @@ class CCommandLineInfo {
         SurplusWord  // a switch beside which there are words that do not go with it
     };
 
+    // Beside the framework's own switches the program understands this one. It goes with all others.
+    void AddSwitch(const std::string& strSwitch) { m_strOwnSwitches.push_back(strSwitch); }
+
     // Takes the arguments after the program's name. Help, version and a switch that cannot be followed win
     // over files.
     void ParseCommandLine(int argc, char* const* argv);
 
     bool IsPrint() const { return m_nShellCommand == FilePrint || m_nShellCommand == FilePrintTo; }
+
+    // Whether one of the program's own switches was given.
+    bool HasSwitch(const std::string& strSwitch) const;
 
     // Whether there is only something to say, and the first such switch counts.
     bool IsAnswer() const {
@@ -39,4 +45,7 @@ class CCommandLineInfo {
   private:
     void Choose(ShellCommand command, const std::string& strSwitch);
     void Refuse(ShellCommand answer, const std::string& strSwitch);
+
+    std::vector<std::string> m_strOwnSwitches;
+    std::vector<std::string> m_strGivenSwitches;
 };

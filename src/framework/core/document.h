@@ -26,6 +26,9 @@ class CDocument : public CCmdTarget {
     // tell than that it did.
     virtual std::string GetRefusalReason() const { return {}; }
 
+    // Whether the user is asked before the document, which was read, is shown.
+    virtual bool NeedsConsent() const { return false; }
+
     bool IsModified() const { return m_bModified; }
     void SetModifiedFlag(bool bModified = true) { m_bModified = bModified; }
 

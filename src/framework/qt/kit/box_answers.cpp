@@ -1,10 +1,12 @@
 #include "framework/qt/kit/box_answers.h"
 
 #include "framework/core/answers.h"
+#include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/dialog_owner.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
@@ -64,6 +66,23 @@ class BoxAnswers final : public Answers {
         if (nStyle & MB_SETFOREGROUND) box.raise();
         const PlainCursor plain;
         return box.exec() == QMessageBox::Ok ? IDOK : IDCANCEL;
+    }
+
+    YesNoAnswer AskYesNo(const YesNoQuestion& question) override {
+        QMessageBox box(QMessageBox::Question, ToDisplayText(AfxLoadString(AFX_IDS_APP_TITLE)), QString(),
+                        QMessageBox::Yes | QMessageBox::No, AfxGetDialogOwner());
+        box.setTextFormat(Qt::PlainText);
+        QStringList paragraphs;
+        for (const std::string& paragraph : question.paragraphs)
+            paragraphs.append(Breakable(ToDisplayText(paragraph)));
+        box.setText(paragraphs.join(QStringLiteral("\n\n")));
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::No);
+        auto* const again = new QCheckBox(ToDisplayText(question.strCheckBox));
+        box.setCheckBox(again);
+        const PlainCursor plain;
+        const bool yes = box.exec() == QMessageBox::Yes;
+        return {yes ? IDYES : IDNO, again->isChecked()};
     }
 
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,

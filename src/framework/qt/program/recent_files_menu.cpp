@@ -3,7 +3,6 @@
 #include "framework/core/cmd_target.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
-#include "framework/qt/kit/ini_profile.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -22,11 +21,8 @@ QString ItemText(u32 nIndex, const std::string& strPath) {
 
 }  // namespace
 
-void CRecentFilesMenu::SetRegistryKey(const std::string& strRegistryKey) {
-    m_pProfile = std::make_unique<IniProfile>(strRegistryKey, AfxLoadString(AFX_IDS_APP_TITLE));
-}
-
-void CRecentFilesMenu::Load(u32 nMaxMRU) {
+void CRecentFilesMenu::Load(Profile& profile, u32 nMaxMRU) {
+    m_pProfile = &profile;
     m_list = CRecentFileList(nMaxMRU);
     m_list.ReadList(*m_pProfile);
 }

@@ -3,16 +3,12 @@
 
 #include "framework/qt/program/recent_files.h"
 
-#include <memory>
-
 class CCmdUI;
 
 class CRecentFilesMenu {
   public:
-    // Reads the list, which takes that many, from the settings. They are kept under the company's key, whose
-    // parts are divided by backslashes, and the program's title.
-    void SetRegistryKey(const std::string& strRegistryKey);
-    void Load(u32 nMaxMRU);
+    // Reads the list, which takes that many, from the settings, which are borrowed.
+    void Load(Profile& profile, u32 nMaxMRU);
 
     const CRecentFileList& GetList() const { return m_list; }
 
@@ -27,7 +23,7 @@ class CRecentFilesMenu {
     void UpdateItem(u32 nIndex, CCmdUI& ui) const;
 
   private:
-    std::unique_ptr<Profile> m_pProfile;
+    Profile* m_pProfile = nullptr;
     CRecentFileList m_list{0};
     bool m_bChanged = false;  // since it was last written, or could not be
 };

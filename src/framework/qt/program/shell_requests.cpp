@@ -34,17 +34,19 @@ bool CShellRequests::CanOpen() const {
 }
 
 void CShellRequests::Open(const std::function<void()>& comeToFront,
-                          const std::function<void(const std::string&)>& open) {
+                          const std::function<void(const std::vector<std::string>&)>& open) {
     while (CanOpen()) {
         const std::vector<std::string> uris = m_waiting.front();
         m_waiting.pop_front();
         comeToFront();
         const QScopedValueRollback<bool> opening(m_bOpening, true);
+        std::vector<std::string> paths;
         for (const std::string& uri : uris) {
             if (const std::optional<std::string> path = FromFileUri(uri))
-                open(*path);
+                paths.push_back(*path);
             else
                 AfxMessageBox("\"" + uri + "\" was not opened. It is no file on this computer.");
         }
+        open(paths);
     }
 }

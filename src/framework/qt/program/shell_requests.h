@@ -28,8 +28,9 @@ class CShellRequests {
     // Whether one waits and can be carried out now.
     bool CanOpen() const;
 
-    // Carries them out in their order: comeToFront for each, then open for each of its paths.
-    void Open(const std::function<void()>& comeToFront, const std::function<void(const std::string&)>& open);
+    // Carries them out in their order: comeToFront for each, then open for all of its paths.
+    void Open(const std::function<void()>& comeToFront,
+              const std::function<void(const std::vector<std::string>&)>& open);
 
   private:
     std::unique_ptr<ShellOpen> m_pShellOpen;

@@ -6,6 +6,7 @@
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/box_answers.h"
+#include "framework/qt/kit/ini_profile.h"
 #include "framework/qt/kit/report_later.h"
 #include "framework/qt/program/shell_file_types.h"
 #include "framework/qt/program/toolkit.h"
@@ -13,9 +14,11 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 namespace {
@@ -89,8 +92,7 @@ void CWinApp::OnFileOpen() {
     filters.push_back({"All Files (*)", {"*"}});
     const CRecentFileList& recent = m_recentFiles.GetList();
     const std::string last = recent.GetSize() > 0 ? recent[0] : "";
-    for (const std::string& path : CurrentAnswers().OpenFiles(filters, last.substr(0, last.rfind('/') + 1)))
-        OpenDocumentFile(path);
+    OpenDocumentFiles(CurrentAnswers().OpenFiles(filters, last.substr(0, last.rfind('/') + 1)));
 }
 
 void CWinApp::OnFilePrintSetup() {
@@ -171,26 +173,80 @@ bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
         m_nExitStatus = EXIT_SUCCESS;
         return false;
     }
-    bool opened = isDde && info.m_strFileNames.empty();
-    for (const std::string& path : info.m_strFileNames) opened |= OpenDocumentFile(path) != nullptr;
+    const bool opened =
+        !OpenDocumentFiles(info.m_strFileNames).empty() || (isDde && info.m_strFileNames.empty());
     return !m_bEnding && (opened || !m_requests.IsEmpty());
 }
 
-CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
-    if (m_bEnding) return nullptr;
-    const std::string path = GetFullPath(strPathName);
-    CDocument* document = nullptr;
-    if (CMDIChildWnd* const child = FindOpen(path)) {
-        child->ActivateFrame();
-        document = child->GetActiveView()->GetDocument();
-    } else {
-        CMultiDocTemplate* chosen = m_templates.front().get();
-        for (const auto& candidate : m_templates)
-            if (candidate->MatchDocType(path)) chosen = candidate.get();
-        document = chosen->OpenDocumentFile(*m_pMainWnd, path);
+void CWinApp::SetRegistryKey(const std::string& strRegistryKey) {
+    m_pProfile = std::make_unique<IniProfile>(strRegistryKey, AfxLoadString(AFX_IDS_APP_TITLE));
+}
+
+std::string CWinApp::GetProfileString(const std::string& strSection, const std::string& strEntry,
+                                      const std::string& strDefault) const {
+    const ProfileSection section = m_pProfile->ReadSection(strSection);
+    const auto entry = section.find(strEntry);
+    return entry == section.end() ? strDefault : entry->second;
+}
+
+bool CWinApp::WriteProfileString(const std::string& strSection, const std::string& strEntry,
+                                 const std::string& strValue) {
+    return m_pProfile->ChangeSection(strSection,
+                                     [&](ProfileSection& section) { section[strEntry] = strValue; });
+}
+
+const CMultiDocTemplate& CWinApp::TemplateFor(const std::string& strPath) const {
+    const CMultiDocTemplate* chosen = m_templates.front().get();
+    for (const auto& candidate : m_templates)
+        if (candidate->MatchDocType(strPath)) chosen = candidate.get();
+    return *chosen;
+}
+
+std::vector<CDocument*> CWinApp::Show(const std::vector<ReadDocument>& documents) {
+    std::vector<CDocument*> shown;
+    for (const ReadDocument& one : documents) {
+        if (m_bEnding || !one.pTemplate->ShowDocument(*m_pMainWnd, one.pDocument)) continue;
+        shown.push_back(one.pDocument.get());
+        m_recentFiles.Add(one.pDocument->GetPathName());
     }
-    if (document) m_recentFiles.Add(path);
-    return document;
+    return shown;
+}
+
+std::vector<CDocument*> CWinApp::OpenDocumentFiles(const std::vector<std::string>& paths) {
+    std::vector<CDocument*> opened;
+    std::vector<ReadDocument> waiting;  // for consent
+    for (const std::string& name : paths) {
+        if (m_bEnding) break;
+        const std::string path = GetFullPath(name);
+        if (CMDIChildWnd* const child = FindOpen(path)) {
+            child->ActivateFrame();
+            opened.push_back(child->GetActiveView()->GetDocument());
+            m_recentFiles.Add(path);
+            continue;
+        }
+        const auto waits = [&](const ReadDocument& one) {
+            return IsSameFile(one.pDocument->GetPathName(), path);
+        };
+        if (std::ranges::any_of(waiting, waits)) continue;
+        const CMultiDocTemplate& kind = TemplateFor(path);
+        const ReadDocument read = {
+            kind.ReadDocumentFile(path, [this](CDocument& document) { PrepareDocument(document); }), &kind};
+        if (!read.pDocument) continue;
+        if (read.pDocument->NeedsConsent())
+            waiting.push_back(read);
+        else
+            std::ranges::copy(Show({read}), std::back_inserter(opened));
+    }
+    std::vector<std::shared_ptr<CDocument>> documents;
+    for (const ReadDocument& one : waiting) documents.push_back(one.pDocument);
+    if (!m_bEnding && !documents.empty() && AskForConsent(documents))
+        std::ranges::copy(Show(waiting), std::back_inserter(opened));
+    return opened;
+}
+
+CDocument* CWinApp::OpenDocumentFile(const std::string& strPathName) {
+    const std::vector<CDocument*> opened = OpenDocumentFiles({strPathName});
+    return opened.empty() ? nullptr : opened.front();
 }
 
 CMDIChildWnd* CWinApp::FindOpen(const std::string& strPathName) const {
@@ -229,7 +285,7 @@ bool CWinApp::CanOpenRequests() const {
 void CWinApp::OpenRequests() {
     if (CanOpenRequests())
         m_requests.Open([this] { m_pMainWnd->BringToFront(); },
-                        [this](const std::string& path) { OpenDocumentFile(path); });
+                        [this](const std::vector<std::string>& paths) { OpenDocumentFiles(paths); });
 }
 
 void CWinApp::OnIdle() {

@@ -44,10 +44,18 @@ class CWinApp : public CCmdTarget {
 
     // From here on the program keeps settings: the user's own, under the company's key, whose parts are
     // divided by backslashes, and the program's title.
-    void SetRegistryKey(const std::string& strRegistryKey) { m_recentFiles.SetRegistryKey(strRegistryKey); }
+    void SetRegistryKey(const std::string& strRegistryKey);
+
+    // A text that is kept in a section of the settings, or what stands for it where there is none.
+    std::string GetProfileString(const std::string& strSection, const std::string& strEntry,
+                                 const std::string& strDefault) const;
+
+    // False where it cannot be kept.
+    bool WriteProfileString(const std::string& strSection, const std::string& strEntry,
+                            const std::string& strValue);
 
     // Reads the list of recent files, which takes this many.
-    void LoadStdProfileSettings(u32 nMaxMRU) { m_recentFiles.Load(nMaxMRU); }
+    void LoadStdProfileSettings(u32 nMaxMRU) { m_recentFiles.Load(*m_pProfile, nMaxMRU); }
 
     // Takes part in what the desktop opens. A copy that prints and ends is none to open files in.
     void EnableShellOpen();
@@ -66,9 +74,12 @@ class CWinApp : public CCmdTarget {
     // them failed.
     bool ProcessShellCommand(const CCommandLineInfo& info);
 
-    // The file goes to the template of its extension, to the first one where it has none. One that is open
-    // already comes to the front. Null when it failed, which has been reported then, or the program is
-    // ending.
+    // Each file goes to the template of its extension, to the first one where it has none. One that is open
+    // already comes to the front. Documents that need consent are shown after all others, once the user has
+    // been asked about them together. The documents that are on show; a failure has been reported.
+    std::vector<CDocument*> OpenDocumentFiles(const std::vector<std::string>& paths);
+
+    // Null when it failed, or the program is ending.
     CDocument* OpenDocumentFile(const std::string& strPathName);
 
     // Opens what the URIs name, in their order, and comes to the front, as soon as no dialog is up and
@@ -88,7 +99,22 @@ class CWinApp : public CCmdTarget {
     void OnFilePrintSetup();
     void OnAppExit();
 
+    // Called for each document before its file is read.
+    virtual void PrepareDocument(CDocument&) {}
+
+    // Whether documents that were read, and need consent, are shown.
+    virtual bool AskForConsent(const std::vector<std::shared_ptr<CDocument>>&) { return true; }
+
+    CCommandLineInfo m_commandLine;
+
   private:
+    struct ReadDocument {
+        std::shared_ptr<CDocument> pDocument;
+        const CMultiDocTemplate* pTemplate;
+    };
+
+    const CMultiDocTemplate& TemplateFor(const std::string& strPath) const;
+    std::vector<CDocument*> Show(const std::vector<ReadDocument>& documents);
     CMDIChildWnd* FindOpen(const std::string& strPathName) const;
     void OnUpdateRecentFile(CCmdUI* pUi);
     void OnOpenRecentFile(u32 nID);
@@ -98,7 +124,7 @@ class CWinApp : public CCmdTarget {
     bool Print(const CCommandLineInfo& info);
 
     std::vector<std::unique_ptr<CMultiDocTemplate>> m_templates;
-    CCommandLineInfo m_commandLine;
+    std::unique_ptr<Profile> m_pProfile;
     CRecentFilesMenu m_recentFiles;
     CShellRequests m_requests;
     int m_nExitStatus = EXIT_FAILURE;

@@ -16,8 +16,17 @@ int CFrameWnd::OnCreate(const CCreateContext& context) {
 }
 
 void CFrameWnd::SetMessageText(const std::string& strText) {
+    m_bIdleMessage = strText.empty();
     if (auto* const bar = dynamic_cast<CStatusBar*>(GetControlBar(ID_VIEW_STATUS_BAR)))
-        bar->SetPaneText(0, strText.empty() ? AfxLoadString(AFX_IDS_IDLEMESSAGE) : strText);
+        bar->SetPaneText(0, m_bIdleMessage ? GetIdleMessage() : strText);
+}
+
+void CFrameWnd::UpdateIdleMessage() {
+    if (m_bIdleMessage) SetMessageText({});
+}
+
+std::string CFrameWnd::GetIdleMessage() const {
+    return AfxLoadString(AFX_IDS_IDLEMESSAGE);
 }
 
 CSize CFrameWnd::GetViewSize() {

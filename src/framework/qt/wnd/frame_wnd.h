@@ -21,8 +21,12 @@ class CFrameWnd : public CBarFrame, public CViewPlace {
   public:
     CView* GetActiveView() const { return m_pView.get(); }
 
-    // Shows the text in the first pane of the status bar; the idle message for an empty one.
+    // Shows the text in the first pane of the status bar; the idle message for an empty one, until there is
+    // another text.
     void SetMessageText(const std::string& strText);
+
+    // Brings the idle message up to date, where it is shown.
+    void UpdateIdleMessage();
 
     CSize GetViewSize() override;
 
@@ -30,6 +34,8 @@ class CFrameWnd : public CBarFrame, public CViewPlace {
     bool VisitTargets(const Visitor& visit) override;
 
   protected:
+    virtual std::string GetIdleMessage() const;
+
     // Makes what stands inside the frame; -1 when the frame cannot be.
     virtual int OnCreate(const CCreateContext& context);
 
@@ -41,4 +47,5 @@ class CFrameWnd : public CBarFrame, public CViewPlace {
 
   private:
     std::unique_ptr<CView> m_pView;
+    bool m_bIdleMessage = false;
 };

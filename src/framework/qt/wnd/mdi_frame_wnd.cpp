@@ -105,6 +105,12 @@ int CMDIFrameWnd::OnCreate(const CCreateContext&) {
     return 0;
 }
 
+std::string CMDIFrameWnd::GetIdleMessage() const {
+    const CMDIChildWnd* const child = MDIGetActive();
+    const std::string message = child ? child->GetActiveView()->GetIdleMessage() : "";
+    return message.empty() ? CFrameWnd::GetIdleMessage() : message;
+}
+
 CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
     const QWidget* const window = m_wndMDIClient.GetArea()->currentSubWindow();
     const auto found =
@@ -140,6 +146,7 @@ void CMDIFrameWnd::BringToFront() {
 void CMDIFrameWnd::OnIdle() {
     UpdateFrameTitle();
     UpdateMenu();
+    UpdateIdleMessage();
     UpdateControlBars();
     for (const auto& child : m_children) child->UpdateControlBars();
 }

@@ -44,6 +44,7 @@ class CMDIFrameWnd : public CFrameWnd {
 
   protected:
     int OnCreate(const CCreateContext& context) override;
+    std::string GetIdleMessage() const override;
     const MessageMap& GetMessageMap() const override;
 
   private:

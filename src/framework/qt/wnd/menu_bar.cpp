@@ -11,6 +11,7 @@
 #include <QPointer>
 #include <QProxyStyle>
 #include <QShortcut>
+#include <QStatusTipEvent>
 #include <QStyleOption>
 
 namespace {
@@ -120,6 +121,24 @@ void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CCmdTarget& target)
     bar.clear();
     for (const PopupResource& popup : menu.popups)
         FillMenu(*bar.addMenu(QString::fromUtf8(popup.pszText)), popup, target);
+}
+
+void AfxTrackPopupMenu(const QWidget& owner, const MenuResource& menu, const QPoint& place,
+                       CCmdTarget& target) {
+    // It goes no later than what it was opened for. Only the menus of a bar say by themselves what their
+    // items do.
+    QWidget* const window = owner.window();
+    auto* const popup = new QMenu(window);
+    popup->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(popup, &QMenu::hovered, window,
+                     [window](QAction* pAction) { pAction->showStatusText(window); });
+    QObject::connect(popup, &QMenu::aboutToHide, window, [window] {
+        QStatusTipEvent nothing{QString()};
+        QApplication::sendEvent(window, &nothing);
+    });
+    QObject::connect(&owner, &QObject::destroyed, popup, [popup] { delete popup; });
+    for (const PopupResource& items : menu.popups) FillMenu(*popup, items, target);
+    popup->popup(place);
 }
 
 QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {

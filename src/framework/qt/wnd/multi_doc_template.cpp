@@ -5,7 +5,13 @@
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/mdi_frame_wnd.h"
 
-#include <memory>
+namespace {
+
+std::string Lead(const std::string& strPathName) {
+    return "\"" + strPathName + "\" was not opened. ";
+}
+
+}  // namespace
 
 bool CMultiDocTemplate::MatchDocType(const std::string& strPathName) const {
     return MatchesFilterExt(GetDocString(AfxLoadString(m_nIDResource), DocStringField::FilterExt),
@@ -18,20 +24,34 @@ FileFilter CMultiDocTemplate::GetFilter() const {
             FilterPatterns(GetDocString(fields, DocStringField::FilterExt))};
 }
 
-CDocument* CMultiDocTemplate::OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName) {
-    CDocument* opened = nullptr;
+std::shared_ptr<CDocument> CMultiDocTemplate::ReadDocumentFile(
+    const std::string& strPathName, const std::function<void(CDocument&)>& prepare) const {
+    std::shared_ptr<CDocument> read;
     const auto open = [&] {
         const CWaitCursor wait;
         const std::shared_ptr<CDocument> document = CreateObjectAs<CDocument>(m_docClass);
-        if (!document || !document->OnOpenDocument(strPathName)) return;
+        if (!document) return;
+        prepare(*document);
+        if (!document->OnOpenDocument(strPathName)) return;
         document->SetPathName(strPathName);
-        CMDIChildWnd* const child = CreateNewFrame(mainFrame, document);
+        read = document;
+    };
+    AfxGuardedCall(open, Lead(strPathName));
+    return read;
+}
+
+bool CMultiDocTemplate::ShowDocument(CMDIFrameWnd& mainFrame,
+                                     const std::shared_ptr<CDocument>& pDocument) const {
+    bool shown = false;
+    const auto show = [&] {
+        const CWaitCursor wait;
+        CMDIChildWnd* const child = CreateNewFrame(mainFrame, pDocument);
         if (!child) return;
-        opened = document.get();
+        shown = true;
         child->ActivateFrame();
     };
-    AfxGuardedCall(open, "\"" + strPathName + "\" was not opened. ");
-    return opened;
+    AfxGuardedCall(show, Lead(pDocument->GetPathName()));
+    return shown;
 }
 
 CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame,

@@ -8,6 +8,10 @@
 #include "framework/core/runtime_class.h"
 #include "framework/qt/wnd/doc_template.h"
 
+#include <functional>
+#include <memory>
+#include <string>
+
 class CMultiDocTemplate : public CDocTemplate {
   public:
     // The frame's class derives from CMDIChildWnd.
@@ -24,9 +28,14 @@ class CMultiDocTemplate : public CDocTemplate {
     // What the Open dialog offers for this kind.
     FileFilter GetFilter() const;
 
-    // Reads the file and shows it in a child window of its own. Null when that failed: it has been reported
-    // then, and neither document nor window is left.
-    CDocument* OpenDocumentFile(CMDIFrameWnd& mainFrame, const std::string& strPathName);
+    // Reads the file into a document of this kind, which prepare is shown before. Null when that failed: it
+    // has been reported then.
+    std::shared_ptr<CDocument> ReadDocumentFile(const std::string& strPathName,
+                                                const std::function<void(CDocument&)>& prepare) const;
+
+    // Shows a document in a child window of its own. False when that failed: it has been reported then, and
+    // no window is left.
+    bool ShowDocument(CMDIFrameWnd& mainFrame, const std::shared_ptr<CDocument>& pDocument) const;
 
     CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,
                                  const std::shared_ptr<CDocument>& pDocument) const override;

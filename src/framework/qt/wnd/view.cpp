@@ -3,7 +3,9 @@
 #include "framework/core/document.h"
 #include "framework/qt/kit/report_later.h"
 #include "framework/qt/wnd/dc.h"
+#include "framework/qt/wnd/menu_bar.h"
 
+#include <QContextMenuEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWidget>
@@ -29,6 +31,11 @@ class ViewWidget final : public QWidget {
         m_view.Paint(dc);
     }
 
+    void contextMenuEvent(QContextMenuEvent* pEvent) override {
+        const MenuResource* const menu = AfxFindMenu(m_view.GetContextMenu());
+        if (menu) AfxTrackPopupMenu(*this, *menu, pEvent->globalPos(), m_view);
+    }
+
   private:
     CView& m_view;
 };
@@ -42,6 +49,11 @@ CView::~CView() {
 void CView::Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> pDocument) {
     Attach(new ViewWidget(*this), &frame);
     m_pPlace = &place;
+    SetDocument(std::move(pDocument));
+}
+
+void CView::SetDocument(std::shared_ptr<CDocument> pDocument) {
+    if (m_pDocument) m_pDocument->RemoveView(this);
     m_pDocument = std::move(pDocument);
     m_pDocument->AddView(this);
 }

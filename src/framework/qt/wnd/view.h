@@ -31,6 +31,15 @@ class CView : public CWnd, public CPrintable {
     // For another look at the same document.
     const std::shared_ptr<CDocument>& ShareDocument() const { return m_pDocument; }
 
+    // Leaves the document for another one; what is shown follows at the next update.
+    void SetDocument(std::shared_ptr<CDocument> pDocument);
+
+    // What the main window says of it while nothing else is to be said; empty for the program's own message.
+    virtual std::string GetIdleMessage() const { return {}; }
+
+    // The id of the menu that a right click, or its key, opens; 0 for none.
+    virtual u32 GetContextMenu() const { return 0; }
+
     // As the frame's present size lays it out, whatever has been shown yet. Right and bottom are negative
     // where the frame is too small for its bars.
     CRect GetClientRect() const override;

@@ -1,0 +1,205 @@
+// Files that break rules of their formats, from the question whether to open them to the menu that reads them
+// otherwise.
+
+#include "app/tolerance_setting.h"
+#include "support/psd_builder.h"
+#include "window_case.h"
+
+#include <QCheckBox>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QStatusBar>
+
+namespace {
+
+// Four bytes of padding follow its one layer where one is read.
+Bytes Padded() { return Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}); }
+
+// Two rows of eight pixels and a byte that pads each, in the picture and in its alpha. The padding shows where
+// rows are not taken for padded.
+Bytes PaddedRows() {
+    return Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2, 255),
+                            Alph({.width = 8, .height = 2, .data = {0xFF, 0xFF}}), Chunk("BODY", {0xFF, 0, 0xFF, 0})});
+}
+
+class ToleranceTest : public WindowTest {
+  protected:
+    ~ToleranceTest() override { Keep("ask"); }
+
+    static void Keep(const std::string& strTolerant) {
+        theApp.WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, strTolerant);
+    }
+    static std::string Kept() { return theApp.GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, ""); }
+
+    u32 OpenWindows() { return static_cast<u32>(theApp.m_pMainWnd->GetChildren().size()); }
+
+    // What the main window says while nothing else is to be said.
+    static std::string IdleText() {
+        Settle();
+        return theApp.m_pMainWnd->GetBarHost()->findChild<QStatusBar*>()->findChild<QLabel*>()->text().toStdString();
+    }
+
+    // The item of the view's own menu, as the menu shows it; opened by the pointer or by its key.
+    QAction* MenuItemOf(QContextMenuEvent::Reason reason) {
+        QWidget& view = *View().GetWidget();
+        QContextMenuEvent event(reason, QPoint(1, 1), view.mapToGlobal(QPoint(1, 1)));
+        QApplication::sendEvent(&view, &event);
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        return menu && menu->actions().size() == 1 ? menu->actions().front() : nullptr;
+    }
+
+    // The item's state; the menu is closed again.
+    std::string MenuState() {
+        const QAction* const item = MenuItemOf(QContextMenuEvent::Keyboard);
+        if (!item) return "no menu";
+        const std::string state = std::string(item->isEnabled() ? "enabled" : "grey") + (item->isChecked() ? ", checked" : "");
+        QApplication::activePopupWidget()->close();
+        return state;
+    }
+
+    void ReadOtherwise() {
+        QAction* const item = MenuItemOf(QContextMenuEvent::Mouse);
+        ASSERT_TRUE(item);
+        EXPECT_EQ(item->text(), "&Read Tolerantly");
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_R);
+        Settle();
+    }
+
+    std::string ShownRows() {
+        std::string rows;
+        for (const u32 pixel : PixelsOf(*View().GetWidget(), {0, 0, 1, ClientSize().cy}))
+            rows += pixel == 0xFFFFFFFF ? '#' : '.';
+        return rows;
+    }
+};
+
+}  // namespace
+
+TEST_F(ToleranceTest, FilesOpenedTogetherAreAskedAboutOnceAtTheEnd) {
+    const std::string first = m_folder.Write(Padded(), "first.psd");
+    const std::string sound = m_folder.Write(Psd({}), "sound.psd");
+    const std::string second = m_folder.Write(Padded(), "second.psd");
+    const std::string neither = m_folder.Write(Bytes(100), "neither.psd");
+    for (const bool yes : {false, true}) {
+        m_answers.m_questions.clear();
+        m_answers.m_messages.clear();
+        m_answers.m_nextAnswer = {yes ? IDYES : IDNO, false};
+        const auto opened = theApp.OpenDocumentFiles({first, sound, neither, second, first});
+        EXPECT_EQ(opened.size(), yes ? 3u : 1u);
+        EXPECT_EQ(m_answers.m_messages.size(), 1u) << "of what neither set of rules reads";
+        EXPECT_EQ(m_answers.m_questions,
+            Texts{"These files break rules of their formats. They were read by passing over what stands after each.\n"
+                  "\"first.psd\": padded layer information\n\"second.psd\": padded layer information\n"
+                  "Open them anyway?\n"});
+        EXPECT_EQ(OpenWindows(), yes ? 3u : 1u);
+        EXPECT_EQ(theApp.m_pMainWnd->GetChildren()[0]->GetActiveView()->GetDocument()->GetTitle(), "sound.psd");
+    }
+    EXPECT_TRUE(theApp.OpenDocumentFile(first)) << "is open already, and nothing is asked";
+    EXPECT_EQ(m_answers.m_questions.size(), 1u);
+}
+
+TEST_F(ToleranceTest, TheCheckBoxKeepsTheAnswer) {
+    const std::string path = m_folder.Write(Padded(), "padded.psd");
+    const std::string question = "\"" + path + "\" breaks rules of its format. It was read by passing over: padded layer " +
+                                 "information.\nOpen it anyway?\n";
+    const std::string refusal = "\"" + path + "\" was not opened. The Photoshop reader stopped at byte 38, layer " +
+                                "information: it is padded by 4 bytes; 0 to 1 are read. It could be read tolerantly " +
+                                "(Reading/Tolerant, or --tolerant).";
+    for (const auto& [before, answer, after, asked, opened] : Table<std::string, YesNoAnswer, std::string, bool, bool>{
+             {"ask", {IDYES, false}, "ask", true, true},
+             {"anything", {IDNO, false}, "anything", true, false},
+             {"ask", {IDYES, true}, "always", true, true},
+             {"ask", {IDNO, true}, "never", true, false},
+             {"always", {IDNO, true}, "always", false, true},
+             {"never", {IDYES, true}, "never", false, false},
+         }) {
+        Keep(before);
+        m_answers.m_questions.clear();
+        m_answers.m_messages.clear();
+        m_answers.m_nextAnswer = answer;
+        EXPECT_EQ(theApp.OpenDocumentFile(path) != nullptr, opened) << before;
+        EXPECT_EQ(m_answers.m_questions, asked ? Texts{question} : Texts{}) << before;
+        EXPECT_EQ(m_answers.m_messages, before == "never" ? Texts{refusal} : Texts{});
+        EXPECT_EQ(Kept(), after);
+        theApp.m_pMainWnd->DestroyChildren();
+    }
+}
+
+TEST_F(ToleranceTest, TheBoxHasItsButtonsAndItsCheckBox) {
+    const auto answer = [&](int button, bool check) {
+        YesNoAnswer given = {IDNO, !check};
+        const auto press = [&] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(box);
+            EXPECT_EQ(box->text(), "One <b>\n\nTwo");
+            EXPECT_EQ(box->checkBox()->text(), "Do not ask again");
+            box->checkBox()->setChecked(check);
+            if (button == 0)
+                QTest::keyClick(box, Qt::Key_Escape);
+            else
+                box->button(static_cast<QMessageBox::StandardButton>(button))->click();
+        };
+        QMetaObject::invokeMethod(qApp, press, Qt::QueuedConnection);
+        given = m_answers.m_pBefore->AskYesNo({{"One <b>", "Two"}, "Do not ask again"});
+        EXPECT_EQ(given.bChecked, check);
+        return given.nButton;
+    };
+    EXPECT_EQ(answer(QMessageBox::Yes, true), IDYES);
+    EXPECT_EQ(answer(QMessageBox::No, false), IDNO);
+    EXPECT_EQ(answer(0, true), IDNO) << "the key that leaves a question";
+}
+
+TEST_F(ToleranceTest, ThePictureThatOnlyTolerantRulesReadSaysSo) {
+    m_answers.m_nextAnswer.nButton = IDYES;
+    ASSERT_TRUE(OpenFile(Psd({}), "sound.psd"));
+    EXPECT_EQ(IdleText(), "Ready");
+    EXPECT_EQ(MenuState(), "grey");
+    ASSERT_TRUE(OpenFile(Padded(), "padded.psd"));
+    EXPECT_EQ(IdleText(), "Read tolerantly: padded layer information");
+    EXPECT_EQ(MenuState(), "grey, checked");
+}
+
+TEST_F(ToleranceTest, TheMenuReadsAnIffFileUnderTheOtherRulesForAllItsWindows) {
+    ASSERT_TRUE(OpenFile(PaddedRows()));
+    Press(Frame().m_wndChannelCombo, Qt::Key_Down);
+    theApp.m_pMainWnd->OnCmdMsg(ID_WINDOW_NEW, CN_COMMAND, nullptr);
+    EXPECT_EQ(IdleText(), "padded plane rows: right-click to read tolerantly");
+    EXPECT_EQ(ShownRows(), "#.") << "the second row is the first one's padding";
+    EXPECT_EQ(MenuState(), "enabled");
+    ReadOtherwise();
+    EXPECT_EQ(IdleText(), "Read tolerantly: padded plane rows");
+    EXPECT_EQ(ShownRows(), "##");
+    EXPECT_EQ(MenuState(), "enabled, checked");
+    auto& other = static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().front());
+    EXPECT_EQ(other.GetActiveView()->GetDocument(), View().GetDocument());
+    EXPECT_EQ(other.GetSelection().nChannel, 1u) << "stays chosen";
+    ReadOtherwise();
+    EXPECT_EQ(ShownRows(), "#.");
+    EXPECT_EQ(OpenWindows(), 2u);
+
+    // What stands there now is no picture any more: everything stays as it was.
+    m_folder.Write(Bytes(10), "picture.iff");
+    ReadOtherwise();
+    EXPECT_EQ(m_answers.m_messages.size(), 1u);
+    EXPECT_EQ(ShownRows(), "#.");
+
+    // Nor is the channel there any more in which the first window is.
+    m_folder.Write(Form("ILBM", {Bmhd({.width = 8, .height = 3}), GreyCmap(2, 255), Chunk("BODY", Bytes(6, 0xFF))}),
+        "picture.iff");
+    ReadOtherwise();
+    EXPECT_EQ(other.GetSelection().nChannel, 0u);
+    EXPECT_EQ(ShownRows(), "###") << "and the frame fits the new picture";
+}
+
+TEST_F(ToleranceTest, AlwaysShowsAnIffFileUnderTheTolerantRulesAtOnce) {
+    Keep("always");
+    ASSERT_TRUE(OpenFile(PaddedRows()));
+    EXPECT_EQ(ShownRows(), "##");
+    EXPECT_EQ(IdleText(), "Read tolerantly: padded plane rows");
+    EXPECT_EQ(MenuState(), "enabled, checked");
+    Keep("never");
+    ASSERT_TRUE(OpenFile(Picture(16, 16), "plain.iff"));
+    EXPECT_EQ(IdleText(), "Ready");
+    EXPECT_EQ(MenuState(), "grey");
+}
