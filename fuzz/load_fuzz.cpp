@@ -1,7 +1,10 @@
-// Any bytes at all, opened as the program opens a file and shown in every way its lists offer.
+// Any bytes at all, opened as the program opens a file, under the strict rules and under the tolerant ones, and
+// shown in every way its lists offer.
 #include "chunks/register_chunks.h"
 #include "display/catalogue.h"
 #include "display/display_image.h"
+#include "display/tolerance.h"
+#include "document/passed_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/archive.h"
 #include "framework/core/exception.h"
@@ -37,13 +40,18 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const u8* data, size_t size) {
     MemoryFile file(Bytes(data, data + size));
-    CArchive archive(&file, CArchive::load);
-    CVistrelDoc document;
-    try {
-        document.Serialize(archive);
-        ShowAll(document);
-    } catch (const CException&) {
-    } catch (const std::bad_alloc&) {
+    for (const Tolerance tolerance : {Tolerance::None, Tolerance::Always}) {
+        file.Seek(0, CFile::begin);
+        CArchive archive(&file, CArchive::load);
+        CVistrelDoc document;
+        document.m_tolerance = tolerance;
+        try {
+            document.Serialize(archive);
+            PassedText(PassedOverIn(document));
+            ShowAll(document);
+        } catch (const CException&) {
+        } catch (const std::bad_alloc&) {
+        }
     }
     return 0;
 }
