@@ -1,5 +1,5 @@
-// Any bytes at all, opened as the program opens a file, under the strict rules and under the tolerant ones, and
-// shown in every way its lists offer.
+// Any bytes at all, opened as the program opens a file, under the strict rules and under the tolerant ones,
+// and shown in every way its lists offer.
 #include "chunks/register_chunks.h"
 #include "display/catalogue.h"
 #include "display/display_image.h"

@@ -273,10 +273,10 @@ TEST_F(AreaTest, ThePointerShowsTheWaitForEveryPictureThatIsMade) {
         SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>("Another"));
         Press(list, Qt::Key_Down);
     };
-    for (const auto& [what, make] : Table<const char*, std::function<void()>>{
-             {"a file", [&] { ASSERT_TRUE(OpenAs(documents, path)); }},
-             {"a window", [&] { Command(ID_WINDOW_NEW); }}, {"a channel", [&] { select(Frame().m_wndChannelCombo); }},
-             {"a layer", [&] { select(Frame().m_wndLayerCombo); }}}) {
+    for (const auto& [what, make] :
+        Table<const char*, std::function<void()>>{{"a file", [&] { ASSERT_TRUE(OpenAs(documents, path)); }},
+            {"a window", [&] { Command(ID_WINDOW_NEW); }}, {"a channel", [&] { select(Frame().m_wndChannelCombo); }},
+            {"a layer", [&] { select(Frame().m_wndLayerCombo); }}}) {
         g_nBuilt = g_nBuiltWaiting = 0;
         make();
         EXPECT_EQ(g_nBuilt, 1) << what;

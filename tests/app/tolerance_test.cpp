@@ -53,7 +53,8 @@ class ToleranceTest : public WindowTest {
     std::string MenuState() {
         const QAction* const item = MenuItemOf(QContextMenuEvent::Keyboard);
         if (!item) return "no menu";
-        const std::string state = std::string(item->isEnabled() ? "enabled" : "grey") + (item->isChecked() ? ", checked" : "");
+        const std::string state =
+            std::string(item->isEnabled() ? "enabled" : "grey") + (item->isChecked() ? ", checked" : "");
         QApplication::activePopupWidget()->close();
         return state;
     }
@@ -101,7 +102,8 @@ TEST_F(ToleranceTest, FilesOpenedTogetherAreAskedAboutOnceAtTheEnd) {
 
 TEST_F(ToleranceTest, TheCheckBoxKeepsTheAnswer) {
     const std::string path = m_folder.Write(Padded(), "padded.psd");
-    const std::string question = "\"" + path + "\" breaks rules of its format. It was read by passing over: padded layer " +
+    const std::string question = "\"" + path +
+                                 "\" breaks rules of its format. It was read by passing over: padded layer " +
                                  "information.\nOpen it anyway?\n";
     const std::string refusal = "\"" + path + "\" was not opened. The Photoshop reader stopped at byte 38, layer " +
                                 "information: it is padded by 4 bytes; 0 to 1 are read. It could be read tolerantly " +
