@@ -90,7 +90,7 @@ void PutHighBytes(u8* pOut, const u8* pRow, u32 nWidth) {
 }
 
 void PutFloats(u8* pOut, const u8* pRow, u32 nWidth) {
-    for (u32 i = 0; i < nWidth; ++i) pOut[i] = static_cast<u8>(FloatAt(pRow, i) * 255 + 0.5f);
+    for (u32 i = 0; i < nWidth; ++i) pOut[i] = static_cast<u8>(std::floor(FloatAt(pRow, i) * 255 + 0.5f));
 }
 
 void PutLinearLight(u8* pOut, const u8* pRow, u32 nWidth) {
