@@ -12,6 +12,9 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPointer>
+#include <QRubberBand>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTextDocumentFragment>
 #include <QTimer>
@@ -19,6 +22,8 @@
 #include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -280,6 +285,7 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
         });
         QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
         QApplication::sendEvent(MainWindow().centralWidget(), &wanted);
+        Settle();
     };
     takeItem();
     ASSERT_TRUE(FloatingFrame("Toolbar"));
@@ -287,4 +293,57 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
     takeItem();
     EXPECT_FALSE(FloatingFrame("Toolbar"));
     EXPECT_TRUE(ToolBar().isVisible());
+}
+
+TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {
+    QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
+    QApplication::sendEvent(&Layers(), &wanted);
+    const QPointer<QWidget> menu = QApplication::activePopupWidget();
+    ASSERT_TRUE(qobject_cast<QMenu*>(menu));
+    EXPECT_EQ(menu->actions()[0]->text(), "&Float Layers && Channels");
+    theApp.m_pMainWnd->DestroyChildren();
+    EXPECT_FALSE(menu);
+}
+
+TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
+    const auto outline = [] {
+        const auto windows = QApplication::topLevelWidgets();
+        return std::ranges::any_of(windows, [](QWidget* window) { return qobject_cast<QRubberBand*>(window); });
+    };
+    for (const QEvent::Type end :
+        {QEvent::WindowDeactivate, QEvent::WindowBlocked, QEvent::UngrabMouse, QEvent::Hide}) {
+        const QPoint from = LayerBar().mapToGlobal(GRIP);
+        Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
+        Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
+        EXPECT_TRUE(outline());
+        QEvent event(end);
+        QApplication::sendEvent(&LayerBar(), &event);
+        EXPECT_FALSE(outline()) << end;
+        Mouse(LayerBar(), QEvent::MouseButtonRelease, from + QPoint(50, 200), Qt::NoButton);
+        EXPECT_FALSE(FloatingFrame("Layers & Channels")) << "nothing is dropped";
+    }
+    const QPoint from = LayerBar().mapToGlobal(GRIP);
+    Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
+    Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
+    theApp.m_pMainWnd->DestroyChildren();
+    EXPECT_FALSE(outline());
+}
+
+TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
+    const auto hasKeys = [&] { return Layers().hasFocus(); };
+    Frame().MoveWindow({-3000, -3000, -2000, -2500});
+    QApplication::setActiveWindow(theApp.m_pMainWnd->GetBarHost());
+    Layers().setFocus();
+    ASSERT_TRUE(WaitFor(hasKeys));
+    ToggleFloating();
+    QWidget* const frame = FloatingFrame("Layers & Channels");
+    ASSERT_TRUE(frame);
+    const auto isOnScreen = [&] { return frame->screen()->availableGeometry().contains(frame->geometry()); };
+    EXPECT_TRUE(isOnScreen());
+    EXPECT_TRUE(WaitFor(hasKeys));
+    frame->move(-5000, 5000);  // as on a screen that is gone when the bar floats again
+    ToggleFloating();
+    EXPECT_TRUE(WaitFor(hasKeys));
+    ToggleFloating();
+    EXPECT_TRUE(isOnScreen());
 }

@@ -57,7 +57,7 @@ TEST_F(WindowTest, EveryCommandIsHandledOrGreyAndSaysWhatItDoes) {
     }
 }
 
-// What a menu shows behind a text is the key that works.
+// What a menu shows after a text is the key that works.
 TEST_F(WindowTest, TheKeyBesideAnItemIsItsAccelerator) {
     std::set<std::string> keys;
     for (const AcceleratorResource& key : AfxGetAccelerators()) {

@@ -107,7 +107,7 @@ class WindowTest : public testing::Test {
         return theApp.OpenDocumentFile(m_folder.Write(bytes, strName));
     }
 
-    // Behind the program's name in the main window's title.
+    // After the program's name in the main window's title.
     bool WaitForTitle(const std::string& strRest) {
         return WaitFor(
             [&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer" + strRest; });

@@ -56,6 +56,6 @@ TEST(Chunks, WhatTheFileCannotDeliverIsRefusedBeforeItIsAllocated) {
         EXPECT_FALSE(Loads(Form("ILBM", {Chunk(id, Bytes(900), 3000)}, 3012))) << id;
         EXPECT_TRUE(Loads(Form("ILBM", {Chunk(id, Bytes(900))}))) << id;
     }
-    // The others behind it have the bytes that the first lacks.
+    // The others after it have the bytes that the first lacks.
     EXPECT_FALSE(Loads(Form("ILBM", Parts(4, S3tc({.data = Bytes(900), .claimedSize = 3000})))));
 }

@@ -34,7 +34,7 @@ TEST(Ilbm, ShowsNothingWhereNoPictureCanBeMade) {
              {"no planes", Picture({8, 2, 0}, two), "not valid"},
              {"data ends early", Picture({8, 3}, two), "not valid"},
              {"packed data ends early", Picture({8, 2, 1, 0, 1}, {0, 9, 0}), "not valid"},
-             {"a value behind the map", Picture({8, 2}, two, Cmap({BLACK})), "not valid"},
+             {"a value beyond the map", Picture({8, 2}, two, Cmap({BLACK})), "not valid"},
              {"width 0", Picture({0, 2}, two), "no bitmap"},
              {"height 0", Picture({8, 0}, two), "no bitmap"},
              {"65535 x 65535 of 1 KB", Picture({65535, 65535, 1, 0, 1}, Bytes(1000)), "not valid"},
@@ -66,7 +66,7 @@ TEST(Alpha, IsShownAsGreyAtItsOwnWidth) {
         EXPECT_EQ(shown.Text(), text) << name;
     }
     const Shown without(Form("ILBM", {Bmhd({8, 1}), FOUR, Chunk("BODY", {1}), Alph({})}), 0, 1);
-    EXPECT_EQ(without.channels, Names{"Composite"}) << "an alpha picture behind the body is none";
+    EXPECT_EQ(without.channels, Names{"Composite"}) << "an alpha picture after the body is none";
     EXPECT_EQ(without.Text(), "not valid");
 }
 

@@ -84,8 +84,8 @@ TEST(Load, WhatDoesNotMatter) {
              {"CAT", Cat("ILBM", {}), true},
              {"another case", Container("form", "ILBM", {}), false},
              {"four zero bytes before it", ByteBuilder().U32(0).Append(child("BODY", 4, 4)), false},
-             {"bytes behind the end", ByteBuilder().Append(child("BODY", 4, 4)).U32(1), true},
-             {"the file ends behind what its class reads", child("GRAB", 4, 1000), true},
+             {"bytes after the end", ByteBuilder().Append(child("BODY", 4, 4)).U32(1), true},
+             {"the file ends after what its class reads", child("GRAB", 4, 1000), true},
              {"the file ends before it", child("BODY", 4, 1000), false},
          })
         EXPECT_EQ(Loads(file), loads) << name;

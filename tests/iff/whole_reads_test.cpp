@@ -20,7 +20,7 @@ u32 SomeSize(Random& random) {
     return excess < 3 ? threshold - 1 + excess : random.Below(threshold);
 }
 
-// Often about the place where reading stands, and sometimes behind the file's end.
+// Often about the place where reading stands, and sometimes after the file's end.
 u32 SomePosition(Random& random, u32 here) {
     const u32 way = random.Below(4), distance = way == 0 ? random.Below(9) : SomeSize(random);
     if (way == 1) return distance + SomeSize(random);

@@ -30,7 +30,7 @@ class Drawing {
         if (letter == 'A') return Alpha();
         if (letter == 'B') return Chunk("BODY", Rows(m_dice, m_size, m_nPlanes, m_nColours, m_bPacked));
         if (letter == 'S') return Blocks();
-        // Behind the four zero bytes of a null id stands another id.
+        // After the four zero bytes of a null id stands another id.
         return m_dice.OneOf<Bytes>({Chunk("GRAB", Noise({3, 4, 4, 5})), Chunk("TRAN", Noise({7, 8, 8, 9})),
                                     Chunk("CONT", Noise({2})), Chunk("ANNO", Noise({0, 1, 12})),
                                     ByteBuilder().U32(0).Append(Header()), ByteBuilder().U32(0, 0, 4, 7)});

@@ -29,7 +29,7 @@ constexpr const char* READING = "It cannot be read";
 
 CRegularFile::CRegularFile(const std::string& strPath) {
     // Looked at before it is opened, because opening a device can already have an effect, and once more
-    // behind that, because another file can have taken the name in between.
+    // after that, because another file can have taken the name in between.
     struct stat status = {};
     if (stat(strPath.c_str(), &status) != 0) throw CFileException(errno);
     RefuseUnlessRegular(status);

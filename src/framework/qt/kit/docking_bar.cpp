@@ -11,10 +11,12 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QRubberBand>
+#include <QScreen>
 #include <QStyle>
 #include <QToolBar>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -84,6 +86,12 @@ class DockingBar final : public QToolBar {
             case QEvent::MouseButtonDblClick:
             case QEvent::MouseMove:
                 return QWidget::event(pEvent);
+            case QEvent::Hide:
+            case QEvent::WindowBlocked:
+            case QEvent::WindowDeactivate:
+            case QEvent::UngrabMouse:
+                EndDrag();
+                return QToolBar::event(pEvent);
             default:
                 return QToolBar::event(pEvent);
         }
@@ -98,16 +106,16 @@ class DockingBar final : public QToolBar {
         const QPoint at = pEvent->globalPosition().toPoint();
         if (!m_held || (!m_pOutline && (at - *m_held).manhattanLength() < QApplication::startDragDistance()))
             return;
-        if (!m_pOutline) m_pOutline = new QRubberBand(QRubberBand::Rectangle, nullptr);
+        if (!m_pOutline) m_pOutline = std::make_unique<QRubberBand>(QRubberBand::Rectangle);
         m_pOutline->setGeometry(OutlineAt(at, pEvent->modifiers()));
         m_pOutline->show();
     }
 
     void mouseReleaseEvent(QMouseEvent* pEvent) override {
         if (pEvent->button() != Qt::LeftButton) return;
-        m_held.reset();
-        if (!m_pOutline) return;
-        delete std::exchange(m_pOutline, nullptr);
+        const bool dragged = m_pOutline != nullptr;
+        EndDrag();
+        if (!dragged) return;
         const QPoint at = pEvent->globalPosition().toPoint();
         const Qt::ToolBarArea area = AreaAt(at, pEvent->modifiers());
         if (area == Qt::NoToolBarArea)
@@ -140,6 +148,12 @@ class DockingBar final : public QToolBar {
     }
 
   private:
+    // However it ends.
+    void EndDrag() {
+        m_held.reset();
+        m_pOutline.reset();
+    }
+
     QWidget& Shown() { return m_bFloating ? *m_pFrame : *this; }
     const QWidget& Shown() const { return const_cast<DockingBar*>(this)->Shown(); }
 
@@ -155,15 +169,36 @@ class DockingBar final : public QToolBar {
     }
 
     void ShowMenu(const QPoint& at) {
-        QMenu menu(this);
-        menu.addAction(m_pToggle);
-        menu.exec(at);
+        auto* const menu = new QMenu(this);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->addAction(m_pToggle);
+        menu->popup(at);
     }
 
     // Where the corner of the frame lies from a pointer that drags it.
     QPoint GetFloatingCorner() const { return AfxCaptionOf(*m_pFrame); }
 
+    // The bar can be scrolled out of sight, and a screen be gone on which it floated before.
+    void MoveOntoScreen(const QPoint& at) {
+        const QRect room = m_host.screen()->availableVirtualGeometry();
+        const QSize size = m_pFrame->size();
+        m_pFrame->move(std::max(std::min(at.x(), room.right() + 1 - size.width()), room.left()),
+                       std::max(std::min(at.y(), room.bottom() + 1 - size.height()), room.top()));
+    }
+
+    // What stands on the bar and has the keys; they stay with it wherever the bar goes.
+    QWidget* OwnFocus() const {
+        QWidget* const focus = QApplication::focusWidget();
+        return m_pContent && m_pContent->isAncestorOf(focus) ? focus : nullptr;
+    }
+    static void GiveBack(QWidget* pFocus) {
+        if (!pFocus) return;
+        pFocus->activateWindow();
+        pFocus->setFocus(Qt::OtherFocusReason);
+    }
+
     void Float(const QPoint& at) {
+        QWidget* const focus = OwnFocus();
         if (m_pContent)
             AfxFillFrame(*m_pFrame, m_pContent, true);
         else
@@ -171,11 +206,13 @@ class DockingBar final : public QToolBar {
         if (m_floatingSize) m_pFrame->resize(*m_floatingSize);
         hide();
         SetFloating(true);
-        m_pFrame->move(at);
+        MoveOntoScreen(at);
         m_pFrame->show();
+        GiveBack(focus);
     }
 
     void Dock() {
+        QWidget* const focus = OwnFocus();
         m_floatingAt = m_pFrame->pos();
         m_floatingSize = m_pFrame->size();
         m_pFrame->hide();
@@ -189,6 +226,7 @@ class DockingBar final : public QToolBar {
         }
         SetFloating(false);
         show();
+        GiveBack(focus);
     }
 
     void SetFloating(bool bFloating) {
@@ -261,7 +299,7 @@ class DockingBar final : public QToolBar {
     QWidget* m_pContent = nullptr;  // null for a bar of buttons
     QWidget* m_pHolder = nullptr;   // of the content while the bar is docked
     QWidget* m_pRows = nullptr;     // a floating bar's buttons
-    QRubberBand* m_pOutline = nullptr;
+    std::unique_ptr<QRubberBand> m_pOutline;
     bool m_bFloating = false;
     std::optional<QPoint> m_held;         // where the mouse took hold of the docked bar, on the screen
     std::optional<QPoint> m_floatingAt;   // where the bar floated last

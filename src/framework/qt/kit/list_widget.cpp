@@ -6,6 +6,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QProxyStyle>
 #include <QStyleOption>
@@ -85,6 +86,9 @@ class ListWidget final : public QComboBox {
         painter.drawComplexControl(QStyle::CC_ComboBox, option);
         painter.drawControl(QStyle::CE_ComboBoxLabel, option);
     }
+
+    // A list that is only chosen from has no menu of its own; that of the bar around it comes up.
+    void contextMenuEvent(QContextMenuEvent* pEvent) override { pEvent->ignore(); }
 
     // The wheel scrolls what lies under the pointer; only a list with the focus takes it as a choice.
     void wheelEvent(QWheelEvent* pEvent) override {

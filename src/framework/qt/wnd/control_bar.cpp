@@ -13,6 +13,12 @@ CControlBar* CBarFrame::GetControlBar(u32 nID) const {
     return found == m_bars.end() ? nullptr : *found;
 }
 
+QWidget* CBarFrame::GetFirstControl() const {
+    for (const CControlBar* const bar : m_bars)
+        if (QWidget* const control = bar->GetFirstControl()) return control;
+    return nullptr;
+}
+
 void CBarFrame::UpdateControlBars() {
     for (CControlBar* const bar : m_bars) bar->OnUpdateCmdUI(*this);
 }

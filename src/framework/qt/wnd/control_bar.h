@@ -25,6 +25,9 @@ class CBarFrame : public CWnd {
     // Brings what the bars show up to date.
     void UpdateControlBars();
 
+    // The first control that takes the keys on a bar of the frame; null without any.
+    QWidget* GetFirstControl() const;
+
     // Whether bars of this frame that float are to show.
     virtual bool ShowsFloatingBars() const { return true; }
 
@@ -47,7 +50,13 @@ class CControlBar : public CWnd {
 
     u32 GetDlgCtrlID() const { return m_nID; }
 
+    // That takes the keys; null on a bar of none.
+    virtual QWidget* GetFirstControl() const { return nullptr; }
+
   protected:
+    // Null before the bar is made.
+    CBarFrame* GetFrame() const { return m_pFrame; }
+
     // Makes the widget the bar of this id in the frame.
     void AttachBar(QWidget* pWidget, CBarFrame* pFrame, u32 nID);
 

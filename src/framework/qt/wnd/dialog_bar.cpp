@@ -28,6 +28,12 @@ void AddMnemonics(QToolBar& bar) {
     }
 }
 
+QWidget* FirstControlOf(const QWidget& strip) {
+    for (QWidget* const widget : strip.findChildren<QWidget*>())
+        if (widget->focusPolicy() & Qt::TabFocus) return widget;
+    return nullptr;
+}
+
 // Reached with the keys, where a bar is not.
 void AddToSystemMenu(const QToolBar& bar, const CBarFrame& frame) {
     const auto* const window = qobject_cast<QMdiSubWindow*>(frame.GetWidget());
@@ -41,7 +47,9 @@ void AddToSystemMenu(const QToolBar& bar, const CBarFrame& frame) {
 bool CDialogBar::Create(CBarFrame* pFrame, u32 nIDTemplate, u32 nID) {
     const DialogResource* const resource = AfxFindDialog(nIDTemplate);
     if (!resource || !CDockingControlBar::Create(pFrame, nID)) return false;
-    AfxSetBarContent(GetBar(), AfxCreateControlStrip(*resource, *pFrame));
+    QWidget* const strip = AfxCreateControlStrip(*resource, *pFrame);
+    AfxSetBarContent(GetBar(), strip);
+    m_pFirstControl = FirstControlOf(*strip);
     AddMnemonics(GetBar());
     AddToSystemMenu(GetBar(), *pFrame);
     return true;

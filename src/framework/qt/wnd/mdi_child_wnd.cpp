@@ -8,7 +8,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QComboBox>
 #include <QHelpEvent>
 #include <QIcon>
 #include <QLayout>
@@ -136,8 +135,8 @@ void CMDIChildWnd::OnFileClose() {
 void CMDIChildWnd::OnOtherPane() {
     const QWidget* const focus = QApplication::focusWidget();
     QWidget* pane = GetActiveView()->GetWidget();
-    auto* const list = m_pBarHost->findChild<QComboBox*>();
-    if (list && list->isVisible() && !list->parentWidget()->isAncestorOf(focus)) pane = list;
+    QWidget* const control = GetFirstControl();
+    if (control && control->isVisible() && !control->parentWidget()->isAncestorOf(focus)) pane = control;
     pane->activateWindow();
     pane->window()->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows
     pane->setFocus(Qt::TabFocusReason);
@@ -161,7 +160,8 @@ void CMDIChildWnd::PlaceInArea() {
 void CMDIChildWnd::ScrollToCaption() {
     const QPoint place = GetSubWindow()->pos();
     const int height = m_pBarHost->y();
-    // One that is wider than the area cannot be: its icon and the first letters tell which window this is.
+    // One that is wider than the area cannot be: its icon stands for it, and the main window's title has its
+    // name.
     const bool hasRoom = GetSubWindow()->width() <= m_pArea->GetVisibleSize().cx;
     const int width = hasRoom ? GetSubWindow()->width() : CAPTION_BEGINNING * height;
     m_pArea->ScrollIntoView({place.x(), place.y(), place.x() + width, place.y() + height});

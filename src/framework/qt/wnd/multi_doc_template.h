@@ -33,8 +33,8 @@ class CMultiDocTemplate : public CDocTemplate {
     std::shared_ptr<CDocument> ReadDocumentFile(const std::string& strPathName,
                                                 const std::function<void(CDocument&)>& prepare) const;
 
-    // Shows a document in a child window of its own. False when that failed: it has been reported then, and
-    // no window is left.
+    // Shows a document in a child window of its own. False when that failed, and no window is left: an
+    // exception has been reported then, a frame that could not be made has not.
     bool ShowDocument(CMDIFrameWnd& mainFrame, const std::shared_ptr<CDocument>& pDocument) const;
 
     CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,

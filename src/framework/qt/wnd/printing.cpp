@@ -87,6 +87,12 @@ std::string RefusalReason(const QPrinter& printer) {
     return "\"" + QFile::encodeName(printer.outputFileName()).toStdString() + "\" cannot be written";
 }
 
+// Asked first, since the toolkit has words of its own for a file that cannot be made.
+bool HasFolder(const QPrinter& printer) {
+    return printer.outputFormat() != QPrinter::PdfFormat ||
+           QFileInfo(printer.outputFileName()).dir().exists();
+}
+
 bool CanPrint(const QPrinter& printer) {
     return printer.outputFormat() == QPrinter::PdfFormat ? !printer.outputFileName().isEmpty()
                                                          : printer.isValid();
@@ -129,7 +135,7 @@ void AfxPrintPage(CPrintable& printable, CPrintInfo& info) {
     QPrinter& printer = *info.m_pPrinter;
     printer.setDocName(ToDisplayText(printable.GetPrintTitle()));
     QPainter painter;
-    if (!painter.begin(&printer)) throw CException(RefusalReason(printer));
+    if (!HasFolder(printer) || !painter.begin(&printer)) throw CException(RefusalReason(printer));
     // A picture of few colours does not bear the losses of photographs.
     painter.setRenderHint(QPainter::LosslessImageRendering);
     painter.scale(printer.logicalDpiX() / double{PAGE_UNITS}, printer.logicalDpiY() / double{PAGE_UNITS});

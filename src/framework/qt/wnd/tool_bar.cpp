@@ -14,7 +14,7 @@ bool CToolBar::LoadToolBar(u32 nIDResource) {
     const ToolBarResource* const resource = AfxFindToolBar(nIDResource);
     if (!resource) return false;
     QToolBar* const bar = &GetBar();
-    auto* const frame = static_cast<CBarFrame*>(GetParent());
+    auto* const frame = GetFrame();
     bar->setIconSize({resource->size.cx, resource->size.cy});
     for (const u32 id : resource->items) {
         if (id == 0) {
