@@ -21,14 +21,14 @@ namespace {
 constexpr u32 SIDE = 1024;
 
 // Smooth areas beside noise, so that runs and literals mix.
-Bytes PictureOf(u32 planes, bool packed) {
+Bytes PictureOf(u32 nPlanes, bool bPacked) {
     Random random(1);
     std::vector<u32> values(SIDE * SIDE);
     for (u32 i = 0; i < values.size(); ++i)
-        values[i] = (i / 64 % 2 ? random() : i / SIDE / 8) & ((1u << planes) - 1);
-    const Bytes rows = PlanesOf(values, SIDE, planes);
-    return Form("ILBM", {Bmhd({.width = SIDE, .height = SIDE, .planes = planes, .compression = packed}),
-                         GreyCmap(1u << planes), Chunk("BODY", packed ? ByteRun(rows, SIDE / 8) : rows)});
+        values[i] = (i / 64 % 2 ? random() : i / SIDE / 8) & ((1u << nPlanes) - 1);
+    const Bytes rows = PlanesOf(values, SIDE, nPlanes);
+    return Form("ILBM", {Bmhd({.width = SIDE, .height = SIDE, .planes = nPlanes, .compression = bPacked}),
+                         GreyCmap(1u << nPlanes), Chunk("BODY", bPacked ? ByteRun(rows, SIDE / 8) : rows)});
 }
 
 // Arguments: planes, whether packed. Bytes are those of the 24-bit picture.

@@ -32,20 +32,20 @@ constexpr u32 PACKED_SIDE = 4096;  // three channels of 50 MB together
 
 using Row = std::vector<u8>;
 
-void Put(Row& bytes, u32 value, u32 count) {
-    while (count > 0) bytes.push_back(static_cast<u8>(value >> --count * 8));
+void Put(Row& bytes, u32 nValue, u32 nCount) {
+    while (nCount > 0) bytes.push_back(static_cast<u8>(nValue >> --nCount * 8));
 }
 
 // A document without palette, resources and layers, up to its composite's data.
-Row FrontOf(u32 side, u32 compression) {
+Row FrontOf(u32 nSide, u32 nCompression) {
     Row bytes = {'8', 'B', 'P', 'S', 0, 1, 0, 0, 0, 0, 0, 0};
     Put(bytes, CHANNELS, 2);
-    Put(bytes, side, 4);
-    Put(bytes, side, 4);
+    Put(bytes, nSide, 4);
+    Put(bytes, nSide, 4);
     Put(bytes, 8, 2);
     Put(bytes, PSD_RGB, 2);
     bytes.insert(bytes.end(), 12, 0);
-    Put(bytes, compression, 2);
+    Put(bytes, nCompression, 2);
     return bytes;
 }
 
@@ -53,12 +53,12 @@ Row FrontOf(u32 side, u32 compression) {
 // black, and ground with texture. Sensor noise grows with the light and leaves short runs in the shadows.
 class Landscape {
   public:
-    Row NextRow(u32 channel, u32 y) {
+    Row NextRow(u32 nChannel, u32 y) {
         Row row(PACKED_SIDE);
         const double horizon = PACKED_SIDE * 0.45;
         for (u32 x = 0; x < PACKED_SIDE; ++x) {
-            const double slope = std::sin(x * 0.0017 + channel) * 60 + std::cos(y * 0.0023) * 50;
-            const double light = y < horizon ? 215 - channel * 20 + slope * 0.8
+            const double slope = std::sin(x * 0.0017 + nChannel) * 60 + std::cos(y * 0.0023) * 50;
+            const double light = y < horizon ? 215 - nChannel * 20 + slope * 0.8
                                              : 75 + slope + std::sin(x * 0.05) * std::cos(y * 0.07) * 25;
             const double noise = m_noise(m_random) * (y < horizon ? 0.35 : 0.4 + light / 90);
             row[x] = static_cast<u8>(std::clamp(std::lround(light + noise), 0l, 255l));
@@ -146,8 +146,8 @@ PacketCounts MakePackedDocument(const TemporaryFile& file) {
     return packets;
 }
 
-bool Load(PsdImage& image, const std::string& path) {
-    CRegularFile file(path);
+bool Load(PsdImage& image, const std::string& strPath) {
+    CRegularFile file(strPath);
     CArchive archive(&file, CArchive::load);
     ArchiveByteStream stream(&archive, 1024);
     const bool loaded = image.LoadPsd(&stream);

@@ -133,11 +133,11 @@ void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
 }
 
 // Layer and channel stay chosen where the document has them.
-void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& pDocument) {
+void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& document) {
     const Selection before = m_selection;
     const u32 width = m_nWidth;
     const u32 height = m_nHeight;
-    SetDocument(pDocument);
+    SetDocument(document);
     CChildFrame* const frame = GetFrame();
     FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()), before.nLayer);
     const bool sameLayer = frame->GetSelection().nLayer == before.nLayer;

@@ -46,7 +46,7 @@ class CVistrelView : public CView, public DisplayImage {
     void LeaveEmpty();
     float PictureScale() const;
     void NotePassedOver();
-    void ShowDocument(const std::shared_ptr<CDocument>& pDocument);
+    void ShowDocument(const std::shared_ptr<CDocument>& document);
 
     Selection m_selection;  // that is on show
     std::string m_strPassedOver;

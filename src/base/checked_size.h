@@ -8,12 +8,12 @@
 constexpr u64 IMPOSSIBLE_SIZE = std::numeric_limits<u64>::max();
 
 // The product in bytes; IMPOSSIBLE_SIZE, which no allocation can meet, where it does not fit.
-constexpr u64 SizeProduct(u64 count, u64 size) {
+constexpr u64 SizeProduct(u64 nCount, u64 nSize) {
     u64 product = 0;
-    return __builtin_mul_overflow(count, size, &product) ? IMPOSSIBLE_SIZE : product;
+    return __builtin_mul_overflow(nCount, nSize, &product) ? IMPOSSIBLE_SIZE : product;
 }
 
 template <typename... Rest>
-constexpr u64 SizeProduct(u64 count, u64 size, Rest... rest) {
-    return SizeProduct(SizeProduct(count, size), rest...);
+constexpr u64 SizeProduct(u64 nCount, u64 nSize, Rest... rest) {
+    return SizeProduct(SizeProduct(nCount, nSize), rest...);
 }

@@ -16,17 +16,17 @@ u64& TheLimit() {
 
 }  // namespace
 
-LargeBlock LargeBlock::Try(u64 size) {
+LargeBlock LargeBlock::Try(u64 nSize) {
     LargeBlock block;
-    const u64 rounded = (size + CACHE_LINE) & ~(CACHE_LINE - 1);  // never 0, unless it wraps
-    if (size > Limit() || rounded < size) return block;
+    const u64 rounded = (nSize + CACHE_LINE) & ~(CACHE_LINE - 1);  // never 0, unless it wraps
+    if (nSize > Limit() || rounded < nSize) return block;
     block.m_pData.reset(static_cast<u8*>(std::aligned_alloc(CACHE_LINE, rounded)));
-    if (block.m_pData) block.m_nSize = size;
+    if (block.m_pData) block.m_nSize = nSize;
     return block;
 }
 
-LargeBlock LargeBlock::Allocate(u64 size) {
-    LargeBlock block = Try(size);
+LargeBlock LargeBlock::Allocate(u64 nSize) {
+    LargeBlock block = Try(nSize);
     if (!block) throw std::bad_alloc();
     return block;
 }
@@ -35,6 +35,6 @@ u64 LargeBlock::Limit() {
     return TheLimit();
 }
 
-u64 LargeBlock::SetLimit(u64 limit) {
-    return std::exchange(TheLimit(), limit);
+u64 LargeBlock::SetLimit(u64 nLimit) {
+    return std::exchange(TheLimit(), nLimit);
 }

@@ -9,16 +9,16 @@ constexpr u32 GROUP = 8;  // pixels in a byte of a plane row, and planes in a by
 
 // Turns eight bytes of eight planes into eight bytes of eight pixels. Byte p of the input is plane p's, its
 // leftmost pixel in bit 7; byte x of the output is pixel x's, plane p in its bit p.
-u64 PlanesToPixels(u64 planes) {
+u64 PlanesToPixels(u64 nPlanes) {
     // A transposition of 8 by 8 bits about the diagonal, by swapping ever larger blocks, gives pixel x in
     // byte 7 - x; the byte order is turned round at the end.
-    u64 swap = (planes ^ (planes >> 7)) & 0x00AA00AA00AA00AA;
-    planes ^= swap ^ (swap << 7);
-    swap = (planes ^ (planes >> 14)) & 0x0000CCCC0000CCCC;
-    planes ^= swap ^ (swap << 14);
-    swap = (planes ^ (planes >> 28)) & 0x00000000F0F0F0F0;
-    planes ^= swap ^ (swap << 28);
-    return __builtin_bswap64(planes);
+    u64 swap = (nPlanes ^ (nPlanes >> 7)) & 0x00AA00AA00AA00AA;
+    nPlanes ^= swap ^ (swap << 7);
+    swap = (nPlanes ^ (nPlanes >> 14)) & 0x0000CCCC0000CCCC;
+    nPlanes ^= swap ^ (swap << 14);
+    swap = (nPlanes ^ (nPlanes >> 28)) & 0x00000000F0F0F0F0;
+    nPlanes ^= swap ^ (swap << 28);
+    return __builtin_bswap64(nPlanes);
 }
 
 // The bytes of up to eight planes for one group of pixels, the first plane's lowest.

@@ -11,13 +11,13 @@ namespace {
 template <typename Sample>
 class PlaneRows {
   public:
-    PlaneRows(const Sample* const* ppRows, u32 width, Sample absent) : m_ppRows(ppRows) {
+    PlaneRows(const Sample* const* ppRows, u32 nWidth, Sample absent) : m_ppRows(ppRows) {
         if (ppRows) return;
-        m_absent = LargeBlock::Allocate(SizeProduct(width, sizeof(Sample)));
-        std::fill_n(AbsentRow(), width, absent);
+        m_absent = LargeBlock::Allocate(SizeProduct(nWidth, sizeof(Sample)));
+        std::fill_n(AbsentRow(), nWidth, absent);
     }
 
-    const Sample* operator[](u32 y) const { return m_ppRows ? m_ppRows[y] : AbsentRow(); }
+    const Sample* operator[](u32 nRow) const { return m_ppRows ? m_ppRows[nRow] : AbsentRow(); }
 
   private:
     const Sample* const* m_ppRows;
@@ -74,7 +74,8 @@ void DisplayImage::PackRows24(PackRow packRow) {
 }
 
 void DisplayImage::CopyRows8(BITMAPINFO& info, RowTable8 ppRows) {
-    PackRows(info, 8, Stride8(m_nWidth), [&](u8* out, u32 y) { std::memcpy(out, ppRows[y], m_nWidth); });
+    PackRows(info, 8, Stride8(m_nWidth),
+             [&](u8* pOut, u32 nRow) { std::memcpy(pOut, ppRows[nRow], m_nWidth); });
 }
 
 void DisplayImage::CopyRows1(BITMAPINFO& info, RowTable8 ppRows) {
@@ -83,12 +84,12 @@ void DisplayImage::CopyRows1(BITMAPINFO& info, RowTable8 ppRows) {
 
 void DisplayImage::CopyRowsHigh16(BITMAPINFO& info, RowTable16 ppRows) {
     PackRows(info, 8, Stride8(m_nWidth),
-             [&](u8* out, u32 y) { TheRowKernels().HighBytes(out, ppRows[y], m_nWidth); });
+             [&](u8* pOut, u32 nRow) { TheRowKernels().HighBytes(pOut, ppRows[nRow], m_nWidth); });
 }
 
 void DisplayImage::CopyRowsLow16(BITMAPINFO& info, RowTable16 ppRows) {
     PackRows(info, 8, Stride8(m_nWidth),
-             [&](u8* out, u32 y) { TheRowKernels().LowBytes(out, ppRows[y], m_nWidth); });
+             [&](u8* pOut, u32 nRow) { TheRowKernels().LowBytes(pOut, ppRows[nRow], m_nWidth); });
 }
 
 void DisplayImage::ConvertGrey8(RowTable8 ppGrey) {
@@ -135,7 +136,9 @@ void DisplayImage::ConvertIndexed16(RowTable16 ppIndex, const u8* pTriplets, u32
 
 void DisplayImage::ConvertRgb8(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppBlue) {
     const PlaneRows<u8> red(ppRed, m_nWidth, 0), green(ppGreen, m_nWidth, 0), blue(ppBlue, m_nWidth, 0);
-    PackRows24([&](u8* out, u32 y) { TheRowKernels().Rgb8(out, red[y], green[y], blue[y], m_nWidth); });
+    PackRows24([&](u8* pOut, u32 nRow) {
+        TheRowKernels().Rgb8(pOut, red[nRow], green[nRow], blue[nRow], m_nWidth);
+    });
 }
 
 void DisplayImage::ConvertRgb1(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppBlue) {
@@ -144,15 +147,17 @@ void DisplayImage::ConvertRgb1(RowTable8 ppRed, RowTable8 ppGreen, RowTable8 ppB
 
 void DisplayImage::ConvertRgb16(RowTable16 ppRed, RowTable16 ppGreen, RowTable16 ppBlue) {
     const PlaneRows<u16> red(ppRed, m_nWidth, 0), green(ppGreen, m_nWidth, 0), blue(ppBlue, m_nWidth, 0);
-    PackRows24([&](u8* out, u32 y) { TheRowKernels().Rgb16(out, red[y], green[y], blue[y], m_nWidth); });
+    PackRows24([&](u8* pOut, u32 nRow) {
+        TheRowKernels().Rgb16(pOut, red[nRow], green[nRow], blue[nRow], m_nWidth);
+    });
 }
 
 void DisplayImage::ConvertCmyk8(RowTable8 ppCyan, RowTable8 ppMagenta, RowTable8 ppYellow,
                                 RowTable8 ppBlack) {
     const PlaneRows<u8> cyan(ppCyan, m_nWidth, 255), magenta(ppMagenta, m_nWidth, 255);
     const PlaneRows<u8> yellow(ppYellow, m_nWidth, 255), black(ppBlack, m_nWidth, 255);
-    PackRows24([&](u8* out, u32 y) {
-        TheRowKernels().Cmyk8(out, cyan[y], magenta[y], yellow[y], black[y], m_nWidth);
+    PackRows24([&](u8* pOut, u32 nRow) {
+        TheRowKernels().Cmyk8(pOut, cyan[nRow], magenta[nRow], yellow[nRow], black[nRow], m_nWidth);
     });
 }
 
@@ -165,7 +170,7 @@ void DisplayImage::ConvertCmyk16(RowTable16 ppCyan, RowTable16 ppMagenta, RowTab
                                  RowTable16 ppBlack) {
     const PlaneRows<u16> cyan(ppCyan, m_nWidth, 65535), magenta(ppMagenta, m_nWidth, 65535);
     const PlaneRows<u16> yellow(ppYellow, m_nWidth, 65535), black(ppBlack, m_nWidth, 65535);
-    PackRows24([&](u8* out, u32 y) {
-        TheRowKernels().Cmyk16(out, cyan[y], magenta[y], yellow[y], black[y], m_nWidth);
+    PackRows24([&](u8* pOut, u32 nRow) {
+        TheRowKernels().Cmyk16(pOut, cyan[nRow], magenta[nRow], yellow[nRow], black[nRow], m_nWidth);
     });
 }

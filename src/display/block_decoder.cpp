@@ -19,10 +19,10 @@ using Block = std::array<u32, SIDE * SIDE>;  // 0xAARRGGBB, row by row
 
 // Little-endian, as the blocks are.
 template <typename Integer>
-Integer Load(const u8* bytes) {
+Integer Load(const u8* pBytes) {
     static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
     Integer value;
-    std::memcpy(&value, bytes, sizeof(value));
+    std::memcpy(&value, pBytes, sizeof(value));
     return value;
 }
 
@@ -33,8 +33,8 @@ struct Rgb {
 };
 
 // Red, green and blue of 5, 6 and 5 bits, widened by repeating their upper bits.
-Rgb Widened(u32 colour) {
-    const u32 red = colour >> 11, green = colour >> 5 & 63, blue = colour & 31;
+Rgb Widened(u32 nColour) {
+    const u32 red = nColour >> 11, green = nColour >> 5 & 63, blue = nColour & 31;
     return {red << 3 | red >> 2, green << 2 | green >> 4, blue << 3 | blue >> 2};
 }
 
@@ -50,13 +50,13 @@ u32 Half(const Rgb& a, const Rgb& b) {
 // Two end points, and 2 bits for each pixel, the first in the lowest. Where transparency is meant, the order
 // of the end points says whether the fourth colour is none.
 template <bool MayBeTransparent>
-Block DecodeColours(const u8* bytes) {
-    const u32 first = Load<u16>(bytes), second = Load<u16>(bytes + 2);
+Block DecodeColours(const u8* pBytes) {
+    const u32 first = Load<u16>(pBytes), second = Load<u16>(pBytes + 2);
     const Rgb a = Widened(first), b = Widened(second);
     const bool transparent = MayBeTransparent && first <= second;
     const Palette palette = {a.Pixel(), b.Pixel(), transparent ? Half(a, b) : Third(a, b),
                              transparent ? 0 : Third(b, a)};
-    u32 indices = Load<u32>(bytes + 4);
+    u32 indices = Load<u32>(pBytes + 4);
     Block block;
     for (u32& pixel : block) {
         pixel = palette[indices & 3];
@@ -65,13 +65,13 @@ Block DecodeColours(const u8* bytes) {
     return block;
 }
 
-void SetAlpha(u32& pixel, u32 alpha) {
-    pixel = (pixel & COLOUR_BITS) | alpha << 24;
+void SetAlpha(u32& nPixel, u32 nAlpha) {
+    nPixel = (nPixel & COLOUR_BITS) | nAlpha << 24;
 }
 
 // 4 bits for each pixel, the first in the lowest.
-void ApplyExplicitAlpha(Block& block, const u8* bytes) {
-    u64 nibbles = Load<u64>(bytes);
+void ApplyExplicitAlpha(Block& block, const u8* pBytes) {
+    u64 nibbles = Load<u64>(pBytes);
     for (u32& pixel : block) {
         SetAlpha(pixel, static_cast<u32>(nibbles & 15) * 17);
         nibbles >>= 4;
@@ -79,13 +79,13 @@ void ApplyExplicitAlpha(Block& block, const u8* bytes) {
 }
 
 // Two end points, and 3 bits for each pixel, the first in the lowest.
-void ApplyInterpolatedAlpha(Block& block, const u8* bytes) {
-    const u32 first = bytes[0], second = bytes[1];
+void ApplyInterpolatedAlpha(Block& block, const u8* pBytes) {
+    const u32 first = pBytes[0], second = pBytes[1];
     std::array<u32, 8> palette = {first, second};
     const u32 steps = first > second ? 7 : 5;
     for (u32 i = 1; i < steps; ++i) palette[i + 1] = ((steps - i) * first + i * second) / steps;
     if (steps == 5) palette[7] = 255;  // and the one before stays 0
-    u64 indices = Load<u64>(bytes) >> 16;
+    u64 indices = Load<u64>(pBytes) >> 16;
     for (u32& pixel : block) {
         SetAlpha(pixel, palette[indices & 7]);
         indices >>= 3;
@@ -94,23 +94,23 @@ void ApplyInterpolatedAlpha(Block& block, const u8* bytes) {
 
 struct OneBitAlpha {
     static constexpr u32 BLOCK_SIZE = COLOUR_SIZE;
-    static Block Decode(const u8* bytes) { return DecodeColours<true>(bytes); }
+    static Block Decode(const u8* pBytes) { return DecodeColours<true>(pBytes); }
 };
 
 struct ExplicitAlpha {
     static constexpr u32 BLOCK_SIZE = 2 * COLOUR_SIZE;
-    static Block Decode(const u8* bytes) {
-        Block block = DecodeColours<false>(bytes + COLOUR_SIZE);
-        ApplyExplicitAlpha(block, bytes);
+    static Block Decode(const u8* pBytes) {
+        Block block = DecodeColours<false>(pBytes + COLOUR_SIZE);
+        ApplyExplicitAlpha(block, pBytes);
         return block;
     }
 };
 
 struct InterpolatedAlpha {
     static constexpr u32 BLOCK_SIZE = 2 * COLOUR_SIZE;
-    static Block Decode(const u8* bytes) {
-        Block block = DecodeColours<false>(bytes + COLOUR_SIZE);
-        ApplyInterpolatedAlpha(block, bytes);
+    static Block Decode(const u8* pBytes) {
+        Block block = DecodeColours<false>(pBytes + COLOUR_SIZE);
+        ApplyInterpolatedAlpha(block, pBytes);
         return block;
     }
 };

@@ -15,8 +15,8 @@
 
 namespace {
 
-bool TakeFirst(IffChunk* chunk, void* context) {
-    *static_cast<IffChunk**>(context) = chunk;
+bool TakeFirst(IffChunk* pChunk, void* pContext) {
+    *static_cast<IffChunk**>(pContext) = pChunk;
     return false;
 }
 
@@ -46,9 +46,9 @@ struct DeepestBody {
 };
 
 // Keeps the body whose header has the most planes; of equals the first, and never one without planes.
-bool KeepDeepest(IffChunk* chunk, void* context) {
-    auto* const deepest = static_cast<DeepestBody*>(context);
-    auto* const body = dynamic_cast<BodyChunk*>(chunk);
+bool KeepDeepest(IffChunk* pChunk, void* pContext) {
+    auto* const deepest = static_cast<DeepestBody*>(pContext);
+    auto* const body = dynamic_cast<BodyChunk*>(pChunk);
     const u32 planes = body && IsReadable(*body) ? PlaneCount(*body) : 0;
     if (planes > deepest->nPlanes) *deepest = {body, planes};
     return true;

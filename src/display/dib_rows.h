@@ -21,8 +21,8 @@ class DibRows {
           m_nStride(nStride),
           m_block(LargeBlock::Allocate(SizeProduct(nHeight, nStride))) {}
 
-    // Where the picture's row y goes; 0 is the top.
-    u8* Row(u32 y) const { return m_block.Data() + (m_nHeight - 1 - y) * m_nStride; }
+    // Where the picture's row nRow goes; 0 is the top.
+    u8* Row(u32 nRow) const { return m_block.Data() + (m_nHeight - 1 - nRow) * m_nStride; }
     const void* Bits() const { return m_block.Data(); }
 
   private:

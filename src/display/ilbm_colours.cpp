@@ -102,7 +102,7 @@ bool IlbmColours::PutRow(u8* pOut, const u32* pValues, u32 nWidth) const {
         case PixelKind::HalfBrite:
             // Between the two halves of a short map nothing has a colour.
             if (std::any_of(pValues, pValues + nWidth,
-                            [&](u32 value) { return value % HALF_BRITE_ENTRIES >= m_nEntries; }))
+                            [&](u32 nValue) { return nValue % HALF_BRITE_ENTRIES >= m_nEntries; }))
                 return false;
             return TheRowKernels().ColourMap(pOut, pValues, nWidth, m_pEntries, 2 * HALF_BRITE_ENTRIES);
         case PixelKind::TrueColour:
@@ -124,8 +124,8 @@ bool IlbmColours::PutRow(u8* pOut, const u32* pValues, u32 nWidth) const {
 bool IlbmColours::PutHamRow(u8* pOut, const u32* pValues, u32 nWidth) const {
     const u32 bits = m_nPlanes >= 7 ? 6 : 4;
     const u32 mask = (1u << bits) - 1;
-    const auto widened = [bits](u32 value) {
-        return static_cast<u8>(bits == 6 ? value << 2 | value >> 4 : value << 4 | value);
+    const auto widened = [bits](u32 nValue) {
+        return static_cast<u8>(bits == 6 ? nValue << 2 | nValue >> 4 : nValue << 4 | nValue);
     };
     if (m_nEntries == 0) return false;
     IffRgb colour = m_pEntries[0];

@@ -26,10 +26,10 @@ class RowsInProgress {
 };
 
 // An alpha picture narrower than the header leaves the rest of the row black.
-void PackAlphaRow(u8* out, const u32* values, u32 alphaWidth, u32 width) {
-    const u32 shown = std::min(alphaWidth, width);
-    TheRowKernels().GreyValues(out, values, shown);
-    std::fill(out + u64{shown} * 3, out + u64{width} * 3, u8{0});
+void PackAlphaRow(u8* pOut, const u32* pValues, u32 nAlphaWidth, u32 nWidth) {
+    const u32 shown = std::min(nAlphaWidth, nWidth);
+    TheRowKernels().GreyValues(pOut, pValues, shown);
+    std::fill(pOut + u64{shown} * 3, pOut + u64{nWidth} * 3, u8{0});
 }
 
 }  // namespace

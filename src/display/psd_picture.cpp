@@ -6,12 +6,12 @@
 namespace {
 
 // The plane of a channel; null where the document lacks it.
-RowTable8 Plane8(const PsdImage& psd, u32 channel) {
-    return psd.m_pppPlanes && channel < psd.m_nChannels ? psd.m_pppPlanes[channel] : nullptr;
+RowTable8 Plane8(const PsdImage& psd, u32 nChannel) {
+    return psd.m_pppPlanes && nChannel < psd.m_nChannels ? psd.m_pppPlanes[nChannel] : nullptr;
 }
 
-RowTable16 Plane16(const PsdImage& psd, u32 channel) {
-    return psd.GetWords(channel);
+RowTable16 Plane16(const PsdImage& psd, u32 nChannel) {
+    return psd.GetWords(nChannel);
 }
 
 }  // namespace

@@ -26,12 +26,12 @@ void Rgb16(u8* pOut, const u16* pRed, const u16* pGreen, const u16* pBlue, u32 n
     }
 }
 
-u8 Inked8(u32 component, u32 black) {
-    return static_cast<u8>(component * black / 255);
+u8 Inked8(u32 nComponent, u32 nBlack) {
+    return static_cast<u8>(nComponent * nBlack / 255);
 }
 
-u8 Inked16(u32 component, u32 black) {
-    return static_cast<u8>(component * black / (65535 * 256));
+u8 Inked16(u32 nComponent, u32 nBlack) {
+    return static_cast<u8>(nComponent * nBlack / (65535 * 256));
 }
 
 void Cmyk8(u8* pOut, const u8* pCyan, const u8* pMagenta, const u8* pYellow, const u8* pBlack, u32 nWidth) {
@@ -51,8 +51,8 @@ void Cmyk16(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow,
     }
 }
 
-void PutGrey(u8* pOut, u8 grey) {
-    pOut[0] = pOut[1] = pOut[2] = grey;
+void PutGrey(u8* pOut, u8 nGrey) {
+    pOut[0] = pOut[1] = pOut[2] = nGrey;
 }
 
 void GreyValues(u8* pOut, const u32* pValues, u32 nWidth) {

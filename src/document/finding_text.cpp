@@ -93,19 +93,19 @@ constexpr std::array<const char*, static_cast<size_t>(Place::Count)> PLACES = {
     "the pad byte",
 };
 
-void Replace(std::string& text, std::string_view name, const std::string& value) {
-    const size_t at = text.find(name);
-    if (at != std::string::npos) text.replace(at, name.size(), value);
+void Replace(std::string& strText, std::string_view name, const std::string& strValue) {
+    const size_t at = strText.find(name);
+    if (at != std::string::npos) strText.replace(at, name.size(), strValue);
 }
 
-std::string ErrorText(int error) {
-    return error == 0 ? std::string() : std::string(": ") + std::strerror(error);
+std::string ErrorText(int nError) {
+    return nError == 0 ? std::string() : std::string(": ") + std::strerror(nError);
 }
 
-std::string Quoted(u32 id) {
-    char characters[sizeof(id)];
-    std::memcpy(characters, &id, sizeof(id));
-    std::string text(characters, sizeof(id));
+std::string Quoted(u32 nId) {
+    char characters[sizeof(nId)];
+    std::memcpy(characters, &nId, sizeof(nId));
+    std::string text(characters, sizeof(nId));
     for (char& c : text)
         if (c < 0x20 || c > 0x7E) c = '?';
     return '"' + text + '"';

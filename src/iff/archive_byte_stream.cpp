@@ -26,40 +26,40 @@ u32 ArchiveByteStream::GetRemaining() {
     return 0;
 }
 
-u8* ArchiveByteStream::AcquireWriteBuffer(u32* limit, u32 size) {
-    m_pBlock = std::make_unique_for_overwrite<u8[]>(size);
-    *limit = size;
+u8* ArchiveByteStream::AcquireWriteBuffer(u32* pLimit, u32 nSize) {
+    m_pBlock = std::make_unique_for_overwrite<u8[]>(nSize);
+    *pLimit = nSize;
     return m_pBlock.get();
 }
 
-u8* ArchiveByteStream::AcquireReadBuffer(u32* limit, u32 size) {
-    if (!m_pArchive) return ByteStream::AcquireReadBuffer(limit, size);
+u8* ArchiveByteStream::AcquireReadBuffer(u32* pLimit, u32 nSize) {
+    if (!m_pArchive) return ByteStream::AcquireReadBuffer(pLimit, nSize);
     // Noted now, so that moves inside the buffer need not ask the source where it stands.
     m_nBlockStart = Tell();
     LengthOfFile();
-    m_pBlock = std::make_unique_for_overwrite<u8[]>(size);
+    m_pBlock = std::make_unique_for_overwrite<u8[]>(nSize);
     m_nGot = 0;
     try {
-        m_nGot = m_pArchive->Read(m_pBlock.get(), size);
+        m_nGot = m_pArchive->Read(m_pBlock.get(), nSize);
         if (m_nGot == 0) m_nStatus |= BS_SHORT;
     } catch (const CException& exception) {
         NoteFault(BS_ERROR, exception);
     }
-    *limit = m_nGot;
+    *pLimit = m_nGot;
     return m_pBlock.get();
 }
 
-void ArchiveByteStream::ReleaseWriteBuffer(u32 count) {
-    WriteBlock(m_pBlock.get(), count);
+void ArchiveByteStream::ReleaseWriteBuffer(u32 nCount) {
+    WriteBlock(m_pBlock.get(), nCount);
     if (m_pArchive) m_pBlock.reset();
 }
 
-void ArchiveByteStream::ReleaseReadBuffer(u32 count) {
+void ArchiveByteStream::ReleaseReadBuffer(u32 nCount) {
     CFile* const file = FlushedFile();
     if (!file) return;
-    if (count != m_nGot) {
+    if (nCount != m_nGot) {
         try {
-            file->Seek(i64{count} - i64{m_nGot}, CFile::current);
+            file->Seek(i64{nCount} - i64{m_nGot}, CFile::current);
         } catch (const CException& exception) {
             NoteFault(BS_UNSUPPORTED, exception);
         }
@@ -68,26 +68,26 @@ void ArchiveByteStream::ReleaseReadBuffer(u32 count) {
     m_pBlock.reset();
 }
 
-void ArchiveByteStream::WriteBlock(const void* data, u32 count) {
+void ArchiveByteStream::WriteBlock(const void* pData, u32 nCount) {
     if (!m_pArchive) {
         m_nStatus |= BS_UNSUPPORTED;
         return;
     }
     try {
-        m_pArchive->Write(data, count);
+        m_pArchive->Write(pData, nCount);
     } catch (const CException& exception) {
         NoteFault(BS_ERROR, exception);
     }
 }
 
-u32 ArchiveByteStream::ReadBlock(void* data, u32 count) {
+u32 ArchiveByteStream::ReadBlock(void* pData, u32 nCount) {
     if (!m_pArchive) {
         m_nStatus |= BS_UNSUPPORTED;
         return 0;
     }
     try {
-        const u32 got = m_pArchive->Read(data, count);
-        if (got < count) m_nStatus |= BS_SHORT;
+        const u32 got = m_pArchive->Read(pData, nCount);
+        if (got < nCount) m_nStatus |= BS_SHORT;
         return got;
     } catch (const CException& exception) {
         NoteFault(BS_ERROR, exception);
@@ -109,11 +109,11 @@ u32 ArchiveByteStream::Tell() {
     return 0;
 }
 
-void ArchiveByteStream::Seek(u32 position) {
+void ArchiveByteStream::Seek(u32 nPosition) {
     CFile* const file = FlushedFile();
     if (!file) return;
     try {
-        file->Seek(position, CFile::begin);
+        file->Seek(nPosition, CFile::begin);
     } catch (const CException& exception) {
         NoteFault(BS_UNSUPPORTED, exception);
     }

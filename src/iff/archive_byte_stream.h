@@ -14,20 +14,20 @@ class CFile;
 class ArchiveByteStream final : public ByteStream {
   public:
     // The archive is borrowed until Close.
-    ArchiveByteStream(CArchive* archive, u32 nBufferSize) : ByteStream(nBufferSize), m_pArchive(archive) {}
+    ArchiveByteStream(CArchive* pArchive, u32 nBufferSize) : ByteStream(nBufferSize), m_pArchive(pArchive) {}
 
     // Leaves the archive at the stream's logical position and lets go of it.
     void Close();
 
     u32 GetRemaining() override;
-    u8* AcquireWriteBuffer(u32* limit, u32 size) override;
-    u8* AcquireReadBuffer(u32* limit, u32 size) override;
-    void ReleaseWriteBuffer(u32 count) override;
-    void ReleaseReadBuffer(u32 count) override;
-    void WriteBlock(const void* data, u32 count) override;
-    u32 ReadBlock(void* data, u32 count) override;
+    u8* AcquireWriteBuffer(u32* pLimit, u32 nSize) override;
+    u8* AcquireReadBuffer(u32* pLimit, u32 nSize) override;
+    void ReleaseWriteBuffer(u32 nCount) override;
+    void ReleaseReadBuffer(u32 nCount) override;
+    void WriteBlock(const void* pData, u32 nCount) override;
+    u32 ReadBlock(void* pData, u32 nCount) override;
     u32 Tell() override;
-    void Seek(u32 position) override;
+    void Seek(u32 nPosition) override;
     u32 GetDataLength() override;
 
   private:

@@ -4,14 +4,14 @@
 #include <cerrno>
 #include <limits>
 
-u8* ByteStream::AcquireWriteBuffer(u32* limit, u32) {
-    *limit = 0;
+u8* ByteStream::AcquireWriteBuffer(u32* pLimit, u32) {
+    *pLimit = 0;
     m_nStatus |= BS_UNSUPPORTED;
     return nullptr;
 }
 
-u8* ByteStream::AcquireReadBuffer(u32* limit, u32) {
-    *limit = 0;
+u8* ByteStream::AcquireReadBuffer(u32* pLimit, u32) {
+    *pLimit = 0;
     m_nStatus |= BS_UNSUPPORTED;
     return nullptr;
 }
@@ -45,10 +45,10 @@ void ByteStream::NoteState(Finding& finding) {
     }
 }
 
-bool ByteStream::Refill(u32 needed) {
+bool ByteStream::Refill(u32 nNeeded) {
     Sync();
     m_pReadBuffer = AcquireReadBuffer(&m_nLimit, m_nBufferSize);
-    if (m_nLimit >= needed) return true;
+    if (m_nLimit >= nNeeded) return true;
     m_nStatus |= BS_END;
     return false;
 }
@@ -77,11 +77,11 @@ void ByteStream::Sync() {
     m_nHighWater = 0;
 }
 
-void ByteStream::SetPosition(u32 position) {
-    const u32 offset = position - Tell();
+void ByteStream::SetPosition(u32 nPosition) {
+    const u32 offset = nPosition - Tell();
     if (offset > m_nLimit) {
         Sync();
-        Seek(position);
+        Seek(nPosition);
     } else if (m_pReadBuffer) {
         m_nHighWater = std::max(m_nHighWater, m_nReadPos);
         m_nReadPos = offset;

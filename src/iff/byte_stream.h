@@ -24,25 +24,25 @@ class ByteStream {
     // Bytes from the logical position to the end of the data.
     virtual u32 GetRemaining() { return 0xFFFFFFFF; }
 
-    // A buffer of size bytes to fill; limit receives its capacity.
-    virtual u8* AcquireWriteBuffer(u32* limit, u32 size);
+    // A buffer of nSize bytes to fill; pLimit receives its capacity.
+    virtual u8* AcquireWriteBuffer(u32* pLimit, u32 nSize);
 
-    // A buffer with up to size bytes of the source from its position on; limit receives how many.
-    virtual u8* AcquireReadBuffer(u32* limit, u32 size);
+    // A buffer with up to nSize bytes of the source from its position on; pLimit receives how many.
+    virtual u8* AcquireReadBuffer(u32* pLimit, u32 nSize);
 
-    // Gives the buffer back: its first count bytes are to be written, or were consumed.
-    virtual void ReleaseWriteBuffer(u32 count);
-    virtual void ReleaseReadBuffer(u32 count);
+    // Gives the buffer back: its first nCount bytes are to be written, or were consumed.
+    virtual void ReleaseWriteBuffer(u32 nCount);
+    virtual void ReleaseReadBuffer(u32 nCount);
 
     // Past the buffer: whoever calls them has called Sync before.
-    virtual void WriteBlock(const void* data, u32 count);
+    virtual void WriteBlock(const void* pData, u32 nCount);
 
-    // Returns the bytes delivered; fewer than count set BS_SHORT.
-    virtual u32 ReadBlock(void* data, u32 count);
+    // Returns the bytes delivered; fewer than nCount set BS_SHORT.
+    virtual u32 ReadBlock(void* pData, u32 nCount);
 
     // The source's position: that of the first byte of the buffer held, or the plain one when none is held.
     virtual u32 Tell() = 0;
-    virtual void Seek(u32 position) = 0;
+    virtual void Seek(u32 nPosition) = 0;
 
     // Bytes of the data from its start, or the furthest position where that is not known.
     virtual u32 GetDataLength() { return 0xFFFFFFFF; }
@@ -52,25 +52,25 @@ class ByteStream {
         if (--m_nRefs == 0) delete this;
     }
 
-    // Reads one byte, or sets BS_END and leaves out as it was.
-    void GetByte(u8& out) {
-        if ((m_pReadBuffer && m_nReadPos < m_nLimit) || Refill(1)) out = m_pReadBuffer[m_nReadPos++];
+    // Reads one byte, or sets BS_END and leaves nByte as it was.
+    void GetByte(u8& nByte) {
+        if ((m_pReadBuffer && m_nReadPos < m_nLimit) || Refill(1)) nByte = m_pReadBuffer[m_nReadPos++];
     }
 
-    // Copies n bytes, or none: when fewer can be had in one piece, BS_END is set and out stays as it was.
-    // More than the buffer's size can never be had.
-    void GetBytes(u8* out, u32 n) {
-        if (n == 0) return;
-        const bool held = m_pReadBuffer && u64{m_nReadPos} + n <= m_nLimit;
-        if (!held && !Refill(n)) return;
-        std::memcpy(out, m_pReadBuffer + m_nReadPos, n);
-        m_nReadPos += n;
+    // Copies nCount bytes, or none: when fewer can be had in one piece, BS_END is set and pOut stays as it
+    // was. More than the buffer's size can never be had.
+    void GetBytes(u8* pOut, u32 nCount) {
+        if (nCount == 0) return;
+        const bool held = m_pReadBuffer && u64{m_nReadPos} + nCount <= m_nLimit;
+        if (!held && !Refill(nCount)) return;
+        std::memcpy(pOut, m_pReadBuffer + m_nReadPos, nCount);
+        m_nReadPos += nCount;
     }
 
     // Puts one byte into the write buffer, which it gets first where none is held.
-    void PutByte(u8 value) {
+    void PutByte(u8 nValue) {
         if ((m_pWriteBuffer && m_nWritePos < m_nLimit) || AcquireForWriting())
-            m_pWriteBuffer[m_nWritePos++] = value;
+            m_pWriteBuffer[m_nWritePos++] = nValue;
     }
 
     // Gives the buffer held back and positions the source at the logical position.
@@ -83,7 +83,7 @@ class ByteStream {
     void NoteState(Finding& finding);
 
     // A move inside the buffer, its end included, touches no source.
-    void SetPosition(u32 position);
+    void SetPosition(u32 nPosition);
 
     bool IsGood() const { return m_nStatus == 0; }
 
@@ -99,6 +99,6 @@ class ByteStream {
     i32 m_nSourceError = 0;  // errno value of the source's first failure, EFBIG when it is too large; or 0
 
   private:
-    bool Refill(u32 needed);
+    bool Refill(u32 nNeeded);
     bool AcquireForWriting();
 };

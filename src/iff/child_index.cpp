@@ -31,11 +31,11 @@ ChildIndex::ChildIndex(const IffContainer& container) {
 
 void ChildIndex::AddProp(const IffContainer& prop, u32 nPlace) {
     // Of several chunks with one id the last counts, so a later one takes the place of an earlier one.
-    const auto put = [nPlace](Properties& properties, IffChunk* chunk) {
+    const auto put = [nPlace](Properties& properties, IffChunk* pChunk) {
         if (!properties.empty() && properties.back().nPlace == nPlace)
-            properties.back().pChunk = chunk;
+            properties.back().pChunk = pChunk;
         else
-            properties.push_back({nPlace, chunk});
+            properties.push_back({nPlace, pChunk});
     };
     for (const IffChunkNode* node = prop.m_pFirst; node; node = node->m_pNext) {
         ++IffContainer::s_nNodesVisited;
@@ -50,13 +50,13 @@ IffChunkNode* ChildIndex::LastBefore(IffId id, u32 nPlace) const {
     const auto* const nodes = EntriesOf(m_children, id.m_nValue);
     if (!nodes) return nullptr;
     auto* const found =
-        LastBeforePlace(*nodes, nPlace, [](const IffChunkNode* node) { return node->m_nPlace; });
+        LastBeforePlace(*nodes, nPlace, [](const IffChunkNode* pNode) { return pNode->m_nPlace; });
     return found ? *found : nullptr;
 }
 
 IffChunk* ChildIndex::PropertyBefore(IffId type, IffId id, u32 nPlace) const {
-    const auto before = [nPlace](const Properties* properties) {
-        return properties ? LastBeforePlace(*properties, nPlace, &Property::nPlace) : nullptr;
+    const auto before = [nPlace](const Properties* pProperties) {
+        return pProperties ? LastBeforePlace(*pProperties, nPlace, &Property::nPlace) : nullptr;
     };
     const Property* found = nullptr;
     if (type.IsNull()) {

@@ -15,29 +15,29 @@ bool MatchesOneOf(IffId id, std::initializer_list<IffId> ids) {
     return false;
 }
 
-bool Answers(const IffChunkNode* node, IffId id) {
+bool Answers(const IffChunkNode* pNode, IffId id) {
     ++IffContainer::s_nNodesVisited;
-    return node->m_pChunk->m_Id.Matches(id) && !node->m_pChunk->IsUnknown();
+    return pNode->m_pChunk->m_Id.Matches(id) && !pNode->m_pChunk->IsUnknown();
 }
 
-IffChunkNode* SearchForward(IffChunkNode* node, IffId id) {
-    while (node && !Answers(node, id)) node = node->m_pNext;
-    return node;
+IffChunkNode* SearchForward(IffChunkNode* pNode, IffId id) {
+    while (pNode && !Answers(pNode, id)) pNode = pNode->m_pNext;
+    return pNode;
 }
 
-IffChunkNode* SearchBackward(IffChunkNode* node, IffId id) {
-    while (node && !Answers(node, id)) node = node->m_pPrev;
-    return node;
+IffChunkNode* SearchBackward(IffChunkNode* pNode, IffId id) {
+    while (pNode && !Answers(pNode, id)) pNode = pNode->m_pPrev;
+    return pNode;
 }
 
 }  // namespace
 
-IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegistry) {
+IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool bUseRegistry) {
     const bool foundBefore = archive.HasFinding();
     if (id.IsNull()) archive.Transfer(id);
     const bool idIsKnown = !archive.HasFailed();
     auto chunk = CountedPtr<IffChunk>::Adopt(
-        useRegistry ? IffChunkRegistry::Create(formType, id, archive.GetRules()) : new IffUnknownChunk(id));
+        bUseRegistry ? IffChunkRegistry::Create(formType, id, archive.GetRules()) : new IffUnknownChunk(id));
     archive.Enter(Place::ChunkSize);
     u32 size = 0;
     archive.Transfer(size);
@@ -53,11 +53,11 @@ IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegis
     return chunk.Release();
 }
 
-void WriteChunk(IffChunk* chunk, IffArchive& archive) {
+void WriteChunk(IffChunk* pChunk, IffArchive& archive) {
     IffArchive* const body = archive.OpenChunk(0);
-    chunk->Transfer(*body);
+    pChunk->Transfer(*body);
     u32 size = static_cast<u32>(body->GetRemaining());
-    archive.Transfer(chunk->m_Id);
+    archive.Transfer(pChunk->m_Id);
     archive.Transfer(size);
     archive.CloseChunk(body);
     u8 pad = 0;
@@ -124,27 +124,27 @@ bool IffProp::IsChildAllowed(IffId id) const {
     return !MatchesOneOf(id, {ID_FORM, ID_LIST, ID_CAT, ID_PROP});
 }
 
-void IffContainer::AddChild(IffChunk* chunk) {
-    auto* const node = new IffChunkNode(chunk);
+void IffContainer::AddChild(IffChunk* pChunk) {
+    auto* const node = new IffChunkNode(pChunk);
     ++s_nChanges;
     ++m_nChildren;
     node->m_nPlace = m_nNextPlace++;
-    chunk->m_pParent = this;
-    chunk->m_pNode = node;
+    pChunk->m_pParent = this;
+    pChunk->m_pNode = node;
     node->m_pPrev = m_pLast;
     (m_pLast ? m_pLast->m_pNext : m_pFirst) = node;
     m_pLast = node;
 }
 
-void IffContainer::RemoveChild(IffChunkNode* node) {
+void IffContainer::RemoveChild(IffChunkNode* pNode) {
     ++s_nChanges;
     --m_nChildren;
-    (node->m_pPrev ? node->m_pPrev->m_pNext : m_pFirst) = node->m_pNext;
-    (node->m_pNext ? node->m_pNext->m_pPrev : m_pLast) = node->m_pPrev;
-    node->m_pChunk->m_pParent = nullptr;
-    node->m_pChunk->m_pNode = nullptr;
-    node->m_pChunk.Reset();
-    node->Release();
+    (pNode->m_pPrev ? pNode->m_pPrev->m_pNext : m_pFirst) = pNode->m_pNext;
+    (pNode->m_pNext ? pNode->m_pNext->m_pPrev : m_pLast) = pNode->m_pPrev;
+    pNode->m_pChunk->m_pParent = nullptr;
+    pNode->m_pChunk->m_pNode = nullptr;
+    pNode->m_pChunk.Reset();
+    pNode->Release();
 }
 
 void IffContainer::RemoveAll() {
@@ -159,28 +159,28 @@ IffChunkNode* IffContainer::FindLast(IffId id) const {
     return SearchBackward(m_pLast, id);
 }
 
-IffChunkNode* IffContainer::FindNext(const IffChunkNode* node, IffId id) const {
-    return SearchForward(node->m_pNext, id);
+IffChunkNode* IffContainer::FindNext(const IffChunkNode* pNode, IffId id) const {
+    return SearchForward(pNode->m_pNext, id);
 }
 
-IffChunkNode* IffContainer::FindPrev(const IffChunkNode* node, IffId id) const {
-    return SearchBackward(node->m_pPrev, id);
+IffChunkNode* IffContainer::FindPrev(const IffChunkNode* pNode, IffId id) const {
+    return SearchBackward(pNode->m_pPrev, id);
 }
 
-bool IffContainer::ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context) {
+bool IffContainer::ForEach(IffId formType, IffId id, IffChunkCallback callback, void* pContext) {
     if (!m_Type.Matches(formType)) return true;
     for (IffChunkNode* node = FindFirst(id); node; node = FindNext(node, id))
-        if (!callback(node->m_pChunk.Get(), context)) return false;
+        if (!callback(node->m_pChunk.Get(), pContext)) return false;
     return true;
 }
 
-bool IffContainer::ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* context) {
+bool IffContainer::ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* pContext) {
     for (IffChunkNode* node = m_pFirst; node; node = node->m_pNext) {
         ++s_nNodesVisited;
         // Mostly containers and raw bytes stand here, but a null id lets a picture chunk slip in.
         auto* const container = dynamic_cast<IffContainer*>(node->m_pChunk.Get());
         if (container && container->m_Type.Matches(formType) &&
-            !container->ForEach(formType, id, callback, context))
+            !container->ForEach(formType, id, callback, pContext))
             return false;
     }
     return true;

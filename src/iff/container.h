@@ -9,7 +9,7 @@
 class ChildIndex;
 
 // Given each chunk of an enumeration; false ends it.
-using IffChunkCallback = bool (*)(IffChunk* chunk, void* context);
+using IffChunkCallback = bool (*)(IffChunk* pChunk, void* pContext);
 
 class IffContainer : public IffChunk {
   public:
@@ -21,26 +21,26 @@ class IffContainer : public IffChunk {
     // Offers the callback, in file order, every known chunk of that id that stands directly in a FORM or PROP
     // of that type; a LIST or CAT hands the question on to its children. A null type or id matches any. False
     // when the callback ended it.
-    virtual bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context);
+    virtual bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* pContext);
 
     // Reads the next child; one that is not allowed here is stored as raw bytes. The reference is the
     // caller's.
     virtual IffChunk* ReadChild(IffArchive& archive);
     virtual bool IsChildAllowed(IffId) const { return true; }
 
-    void AddChild(IffChunk* chunk);
-    void RemoveChild(IffChunkNode* node);
+    void AddChild(IffChunk* pChunk);
+    void RemoveChild(IffChunkNode* pNode);
     void RemoveAll();
 
     // Children with that id, unknown ones passed over; null where there is none. A null id matches any.
     IffChunkNode* FindFirst(IffId id) const;
     IffChunkNode* FindLast(IffId id) const;
-    IffChunkNode* FindNext(const IffChunkNode* node, IffId id) const;
-    IffChunkNode* FindPrev(const IffChunkNode* node, IffId id) const;
+    IffChunkNode* FindNext(const IffChunkNode* pNode, IffId id) const;
+    IffChunkNode* FindPrev(const IffChunkNode* pNode, IffId id) const;
 
-    // The property lookup for the child held by node: IffChunk::FindProperty. Asked again and again of a tree
-    // that stays as it is, its cost does not grow with the number of chunks.
-    IffChunk* FindPropertyFrom(const IffChunkNode* node, IffId id) const;
+    // The property lookup for the child held by pNode: IffChunk::FindProperty. Asked again and again of a
+    // tree that stays as it is, its cost does not grow with the number of chunks.
+    IffChunk* FindPropertyFrom(const IffChunkNode* pNode, IffId id) const;
 
     // The chunk that FindLast finds, or null; by the index where there is one.
     IffChunk* FindLastKnown(IffId id) const;
@@ -54,7 +54,7 @@ class IffContainer : public IffChunk {
 
   protected:
     // What LIST and CAT do for ForEach.
-    bool ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* context);
+    bool ForEachInChildren(IffId formType, IffId id, IffChunkCallback callback, void* pContext);
 
   private:
     // The answer to an earlier lookup; null where nothing is handed down.
@@ -65,10 +65,10 @@ class IffContainer : public IffChunk {
     };
 
     const ChildIndex* GetIndex() const;
-    IffChunk* FindInProps(const IffChunkNode* node, IffId type, IffId id) const;
+    IffChunk* FindInProps(const IffChunkNode* pNode, IffId type, IffId id) const;
     IffChunk* FindInherited(IffId type, IffId id) const;
     const Inherited* FindRemembered(IffId type, IffId id) const;
-    void Remember(IffId type, IffId id, IffChunk* chunk) const;
+    void Remember(IffId type, IffId id, IffChunk* pChunk) const;
 
     // Trees are built once and then only read, so one count of changes to any of them tells what is still
     // true.
@@ -93,8 +93,8 @@ class IffList final : public IffContainer {
   public:
     static constexpr IffId ID = ID_LIST;
     IffList() : IffContainer(ID) {}
-    bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context) override {
-        return ForEachInChildren(formType, id, callback, context);
+    bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* pContext) override {
+        return ForEachInChildren(formType, id, callback, pContext);
     }
     bool IsChildAllowed(IffId id) const override;
 };
@@ -103,8 +103,8 @@ class IffCat final : public IffContainer {
   public:
     static constexpr IffId ID = ID_CAT;
     IffCat() : IffContainer(ID) {}
-    bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* context) override {
-        return ForEachInChildren(formType, id, callback, context);
+    bool ForEach(IffId formType, IffId id, IffChunkCallback callback, void* pContext) override {
+        return ForEachInChildren(formType, id, callback, pContext);
     }
     bool IsChildAllowed(IffId id) const override;
 };
@@ -117,12 +117,12 @@ class IffProp final : public IffContainer {
 };
 
 // Reads one chunk: id (unless it is given), big-endian size, body, and a pad byte after an odd body.
-// formType is the type of the enclosing container. Without useRegistry the chunk is stored as raw bytes. The
+// formType is the type of the enclosing container. Without bUseRegistry the chunk is stored as raw bytes. The
 // reference is the caller's, also when the archive has failed on the way.
-IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool useRegistry);
+IffChunk* ReadChunk(IffId formType, IffArchive& archive, IffId id, bool bUseRegistry);
 
 // The counterpart, for an archive that stores.
-void WriteChunk(IffChunk* chunk, IffArchive& archive);
+void WriteChunk(IffChunk* pChunk, IffArchive& archive);
 
 // Registers the four containers for forms of any type.
 void RegisterContainers();

@@ -29,15 +29,15 @@ class IffArchive : public IffObject {
     // Bytes left in the chunk; negative once a transfer has overrun it.
     virtual i32 GetRemaining() = 0;
 
-    // A child archive over the next size bytes, whose one reference the caller owns. A size of 2^31 or more
+    // A child archive over the next nSize bytes, whose one reference the caller owns. A size of 2^31 or more
     // gives a child that has failed.
-    virtual IffArchive* OpenChunk(u32 size) = 0;
+    virtual IffArchive* OpenChunk(u32 nSize) = 0;
 
     // Takes over the child's failure and releases it, which moves the stream to the child's end.
-    virtual void CloseChunk(IffArchive* child) = 0;
+    virtual void CloseChunk(IffArchive* pChild) = 0;
 
     // Binds the archive to a stream positioned at the start of the data. Fails on a stream in bad state.
-    virtual void Attach(ByteStream* stream) = 0;
+    virtual void Attach(ByteStream* pStream) = 0;
 
     // Positions the stream at the archive's end and lets go of it.
     virtual void Detach() = 0;
@@ -45,16 +45,16 @@ class IffArchive : public IffObject {
     // Integers are big-endian. Each transfer counts its size off the bytes left, and reads nothing when that
     // overruns the chunk. A value whose transfer failed is undefined.
     virtual void Transfer(IffId& value) = 0;
-    virtual void Transfer(u64& value) = 0;
-    virtual void Transfer(i64& value) = 0;
-    virtual void Transfer(u32& value) = 0;
-    virtual void Transfer(i32& value) = 0;
-    virtual void Transfer(u16& value) = 0;
-    virtual void Transfer(i16& value) = 0;
-    virtual void Transfer(u8& value) = 0;
-    virtual void Transfer(i8& value) = 0;
+    virtual void Transfer(u64& nValue) = 0;
+    virtual void Transfer(i64& nValue) = 0;
+    virtual void Transfer(u32& nValue) = 0;
+    virtual void Transfer(i32& nValue) = 0;
+    virtual void Transfer(u16& nValue) = 0;
+    virtual void Transfer(i16& nValue) = 0;
+    virtual void Transfer(u8& nValue) = 0;
+    virtual void Transfer(i8& nValue) = 0;
     virtual void Transfer(IffRgb& value) = 0;
-    virtual void TransferBytes(void* data, u32 count) = 0;
+    virtual void TransferBytes(void* pData, u32 nCount) = 0;
 
     void SetFailed() { m_bFailed = true; }
 
@@ -63,9 +63,9 @@ class IffArchive : public IffObject {
     virtual void RefuseChunk(Rule rule, i64 nFound, i64 nRead) = 0;
     virtual void RefuseField(u32 nBytes, Rule rule, i64 nFound, i64 nRead) = 0;
 
-    // Before memory for count bytes of the chunk is had: fails the archive where chunk or source no longer
+    // Before memory for nCount bytes of the chunk is had: fails the archive where chunk or source no longer
     // hold as many. Whether the archive has not failed.
-    virtual bool Require(i64 count) = 0;
+    virtual bool Require(i64 nCount) = 0;
 
     // After a chunk of odd size: whether its pad byte is missing, and the rules let it.
     virtual bool MayLackPadByte() = 0;

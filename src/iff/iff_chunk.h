@@ -32,7 +32,7 @@ class IffChunk : public IffObject {
 // One place in a container's list of children.
 class IffChunkNode final : public IffObject {
   public:
-    explicit IffChunkNode(IffChunk* chunk) : m_pChunk(CountedPtr<IffChunk>::Share(chunk)) {}
+    explicit IffChunkNode(IffChunk* pChunk) : m_pChunk(CountedPtr<IffChunk>::Share(pChunk)) {}
 
     IffChunkNode* m_pNext = nullptr;  // not counted
     IffChunkNode* m_pPrev = nullptr;  // not counted

@@ -20,12 +20,12 @@ bool IffFile::HasForm(IffId type) const {
     return HoldsForm(m_pRoot.Get(), type);
 }
 
-bool IffFile::Load(ByteStream* stream, const ReadingRules& rules) {
+bool IffFile::Load(ByteStream* pStream, const ReadingRules& rules) {
     m_finding = Finding();
     m_passedOver = PassedOver();
     const auto archive =
         CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(m_finding, m_passedOver, rules));
-    archive->Attach(stream);
+    archive->Attach(pStream);
     if (!archive->HasFailed()) Transfer(*archive);
     archive->Detach();
     return !archive->HasFailed();

@@ -12,7 +12,7 @@ class IffFile : public IffObject {
   public:
     // Reads a file from the stream's position on, in place of what was held before. After a refusal a part of
     // the tree may be there.
-    bool Load(ByteStream* stream, const ReadingRules& rules = STRICT);
+    bool Load(ByteStream* pStream, const ReadingRules& rules = STRICT);
 
     // The first rule that the last file was found to break.
     const Finding& GetFinding() const { return m_finding; }

@@ -10,9 +10,9 @@ namespace {
 constexpr u32 SMALL = 8;
 
 // Of a LIST with few children: the last chunk of that id in the nearest PROP of that type before the node.
-IffChunk* FindInFewProps(const IffContainer& list, const IffChunkNode* node, IffId type, IffId id) {
-    while ((node = list.FindPrev(node, ID_PROP))) {
-        const auto* const prop = dynamic_cast<const IffContainer*>(node->m_pChunk.Get());
+IffChunk* FindInFewProps(const IffContainer& list, const IffChunkNode* pNode, IffId type, IffId id) {
+    while ((pNode = list.FindPrev(pNode, ID_PROP))) {
+        const auto* const prop = dynamic_cast<const IffContainer*>(pNode->m_pChunk.Get());
         if (!prop || !prop->m_Type.Matches(type)) continue;
         if (IffChunk* const found = prop->FindLastKnown(id)) return found;
     }
@@ -39,9 +39,9 @@ IffChunk* IffContainer::FindLastKnown(IffId id) const {
 }
 
 // What the PROPs before a child of this LIST have for it.
-IffChunk* IffContainer::FindInProps(const IffChunkNode* node, IffId type, IffId id) const {
+IffChunk* IffContainer::FindInProps(const IffChunkNode* pNode, IffId type, IffId id) const {
     const ChildIndex* const index = id.IsNull() ? nullptr : GetIndex();
-    return index ? index->PropertyBefore(type, id, node->m_nPlace) : FindInFewProps(*this, node, type, id);
+    return index ? index->PropertyBefore(type, id, pNode->m_nPlace) : FindInFewProps(*this, pNode, type, id);
 }
 
 // What LISTs around this container hand down to it; the type asked for stays that of the asking form all the
@@ -70,14 +70,14 @@ const IffContainer::Inherited* IffContainer::FindRemembered(IffId type, IffId id
     return nullptr;
 }
 
-void IffContainer::Remember(IffId type, IffId id, IffChunk* chunk) const {
+void IffContainer::Remember(IffId type, IffId id, IffChunk* pChunk) const {
     if (m_nRememberedAt != s_nChanges) m_remembered.clear();
     m_nRememberedAt = s_nChanges;
-    m_remembered.push_back({type, id, chunk});
+    m_remembered.push_back({type, id, pChunk});
 }
 
-IffChunk* IffContainer::FindPropertyFrom(const IffChunkNode* node, IffId id) const {
+IffChunk* IffContainer::FindPropertyFrom(const IffChunkNode* pNode, IffId id) const {
     const ChildIndex* const index = id.IsNull() ? nullptr : GetIndex();
-    const IffChunkNode* const own = index ? index->LastBefore(id, node->m_nPlace) : FindPrev(node, id);
+    const IffChunkNode* const own = index ? index->LastBefore(id, pNode->m_nPlace) : FindPrev(pNode, id);
     return own ? own->m_pChunk.Get() : FindInherited(m_Type, id);
 }

@@ -23,16 +23,16 @@ IffStreamArchive::~IffStreamArchive() {
     }
 }
 
-void IffStreamArchive::Attach(ByteStream* stream) {
-    m_pStream = CountedPtr<ByteStream>::Share(stream);
-    if (!stream->IsGood()) {
+void IffStreamArchive::Attach(ByteStream* pStream) {
+    m_pStream = CountedPtr<ByteStream>::Share(pStream);
+    if (!pStream->IsGood()) {
         m_bFailed = true;
         m_noted.rule = Rule::NotAsked;
         m_pStream.Reset();
         return;
     }
     // The root archive is attached at position 0, where the bytes that remain are also where they end.
-    m_nEnd = stream->GetRemaining();
+    m_nEnd = pStream->GetRemaining();
     m_nSize = m_nEnd;
     m_nRemaining = static_cast<i32>(m_nEnd);
     Enter(Place::OutermostId);
@@ -53,23 +53,23 @@ IffStreamArchive::IffStreamArchive(IffStreamArchive& parent, u32 nStart, u32 nSi
       m_nSize(nSize),
       m_nSizeAt(nStart - SIZE_OF_SIZE) {}
 
-IffArchive* IffStreamArchive::OpenChunk(u32 size) {
+IffArchive* IffStreamArchive::OpenChunk(u32 nSize) {
     const u32 start = m_pStream ? m_pStream->GetPosition() : 0;
-    auto child = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(*this, start, size));
-    if (size > LARGEST_CHUNK) {
+    auto child = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(*this, start, nSize));
+    if (nSize > LARGEST_CHUNK) {
         child->m_bFailed = true;
-        Note(Rule::IffChunkSize, start - SIZE_OF_SIZE, size, LARGEST_CHUNK);
+        Note(Rule::IffChunkSize, start - SIZE_OF_SIZE, nSize, LARGEST_CHUNK);
     }
     // The parent fails when it is transferred to again, or by whoever looks at what remains of it. What the
     // outermost chunk lacks at the file's end may be nothing that its classes read.
     const i32 held = m_nRemaining;
-    TakeOff(size);
-    if (m_nRemaining < 0 && GetDepth() > 0) Note(Rule::IffOverrun, start - SIZE_OF_SIZE, size, held);
+    TakeOff(nSize);
+    if (m_nRemaining < 0 && GetDepth() > 0) Note(Rule::IffOverrun, start - SIZE_OF_SIZE, nSize, held);
     return child.Release();
 }
 
-void IffStreamArchive::CloseChunk(IffArchive* child) {
-    const auto closed = CountedPtr<IffArchive>::Adopt(child);
+void IffStreamArchive::CloseChunk(IffArchive* pChild) {
+    const auto closed = CountedPtr<IffArchive>::Adopt(pChild);
     if (closed->HasFailed()) m_bFailed = true;
     closed->Detach();
 }
@@ -84,9 +84,9 @@ void IffStreamArchive::RefuseField(u32 nBytes, Rule rule, i64 nFound, i64 nRead)
     Note(rule, m_pStream ? m_pStream->GetPosition() - nBytes : 0, nFound, nRead);
 }
 
-bool IffStreamArchive::Require(i64 count) {
-    if (!m_bFailed && count > m_nRemaining) RefuseOverrun();
-    if (!m_bFailed && (!m_pStream || count > i64{m_pStream->GetRemaining()})) RefuseEnd();
+bool IffStreamArchive::Require(i64 nCount) {
+    if (!m_bFailed && nCount > m_nRemaining) RefuseOverrun();
+    if (!m_bFailed && (!m_pStream || nCount > i64{m_pStream->GetRemaining()})) RefuseEnd();
     return !m_bFailed;
 }
 
@@ -131,16 +131,16 @@ void IffStreamArchive::RefuseOverrun() {
 }
 
 // Whether that many bytes may be moved; they are counted off first.
-bool IffStreamArchive::Take(u32 count) {
-    TakeOff(count);
+bool IffStreamArchive::Take(u32 nCount) {
+    TakeOff(nCount);
     if (m_pStream && m_nRemaining >= 0) return true;
     RefuseOverrun();
     return false;
 }
 
-void IffStreamArchive::TakeOff(u32 count) {
+void IffStreamArchive::TakeOff(u32 nCount) {
     constexpr i64 LOWEST = std::numeric_limits<i32>::min();
-    m_nRemaining = static_cast<i32>(std::max(i64{m_nRemaining} - i64{count}, LOWEST));
+    m_nRemaining = static_cast<i32>(std::max(i64{m_nRemaining} - i64{nCount}, LOWEST));
 }
 
 void IffStreamArchive::FailOnBadStream() {
@@ -170,29 +170,29 @@ void IffStreamArchive::TransferInteger(Integer& value) {
     FailOnBadStream();
 }
 
-void IffStreamArchive::Transfer(u64& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(u64& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(i64& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(i64& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(u32& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(u32& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(i32& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(i32& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(u16& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(u16& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(i16& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(i16& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(u8& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(u8& nValue) {
+    TransferInteger(nValue);
 }
-void IffStreamArchive::Transfer(i8& value) {
-    TransferInteger(value);
+void IffStreamArchive::Transfer(i8& nValue) {
+    TransferInteger(nValue);
 }
 
 void IffStreamArchive::Transfer(IffRgb& value) {
@@ -203,9 +203,9 @@ void IffStreamArchive::Transfer(IffRgb& value) {
     FailOnBadStream();
 }
 
-void IffStreamArchive::TransferBytes(void* data, u32 count) {
-    if (!Take(count)) return;
+void IffStreamArchive::TransferBytes(void* pData, u32 nCount) {
+    if (!Take(nCount)) return;
     m_pStream->Sync();
-    m_pStream->ReadBlock(data, count);
+    m_pStream->ReadBlock(pData, nCount);
     FailOnBadStream();
 }

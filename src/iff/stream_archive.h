@@ -12,24 +12,24 @@ class IffStreamArchive final : public IffArchive {
     ~IffStreamArchive() override;
 
     i32 GetRemaining() override { return m_nRemaining; }
-    IffArchive* OpenChunk(u32 size) override;
-    void CloseChunk(IffArchive* child) override;
-    void Attach(ByteStream* stream) override;
+    IffArchive* OpenChunk(u32 nSize) override;
+    void CloseChunk(IffArchive* pChild) override;
+    void Attach(ByteStream* pStream) override;
     void Detach() override;
     void Transfer(IffId& value) override;
-    void Transfer(u64& value) override;
-    void Transfer(i64& value) override;
-    void Transfer(u32& value) override;
-    void Transfer(i32& value) override;
-    void Transfer(u16& value) override;
-    void Transfer(i16& value) override;
-    void Transfer(u8& value) override;
-    void Transfer(i8& value) override;
+    void Transfer(u64& nValue) override;
+    void Transfer(i64& nValue) override;
+    void Transfer(u32& nValue) override;
+    void Transfer(i32& nValue) override;
+    void Transfer(u16& nValue) override;
+    void Transfer(i16& nValue) override;
+    void Transfer(u8& nValue) override;
+    void Transfer(i8& nValue) override;
     void Transfer(IffRgb& value) override;
-    void TransferBytes(void* data, u32 count) override;
+    void TransferBytes(void* pData, u32 nCount) override;
     void RefuseChunk(Rule rule, i64 nFound, i64 nRead) override;
     void RefuseField(u32 nBytes, Rule rule, i64 nFound, i64 nRead) override;
-    bool Require(i64 count) override;
+    bool Require(i64 nCount) override;
     bool MayLackPadByte() override;
 
   private:
@@ -38,8 +38,8 @@ class IffStreamArchive final : public IffArchive {
     void Note(Rule rule, u32 nPosition, i64 nFound, i64 nRead);
     void RefuseEnd();
     void RefuseOverrun();
-    bool Take(u32 count);
-    void TakeOff(u32 count);
+    bool Take(u32 nCount);
+    void TakeOff(u32 nCount);
     void FailOnBadStream();
     template <typename Integer>
     void TransferInteger(Integer& value);

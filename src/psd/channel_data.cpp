@@ -151,9 +151,9 @@ bool PsdLayer::ReadChannel(PsdReading& reading, PsdLayerChannel& channel) {
 
 bool PsdLayer::CheckSides(PsdReading& reading, const PsdSize& size, u32 nRectAt) {
     const u32 longest = reading.LongestSide();
-    const auto isSide = [&](u32 length, Rule rule, u32 nPosition) {
-        const i32 distance = static_cast<i32>(length);  // negative for a rectangle turned inside out
-        return (length >= 1 && length <= longest) || reading.Refuse(rule, nPosition, distance, longest);
+    const auto isSide = [&](u32 nLength, Rule rule, u32 nPosition) {
+        const i32 distance = static_cast<i32>(nLength);  // negative for a rectangle turned inside out
+        return (nLength >= 1 && nLength <= longest) || reading.Refuse(rule, nPosition, distance, longest);
     };
     return isSide(size.nRows, Rule::PsdRows, nRectAt) &&
            isSide(size.nColumns, Rule::PsdColumns, nRectAt + EDGE_SIZE);

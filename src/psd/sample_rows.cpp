@@ -20,22 +20,22 @@ constexpr auto UNPACKED = [] {
     return table;
 }();
 
-u32 WordAt(const u8* pRow, u32 i) {
-    return static_cast<u32>(pRow[i * WORD_SIZE] << 8 | pRow[i * WORD_SIZE + 1]);
+u32 WordAt(const u8* pRow, u32 nPlace) {
+    return static_cast<u32>(pRow[nPlace * WORD_SIZE] << 8 | pRow[nPlace * WORD_SIZE + 1]);
 }
 
 // From 0 to 1; what is no number is 0.
-float FloatAt(const u8* pRow, u32 i) {
+float FloatAt(const u8* pRow, u32 nPlace) {
     u32 pattern = 0;
-    std::memcpy(&pattern, pRow + u64{i} * FLOAT_SIZE, FLOAT_SIZE);
+    std::memcpy(&pattern, pRow + u64{nPlace} * FLOAT_SIZE, FLOAT_SIZE);
     if constexpr (std::endian::native == std::endian::little) pattern = __builtin_bswap32(pattern);
     const float value = std::bit_cast<float>(pattern);
     return value > 0 ? std::min(value, 1.0f) : 0.0f;
 }
 
 // Light as sRGB has it for a shade, both from 0 to 1.
-double LightOf(double shade) {
-    return shade <= 0.04045 ? shade / 12.92 : std::pow((shade + 0.055) / 1.055, 2.4);
+double LightOf(double fShade) {
+    return fShade <= 0.04045 ? fShade / 12.92 : std::pow((fShade + 0.055) / 1.055, 2.4);
 }
 
 // Turns light into shades of 0 to 255. Finding the place among the 255 borders between shades begins at what
@@ -52,9 +52,9 @@ class ShadeTable {
         }
     }
 
-    u8 ShadeOf(float light) const {
-        u32 shade = m_least[std::bit_cast<u32>(light) >> LOWER_BITS];
-        while (shade < m_borders.size() && light >= m_borders[shade]) ++shade;
+    u8 ShadeOf(float fLight) const {
+        u32 shade = m_least[std::bit_cast<u32>(fLight) >> LOWER_BITS];
+        while (shade < m_borders.size() && fLight >= m_borders[shade]) ++shade;
         return static_cast<u8>(shade);
     }
 

@@ -23,14 +23,14 @@ namespace {
 
 CMDIFrameWnd& Main() { return *theApp.m_pMainWnd; }
 QMdiArea& Area() { return *Main().GetMDIClient()->GetArea(); }
-QMdiSubWindow& Window(std::size_t i) { return *Main().GetChildren()[i]->GetSubWindow(); }
+QMdiSubWindow& Window(std::size_t nPlace) { return *Main().GetChildren()[nPlace]->GetSubWindow(); }
 QPoint Scrolled() { return {Area().horizontalScrollBar()->value(), Area().verticalScrollBar()->value()}; }
 
 void Command(u32 nID) { Main().OnCmdMsg(nID, CN_COMMAND, nullptr); }
 
-void Turn(int notches) {
+void Turn(int nNotches) {
     QWidget* const target = Area().viewport();
-    QWheelEvent wheel(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120 * notches),
+    QWheelEvent wheel(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120 * nNotches),
         Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(target, &wheel);
 }

@@ -46,7 +46,7 @@ class BarsTest : public WindowTest {
     // In the menu of the child.
     void ToggleFloating() { Frame().GetSubWindow()->systemMenu()->actions().last()->trigger(); }
 
-    void ChooseLayer(u64 position) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, position, 0); }
+    void ChooseLayer(u64 nPosition) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, nPosition, 0); }
 };
 
 // Empty when none shows.
@@ -131,7 +131,7 @@ TEST_F(BarsTest, ACutEntryKeepsBothEndsAndShowsWholeInATip) {
 
     Layers().showPopup();
     QAbstractItemView& list = *Layers().view();
-    const auto entry = [&](int row) { return list.visualRect(list.model()->index(row, 0)); };
+    const auto entry = [&](int nRow) { return list.visualRect(list.model()->index(nRow, 0)); };
     EXPECT_NE(list.viewport()->grab(entry(1)).toImage(), list.viewport()->grab(entry(2)).toImage());
     EXPECT_EQ(TipOf(*list.viewport(), entry(2).center()), name + "2");
     EXPECT_EQ(TipOf(*list.viewport(), entry(0).center()), "");
@@ -308,7 +308,7 @@ TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {
 TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
     const auto outline = [] {
         const auto windows = QApplication::topLevelWidgets();
-        return std::ranges::any_of(windows, [](QWidget* window) { return qobject_cast<QRubberBand*>(window); });
+        return std::ranges::any_of(windows, [](QWidget* pWindow) { return qobject_cast<QRubberBand*>(pWindow); });
     };
     for (const QEvent::Type end :
         {QEvent::WindowDeactivate, QEvent::WindowBlocked, QEvent::UngrabMouse, QEvent::Hide}) {

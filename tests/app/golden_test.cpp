@@ -78,7 +78,7 @@ class Dump {
     void Controls(const QString& name, const QWidget& parent, bool bIsBar) {
         const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
         const int unit = (parent.fontMetrics().horizontalAdvance(alphabet) / 26 + 1) / 2;
-        const auto across = [&](int pixels) { return (pixels * 4 + unit / 2) / unit; };
+        const auto across = [&](int nPixels) { return (nPixels * 4 + unit / 2) / unit; };
         Line(0, bIsBar ? name : QStringLiteral("%1, %2 wide").arg(name).arg(across(parent.width())));
         for (const QWidget* const control : parent.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
             if (control->isHidden()) continue;

@@ -9,9 +9,9 @@
 
 namespace {
 
-std::string Lower(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
+std::string Lower(std::string strText) {
+    std::ranges::transform(strText, strText.begin(), [](char c) { return static_cast<char>(std::tolower(c)); });
+    return strText;
 }
 
 // Each kind with its MIME type, its name and the pattern that is left to whoever claims it more strongly.

@@ -129,22 +129,22 @@ TEST_F(ToleranceTest, TheCheckBoxKeepsTheAnswer) {
 }
 
 TEST_F(ToleranceTest, TheBoxHasItsButtonsAndItsCheckBox) {
-    const auto answer = [&](int button, bool check) {
-        YesNoAnswer given = {IDNO, !check};
+    const auto answer = [&](int nButton, bool bCheck) {
+        YesNoAnswer given = {IDNO, !bCheck};
         const auto press = [&] {
             auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_TRUE(box);
             EXPECT_EQ(box->text(), "One <b>\n\nTwo");
             EXPECT_EQ(box->checkBox()->text(), "Do not ask again");
-            box->checkBox()->setChecked(check);
-            if (button == 0)
+            box->checkBox()->setChecked(bCheck);
+            if (nButton == 0)
                 QTest::keyClick(box, Qt::Key_Escape);
             else
-                box->button(static_cast<QMessageBox::StandardButton>(button))->click();
+                box->button(static_cast<QMessageBox::StandardButton>(nButton))->click();
         };
         QMetaObject::invokeMethod(qApp, press, Qt::QueuedConnection);
         given = m_answers.m_pBefore->AskYesNo({{"One <b>", "Two"}, "Do not ask again"});
-        EXPECT_EQ(given.bChecked, check);
+        EXPECT_EQ(given.bChecked, bCheck);
         return given.nButton;
     };
     EXPECT_EQ(answer(QMessageBox::Yes, true), IDYES);

@@ -43,12 +43,12 @@ inline bool WaitFor(const std::function<bool()>& condition) {
 inline u32 ValueAt(u32 x, u32 y) { return (x * 7 + y * 11) % 32; }
 
 // 32 shades of grey, all neighbours different.
-inline Bytes Picture(u32 width, u32 height) {
+inline Bytes Picture(u32 nWidth, u32 nHeight) {
     std::vector<u32> values;
-    for (u32 y = 0; y < height; ++y)
-        for (u32 x = 0; x < width; ++x) values.push_back(ValueAt(x, y));
-    return Form("ILBM", {Bmhd({.width = width, .height = height, .planes = 5}), GreyCmap(32, 8),
-                            Chunk("BODY", PlanesOf(values, width, 5))});
+    for (u32 y = 0; y < nHeight; ++y)
+        for (u32 x = 0; x < nWidth; ++x) values.push_back(ValueAt(x, y));
+    return Form("ILBM", {Bmhd({.width = nWidth, .height = nHeight, .planes = 5}), GreyCmap(32, 8),
+                            Chunk("BODY", PlanesOf(values, nWidth, 5))});
 }
 
 inline u32 ShownColour(u32 x, u32 y) {

@@ -118,7 +118,7 @@ TEST_F(WindowTest, EveryPixelIsStretchedOverItsPlaceWhereverTheViewIsScrolledTo)
 
 // The keyboard steps through the closed list; the last level is counted but not there.
 TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
-    const auto level = [](u32 width, u32 height) { return List("ILBM", {Picture(width, height)}); };
+    const auto level = [](u32 nWidth, u32 nHeight) { return List("ILBM", {Picture(nWidth, nHeight)}); };
     ASSERT_TRUE(
         OpenFile(List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {3, 0})}), level(32, 12), level(16, 6)})));
     CComboBox& layers = Frame().m_wndLayerCombo;

@@ -43,7 +43,7 @@ TEST_F(WindowTest, ASecondWindowOnADocumentIsListedAndClosesAlone) {
 TEST_F(WindowTest, WindowsAreCascadedTiledAndTheirIconsArranged) {
     CMDIFrameWnd& main = *theApp.m_pMainWnd;
     for (const char* name : {"a.iff", "b.iff", "c.iff"}) ASSERT_TRUE(OpenFile(Picture(40, 30), name));
-    const auto place = [&](std::size_t i) { return main.GetChildren()[i]->GetWindowRect(); };
+    const auto place = [&](std::size_t nPlace) { return main.GetChildren()[nPlace]->GetWindowRect(); };
     for (const u32 id : {ID_WINDOW_TILE_HORZ, ID_WINDOW_CASCADE}) {
         const CRect before = place(0);
         main.OnCmdMsg(id, CN_COMMAND, nullptr);
@@ -72,7 +72,7 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     const auto found = std::ranges::find(windows, QStringLiteral("Layers & Channels"), &QWidget::windowTitle);
     ASSERT_NE(found, windows.end());
     QWidget* const bar = *found;
-    const auto showsWhen = [&](bool shows) { return WaitFor([&] { return bar->isVisible() == shows; }); };
+    const auto showsWhen = [&](bool bShows) { return WaitFor([&] { return bar->isVisible() == bShows; }); };
     EXPECT_EQ((Settle(), bar->isVisible()), true);
 
     ASSERT_TRUE(OpenFile(Picture(8, 8), "other.iff"));

@@ -12,25 +12,25 @@
 namespace {
 
 // The next row bit by bit and byte by byte, as the format is told: the judge of the fast decoder.
-std::optional<std::vector<u32>> PlainRow(const Bytes& data, u64& cursor, u32 width, u32 planes, bool packed) {
-    std::vector<u32> values(width, 0);
+std::optional<std::vector<u32>> PlainRow(const Bytes& data, u64& nCursor, u32 nWidth, u32 nPlanes, bool bPacked) {
+    std::vector<u32> values(nWidth, 0);
     u32 literals = 0, repeats = 0;
-    for (u32 i = 0; i < planes * width; ++i) {
-        const u32 plane = i / width, x = i % width;
+    for (u32 i = 0; i < nPlanes * nWidth; ++i) {
+        const u32 plane = i / nWidth, x = i % nWidth;
         if (x % 8 != 0) continue;
-        if (cursor == data.size()) return std::nullopt;
-        if (packed && literals == 0 && repeats == 0) {
+        if (nCursor == data.size()) return std::nullopt;
+        if (bPacked && literals == 0 && repeats == 0) {
             u32 control = 128;
             while (control == 128) {
-                control = data[cursor++];
-                if (cursor == data.size()) return std::nullopt;
+                control = data[nCursor++];
+                if (nCursor == data.size()) return std::nullopt;
             }
             (control < 128 ? literals : repeats) = control < 128 ? control + 1 : 257 - control;
         }
-        for (u32 bit = 0; bit < 8 && x + bit < width && plane < 32; ++bit)
-            values[x + bit] |= (data[cursor] >> (7 - bit) & 1u) << plane;
+        for (u32 bit = 0; bit < 8 && x + bit < nWidth && plane < 32; ++bit)
+            values[x + bit] |= (data[nCursor] >> (7 - bit) & 1u) << plane;
         if (literals > 0) --literals;
-        if (repeats == 0 || --repeats == 0) ++cursor;
+        if (repeats == 0 || --repeats == 0) ++nCursor;
     }
     return values;
 }
@@ -42,14 +42,14 @@ struct Picture {
     LoadedIff iff;
 };
 
-void ExpectAsPlain(u32 width, u32 planes, bool packed, const Bytes& data, u32 rows) {
-    const Picture picture({.width = width, .height = rows, .planes = planes, .compression = packed}, data);
+void ExpectAsPlain(u32 nWidth, u32 nPlanes, bool bPacked, const Bytes& data, u32 nRows) {
+    const Picture picture({.width = nWidth, .height = nRows, .planes = nPlanes, .compression = bPacked}, data);
     BodyChunk& body = picture.Body();
     u64 cursor = 0;
     ASSERT_TRUE(body.BeginRows());
-    for (u32 y = 0; y < rows; ++y) {
-        SCOPED_TRACE(testing::Message() << "row " << y << " of width " << width << ", " << planes << " planes");
-        const auto expected = PlainRow(data, cursor, width, planes, packed);
+    for (u32 y = 0; y < nRows; ++y) {
+        SCOPED_TRACE(testing::Message() << "row " << y << " of width " << nWidth << ", " << nPlanes << " planes");
+        const auto expected = PlainRow(data, cursor, nWidth, nPlanes, bPacked);
         const u32* const values = body.DecodeRow();
         ASSERT_EQ(values != nullptr, expected.has_value());
         ASSERT_EQ(body.m_nRemaining, data.size() - cursor);
@@ -59,9 +59,9 @@ void ExpectAsPlain(u32 width, u32 planes, bool packed, const Bytes& data, u32 ro
 }
 
 // Runs and literals of awkward lengths, across plane rows and rows, with controls of 128 strewn in.
-Bytes RandomPackets(Random& random, u64 count) {
+Bytes RandomPackets(Random& random, u64 nCount) {
     ByteBuilder packets;
-    while (packets.size() < count) {
+    while (packets.size() < nCount) {
         const u32 kind = random() % 5;
         const u32 literals = random() % (random() % 8 == 0 ? 128 : 6);
         if (kind == 0) packets.U8(128);
@@ -88,10 +88,10 @@ TEST(DecodeRow, EqualsThePlainDecoderOnEveryShapeAndWhereverTheDataEnds) {
 }
 
 // The values of the next row, digits all of them.
-std::string NextRow(BodyChunk& body, u32 width) {
+std::string NextRow(BodyChunk& body, u32 nWidth) {
     const u32* const values = body.DecodeRow();
     std::string text;
-    for (u32 x = 0; values && x < width; ++x) text += static_cast<char>('0' + values[x]);
+    for (u32 x = 0; values && x < nWidth; ++x) text += static_cast<char>('0' + values[x]);
     return text;
 }
 

@@ -13,8 +13,8 @@ static std::string KnownIn(std::string_view type) {
     Parts parts;
     for (const char* id : {"BMHD", "CMAP", "BODY", "GRAB", "TRAN", "ALPH", "CONT", "S3TC"})
         parts.push_back(Chunk(id, Bytes(24)));
-    const auto add = [](IffChunk* chunk, void* text) {
-        static_cast<std::string*>(text)->append(reinterpret_cast<const char*>(&chunk->m_Id), 4);
+    const auto add = [](IffChunk* pChunk, void* pText) {
+        static_cast<std::string*>(pText)->append(reinterpret_cast<const char*>(&pChunk->m_Id), 4);
         return true;
     };
     std::string known;

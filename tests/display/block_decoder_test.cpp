@@ -24,15 +24,15 @@ static std::string Decoded(const S3tcFields& fields) {
 }
 
 // Two end points, which the files hold in little-endian order, with indices 0, 1, 2, 3 in the first row.
-static Bytes Colours(u32 first, u32 second) {
-    return ByteBuilder().U8(first, first >> 8, second, second >> 8, 0xE4, 0, 0, 0);
+static Bytes Colours(u32 nFirst, u32 nSecond) {
+    return ByteBuilder().U8(nFirst, nFirst >> 8, nSecond, nSecond >> 8, 0xE4, 0, 0, 0);
 }
 
 TEST(BlockDecoder, KnownRows) {
     const Bytes colours = Colours(0x001F, 0xF800);  // has no fourth colour where there is no alpha of its own
     const auto with = [&](const Bytes& alpha) -> Bytes { return ByteBuilder().Append(alpha).Append(colours); };
-    const auto interpolated = [&](u8 first, u8 second) {
-        return with({first, second, 2 | 7 << 3 | (1 << 6 & 0xFF), (1 >> 2) | 6 << 1, 0, 0, 0, 0});  // 2, 7, 1, 6
+    const auto interpolated = [&](u8 nFirst, u8 nSecond) {
+        return with({nFirst, nSecond, 2 | 7 << 3 | (1 << 6 & 0xFF), (1 >> 2) | 6 << 1, 0, 0, 0, 0});  // 2, 7, 1, 6
     };
     const Bytes nibbles = with({0x10, 0xF7, 0, 0, 0, 0, 0, 0});
     for (const auto& [code, data, row] : Table<const char*, Bytes, const char*>{

@@ -8,12 +8,12 @@
 
 #include <gtest/gtest.h>
 
-static Bytes OneColour(const IffRgb& colour, u32 planes = 1) {
-    const std::vector<IffRgb> map(1u << planes, colour);
-    return Form("ILBM", {Bmhd({2, 1, planes}), Cmap(map), Chunk("BODY", Bytes(planes))});
+static Bytes OneColour(const IffRgb& colour, u32 nPlanes = 1) {
+    const std::vector<IffRgb> map(1u << nPlanes, colour);
+    return Form("ILBM", {Bmhd({2, 1, nPlanes}), Cmap(map), Chunk("BODY", Bytes(nPlanes))});
 }
 
-static Bytes Levels(u8 count) { return Form("MIPM", {Chunk("CONT", {count, 0})}); }
+static Bytes Levels(u8 nCount) { return Form("MIPM", {Chunk("CONT", {nCount, 0})}); }
 
 TEST(MipMaps, AreListedByCountAndFoundByPlace) {
     const Bytes blocks = S3tc({.width = 2, .height = 1, .data = {0xE0, 0x07, 0, 0, 0, 0, 0, 0}});

@@ -7,17 +7,17 @@
 
 // Two pixels in one row. Sample i of channel c is 16 * (c + 1) + 2 * i, or that as the high byte of a word, which
 // nothing rounds up; of one bit a sample, the first is black and the second white.
-static Bytes Document(u32 mode, u32 depth, u32 channels) {
-    PsdFields fields = {.channels = channels, .columns = 2, .depth = depth, .mode = mode};
+static Bytes Document(u32 nMode, u32 nDepth, u32 nChannels) {
+    PsdFields fields = {.channels = nChannels, .columns = 2, .depth = nDepth, .mode = nMode};
     ByteBuilder samples;
-    for (u32 value = 16; value < 16 * (channels + 1); value += 16) {
-        if (depth == 1) samples.U8(0x80);
-        if (depth == 8) samples.U8(value, value + 2);
-        if (depth == 16) samples.U8(value, 255, value + 2, 255);
+    for (u32 value = 16; value < 16 * (nChannels + 1); value += 16) {
+        if (nDepth == 1) samples.U8(0x80);
+        if (nDepth == 8) samples.U8(value, value + 2);
+        if (nDepth == 16) samples.U8(value, 255, value + 2, 255);
     }
     fields.samples = samples;
     // Entry i of the palette is 3 * i + 1, 3 * i + 2, 3 * i + 3.
-    for (u32 i = 0; mode == PSD_INDEXED && i < 768; ++i)
+    for (u32 i = 0; nMode == PSD_INDEXED && i < 768; ++i)
         fields.colourData.push_back(static_cast<u8>(i % 256 * 3 + i / 256 + 1));
     return Psd(fields);
 }

@@ -34,15 +34,15 @@ std::string ReasonFor(
     return document.GetRefusalReason();
 }
 
-void ExpectPsd(const PsdFields& loads, const PsdFields& refused, const std::string& reason) {
-    EXPECT_EQ(ReasonFor(Psd(loads)), "") << "beside: " << reason;
-    EXPECT_EQ(ReasonFor(Psd(refused)), "The Photoshop reader stopped at " + reason);
+void ExpectPsd(const PsdFields& loads, const PsdFields& refused, const std::string& strReason) {
+    EXPECT_EQ(ReasonFor(Psd(loads)), "") << "beside: " << strReason;
+    EXPECT_EQ(ReasonFor(Psd(refused)), "The Photoshop reader stopped at " + strReason);
 }
 
 PsdFields Layer(const PsdLayerFields& layer) { return {.layers = {layer}}; }
 
-PsdFields Channel(const Bytes& data, i32 excess = 0, i32 bottom = 1, i32 right = 1) {
-    return Layer({.bottom = bottom, .right = right, .channels = {{.data = data, .excess = excess}}});
+PsdFields Channel(const Bytes& data, i32 nExcess = 0, i32 nBottom = 1, i32 nRight = 1) {
+    return Layer({.bottom = nBottom, .right = nRight, .channels = {{.data = data, .excess = nExcess}}});
 }
 
 // Records that lie over one another, each with many channels: every one leads back to its own start.
@@ -99,9 +99,9 @@ void RefusePhotoshopHeadersAndSections() {
 }
 
 void RefuseLayers() {
-    const auto masked = [](i32 bottom, i32 right, const Bytes& samples) {
+    const auto masked = [](i32 nBottom, i32 nRight, const Bytes& samples) {
         return Layer(
-            {.channels = {{.id = -2, .data = RawData(samples)}}, .mask = ByteBuilder().U32(4, 9, bottom, right, 0)});
+            {.channels = {{.id = -2, .data = RawData(samples)}}, .mask = ByteBuilder().U32(4, 9, nBottom, nRight, 0)});
     };
     const Bytes packed = PackedData({{0xFF, 7}, {0xFF, 7}, {0xFF, 7}}), longest = PackedData({{0x80, 7}, {0x80, 7}});
     for (const auto& [loads, refused, reason] : Table<PsdFields, PsdFields, const char*>{
@@ -152,8 +152,8 @@ void RefuseLayers() {
 }
 
 void RefuseComposites() {
-    const auto composite = [](u32 columns, u32 depth, u32 compression, Bytes samples) -> PsdFields {
-        return {.rows = 2, .columns = columns, .depth = depth, .compression = compression, .samples = samples};
+    const auto composite = [](u32 nColumns, u32 nDepth, u32 nCompression, Bytes samples) -> PsdFields {
+        return {.rows = 2, .columns = nColumns, .depth = nDepth, .compression = nCompression, .samples = samples};
     };
     const PsdFields raw = composite(2, 8, 0, {1, 2, 3, 4}), words = composite(1, 16, 0, {1, 2, 3, 4});
     const PsdFields bits = composite(9, 1, 0, {1, 2, 3, 4}),
@@ -226,8 +226,8 @@ void RefuseIffFiles() {
 
 void RefuseWhatTheSourceOrTheMachineLacks() {
     const Bytes body = Form("ILBM", {Chunk("BODY", Bytes(3000))}), text(5000, 'x'), psd = Psd({.rows = 1000});
-    const auto failsAt = [](u64 position) { return [=](MemoryStream& s) { s.file.m_nThrowAt = position; }; };
-    const auto claims = [](u64 length) { return [=](MemoryStream& s) { s.file.m_nClaimedLength = length; }; };
+    const auto failsAt = [](u64 nPosition) { return [=](MemoryStream& s) { s.file.m_nThrowAt = nPosition; }; };
+    const auto claims = [](u64 nLength) { return [=](MemoryStream& s) { s.file.m_nClaimedLength = nLength; }; };
     const std::string failed = "The file cannot be read: Input/output error";
     EXPECT_EQ(ReasonFor(psd, failsAt(500)), failed);
     EXPECT_EQ(ReasonFor(body, failsAt(2000)), failed) << "inside the body";

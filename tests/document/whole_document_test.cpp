@@ -12,13 +12,13 @@ namespace {
 
 const Bytes NOISE = Random(1).SomeBytes(1 << 18);
 
-Bytes Noise(u32 size) { return Bytes(NOISE.begin(), NOISE.begin() + size); }
+Bytes Noise(u32 nSize) { return Bytes(NOISE.begin(), NOISE.begin() + nSize); }
 
 struct Documents {
-    void AddPartsOf(u32 size) {
-        const u32 rows = size / STRICT.nLongestSide + 1, columns = size / rows;
-        iff.push_back(Chunk("JUNK", Noise(size)));
-        psd.resources.push_back({.data = Noise(size)});
+    void AddPartsOf(u32 nSize) {
+        const u32 rows = nSize / STRICT.nLongestSide + 1, columns = nSize / rows;
+        iff.push_back(Chunk("JUNK", Noise(nSize)));
+        psd.resources.push_back({.data = Noise(nSize)});
         psd.layers.push_back({.bottom = static_cast<i32>(rows), .right = static_cast<i32>(columns)});
         psd.layers.back().channels = {{.data = RawData(Noise(rows * columns))},
             {.data = PackedData(std::vector<Bytes>(rows, ByteRun(Noise(columns), columns)))}};
@@ -34,7 +34,7 @@ Bytes ContentsOf(CFile& file) {
     CVistrelDoc document;
     document.Serialize(archive);
     ByteBuilder contents;
-    const auto add = [&](const u8* bytes, u32 size) { contents.Append(Bytes(bytes, bytes + size)); };
+    const auto add = [&](const u8* pBytes, u32 nSize) { contents.Append(Bytes(pBytes, pBytes + nSize)); };
     const auto* const root = dynamic_cast<IffContainer*>(document.m_Iff.GetRoot());
     for (const IffChunkNode* node = root ? root->m_pFirst : nullptr; node; node = node->m_pNext) {
         const auto& chunk = dynamic_cast<IffUnknownChunk&>(*node->m_pChunk);

@@ -12,8 +12,8 @@ constexpr u32 FIRST = 1, SECOND = 2, NOBODY = 3;
 struct Target final : public CCmdTarget {
     void OnBase() { m_log += "base "; }
     void OnFirst() { m_log += "first "; }
-    void OnUpdateFirst(CCmdUI* ui) { ui->Enable(false); }
-    void OnUpdateSecond(CCmdUI* ui) { ui->m_bContinueRouting = true; }
+    void OnUpdateFirst(CCmdUI* pUi) { pUi->Enable(false); }
+    void OnUpdateSecond(CCmdUI* pUi) { pUi->m_bContinueRouting = true; }
 
     static inline const MessageEntry s_baseEntries[] = {
         OnCommand<&Target::OnBase>(FIRST), OnCommand<&Target::OnBase>(SECOND)};
@@ -28,7 +28,7 @@ struct Target final : public CCmdTarget {
 
 struct RecordedUi final : public CCmdUI {
     using CCmdUI::CCmdUI;
-    void Enable(bool on) override { m_state = on ? "enabled" : "disabled"; }
+    void Enable(bool bOn) override { m_state = bOn ? "enabled" : "disabled"; }
     void SetCheck(int) override {}
     void SetText(const std::string&) override {}
 

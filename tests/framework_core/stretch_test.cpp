@@ -18,12 +18,12 @@ TEST(LargeBlock, ASizeThatCannotBeRoundedUpGivesNone) {
 }
 
 // In row y and column x, a pixel has the value y << 16 | x.
-static Bitmap Ramp(u32 width, u32 height) {
-    LargeBlock block = LargeBlock::Try(u64{width} * height * 4);
+static Bitmap Ramp(u32 nWidth, u32 nHeight) {
+    LargeBlock block = LargeBlock::Try(u64{nWidth} * nHeight * 4);
     u32* out = reinterpret_cast<u32*>(block.Data());
-    for (u32 y = 0; y < height; ++y)
-        for (u32 x = 0; x < width; ++x) *out++ = y << 16 | x;
-    return Bitmap(new GdiBitmap{{}, width, height, std::move(block)}, &DeleteObject);
+    for (u32 y = 0; y < nHeight; ++y)
+        for (u32 x = 0; x < nWidth; ++x) *out++ = y << 16 | x;
+    return Bitmap(new GdiBitmap{{}, nWidth, nHeight, std::move(block)}, &DeleteObject);
 }
 
 TEST(Stretch, EveryPixelShowsItsNearestSource) {

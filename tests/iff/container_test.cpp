@@ -14,12 +14,12 @@
 
 constexpr IffId TAG_ID("GRAB");
 
-static Bytes Tag(u8 value) { return Chunk("GRAB", {0, value, 0, 0}); }
+static Bytes Tag(u8 nValue) { return Chunk("GRAB", {0, nValue, 0, 0}); }
 const Bytes ASKER = Chunk("BODY", {1, 2});
 const Bytes NULL_ID(4, 0);
 
-static u32 ValueOf(const IffChunk* chunk) {
-    const auto* const grab = dynamic_cast<const GrabChunk*>(chunk);
+static u32 ValueOf(const IffChunk* pChunk) {
+    const auto* const grab = dynamic_cast<const GrabChunk*>(pChunk);
     return grab ? grab->m_nX : 0;
 }
 
@@ -76,8 +76,8 @@ TEST(Load, WhatIsAllowedWhere) {
 }
 
 TEST(Load, WhatDoesNotMatter) {
-    const auto child = [](std::string_view id, u32 size, u32 declared) {
-        return Form("ILBM", {Chunk(id, Bytes(size), declared)}, declared + 12);
+    const auto child = [](std::string_view id, u32 nSize, u32 nDeclared) {
+        return Form("ILBM", {Chunk(id, Bytes(nSize), nDeclared)}, nDeclared + 12);
     };
     for (const auto& [name, file, loads] : Table<const char*, Bytes, bool>{
              {"LIST", List("ILBM", {}), true},
@@ -163,9 +163,9 @@ TEST(ForEach, VisitsFormsOfTheTypeInFileOrderUntilToldToEnd) {
     const LoadedIff cat(Cat("MIPM",
         {Form("ILBM", {Tag(1), Bmhd({}), Tag(2)}), Form("MIPM", {Tag(8)}), List("MIPM", {Form("ILBM", {Tag(9)})}),
             List("ILBM", {NULL_ID, Tag(7), Prop("ILBM", {Tag(3)}), Form("ILBM", {Tag(4), Tag(5)})})}));
-    const auto callback = [](IffChunk* chunk, void* context) {
-        *static_cast<std::string*>(context) += std::to_string(ValueOf(chunk));
-        return ValueOf(chunk) != 4;
+    const auto callback = [](IffChunk* pChunk, void* pContext) {
+        *static_cast<std::string*>(pContext) += std::to_string(ValueOf(pChunk));
+        return ValueOf(pChunk) != 4;
     };
     for (const auto& [type, id, values] : Table<IffId, IffId, const char*>{
              {ID_ILBM, TAG_ID, "1234"}, {ID_ILBM, ID_NULL, "10234"}, {IffId("MIPM"), TAG_ID, ""}}) {
@@ -178,9 +178,9 @@ TEST(ForEach, VisitsFormsOfTheTypeInFileOrderUntilToldToEnd) {
 
 // The lookup as a plain walk: the judge of index and memory.
 static IffChunk* PlainFind(const IffChunk& asker, IffId id) {
-    const auto last = [id](const IffChunkNode* node) {
-        while (node && (node->m_pChunk->IsUnknown() || !node->m_pChunk->m_Id.Matches(id))) node = node->m_pPrev;
-        return node ? node->m_pChunk.Get() : nullptr;
+    const auto last = [id](const IffChunkNode* pNode) {
+        while (pNode && (pNode->m_pChunk->IsUnknown() || !pNode->m_pChunk->m_Id.Matches(id))) pNode = pNode->m_pPrev;
+        return pNode ? pNode->m_pChunk.Get() : nullptr;
     };
     const IffContainer* at = asker.m_pParent;
     IffChunk* found = last(asker.m_pNode->m_pPrev);
@@ -191,13 +191,13 @@ static IffChunk* PlainFind(const IffChunk& asker, IffId id) {
     return found;
 }
 
-static Bytes RandomPart(Random& random, u32 depth) {
+static Bytes RandomPart(Random& random, u32 nDepth) {
     static const char* const IDS[] = {"BODY", "GRAB", "BMHD", "JUNK", "PROP", "PROP", "FORM", "FORM", "CAT ", "LIST"};
     static const std::string_view TYPES[] = {"ILBM", "MIPM", {"\0\0\0\0", 4}};
-    const u32 kind = random.Below(depth == 0 ? 4 : 10);
+    const u32 kind = random.Below(nDepth == 0 ? 4 : 10);
     if (kind < 4) return Chunk(IDS[kind], Bytes(20));
     Parts children(random.Below(random.Below(2) ? 5 : 25));
-    for (Bytes& child : children) child = RandomPart(random, depth - 1);
+    for (Bytes& child : children) child = RandomPart(random, nDepth - 1);
     return Container(IDS[kind], TYPES[random.Below(3)], children);
 }
 

@@ -21,11 +21,11 @@ u32 SomeSize(Random& random) {
 }
 
 // Often about the place where reading stands, and sometimes after the file's end.
-u32 SomePosition(Random& random, u32 here) {
+u32 SomePosition(Random& random, u32 nHere) {
     const u32 way = random.Below(4), distance = way == 0 ? random.Below(9) : SomeSize(random);
     if (way == 1) return distance + SomeSize(random);
-    if (way == 2) return here + distance;
-    return here - std::min(here, distance);
+    if (way == 2) return nHere + distance;
+    return nHere - std::min(nHere, distance);
 }
 
 struct TwoFiles {
@@ -34,11 +34,11 @@ struct TwoFiles {
     std::string path = folder.Write(memory.m_bytes);
 };
 
-Bytes ReadAt(CFile& file, u32 position, u32 count) {
-    Bytes bytes(count + 1);  // never none at all
-    EXPECT_EQ(file.Seek(position, CFile::begin), position);
-    bytes.resize(file.Read(bytes.data(), count));
-    EXPECT_EQ(file.Seek(0, CFile::current), position + bytes.size());
+Bytes ReadAt(CFile& file, u32 nPosition, u32 nCount) {
+    Bytes bytes(nCount + 1);  // never none at all
+    EXPECT_EQ(file.Seek(nPosition, CFile::begin), nPosition);
+    bytes.resize(file.Read(bytes.data(), nCount));
+    EXPECT_EQ(file.Seek(0, CFile::current), nPosition + bytes.size());
     return bytes;
 }
 

@@ -9,18 +9,18 @@
 #include <optional>
 
 // The row decoder as the format describes it, a byte at a time: the judge of the fast one.
-static std::optional<Bytes> PlainRow(const Bytes& packed, u64 start, u64 width, u64 size) {
+static std::optional<Bytes> PlainRow(const Bytes& packed, u64 nStart, u64 nWidth, u64 nSize) {
     Bytes row;
-    u64 at = start;
+    u64 at = nStart;
     do {
         if (at >= packed.size()) return {};
         const i32 header = static_cast<i8>(packed[at++]);
         const u64 count = static_cast<u64>(header < 0 ? 1 - header : 1 + header);
-        if (row.size() + count > width || at + (header < 0 ? 1 : count) > packed.size()) return {};
+        if (row.size() + count > nWidth || at + (header < 0 ? 1 : count) > packed.size()) return {};
         for (u64 i = 0; i < count; ++i) row.push_back(packed[header < 0 ? at : at + i]);
         at += header < 0 ? 1 : count;
-    } while (row.size() < width);
-    return at - start == size ? std::optional(row) : std::nullopt;
+    } while (row.size() < nWidth);
+    return at - nStart == nSize ? std::optional(row) : std::nullopt;
 }
 
 TEST(PackBits, RowsAreWhatThePlainDecoderMakesOfThem) {

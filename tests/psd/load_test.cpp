@@ -29,16 +29,16 @@ TEST(LoadPsd, EverythingIsReadInItsOrder) {
 
 // Each has sizes far beyond its data. With so little memory, asking for what would hold that data fails.
 TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
-    const auto composite = [](u32 depth, u32 compression) -> PsdFields {
+    const auto composite = [](u32 nDepth, u32 nCompression) -> PsdFields {
         return {.channels = 24,
             .rows = 1000,
             .columns = 30000,
-            .depth = depth,
-            .compression = compression,
+            .depth = nDepth,
+            .compression = nCompression,
             .samples = Bytes(24 * 2 * 1000, 1)};
     };
-    const auto channel = [](Bytes data, i32 excess) -> PsdFields {
-        return {.layers = {{.bottom = 1000, .right = 2000, .channels = {{.data = data, .excess = excess}}}}};
+    const auto channel = [](Bytes data, i32 nExcess) -> PsdFields {
+        return {.layers = {{.bottom = 1000, .right = 2000, .channels = {{.data = data, .excess = nExcess}}}}};
     };
     const Bytes rows = PackedData(std::vector<Bytes>(1000, {0xFE, 1}));
     for (const auto& [fields, rule] : Table<PsdFields, Rule>{

@@ -24,18 +24,18 @@ struct ByteBuilder : public Bytes {
         return (U16(static_cast<u32>(values) >> 16, values), ...);
     }
     ByteBuilder& Text(std::string_view text) { return Append(Bytes(text.begin(), text.end())); }
-    ByteBuilder& Repeat(u64 count, u32 value) { return Append(Bytes(count, static_cast<u8>(value))); }
+    ByteBuilder& Repeat(u64 nCount, u32 nValue) { return Append(Bytes(nCount, static_cast<u8>(nValue))); }
     ByteBuilder& Append(const Bytes& bytes) {
         insert(end(), bytes.begin(), bytes.end());
         return *this;
     }
     // Bytes after their count, which can be made wrong.
-    ByteBuilder& Block(const Bytes& bytes, i32 excess = 0) {
-        return U32(bytes.size() + static_cast<u64>(excess)).Append(bytes);
+    ByteBuilder& Block(const Bytes& bytes, i32 nExcess = 0) {
+        return U32(bytes.size() + static_cast<u64>(nExcess)).Append(bytes);
     }
 };
 
-// The first bytes.size() - count of them.
-inline Bytes Truncated(const Bytes& bytes, u64 count) {
-    return Bytes(bytes.begin(), bytes.end() - static_cast<i64>(count));
+// The first bytes.size() - nCount of them.
+inline Bytes Truncated(const Bytes& bytes, u64 nCount) {
+    return Bytes(bytes.begin(), bytes.end() - static_cast<i64>(nCount));
 }

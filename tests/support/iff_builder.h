@@ -33,10 +33,10 @@ inline Bytes List(std::string_view type, const Parts& parts) { return Container(
 inline Bytes Cat(std::string_view type, const Parts& parts) { return Container("CAT ", type, parts); }
 inline Bytes Prop(std::string_view type, const Parts& parts) { return Container("PROP", type, parts); }
 
-// One container inside another, depth of them, the innermost empty.
-inline Bytes Nested(u32 depth, std::string_view id) {
+// One container inside another, nDepth of them, the innermost empty.
+inline Bytes Nested(u32 nDepth, std::string_view id) {
     ByteBuilder file;
-    for (u32 level = depth; level > 0; --level) file.Text(id).U32(level * 12 - 8).Text("ILBM");
+    for (u32 level = nDepth; level > 0; --level) file.Text(id).U32(level * 12 - 8).Text("ILBM");
     return file;
 }
 
@@ -55,10 +55,10 @@ inline Bytes Cmap(const std::vector<IffRgb>& colours) {
     return Chunk("CMAP", body);
 }
 
-// A map of shades of grey, entry i being i times step.
-inline Bytes GreyCmap(u32 entries, u32 step = 1) {
+// A map of shades of grey, entry i being i times nStep.
+inline Bytes GreyCmap(u32 nEntries, u32 nStep = 1) {
     ByteBuilder body;
-    for (u32 i = 0; i < entries; ++i) body.Repeat(3, i * step);
+    for (u32 i = 0; i < nEntries; ++i) body.Repeat(3, i * nStep);
     return Chunk("CMAP", body);
 }
 
@@ -92,24 +92,24 @@ inline constexpr IffRgb BLACK = {0, 0, 0}, WHITE = {255, 255, 255};
 inline constexpr IffRgb RED = {255, 0, 0}, GREEN = {0, 255, 0}, BLUE = {0, 0, 255};
 
 // Plane rows of values given row by row, as a BODY holds them, raw.
-inline Bytes PlanesOf(const std::vector<u32>& values, u32 width, u32 planes) {
-    const u32 planeRowSize = (width + 7) / 8;
-    Bytes body(values.size() / width * planes * planeRowSize);
-    for (u32 i = 0; i < values.size() * planes; ++i) {
-        const u32 x = i % width, plane = i / width % planes, y = i / width / planes;
-        if (values[y * width + x] >> plane & 1)
-            body[i / width * planeRowSize + x / 8] |= static_cast<u8>(0x80 >> x % 8);
+inline Bytes PlanesOf(const std::vector<u32>& values, u32 nWidth, u32 nPlanes) {
+    const u32 planeRowSize = (nWidth + 7) / 8;
+    Bytes body(values.size() / nWidth * nPlanes * planeRowSize);
+    for (u32 i = 0; i < values.size() * nPlanes; ++i) {
+        const u32 x = i % nWidth, plane = i / nWidth % nPlanes, y = i / nWidth / nPlanes;
+        if (values[y * nWidth + x] >> plane & 1)
+            body[i / nWidth * planeRowSize + x / 8] |= static_cast<u8>(0x80 >> x % 8);
     }
     return body;
 }
 
 // ByteRun1, packed the way a careful writer does it: each plane row by itself.
-inline Bytes ByteRun(const Bytes& planeRows, u32 planeRowSize) {
+inline Bytes ByteRun(const Bytes& planeRows, u32 nPlaneRowSize) {
     ByteBuilder packed;
-    for (u64 at = 0, end = planeRowSize; at < planeRows.size(); end += planeRowSize) {
-        const auto runAt = [&](u64 start) {
+    for (u64 at = 0, end = nPlaneRowSize; at < planeRows.size(); end += nPlaneRowSize) {
+        const auto runAt = [&](u64 nStart) {
             u64 length = 1;
-            while (start + length < end && length < 128 && planeRows[start + length] == planeRows[start]) ++length;
+            while (nStart + length < end && length < 128 && planeRows[nStart + length] == planeRows[nStart]) ++length;
             return length;
         };
         while (at < end) {

@@ -36,9 +36,9 @@ inline bool Loads(Bytes bytes) { return LoadedIff(std::move(bytes)).bLoaded; }
 
 // The child at a place, which must be there.
 template <typename Class>
-Class& ChildAs(const IffContainer& container, u32 place) {
+Class& ChildAs(const IffContainer& container, u32 nPlace) {
     const IffChunkNode* node = container.m_pFirst;
-    for (; node && place > 0; --place) node = node->m_pNext;
+    for (; node && nPlace > 0; --nPlace) node = node->m_pNext;
     if (!node) throw std::out_of_range("no such child");
     return dynamic_cast<Class&>(*node->m_pChunk);
 }

@@ -4,7 +4,7 @@
 #include "base/large_block.h"
 
 struct MemoryLimit {
-    explicit MemoryLimit(u64 limit) : m_nBefore(LargeBlock::SetLimit(limit)) {}
+    explicit MemoryLimit(u64 nLimit) : m_nBefore(LargeBlock::SetLimit(nLimit)) {}
     MemoryLimit(const MemoryLimit&) = delete;
     ~MemoryLimit() { LargeBlock::SetLimit(m_nBefore); }
 

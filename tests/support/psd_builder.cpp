@@ -2,8 +2,8 @@
 
 #include <sstream>
 
-static Bytes PaddedName(const std::string& name, u64 multiple) {
-    return ByteBuilder().U8(name.size()).Text(name).Repeat(multiple - 1 - name.size() % multiple, 0xAA);
+static Bytes PaddedName(const std::string& strName, u64 nMultiple) {
+    return ByteBuilder().U8(strName.size()).Text(strName).Repeat(nMultiple - 1 - strName.size() % nMultiple, 0xAA);
 }
 
 static Bytes LayerInfo(const PsdFields& fields) {
@@ -70,9 +70,9 @@ PsdFields LayeredPsd() {
 std::string Description(const PsdImage& image) {
     std::ostringstream out;
     const auto put = [&](const auto&... values) { ((out << values << ' '), ...); };
-    const auto putBytes = [&](const char* title, const u8* bytes, u64 size) {
-        out << title << ' ';
-        for (u64 i = 0; i < size; ++i) put(u32{bytes[i]});
+    const auto putBytes = [&](const char* pszTitle, const u8* pBytes, u64 nSize) {
+        out << pszTitle << ' ';
+        for (u64 i = 0; i < nSize; ++i) put(u32{pBytes[i]});
     };
     put(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
     putBytes(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0);

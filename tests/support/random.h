@@ -7,12 +7,12 @@
 #include <random>
 
 struct Random {
-    explicit Random(u32 seed) : m_engine(seed) {}
+    explicit Random(u32 nSeed) : m_engine(nSeed) {}
 
     u32 operator()() { return static_cast<u32>(m_engine()); }
-    u32 Below(u32 limit) { return (*this)() % limit; }
-    Bytes SomeBytes(u64 count) {
-        Bytes bytes(count);
+    u32 Below(u32 nLimit) { return (*this)() % nLimit; }
+    Bytes SomeBytes(u64 nCount) {
+        Bytes bytes(nCount);
         for (u8& byte : bytes) byte = static_cast<u8>((*this)());
         return bytes;
     }

@@ -20,13 +20,13 @@ struct TempFolder {
         std::filesystem::remove_all(m_strPath, ignored);
     }
 
-    std::string Path(const std::string& name) const { return m_strPath + "/" + name; }
+    std::string Path(const std::string& strName) const { return m_strPath + "/" + strName; }
 
     // Returns the path of the file.
-    std::string Write(const Bytes& bytes, const std::string& name = "file") const {
-        std::ofstream(Path(name), std::ios::binary)
+    std::string Write(const Bytes& bytes, const std::string& strName = "file") const {
+        std::ofstream(Path(strName), std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return Path(name);
+        return Path(strName);
     }
 
     std::string m_strPath = std::filesystem::temp_directory_path() / "vistrel-test-XXXXXX";

@@ -16,11 +16,11 @@ namespace {
 struct Printed {
     // What the tool prints for a file of these bytes, and says on standard error.
     explicit Printed(
-        const Bytes& bytes, DescribeResult expected = DescribeResult::Accepted, const std::string& name = "file") {
+        const Bytes& bytes, DescribeResult expected = DescribeResult::Accepted, const std::string& strName = "file") {
         const TempFolder folder;
         testing::internal::CaptureStderr();
         testing::internal::CaptureStdout();
-        EXPECT_EQ(DescribeFile(folder.Write(bytes, name), stdout), expected);
+        EXPECT_EQ(DescribeFile(folder.Write(bytes, strName), stdout), expected);
         out = testing::internal::GetCapturedStdout();
         error = testing::internal::GetCapturedStderr();
     }
@@ -122,17 +122,17 @@ TEST(Describe, AFileThatCannotBeOpenedPrintsNothing) {
 }
 
 // Whether the brackets outside strings are in pairs and the line ends with them.
-bool IsFinished(const std::string& line) {
+bool IsFinished(const std::string& strLine) {
     std::string open;
     bool quoted = false;
-    for (const char c : line) {
+    for (const char c : strLine) {
         if (c == '"') quoted = !quoted;
         if (!quoted && (c == '{' || c == '[')) open += c == '{' ? '}' : ']';
         if (quoted || (c != '}' && c != ']')) continue;
         if (open.empty() || open.back() != c) return false;
         open.pop_back();
     }
-    return open.empty() && !quoted && line.ends_with("}\n") && line.find(":,") == std::string::npos;
+    return open.empty() && !quoted && strLine.ends_with("}\n") && strLine.find(":,") == std::string::npos;
 }
 
 TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {

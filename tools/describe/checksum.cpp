@@ -6,16 +6,16 @@
 
 namespace {
 
-std::string Hex(uLong crc) {
+std::string Hex(uLong nCrc) {
     char text[9];
-    std::snprintf(text, sizeof(text), "%08lx", crc);
+    std::snprintf(text, sizeof(text), "%08lx", nCrc);
     return text;
 }
 
 }  // namespace
 
-std::string Crc(const void* data, u64 size) {
-    return Hex(crc32_z(0, static_cast<const Bytef*>(data), size));
+std::string Crc(const void* pData, u64 nSize) {
+    return Hex(crc32_z(0, static_cast<const Bytef*>(pData), nSize));
 }
 
 PictureSums SumsOf(const GdiBitmap& bitmap) {

@@ -8,7 +8,7 @@
 #include <string>
 
 // CRC-32 as in zlib and PNG, as 8 lower-case hexadecimal digits.
-std::string Crc(const void* data, u64 size);
+std::string Crc(const void* pData, u64 nSize);
 
 struct PictureSums {
     std::string crc;          // of width x height x 3 bytes red, green, blue, top row first

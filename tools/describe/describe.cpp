@@ -58,9 +58,9 @@ bool Guarded(const Names& names, const Call& call) {
 // A key and its value, which is null where there is none to write. What an exception cuts short is ended, and
 // the answer is false.
 template <typename Write>
-bool WriteKey(JsonWriter& json, const char* pszKey, const Names& names, bool known, const Write& write) {
+bool WriteKey(JsonWriter& json, const char* pszKey, const Names& names, bool bKnown, const Write& write) {
     json.Key(pszKey);
-    if (!known) {
+    if (!bKnown) {
         json.Null();
         return true;
     }
@@ -70,26 +70,27 @@ bool WriteKey(JsonWriter& json, const char* pszKey, const Names& names, bool kno
     return whole;
 }
 
-void WritePassedOver(JsonWriter& json, const CVistrelDoc& document, u32 type) {
+void WritePassedOver(JsonWriter& json, const CVistrelDoc& document, u32 nType) {
     json.BeginArray();
-    if (type != DOC_NONE)
+    if (nType != DOC_NONE)
         for (const std::string& text : PassedTexts(PassedOverIn(document))) json.Text(text);
     json.EndArray();
 }
 
-// type: what the document holds, DOC_NONE for one that was not read. Whether everything could be written.
-bool WriteFile(JsonWriter& json, const CVistrelDoc& document, u32 type, const Names& names, u64 nMostPixels) {
+// nType: what the document holds, DOC_NONE for one that was not read. Whether everything could be written.
+bool WriteFile(JsonWriter& json, const CVistrelDoc& document, u32 nType, const Names& names,
+               u64 nMostPixels) {
     const auto writeLayers = [&] { DescribeLayerList(json, document, names.plain, nMostPixels); };
     json.BeginObject();
-    json.Key("accepted").Text(type == DOC_PSD ? "psd" : type == DOC_IFF ? "iff" : "none");
+    json.Key("accepted").Text(nType == DOC_PSD ? "psd" : nType == DOC_IFF ? "iff" : "none");
     json.Key("file").Text(std::string_view(names.path).substr(names.path.rfind('/') + 1));
     bool whole = true;
-    whole &= WriteKey(json, "iff", names, type == DOC_IFF,
+    whole &= WriteKey(json, "iff", names, nType == DOC_IFF,
                       [&] { DescribeChunk(json, *document.GetIff(document.GetRules()).GetRoot()); });
-    whole &= WriteKey(json, "layer_list", names, type != DOC_NONE, writeLayers);
+    whole &= WriteKey(json, "layer_list", names, nType != DOC_NONE, writeLayers);
     if (document.m_tolerance != Tolerance::None)
-        whole &= WriteKey(json, "passed_over", names, true, [&] { WritePassedOver(json, document, type); });
-    whole &= WriteKey(json, "psd", names, type == DOC_PSD, [&] { DescribePsd(json, document.m_Psd); });
+        whole &= WriteKey(json, "passed_over", names, true, [&] { WritePassedOver(json, document, nType); });
+    whole &= WriteKey(json, "psd", names, nType == DOC_PSD, [&] { DescribePsd(json, document.m_Psd); });
     json.EndObject();
     json.EndLine();
     return whole;
@@ -121,10 +122,10 @@ DescribeResult LoadAndWrite(CFile& file, const Names& names, JsonWriter& json, T
 
 }  // namespace
 
-DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, Tolerance tolerance,
+DescribeResult DescribeFile(const std::string& strPath, std::FILE* pOut, Tolerance tolerance,
                             u64 nMostPixels) try {
     const Names names{strPath, PlainText(strPath)};
-    JsonWriter json(out);
+    JsonWriter json(pOut);
     std::unique_ptr<CRegularFile> file;
     const bool opened = Guarded(names, [&] { file = std::make_unique<CRegularFile>(strPath); });
     return opened ? LoadAndWrite(*file, names, json, tolerance, nMostPixels) : DescribeResult::CannotBeOpened;
@@ -133,11 +134,11 @@ DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, Toleranc
     return DescribeResult::CannotBeOpened;
 }
 
-std::string PlainText(const std::string& text) {
+std::string PlainText(const std::string& strText) {
     std::string plain;
-    for (size_t at = 0; at < text.size();) {
-        const size_t length = PlainLength(std::string_view(text).substr(at));
-        plain += length == 0 ? "?" : text.substr(at, length);
+    for (size_t at = 0; at < strText.size();) {
+        const size_t length = PlainLength(std::string_view(strText).substr(at));
+        plain += length == 0 ? "?" : strText.substr(at, length);
         at += std::max<size_t>(length, 1);
     }
     return plain;

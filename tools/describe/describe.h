@@ -14,11 +14,11 @@ enum class DescribeResult { Accepted, Refused, NotWhole, CannotBeOpened };
 constexpr u64 MOST_PIXELS = u64{1} << 32;
 
 // Reads the file as the viewer would. Once it is open, and the little memory that reading takes is there, it
-// gives one finished line, whatever happens; before that nothing is written to out. Lines on standard error
+// gives one finished line, whatever happens; before that nothing is written to pOut. Lines on standard error
 // say what went wrong.
 // Where it is told to read tolerantly, the line has a key more: what was passed over.
-DescribeResult DescribeFile(const std::string& strPath, std::FILE* out, Tolerance tolerance = Tolerance::None,
-                            u64 nMostPixels = MOST_PIXELS);
+DescribeResult DescribeFile(const std::string& strPath, std::FILE* pOut,
+                            Tolerance tolerance = Tolerance::None, u64 nMostPixels = MOST_PIXELS);
 
 // Fit for a terminal: control characters and what is no UTF-8 become '?'.
-std::string PlainText(const std::string& text);
+std::string PlainText(const std::string& strText);

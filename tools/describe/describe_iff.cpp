@@ -15,9 +15,9 @@ std::string_view Characters(const IffId& id) {
     return {reinterpret_cast<const char*>(&id.m_nValue), 4};
 }
 
-void WriteData(JsonWriter& json, const LargeBlock& data, u32 size) {
-    json.Number(size);
-    json.Text(Crc(data.Data(), size));
+void WriteData(JsonWriter& json, const LargeBlock& data, u32 nSize) {
+    json.Number(nSize);
+    json.Text(Crc(data.Data(), nSize));
 }
 
 void WriteFields(JsonWriter& json, const IffChunk& chunk) {

@@ -13,27 +13,27 @@
 
 namespace {
 
-void WriteNumberOrNull(JsonWriter& json, bool known, u32 value) {
-    if (known)
-        json.Number(value);
+void WriteNumberOrNull(JsonWriter& json, bool bKnown, u32 nValue) {
+    if (bKnown)
+        json.Number(nValue);
     else
         json.Null();
 }
 
-void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown) {
+void WritePicture(JsonWriter& json, const DisplayImage& image, bool bSizeKnown) {
     const GdiBitmap* const bitmap = image.m_hBitmap;
     const PictureSums sums = bitmap ? SumsOf(*bitmap) : PictureSums();
     json.BeginObject();
     json.Key("bitmap").Bool(bitmap);
     json.Key("colours");
-    WriteNumberOrNull(json, sizeIsKnown, image.m_nColours);
+    WriteNumberOrNull(json, bSizeKnown, image.m_nColours);
     json.Key("crc");
     if (bitmap)
         json.Text(sums.crc);
     else
         json.Null();
     json.Key("height");
-    WriteNumberOrNull(json, sizeIsKnown, image.m_nHeight);
+    WriteNumberOrNull(json, bSizeKnown, image.m_nHeight);
     json.Key("info").Text(image.InfoText());
     json.Key("sum");
     if (bitmap) {
@@ -45,7 +45,7 @@ void WritePicture(JsonWriter& json, const DisplayImage& image, bool sizeIsKnown)
     }
     json.Key("valid").Bool(image.m_bValid != 0);
     json.Key("width");
-    WriteNumberOrNull(json, sizeIsKnown, image.m_nWidth);
+    WriteNumberOrNull(json, bSizeKnown, image.m_nWidth);
     json.EndObject();
 }
 
@@ -57,9 +57,9 @@ void WriteNoPicture(JsonWriter& json) {
 }
 
 // False when memory refuses the picture, which is not valid then.
-bool Build(DisplayImage& image, const CVistrelDoc& document, u32 layer, u32 channel) {
+bool Build(DisplayImage& image, const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
     try {
-        image.BuildBitmap(document, {layer, channel});
+        image.BuildBitmap(document, {nLayer, nChannel});
         if (!image.m_bMemoryRefused) return true;
     } catch (const CMemoryException&) {
     }
@@ -86,28 +86,28 @@ class LayerList {
     }
 
   private:
-    void WriteChannels(u32 layer) {
-        const std::vector<std::string> channels = m_image.ChooseLayer(m_document, layer);
+    void WriteChannels(u32 nLayer) {
+        const std::vector<std::string> channels = m_image.ChooseLayer(m_document, nLayer);
         m_json.BeginArray();
         for (u32 channel = 0; channel < channels.size(); ++channel) {
             m_json.BeginObject();
             m_json.Key("name").Text(channels[channel]);
             m_json.Key("picture");
-            WriteSelection(layer, channel);
+            WriteSelection(nLayer, channel);
             m_json.EndObject();
         }
         m_json.EndArray();
     }
 
-    void WriteSelection(u32 layer, u32 channel) {
+    void WriteSelection(u32 nLayer, u32 nChannel) {
         if (m_nPixels > m_nMostPixels) {
             SayOnce();
             WriteNoPicture(m_json);
             return;
         }
-        const bool built = Build(m_image, m_document, layer, channel);
+        const bool built = Build(m_image, m_document, nLayer, nChannel);
         if (!built)
-            std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", m_strFileName.c_str(), layer, channel,
+            std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", m_strFileName.c_str(), nLayer, nChannel,
                          MEMORY_TEXT);
         const GdiBitmap* const bitmap = m_image.m_hBitmap;
         // One that memory refused in the end has been made up to there.

@@ -28,9 +28,9 @@ void WriteList(JsonWriter& json, const List& list, Write write) {
     json.EndArray();
 }
 
-void WriteRect(JsonWriter& json, i32 top, i32 left, i32 bottom, i32 right) {
+void WriteRect(JsonWriter& json, i32 nTop, i32 nLeft, i32 nBottom, i32 nRight) {
     json.BeginArray();
-    json.Numbers(top, left, bottom, right);
+    json.Numbers(nTop, nLeft, nBottom, nRight);
     json.EndArray();
 }
 

@@ -22,9 +22,9 @@ void JsonWriter::End() {
     m_bFirst = m_levels.empty();  // the next line begins anew
 }
 
-void JsonWriter::CloseTo(size_t depth) {
+void JsonWriter::CloseTo(size_t nDepth) {
     if (m_bKeyWaits) Null();
-    while (Depth() > depth) End();
+    while (Depth() > nDepth) End();
 }
 
 JsonWriter& JsonWriter::Key(std::string_view name) {
@@ -37,14 +37,14 @@ JsonWriter& JsonWriter::Key(std::string_view name) {
     return *this;
 }
 
-void JsonWriter::Number(i64 value) {
+void JsonWriter::Number(i64 nValue) {
     Separate();
-    std::fprintf(m_out, "%" PRId64, value);
+    std::fprintf(m_out, "%" PRId64, nValue);
 }
 
-void JsonWriter::Bool(bool value) {
+void JsonWriter::Bool(bool bValue) {
     Separate();
-    std::fputs(value ? "true" : "false", m_out);
+    std::fputs(bValue ? "true" : "false", m_out);
 }
 
 void JsonWriter::Null() {

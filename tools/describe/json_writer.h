@@ -11,7 +11,7 @@ class JsonWriter {
   public:
     // The file is borrowed. Memory may lack for this, and for objects and arrays that lie deeper one inside
     // another than is usual.
-    explicit JsonWriter(std::FILE* out) : m_out(out) { m_levels.reserve(USUAL_DEPTH); }
+    explicit JsonWriter(std::FILE* pOut) : m_out(pOut) { m_levels.reserve(USUAL_DEPTH); }
 
     void BeginObject() { Begin('{', '}'); }
     void EndObject() { End(); }
@@ -22,13 +22,13 @@ class JsonWriter {
     size_t Depth() const { return m_levels.size(); }
 
     // Gives a key that waits for its value a null, and ends what was begun beyond that depth.
-    void CloseTo(size_t depth);
+    void CloseTo(size_t nDepth);
 
     // A literal; keys of one object come in ascending order. Returns the writer, for the value.
     JsonWriter& Key(std::string_view name);
 
-    void Number(i64 value);
-    void Bool(bool value);
+    void Number(i64 nValue);
+    void Bool(bool bValue);
     void Null();
     // Each byte is one Latin-1 character.
     void Text(std::string_view bytes);

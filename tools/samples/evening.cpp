@@ -31,10 +31,10 @@ std::vector<IffRgb> EveningColours() {
     return map;
 }
 
-double HillTop(u32 range, double x) {
-    const double far = HILL_RANGES - 1.0 - range;
-    return HORIZON - 6 - far * 9 - (10 + far * 3) * std::sin(x * (0.021 + 0.008 * range) + range * 2.1) -
-           4 * std::sin(x * 0.07 + range) - 1.5 * std::sin(x * 0.23 + 3 * range);
+double HillTop(u32 nRange, double x) {
+    const double far = HILL_RANGES - 1.0 - nRange;
+    return HORIZON - 6 - far * 9 - (10 + far * 3) * std::sin(x * (0.021 + 0.008 * nRange) + nRange * 2.1) -
+           4 * std::sin(x * 0.07 + nRange) - 1.5 * std::sin(x * 0.23 + 3 * nRange);
 }
 
 u32 Evening(u32 px, u32 py) {

@@ -30,8 +30,8 @@ struct Painted {
     std::function<double(i32, i32)> mask;     // none for a layer without one
 };
 
-u8 Byte(double level) {
-    return static_cast<u8>(std::lround(255 * std::clamp(level, 0.0, 1.0)));
+u8 Byte(double fLevel) {
+    return static_cast<u8>(std::lround(255 * std::clamp(fLevel, 0.0, 1.0)));
 }
 
 struct Lantern {
@@ -72,8 +72,8 @@ double Strings(i32 x, i32 y) {
 }
 
 std::vector<Painted> Layers() {
-    const auto lantern = [](const Lantern& one, const char* name) {
-        return Painted{name,
+    const auto lantern = [](const Lantern& one, const char* pszName) {
+        return Painted{pszName,
                        one.Bounds(),
                        [one](i32 x, i32 y) { return one.Paint(x, y); },
                        [one](i32 x, i32 y) { return one.Coverage(x, y); },
@@ -105,8 +105,8 @@ Bytes Packed(const Rect& rect, const std::function<u8(i32, i32)>& sample) {
     return PackedData(rows);
 }
 
-u8 Component(const IffRgb& colour, u32 component) {
-    return component == 0 ? colour.red : component == 1 ? colour.green : colour.blue;
+u8 Component(const IffRgb& colour, u32 nComponent) {
+    return nComponent == 0 ? colour.red : nComponent == 1 ? colour.green : colour.blue;
 }
 
 PsdLayerFields LayerOf(const Painted& painted) {
@@ -115,8 +115,8 @@ PsdLayerFields LayerOf(const Painted& painted) {
                             .bottom = painted.rect.bottom,
                             .right = painted.rect.right,
                             .name = painted.name};
-    const auto add = [&](i32 id, const std::function<u8(i32, i32)>& sample) {
-        layer.channels.push_back({.id = id, .data = Packed(painted.rect, sample)});
+    const auto add = [&](i32 nId, const std::function<u8(i32, i32)>& sample) {
+        layer.channels.push_back({.id = nId, .data = Packed(painted.rect, sample)});
     };
     if (painted.opacity)
         add(PSD_CHANNEL_TRANSPARENCY, [&](i32 x, i32 y) { return Byte(painted.opacity(x, y)); });
@@ -155,9 +155,9 @@ Bytes LanternDocument() {
         {.id = PSD_RESOURCE_ALPHA_NAMES, .data = ByteBuilder().U8(8).Text("Lanterns").U8(4).Text("Glow")}};
     for (const Painted& layer : painted) document.layers.push_back(LayerOf(layer));
 
-    const auto sampleOf = [&](u32 channel, i32 x, i32 y) {
-        if (channel < 3) return Component(Composite(painted, x, y), channel);
-        if (channel == 3) return Byte(LARGE.Coverage(x, y) + SMALL.Coverage(x, y));
+    const auto sampleOf = [&](u32 nChannel, i32 x, i32 y) {
+        if (nChannel < 3) return Component(Composite(painted, x, y), nChannel);
+        if (nChannel == 3) return Byte(LARGE.Coverage(x, y) + SMALL.Coverage(x, y));
         return Byte(Glow(x, y));
     };
     Bytes counts, rows;

@@ -8,10 +8,10 @@
 
 namespace {
 
-bool Write(const std::string& path, const Bytes& bytes) {
-    std::ofstream file(path, std::ios::binary);
+bool Write(const std::string& strPath, const Bytes& bytes) {
+    std::ofstream file(strPath, std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!file.flush()) std::fprintf(stderr, "%s cannot be written\n", path.c_str());
+    if (!file.flush()) std::fprintf(stderr, "%s cannot be written\n", strPath.c_str());
     return file.good();
 }
 

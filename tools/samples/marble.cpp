@@ -30,8 +30,8 @@ double Marble(double x, double y) {
 }
 
 // A pixel of a level is the mean of the whole picture's pixels that it stands for.
-Bytes Level(u32 level) {
-    const u32 scale = 1u << level, side = SIDE / scale;
+Bytes Level(u32 nLevel) {
+    const u32 scale = 1u << nLevel, side = SIDE / scale;
     std::vector<u32> values;
     for (u32 y = 0; y < side; ++y) {
         for (u32 x = 0; x < side; ++x) {

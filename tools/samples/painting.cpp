@@ -2,13 +2,13 @@
 
 #include <cmath>
 
-IffRgb Mix(const IffRgb& from, const IffRgb& to, double share) {
-    const auto mix = [share](u8 a, u8 b) { return static_cast<u8>(std::lround(a + (b - a) * share)); };
+IffRgb Mix(const IffRgb& from, const IffRgb& to, double fShare) {
+    const auto mix = [fShare](u8 a, u8 b) { return static_cast<u8>(std::lround(a + (b - a) * fShare)); };
     return {mix(from.red, to.red), mix(from.green, to.green), mix(from.blue, to.blue)};
 }
 
-void AddRamp(std::vector<IffRgb>& map, const IffRgb& from, const IffRgb& to, u32 steps) {
-    for (u32 i = 0; i < steps; ++i) map.push_back(Mix(from, to, i / (steps - 1.0)));
+void AddRamp(std::vector<IffRgb>& map, const IffRgb& from, const IffRgb& to, u32 nSteps) {
+    for (u32 i = 0; i < nSteps; ++i) map.push_back(Mix(from, to, i / (nSteps - 1.0)));
 }
 
 namespace {
@@ -25,8 +25,8 @@ double Threshold(u32 x, u32 y) {
 
 }  // namespace
 
-u32 Dithered(u32 first, u32 steps, double level, u32 x, u32 y) {
-    const double place = std::fmin(std::fmax(level, 0), 1) * (steps - 1);
+u32 Dithered(u32 nFirst, u32 nSteps, double fLevel, u32 x, u32 y) {
+    const double place = std::fmin(std::fmax(fLevel, 0), 1) * (nSteps - 1);
     const double whole = std::floor(place);
-    return first + static_cast<u32>(whole) + (place - whole > Threshold(x, y) ? 1 : 0);
+    return nFirst + static_cast<u32>(whole) + (place - whole > Threshold(x, y) ? 1 : 0);
 }

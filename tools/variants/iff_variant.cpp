@@ -6,16 +6,16 @@
 namespace {
 
 // Plane rows, raw or packed.
-Bytes Rows(Dice& dice, const Size& size, u32 planes, u32 colours, bool packed) {
+Bytes Rows(Dice& dice, const Size& size, u32 nPlanes, u32 nColours, bool bPacked) {
     const u32 rowSize = (size.width + 7) / 8;
     std::vector<u32> values = DrawValues(dice, size);
-    for (u32& value : values) value %= colours;
+    for (u32& value : values) value %= nColours;
     // Of more planes than a value has bits only the size matters.
-    Bytes rows = PlanesOf(values, size.width, std::min(planes, 32u));
-    rows.resize(u64{rowSize} * planes * size.height);
-    if (!packed) return rows;
+    Bytes rows = PlanesOf(values, size.width, std::min(nPlanes, 32u));
+    rows.resize(u64{rowSize} * nPlanes * size.height);
+    if (!bPacked) return rows;
     // Some writers let their runs pass the ends of the rows.
-    return ByteRun(rows, dice.OneIn(4) ? rowSize * std::max(planes, 1u) * size.height : rowSize);
+    return ByteRun(rows, dice.OneIn(4) ? rowSize * std::max(nPlanes, 1u) * size.height : rowSize);
 }
 
 class Drawing {
@@ -103,10 +103,10 @@ Bytes MipMaps(Dice& dice) {
     return dice.OneIn(4) ? Cat("ILBM", parts) : List("ILBM", parts);
 }
 
-Bytes Tree(Dice& dice, u32 depth) {
+Bytes Tree(Dice& dice, u32 nDepth) {
     Parts parts;
     for (u32 count = dice.Below(4); count > 0; --count) {
-        if (depth > 0 && dice.OneIn(2)) parts.push_back(Tree(dice, depth - 1));
+        if (nDepth > 0 && dice.OneIn(2)) parts.push_back(Tree(dice, nDepth - 1));
         parts.push_back(dice.OneIn(2) ? Sharing(dice) : Drawing(dice).Part(dice.OneOf({'-', 'H', 'G', 'B'})));
     }
     const char* const id = dice.OneOf({"FORM", "LIST", "CAT ", "PROP"});

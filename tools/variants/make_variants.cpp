@@ -57,14 +57,14 @@ void Damage(Dice& dice, Bytes& file) {
     }
 }
 
-bool WriteVariant(const std::filesystem::path& folder, u32 seed, u32 number) {
-    Dice dice(seed * 1000003 + number);
+bool WriteVariant(const std::filesystem::path& folder, u32 nSeed, u32 nNumber) {
+    Dice dice(nSeed * 1000003 + nNumber);
     const bool isPsd = dice.OneIn(2);
     Bytes bytes = isPsd ? PsdVariant(dice) : IffVariant(dice);
     for (u32 hits = dice.OneOf({0, 0, 1, 1, 2, 3}); hits > 0; --hits) Damage(dice, bytes);
 
     char name[40];
-    std::snprintf(name, sizeof(name), "%u/%06u.%s", number / 1000, number, isPsd ? "psd" : "iff");
+    std::snprintf(name, sizeof(name), "%u/%06u.%s", nNumber / 1000, nNumber, isPsd ? "psd" : "iff");
     std::filesystem::create_directories((folder / name).parent_path());
     std::ofstream file(folder / name, std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
@@ -75,7 +75,7 @@ bool WriteVariant(const std::filesystem::path& folder, u32 seed, u32 number) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const auto number = [&](int i) { return static_cast<u32>(std::strtoul(argv[i], nullptr, 10)); };
+    const auto number = [&](int nPlace) { return static_cast<u32>(std::strtoul(argv[nPlace], nullptr, 10)); };
     if (argc < 3 || argc > 4) {
         std::fprintf(stderr,
                      "usage: make_variants FOLDER COUNT [SEED]\n\n"

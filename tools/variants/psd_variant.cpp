@@ -6,35 +6,35 @@
 
 namespace {
 
-Bytes Samples(Dice& dice, const Size& size, u32 depth) {
+Bytes Samples(Dice& dice, const Size& size, u32 nDepth) {
     const std::vector<u32> values = DrawValues(dice, size);
-    if (depth == 1) return PlanesOf(values, size.width, 1);
+    if (nDepth == 1) return PlanesOf(values, size.width, 1);
     ByteBuilder samples;
-    for (const u32 value : values) depth == 16 ? samples.U16(value) : samples.U8(value);
+    for (const u32 value : values) nDepth == 16 ? samples.U16(value) : samples.U8(value);
     return samples;
 }
 
 // Packets that no writer chooses: short runs, and runs of the greatest length.
-Bytes OddPackets(Dice& dice, u32 width) {
+Bytes OddPackets(Dice& dice, u32 nWidth) {
     ByteBuilder row;
-    while (width > 0) {
-        const u32 count = dice.Between(1, std::min(width, 129u));
+    while (nWidth > 0) {
+        const u32 count = dice.Between(1, std::min(nWidth, 129u));
         if (count == 129 || dice.OneIn(2))
             row.U8(257 - count, dice());
         else
             row.U8(count - 1).Append(dice.SomeBytes(count));
-        width -= count;
+        nWidth -= count;
     }
     return row;
 }
 
-// The samples of channels one below the other, after their compression.
-Bytes ImageData(Dice& dice, const Size& size, u32 channels, u32 depth) {
-    const bool packed = depth == 8 && dice.OneIn(2);
+// The samples of nChannels, one below the other, after their compression.
+Bytes ImageData(Dice& dice, const Size& size, u32 nChannels, u32 nDepth) {
+    const bool packed = nDepth == 8 && dice.OneIn(2);
     ByteBuilder raw;
     std::vector<Bytes> rows;
-    for (u32 i = 0; i < channels; ++i) {
-        const Bytes samples = Samples(dice, size, depth);
+    for (u32 i = 0; i < nChannels; ++i) {
+        const Bytes samples = Samples(dice, size, nDepth);
         raw.Append(samples);
         for (auto row = samples.begin(); packed && row != samples.end(); row += size.width)
             rows.push_back(dice.OneIn(6) ? OddPackets(dice, size.width)

@@ -9,8 +9,8 @@
 struct Dice : Random {
     using Random::Random;
 
-    bool OneIn(u32 count) { return Below(count) == 0; }
-    u32 Between(u32 least, u32 most) { return least + Below(most - least + 1); }
+    bool OneIn(u32 nCount) { return Below(nCount) == 0; }
+    u32 Between(u32 nLeast, u32 nMost) { return nLeast + Below(nMost - nLeast + 1); }
     template <typename Value>
     Value OneOf(std::initializer_list<Value> values) {
         return values.begin()[Below(static_cast<u32>(values.size()))];

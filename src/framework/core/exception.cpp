@@ -4,8 +4,8 @@
 
 CFileException::CFileException(int nError) : CException(std::strerror(nError)), m_nError(nError) {}
 
-CFileException::CFileException(const std::string& operation, int nError)
-    : CException(operation + ": " + std::strerror(nError)), m_nError(nError) {}
+CFileException::CFileException(const std::string& strOperation, int nError)
+    : CException(strOperation + ": " + std::strerror(nError)), m_nError(nError) {}
 
 CArchiveException::CArchiveException(Cause cause, std::string strFileName)
     : CException("It is no document of the kinds that this viewer reads"),

@@ -8,7 +8,7 @@
 
 class CException : public std::exception {
   public:
-    explicit CException(std::string text) : m_strText(std::move(text)) {}
+    explicit CException(std::string strText) : m_strText(std::move(strText)) {}
     const char* what() const noexcept override { return m_strText.c_str(); }
 
   private:
@@ -24,11 +24,11 @@ inline constexpr const char* MEMORY_TEXT = "There is not enough memory";
 // A file that cannot be opened, read or positioned.
 class CFileException : public CException {
   public:
-    explicit CFileException(std::string text) : CException(std::move(text)) {}
+    explicit CFileException(std::string strText) : CException(std::move(strText)) {}
     // nError: an errno value, whose text is the whole reason. What could not be done, whoever shows it says.
     explicit CFileException(int nError);
     // The same where the operation needs a name, which comes before the reason.
-    CFileException(const std::string& operation, int nError);
+    CFileException(const std::string& strOperation, int nError);
 
     int m_nError = 0;  // the errno value, 0 where there is none
 };

@@ -10,27 +10,27 @@ namespace {
 
 constexpr u32 OPAQUE = 0xFF000000;
 
-constexpr u32 Pixel(u32 red, u32 green, u32 blue) {
-    return OPAQUE | red << 16 | green << 8 | blue;
+constexpr u32 Pixel(u32 nRed, u32 nGreen, u32 nBlue) {
+    return OPAQUE | nRed << 16 | nGreen << 8 | nBlue;
 }
 
-void FillLookup(u32* lookup, const BITMAPINFO& info) {
+void FillLookup(u32* pLookup, const BITMAPINFO& info) {
     const u32 filled = std::min<u32>(info.bmiHeader.biClrUsed, 256);
     for (u32 i = 0; i < 256; ++i) {
         const RGBQUAD& colour = info.bmiColors[i];
         if (i < filled)
-            lookup[i] = Pixel(colour.rgbRed, colour.rgbGreen, colour.rgbBlue);
+            pLookup[i] = Pixel(colour.rgbRed, colour.rgbGreen, colour.rgbBlue);
         else
-            lookup[i] = filled == 0 ? Pixel(i, i, i) : OPAQUE;
+            pLookup[i] = filled == 0 ? Pixel(i, i, i) : OPAQUE;
     }
 }
 
-void ExpandIndexRow(u32* out, const u8* row, u32 width, const u32* lookup) {
-    for (u32 x = 0; x < width; ++x) out[x] = lookup[row[x]];
+void ExpandIndexRow(u32* pOut, const u8* pRow, u32 nWidth, const u32* pLookup) {
+    for (u32 x = 0; x < nWidth; ++x) pOut[x] = pLookup[pRow[x]];
 }
 
-void ExpandBgrRow(u32* out, const u8* row, u32 width) {
-    for (u32 x = 0; x < width; ++x, row += 3) out[x] = Pixel(row[2], row[1], row[0]);
+void ExpandBgrRow(u32* pOut, const u8* pRow, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x, pRow += 3) pOut[x] = Pixel(pRow[2], pRow[1], pRow[0]);
 }
 
 bool IsDrawable(const BITMAPINFOHEADER& header) {
@@ -40,8 +40,8 @@ bool IsDrawable(const BITMAPINFOHEADER& header) {
 
 }  // namespace
 
-const u32* GdiBitmap::Row(u32 y) const {
-    return reinterpret_cast<const u32*>(block.Data()) + u64{y} * nWidth;
+const u32* GdiBitmap::Row(u32 nRow) const {
+    return reinterpret_cast<const u32*>(block.Data()) + u64{nRow} * nWidth;
 }
 
 HBITMAP CreateDIBitmap(HDC, const BITMAPINFOHEADER* pHeader, [[maybe_unused]] u32 nFlags, const void* pBits,

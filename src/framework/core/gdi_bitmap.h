@@ -42,7 +42,7 @@ struct GdiBitmap {
     u32 nHeight;
     LargeBlock block;
 
-    const u32* Row(u32 y) const;
+    const u32* Row(u32 nRow) const;
 };
 
 using HBITMAP = GdiBitmap*;

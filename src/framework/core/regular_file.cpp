@@ -12,10 +12,10 @@
 
 namespace {
 
-const char* KindName(mode_t mode) {
-    if (S_ISDIR(mode)) return "It is a folder";
-    if (S_ISFIFO(mode)) return "It is a pipe";
-    if (S_ISSOCK(mode)) return "It is a socket";
+const char* KindName(mode_t nMode) {
+    if (S_ISDIR(nMode)) return "It is a folder";
+    if (S_ISFIFO(nMode)) return "It is a pipe";
+    if (S_ISSOCK(nMode)) return "It is a socket";
     return "It is a device";
 }
 

@@ -81,14 +81,14 @@ class ControlStrip final : public QWidget {
     bool IsOpen() const { return m_pControls->parentWidget() == m_pPanel; }
 
     // Fields from the first on, with what stands around them, at the template's places.
-    int WidthOf(std::size_t count) const {
-        if (count == 0) return 0;
+    int WidthOf(std::size_t nCount) const {
+        if (nCount == 0) return 0;
         const int margin = m_size.width() - (m_fields.back().place.right() + 1);
-        return m_fields[count - 1].place.right() + 1 + margin;
+        return m_fields[nCount - 1].place.right() + 1 + margin;
     }
-    int SlackOf(std::size_t count) const {
+    int SlackOf(std::size_t nCount) const {
         int slack = 0;
-        for (std::size_t i = 0; i < count; ++i) slack += m_fields[i].Slack();
+        for (std::size_t i = 0; i < nCount; ++i) slack += m_fields[i].Slack();
         return slack;
     }
     int LeastWidthOfAll() const { return WidthOf(m_fields.size()) - SlackOf(m_fields.size()); }

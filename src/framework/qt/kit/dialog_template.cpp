@@ -25,8 +25,8 @@ class DialogUnits {
         m_nWidth = (metrics.horizontalAdvance(alphabet) / 26 + 1) / 2;
     }
 
-    int X(int units) const { return (units * m_nWidth + 2) / 4; }
-    int Y(int units) const { return (units * m_nHeight + 4) / 8; }
+    int X(int nUnits) const { return (nUnits * m_nWidth + 2) / 4; }
+    int Y(int nUnits) const { return (nUnits * m_nHeight + 4) / 8; }
     QRect Map(const CRect& rect) const {
         return QRect(QPoint(X(rect.left), Y(rect.top)), QPoint(X(rect.right) - 1, Y(rect.bottom) - 1));
     }

@@ -4,8 +4,8 @@
 
 #include <QCoreApplication>
 
-void AfxReportLater(std::exception_ptr pException) {
+void AfxReportLater(std::exception_ptr exception) {
     QMetaObject::invokeMethod(
-        qApp, [pException] { AfxGuardedCall([&] { std::rethrow_exception(pException); }); },
+        qApp, [exception] { AfxGuardedCall([&] { std::rethrow_exception(exception); }); },
         Qt::QueuedConnection);
 }

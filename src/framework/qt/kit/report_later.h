@@ -4,4 +4,4 @@
 #include <exception>
 
 // Reports the exception, as AfxReportException does, once the present event is over.
-void AfxReportLater(std::exception_ptr pException);
+void AfxReportLater(std::exception_ptr exception);

@@ -21,10 +21,10 @@ bool IsPlain(char c) {
 }
 
 // In quotes, and with a backslash before what means something there all the same.
-std::string QuoteArgument(const std::string& word) {
-    if (std::ranges::all_of(word, IsPlain)) return word;
+std::string QuoteArgument(const std::string& strWord) {
+    if (std::ranges::all_of(strWord, IsPlain)) return strWord;
     std::string quoted = "\"";
-    for (const char c : word) {
+    for (const char c : strWord) {
         if (std::string_view("\"`$\\").find(c) != std::string_view::npos) quoted += '\\';
         quoted += c;
         if (c == '%') quoted += c;
@@ -33,9 +33,9 @@ std::string QuoteArgument(const std::string& word) {
 }
 
 // Values of a desktop entry take one line and are escaped once more, whatever is in them.
-std::string EscapeValue(const std::string& value) {
+std::string EscapeValue(const std::string& strValue) {
     std::string escaped;
-    for (const char c : value) {
+    for (const char c : strValue) {
         if (c == '\n')
             escaped += "\\n";
         else

@@ -124,12 +124,12 @@ void CWinApp::ExitInstance() {
     AfxStopToolkit();
 }
 
-void CWinApp::AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate) {
-    m_templates.push_back(std::move(pTemplate));
+void CWinApp::AddDocTemplate(std::unique_ptr<CMultiDocTemplate> docTemplate) {
+    m_templates.push_back(std::move(docTemplate));
 }
 
-void CWinApp::SetMainWnd(std::unique_ptr<CMDIFrameWnd> pMainWnd) {
-    m_pMainWnd = std::move(pMainWnd);
+void CWinApp::SetMainWnd(std::unique_ptr<CMDIFrameWnd> mainWnd) {
+    m_pMainWnd = std::move(mainWnd);
     m_pMainWnd->m_pLastTarget = this;
     m_pMainWnd->m_onDrop = [this](const std::vector<std::string>& uris) { OpenLater(uris); };
     m_pMainWnd->m_onClosed = [this] { End(); };

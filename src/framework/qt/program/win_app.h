@@ -62,10 +62,10 @@ class CWinApp : public CCmdTarget {
 
     void RegisterShellFileTypes(u32 nIDIcon) const;
 
-    void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> pTemplate);
+    void AddDocTemplate(std::unique_ptr<CMultiDocTemplate> docTemplate);
 
     // Commands reach the application through it, and so does what is dropped on it and its end.
-    void SetMainWnd(std::unique_ptr<CMDIFrameWnd> pMainWnd);
+    void SetMainWnd(std::unique_ptr<CMDIFrameWnd> mainWnd);
 
     void ParseCommandLine(CCommandLineInfo& info) const { info = m_commandLine; }
 

@@ -13,5 +13,5 @@ class CDocTemplate {
 
     // A child window for another look at the document, not shown yet. Null when the window cannot be made.
     virtual CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,
-                                         const std::shared_ptr<CDocument>& pDocument) const = 0;
+                                         const std::shared_ptr<CDocument>& document) const = 0;
 };

@@ -78,12 +78,12 @@ CSize CMDIClientWnd::GetVisibleSize() const {
 
 // The toolkit would leave out what the scroll bars cover, though these go, and move tiled windows afterwards
 // by what was scrolled.
-void CMDIClientWnd::ArrangeWindows(void (QMdiArea::*pArrange)()) {
+void CMDIClientWnd::ArrangeWindows(void (QMdiArea::*arrange)()) {
     QMdiArea& area = *GetArea();
     area.horizontalScrollBar()->setValue(0);
     area.verticalScrollBar()->setValue(0);
     SetScrollBars(area, Qt::ScrollBarAlwaysOff);
-    (area.*pArrange)();
+    (area.*arrange)();
     SetScrollBars(area, Qt::ScrollBarAsNeeded);
 }
 

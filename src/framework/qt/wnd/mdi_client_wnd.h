@@ -23,7 +23,7 @@ class CMDIClientWnd : public CWnd {
     CSize GetVisibleSize() const;
 
     // Has the toolkit arrange the windows in all of the area, which is at its beginning then.
-    void ArrangeWindows(void (QMdiArea::*pArrange)());
+    void ArrangeWindows(void (QMdiArea::*arrange)());
 
     // Scrolls no further than it takes. The rectangle is in client coordinates, which begin at what is
     // visible.

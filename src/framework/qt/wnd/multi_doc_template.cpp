@@ -41,24 +41,23 @@ std::shared_ptr<CDocument> CMultiDocTemplate::ReadDocumentFile(
 }
 
 bool CMultiDocTemplate::ShowDocument(CMDIFrameWnd& mainFrame,
-                                     const std::shared_ptr<CDocument>& pDocument) const {
+                                     const std::shared_ptr<CDocument>& document) const {
     bool shown = false;
     const auto show = [&] {
         const CWaitCursor wait;
-        CMDIChildWnd* const child = CreateNewFrame(mainFrame, pDocument);
+        CMDIChildWnd* const child = CreateNewFrame(mainFrame, document);
         if (!child) return;
         shown = true;
         child->ActivateFrame();
     };
-    AfxGuardedCall(show, Lead(pDocument->GetPathName()));
+    AfxGuardedCall(show, Lead(document->GetPathName()));
     return shown;
 }
 
 CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame,
-                                                const std::shared_ptr<CDocument>& pDocument) const {
+                                                const std::shared_ptr<CDocument>& document) const {
     auto frame = CreateObjectAs<CMDIChildWnd>(m_frameClass);
-    if (!frame ||
-        !frame->LoadFrame(*mainFrame.GetMDIClient(), m_nIDResource, {&m_viewClass, pDocument, this}))
+    if (!frame || !frame->LoadFrame(*mainFrame.GetMDIClient(), m_nIDResource, {&m_viewClass, document, this}))
         return nullptr;
     frame->GetActiveView()->OnInitialUpdate();
     CMDIChildWnd* const child = frame.get();

@@ -35,10 +35,10 @@ class CMultiDocTemplate : public CDocTemplate {
 
     // Shows a document in a child window of its own. False when that failed, and no window is left: an
     // exception has been reported then, a frame that could not be made has not.
-    bool ShowDocument(CMDIFrameWnd& mainFrame, const std::shared_ptr<CDocument>& pDocument) const;
+    bool ShowDocument(CMDIFrameWnd& mainFrame, const std::shared_ptr<CDocument>& document) const;
 
     CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,
-                                 const std::shared_ptr<CDocument>& pDocument) const override;
+                                 const std::shared_ptr<CDocument>& document) const override;
 
   private:
     u32 m_nIDResource;

@@ -46,15 +46,15 @@ CView::~CView() {
     if (m_pDocument) m_pDocument->RemoveView(this);
 }
 
-void CView::Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> pDocument) {
+void CView::Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> document) {
     Attach(new ViewWidget(*this), &frame);
     m_pPlace = &place;
-    SetDocument(std::move(pDocument));
+    SetDocument(std::move(document));
 }
 
-void CView::SetDocument(std::shared_ptr<CDocument> pDocument) {
+void CView::SetDocument(std::shared_ptr<CDocument> document) {
     if (m_pDocument) m_pDocument->RemoveView(this);
-    m_pDocument = std::move(pDocument);
+    m_pDocument = std::move(document);
     m_pDocument->AddView(this);
 }
 

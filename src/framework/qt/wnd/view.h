@@ -24,7 +24,7 @@ class CView : public CWnd, public CPrintable {
     // Leaves the document, which goes with its last view.
     ~CView() override;
 
-    void Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> pDocument);
+    void Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> document);
 
     CDocument* GetDocument() const { return m_pDocument.get(); }
 
@@ -32,7 +32,7 @@ class CView : public CWnd, public CPrintable {
     const std::shared_ptr<CDocument>& ShareDocument() const { return m_pDocument; }
 
     // Leaves the document for another one; what is shown follows at the next update.
-    void SetDocument(std::shared_ptr<CDocument> pDocument);
+    void SetDocument(std::shared_ptr<CDocument> document);
 
     // What the main window says of it while nothing else is to be said; empty for the program's own message.
     virtual std::string GetIdleMessage() const { return {}; }

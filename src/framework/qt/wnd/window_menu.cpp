@@ -178,8 +178,8 @@ void CMDIFrameWnd::ChooseWindow() {
         m_children[static_cast<std::size_t>(*choice)]->ActivateFrame();
 }
 
-void CMDIFrameWnd::AddChild(std::unique_ptr<CMDIChildWnd> pChild) {
-    m_children.push_back(std::move(pChild));
+void CMDIFrameWnd::AddChild(std::unique_ptr<CMDIChildWnd> child) {
+    m_children.push_back(std::move(child));
     UpdateFrameCounts();
 }
 
