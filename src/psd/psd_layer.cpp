@@ -74,8 +74,8 @@ bool PsdLayer::ReadExtraData(PsdReading& reading, const LengthField& length) {
     if (!ReadMask(reading)) return false;
     if (!ReadAllBlendingRanges(reading)) return false;
     const u32 nameLength = ReadU8(stream);
+    if (reading.Rules().bBoundedParts && !reading.Require(nameLength)) return false;
     m_pszName = ReadName(stream, nameLength);
-    if (!reading.IsWithinPart()) return reading.RefuseShort();
     // The length byte, the name and the padding fill a multiple of four bytes.
     Skip(stream, 3 - nameLength % 4);
     if (reading.Rules().bUnicodeNames) ReadUnicodeName(reading);
@@ -88,7 +88,9 @@ bool PsdLayer::ReadExtraData(PsdReading& reading, const LengthField& length) {
 }
 
 void PsdLayer::ReadUnicodeName(PsdReading& reading) {
-    if (!FindTaggedBlock(reading, {"luni"})) return;
+    const auto length = FindTaggedBlock(reading, {"luni"});
+    if (!length) return;
+    const PsdPart block(reading, *length);
     const std::string name = ReadUtf16(reading);
     if (name.empty()) return;
     m_pszName = std::make_unique_for_overwrite<char[]>(name.size() + 1);

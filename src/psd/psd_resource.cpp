@@ -108,6 +108,7 @@ bool PsdResource::ReadResourceBlock(PsdReading& reading) {
         return false;
     m_nId = ReadU16(stream);
     const u32 nameLength = ReadU8(stream);
+    if (rules.bBoundedParts && !reading.Require(nameLength)) return false;
     m_pszName = ReadName(stream, nameLength);
     // The length byte and the name fill an even number of bytes, and so does the payload.
     if (nameLength % 2 == 0) Skip(stream, 1);
