@@ -13,17 +13,16 @@ constexpr u32 PIECE_LIMIT = 1 << 24;  // bytes of data that a resource is below
 constexpr std::string_view SIGNATURE = "8BIM";
 constexpr u32 HEAD_SIZE = 7;  // bytes from the signature to the length of the name
 
-// Any four characters; those of other programs are noted.
-bool ReadForeignSignature(PsdReading& reading) {
+// Any four characters; bOwn says whether they are those of a resource.
+bool ReadAnySignature(PsdReading& reading, bool& bOwn) {
     if (!reading.Require(HEAD_SIZE)) return false;
     const u32 start = reading.Stream().GetPosition();
-    bool isOwn = true;
+    bOwn = true;
     for (const char expected : SIGNATURE) {
         const u32 c = ReadU8(reading.Stream());
         if (c < 0x20 || c > 0x7E) return reading.Refuse(Rule::PsdResourceSignature, start);
-        isOwn = isOwn && c == static_cast<u8>(expected);
+        bOwn = bOwn && c == static_cast<u8>(expected);
     }
-    if (!isOwn) reading.PassOver(Passed::Resources);
     return true;
 }
 
@@ -102,9 +101,9 @@ bool PsdAlphaNamesData::Write(ByteStream& stream) const {
 bool PsdResource::ReadResourceBlock(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
     const ReadingRules& rules = reading.Rules();
-    const bool foreign = rules.bResources;
-    if (!(foreign ? ReadForeignSignature(reading)
-                  : reading.ReadSignature(SIGNATURE, Rule::PsdResourceSignature)))
+    bool isOwn = true;
+    if (!(rules.bResources ? ReadAnySignature(reading, isOwn)
+                           : reading.ReadSignature(SIGNATURE, Rule::PsdResourceSignature)))
         return false;
     m_nId = ReadU16(stream);
     const u32 nameLength = ReadU8(stream);
@@ -122,5 +121,7 @@ bool PsdResource::ReadResourceBlock(PsdReading& reading) {
         return reading.Refuse(Rule::PsdAlphaNames, size.nAt, static_cast<i64>(size.nLength));
     if (size.nLength % 2 == 1) Skip(stream, 1);
     if (!reading.IsWithinPart()) return reading.RefuseShort();
+    // One that ends the list counts as that.
+    if (!isOwn) reading.PassOver(Passed::Resources);
     return reading.IsGood();
 }
