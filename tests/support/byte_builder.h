@@ -29,9 +29,11 @@ struct ByteBuilder : public Bytes {
         insert(end(), bytes.begin(), bytes.end());
         return *this;
     }
+    // Four bytes, or eight.
+    ByteBuilder& Length(u64 value, bool large) { return large ? U32(value >> 32, value) : U32(value); }
     // Bytes after their count, which can be made wrong.
-    ByteBuilder& Block(const Bytes& bytes, i32 nExcess = 0) {
-        return U32(bytes.size() + static_cast<u64>(nExcess)).Append(bytes);
+    ByteBuilder& Block(const Bytes& bytes, i64 excess = 0, bool large = false) {
+        return Length(bytes.size() + static_cast<u64>(excess), large).Append(bytes);
     }
 };
 

@@ -1,16 +1,20 @@
 #include "support/psd_builder.h"
 
+#include "document/finding_text.h"
+#include "document/passed_text.h"
+
 #include <sstream>
+#include <zlib.h>
 
 static Bytes PaddedName(const std::string& strName, u64 nMultiple) {
     return ByteBuilder().U8(strName.size()).Text(strName).Repeat(nMultiple - 1 - strName.size() % nMultiple, 0xAA);
 }
 
-static Bytes LayerInfo(const PsdFields& fields) {
+Bytes LayerInfo(const PsdFields& fields) {
     ByteBuilder info, images;
     info.U16(fields.layerCount.value_or(static_cast<i32>(fields.layers.size())));
     for (const auto& layer : fields.layers) {
-        info.Append(LayerRecord(layer));
+        info.Append(LayerRecord(layer, fields.version == 2));
         for (const auto& channel : layer.channels) images.Append(channel.data);
     }
     return info.Append(images).Append(fields.layerPad);
@@ -18,26 +22,29 @@ static Bytes LayerInfo(const PsdFields& fields) {
 
 Bytes Psd(const PsdFields& fields) {
     ByteBuilder out, resources, section;
-    for (const auto& [signature, id, name, data] : fields.resources) {
+    for (const auto& [signature, id, name, data, excess] : fields.resources) {
         resources.Text(signature).U16(id).Append(PaddedName(name, 2));
-        resources.Block(data).Repeat(data.size() % 2, 0xAA);
+        resources.Block(data, excess).Repeat(data.size() % 2, 0xAA);
     }
     const bool hasLayers = fields.layerCount || !fields.layers.empty();
-    if (hasLayers || !fields.globalMasks.empty()) {
-        section.Block(hasLayers ? LayerInfo(fields) : Bytes(), fields.layersExcess);
-        section.Block(fields.globalMasks, fields.globalMasksExcess);
+    const bool large = fields.version == 2;
+    if (hasLayers || !fields.globalMasks.empty() || !fields.tagged.empty() || !fields.hasGlobalMasks) {
+        section.Block(hasLayers ? LayerInfo(fields) : Bytes(), fields.layersExcess, large);
+        if (fields.hasGlobalMasks) section.Block(fields.globalMasks, fields.globalMasksExcess);
+        section.Append(fields.tagged);
     }
     out.Text(fields.signature).U16(fields.version).Repeat(6, 0).U16(fields.channels);
     out.U32(fields.rows, fields.columns).U16(fields.depth, fields.mode).Block(fields.colourData, fields.colourExcess);
-    out.Block(resources, fields.resourcesExcess).Block(section, fields.sectionExcess).U16(fields.compression);
+    out.Block(resources, fields.resourcesExcess).Block(section, fields.sectionExcess, large).U16(fields.compression);
     const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;
     return fields.samples ? out.Append(*fields.samples) : out.Repeat(fields.channels * fields.rows * rowSize, 0);
 }
 
-Bytes LayerRecord(const PsdLayerFields& fields) {
+Bytes LayerRecord(const PsdLayerFields& fields, bool large) {
     ByteBuilder out, extra;
     out.U32(fields.top, fields.left, fields.bottom, fields.right).U16(fields.channels.size());
-    for (const auto& [id, data, excess] : fields.channels) out.U16(id).U32(data.size() + static_cast<u64>(excess));
+    for (const auto& [id, data, excess] : fields.channels)
+        out.U16(id).Length(data.size() + static_cast<u64>(excess), large);
     out.Text(fields.signature).Text(fields.key).U8(fields.opacity, fields.clipping, fields.flags, 0xAA);
     extra.Block(fields.mask).Block(fields.ranges, fields.rangesExcess).Append(PaddedName(fields.name, 4));
     return out.Block(extra.Append(fields.extra), fields.extraExcess);
@@ -45,10 +52,22 @@ Bytes LayerRecord(const PsdLayerFields& fields) {
 
 Bytes RawData(const Bytes& samples) { return ByteBuilder().U16(0).Append(samples); }
 
-Bytes PackedData(const std::vector<Bytes>& rows) {
+Bytes PackedData(const std::vector<Bytes>& rows, bool large) {
     ByteBuilder counts, data;
-    for (const Bytes& row : rows) counts.U16(row.size()), data.Append(row);
+    for (const Bytes& row : rows) (large ? counts.U32(row.size()) : counts.U16(row.size())), data.Append(row);
     return ByteBuilder().U16(1).Append(counts).Append(data);
+}
+
+Bytes ZipData(const Bytes& samples, u32 compression, int level) {
+    uLongf size = compressBound(samples.size());
+    Bytes packed(size);
+    compress2(packed.data(), &size, samples.data(), samples.size(), level);
+    packed.resize(size);
+    return ByteBuilder().U16(compression).Append(packed);
+}
+
+Bytes TaggedBlock(const std::string& key, const Bytes& data, i64 excess, bool large, const std::string& signature) {
+    return ByteBuilder().Text(signature).Text(key).Block(data, excess, large);
 }
 
 PsdFields LayeredPsd() {
@@ -65,6 +84,48 @@ PsdFields LayeredPsd() {
     fields.globalMasks = ByteBuilder().U16(0xFFFE).Text("abcdefgh").U16(0x1234).U8(0x80).Repeat(1 + 14, 0xAA);
     fields.compression = 1, fields.samples = Bytes{0, 2, 0, 4, 0xFE, 1, 2, 1, 2, 3};
     return fields;
+}
+
+// Rows of samples that a function finds by row and column.
+template <typename SampleAt>
+static std::string PlaneText(u32 rows, u32 columns, SampleAt sampleAt) {
+    if (u64{rows} * columns > 100) return std::to_string(u64{rows} * columns) + " samples";
+    std::string text;
+    for (u32 i = 0; i < rows * columns; ++i)
+        text += (i == 0 ? "" : i % columns == 0 ? "/" : ",") + std::to_string(u32{sampleAt(i / columns, i % columns)});
+    return text;
+}
+
+std::string Outcome(const PsdImage& image) {
+    if (image.GetFinding().rule != Rule::None) return "refused: " + RuleText(image.GetFinding());
+    std::string text = PassedText(image.GetPassedOver()) + " |";
+    for (const auto& resource : image.m_Resources) text += " r" + std::to_string(resource->m_nId);
+    for (const auto& layer : image.m_Layers) {
+        text += std::string(" ") + layer->m_pszName.get() + "(";
+        for (const auto& channel : layer->m_Channels) {
+            text += (text.back() == '(' ? "" : " ") + std::to_string(channel->m_nId) + ":";
+            u8* const* const rows = channel->m_ppPlane;
+            const PsdSize size = rows ? layer->SizeOf(*channel) : PsdSize();
+            text += rows ? PlaneText(size.nRows, size.nColumns, [&](u32 y, u32 x) { return rows[y][x]; }) : "-";
+        }
+        text += ")";
+    }
+    for (const auto& mask : image.m_GlobalMasks) text += " m" + std::to_string(mask->m_nKind);
+    text += " =";
+    if (!image.m_pppPlanes) return text + " -";
+    if (image.m_nChannels > 4) return text + " " + std::to_string(image.m_nChannels) + " planes";
+    for (u32 channel = 0; channel < image.m_nChannels; ++channel)
+        text += " " + PlaneText(image.m_nHeight, image.m_nWidth, [&](u32 y, u32 x) {
+            return image.m_nDepth == 16 ? image.GetWords(channel)[y][x] : u16{image.m_pppPlanes[channel][y][x]};
+        });
+    return text;
+}
+
+std::string Outcome(const Bytes& bytes, const ReadingRules& rules) {
+    MemoryStream source(bytes);
+    PsdImage image;
+    image.LoadPsd(&source.stream, rules);
+    return Outcome(image);
 }
 
 std::string Description(const PsdImage& image) {

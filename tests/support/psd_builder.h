@@ -12,7 +12,7 @@
 struct PsdChannelFields {
     i32 id = 0;
     Bytes data = {};  // its compression first
-    i32 excess = 0;
+    i64 excess = 0;
 };
 
 struct PsdLayerFields {
@@ -23,7 +23,7 @@ struct PsdLayerFields {
     Bytes mask = {}, ranges = {};
     std::string name = {};
     Bytes extra = {};  // after the name
-    i32 rangesExcess = 0, extraExcess = 0;
+    i64 rangesExcess = 0, extraExcess = 0;
 };
 
 struct PsdResourceFields {
@@ -31,6 +31,7 @@ struct PsdResourceFields {
     u32 id = 1000;
     std::string name = {};
     Bytes data = {};
+    i64 excess = 0;
 };
 
 struct PsdFields {
@@ -41,18 +42,27 @@ struct PsdFields {
     std::vector<PsdLayerFields> layers = {};
     std::optional<i32> layerCount = {};
     Bytes layerPad = {}, globalMasks = {};
-    i32 colourExcess = 0, resourcesExcess = 0, layersExcess = 0, globalMasksExcess = 0;
-    i32 sectionExcess = 0;  // of the layers and masks together
+    Bytes tagged = {};           // blocks after the global masks
+    bool hasGlobalMasks = true;  // or at least their length
+    i64 colourExcess = 0, resourcesExcess = 0, layersExcess = 0, globalMasksExcess = 0;
+    i64 sectionExcess = 0;  // of the layers and masks together
     u32 compression = 0;
     std::optional<Bytes> samples = {};  // if not given, as many zero bytes as raw data takes
 };
 
 Bytes Psd(const PsdFields& fields);
-Bytes LayerRecord(const PsdLayerFields& fields);
 
-// Image data of a channel, its compression first.
+// Of version 2 where lengths are large: those have eight bytes, and counts of packed bytes four.
+Bytes LayerRecord(const PsdLayerFields& fields, bool large = false);
+Bytes LayerInfo(const PsdFields& fields);
+
+// Image data of a channel, its compression first. Zipped samples are packed not at all unless a level says so.
 Bytes RawData(const Bytes& samples);
-Bytes PackedData(const std::vector<Bytes>& rows);
+Bytes PackedData(const std::vector<Bytes>& rows, bool large = false);
+Bytes ZipData(const Bytes& samples, u32 compression = 2, int level = 0);
+
+Bytes TaggedBlock(const std::string& key, const Bytes& data, i64 excess = 0, bool large = false,
+    const std::string& signature = "8BIM");
 
 // Something of everything: palette, resources, layers with raw and packed channels, masks, ranges and names.
 PsdFields LayeredPsd();
@@ -65,6 +75,12 @@ struct LoadedPsd {
     PsdImage image;
     bool bLoaded;
 };
+
+// What the rules make of a document: what was passed over, and behind a bar resources, layers with their channels'
+// samples by id, global masks and, behind "=", the composite's samples. A minus stands for a missing plane. Or why
+// it is refused.
+std::string Outcome(const Bytes& bytes, const ReadingRules& rules = TOLERANT);
+std::string Outcome(const PsdImage& image);  // of one that was loaded
 
 // What an image holds, a line for each object; bytes and samples in decimal.
 std::string Description(const PsdImage& image);
