@@ -62,11 +62,11 @@ IffContainer* RootOf(const CVistrelDoc& document, const ReadingRules& rules) {
 BodyChunk* FindAnyBody(const IffContainer& part) {
     for (const IffChunkNode* node = part.m_pFirst; node; node = node->m_pNext) {
         IffChunk* const chunk = node->m_pChunk.Get();
-        BodyChunk* body = chunk->m_Id == BodyChunk::ID ? dynamic_cast<BodyChunk*>(chunk) : nullptr;
+        auto* const body = chunk->m_Id == BodyChunk::ID ? dynamic_cast<BodyChunk*>(chunk) : nullptr;
         if (body && IsReadable(*body)) return body;
-        if (const auto* const container = dynamic_cast<const IffContainer*>(chunk))
-            body = FindAnyBody(*container);
-        if (body) return body;
+        const auto* const container = dynamic_cast<const IffContainer*>(chunk);
+        BodyChunk* const inside = container ? FindAnyBody(*container) : nullptr;
+        if (inside) return inside;
     }
     return nullptr;
 }
