@@ -12,8 +12,9 @@
 using Names = std::vector<std::string>;
 
 struct Shown {
-    // The file's first selection.
-    explicit Shown(Bytes bytes, u32 nLayer = 0, u32 nChannel = 0) {
+    // The file's first selection. Throws what refuses the file.
+    explicit Shown(Bytes bytes, u32 nLayer = 0, u32 nChannel = 0, Tolerance tolerance = Tolerance::None) {
+        document.m_tolerance = tolerance;
         MemoryFile file(std::move(bytes));
         CArchive archive(&file, CArchive::load);
         document.Serialize(archive);
