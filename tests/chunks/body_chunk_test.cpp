@@ -1,5 +1,6 @@
 #include "chunks/body_chunk.h"
 
+#include "chunks/byte_run.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/random.h"
@@ -125,6 +126,30 @@ TEST(BodyChunk, KnowsWhetherItsDataCanFillTheRows) {
         picture.Body().BeginRows();
         EXPECT_TRUE(picture.Body().CanFillRows(most)) << planes << " planes";
         EXPECT_FALSE(picture.Body().CanFillRows(most + 1)) << planes << " planes";
+    }
+}
+
+// As many bytes as one row takes that is long enough.
+TEST(ByteRun, LengthIsThatOfAllBytesAsOneRow) {
+    for (const auto& [packed, length] : Table<Bytes, u64>{
+             {Bytes(), 0},
+             {{0}, 0},
+             {{0x80}, 0},
+             {{0x80, 0x80, 0, 1}, 1},
+             {{0x81}, 0},
+             {{0x81, 9}, 128},
+             {{0xFF, 9, 0xFF}, 2},
+             {{5, 1, 2}, 2},
+         })
+        EXPECT_EQ(ByteRunLength(packed.data(), static_cast<u32>(packed.size())), length) << packed.size();
+    Random random(7);
+    Bytes row(128 * 128);
+    for (u32 round = 0; round < 2000; ++round) {
+        const Bytes packed = random.SomeBytes(2 + random.Below(100));
+        const u32 length = static_cast<u32>(ByteRunLength(packed.data(), static_cast<u32>(packed.size())));
+        ByteRunSource enough = {packed.data(), static_cast<u32>(packed.size())}, more = enough;
+        ASSERT_TRUE(UnpackByteRun(row.data(), length, enough)) << round;
+        ASSERT_FALSE(UnpackByteRun(row.data(), length + 1, more)) << round;
     }
 }
 
