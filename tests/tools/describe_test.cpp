@@ -15,12 +15,12 @@ namespace {
 
 struct Printed {
     // What the tool prints for a file of these bytes, and says on standard error.
-    explicit Printed(
-        const Bytes& bytes, DescribeResult expected = DescribeResult::Accepted, const std::string& strName = "file") {
+    explicit Printed(const Bytes& bytes, DescribeResult expected = DescribeResult::Accepted,
+        const std::string& name = "file", Tolerance tolerance = Tolerance::None) {
         const TempFolder folder;
         testing::internal::CaptureStderr();
         testing::internal::CaptureStdout();
-        EXPECT_EQ(DescribeFile(folder.Write(bytes, strName), stdout), expected);
+        EXPECT_EQ(DescribeFile(folder.Write(bytes, name), stdout, tolerance), expected);
         out = testing::internal::GetCapturedStdout();
         error = testing::internal::GetCapturedStderr();
     }
@@ -112,6 +112,32 @@ TEST(Describe, WhyAFileIsRefused) {
         const std::string reasons = ": refused. Photoshop reader: " + photoshop + "; IFF reader: " + iff + "\n";
         EXPECT_TRUE(printed.error.ends_with(reasons)) << printed.error << "instead of " << reasons;
     }
+}
+
+TEST(Describe, WhatWasPassedOver) {
+    PsdFields broken = Bitmap();
+    broken.layers.insert(broken.layers.end(), 2, {.right = 0});
+    broken.tagged = {1};
+    const Bytes map = Cmap({BLACK, WHITE}), body = Chunk("BODY", {0, 0});
+    const Bytes rows = Form("ILBM", {Bmhd({.width = 8, .height = 1}), map, body});
+    const Bytes chunky = Form("PBM ", {Bmhd({.width = 2, .height = 1, .planes = 8}), map, body});
+    for (const auto& [bytes, strict, passed] : Table<Bytes, DescribeResult, std::string>{
+             {Psd(broken), DescribeResult::Refused, "[\"empty layers (2)\",\"tagged blocks\"],\"psd\":{"},
+             {Psd(Bitmap()), DescribeResult::Accepted, "[],\"psd\":{"},
+             {rows, DescribeResult::Accepted, "[\"padded plane rows\"],\"psd\":null}"},
+             {chunky, DescribeResult::Accepted, "[\"one byte a pixel\"],\"psd\":null}"},
+         }) {
+        EXPECT_EQ(Printed(bytes, strict).out.find("passed_over"), std::string::npos) << passed;
+        const std::string out = Printed(bytes, DescribeResult::Accepted, "file", Tolerance::Always).out;
+        EXPECT_NE(out.find("],\"passed_over\":" + passed), std::string::npos) << out << passed;
+    }
+    const std::string out = Printed(chunky, DescribeResult::Accepted, "file", Tolerance::Always).out;
+    EXPECT_NE(out.find(R"("id":"BODY","type":null,"unknown":false)"), std::string::npos) << "the tree of the picture";
+    EXPECT_NE(out.find(R"("info":"2x1x2")"), std::string::npos);
+
+    const Printed refused(Psd({.version = 3}), DescribeResult::Refused, "file", Tolerance::Always);
+    EXPECT_NE(refused.out.find(R"("layer_list":null,"passed_over":[],"psd":null})"), std::string::npos);
+    EXPECT_NE(refused.error.find("version 3; 1 and 2 are read"), std::string::npos) << "by the tolerant rules";
 }
 
 TEST(Describe, AFileThatCannotBeOpenedPrintsNothing) {
