@@ -63,6 +63,8 @@ TEST(TolerantPicture, PlaneRows) {
         {"packed", Ilbm({8, 2, 1, 0, 1}, {1, 0xFF, 0, 1, 0xF0, 0}), "8x2x4 rrrrrrrr/kkkkkkkr", padded},
         {"across rows", Ilbm({8, 2, 1, 0, 1}, {3, 0xFF, 0x0F, 0xF0, 0}), "8x2x4 rrrrrrrr/rrrrkkkk",
             "padded plane rows: 8x2x4 rrrrrrrr/kkkkkkkk"},
+        {"by a run", Ilbm({8, 1, 2, 0, 1}, {0xFD, 0xFF}), "8x1x4 bbbbbbbb", "padded plane rows: 8x1x4 bbbbbbbb"},
+        {"not padded", Ilbm({8, 2, 1, 0, 1}, {0, 0xFF, 0, 0x0F}), plain, ": " + plain},
         {"of even length", Ilbm({9, 1}, Bytes(99)), "9x1x4 kkkkkkkkk", ": 9x1x4 kkkkkkkkk"},
         {"a mask", Ilbm({4, 2, 1, 1}, masked), "4x2x4 rrrr/krkr", "mask plane: 4x2x4 rrrr/kkkk"},
         {"a byte less", Ilbm({4, 2, 1, 1}, Truncated(masked, 1)), "4x2x4 rrrr/krkr", ": 4x2x4 rrrr/krkr"},
@@ -107,6 +109,7 @@ TEST(TolerantPicture, Colours) {
     const Bytes ham = PlanesOf({0x1F, 0x2F, 0x3F, 0x01, 0x25, 0x35, 0x10, 0x03}, 4, 6);
     const Bytes ham8 = PlanesOf({0x7F, 0xBF, 0xFF, 0x61}, 4, 8), bright = PlanesOf({1, 33, 3, 35}, 4, 6);
     const BmhdFields six = {4, 1, 6};
+    const Bytes few = Cmap({BLACK, RED, GREEN});
     const auto half = [&](u32 entries, u32 planes = 6, u32 mode = 0x80) {
         return Ilbm({4, 1, planes}, PlanesOf({1, 33, 31, 32}, 4, planes), GreyCmap(entries, 7), Camg(mode));
     };
@@ -146,7 +149,9 @@ TEST(TolerantPicture, Colours) {
         {"7 planes", half(32, 7), "not valid", ": not valid"},
         {"a few entries", Ilbm(six, bright, MAP, Camg(0x80)), "not valid",
             "extra half-brite: 4x1x64 r<7f0000>b<00007f>"},
-        {"fewer", Ilbm(six, bright, Cmap({BLACK, RED, GREEN}), Camg(0x80)), "not valid", "extra half-brite: not valid"},
+        {"fewer", Ilbm(six, PlanesOf({1, 3, 0, 0}, 4, 6), few, Camg(0x80)), "not valid", "extra half-brite: not valid"},
+        {"likewise", Ilbm(six, PlanesOf({1, 35, 0, 0}, 4, 6), few, Camg(0x80)), "not valid",
+            "extra half-brite: not valid"},
     });
 }
 
@@ -240,7 +245,7 @@ TEST(TolerantPicture, NothingIsLeftOfTheFileBefore) {
              {Cut(Ilbm({8, 1}, {1}), 1, 1), Tolerance::Ask, "missing pad byte"},
              {Ilbm({8, 1}, {1}), Tolerance::Ask, ""},
              {Psd({.layers = {{}}, .layerPad = Bytes(2)}), Tolerance::Ask, "padded layer information"},
-             {Psd({}), Tolerance::Ask, ""},
+             {Psd({.resources = {{.id = 1057, .data = Bytes(5)}}}), Tolerance::Ask, ""},
          }) {
         MemoryStream source(file);
         document.m_tolerance = tolerance;

@@ -84,7 +84,8 @@ TEST(Tolerant, Headers) {
         {"likewise of a layer", side, Rule::PsdVersion, "version 2 | () = 0"},
         {"one more", longer, Rule::PsdVersion, "version 2; layers that cannot be read | = 0"},
         {"of version 1", {.rows = 30001}, Rule::PsdRows, "refused: 30001 rows; 1 to 30000 are read"},
-        {"the fewest channels", {.channels = 25}, Rule::PsdChannelCount, "more than 24 channels | = 25 planes"},
+        {"as many as strictly", {.channels = 24}, Rule::None, " | = 24 planes"},
+        {"more channels", {.channels = 25}, Rule::PsdChannelCount, "more than 24 channels | = 25 planes"},
         {"the most", {.channels = 57}, Rule::PsdChannelCount, "more than 24 channels | = 57 planes"},
         {"one more", {.channels = 58}, Rule::PsdChannelCount, "refused: 58 channels; 1 to 57 are read"},
         {"none", {.channels = 0}, Rule::PsdChannelCount, "refused: 0 channels; 1 to 57 are read"},
@@ -128,10 +129,13 @@ TEST(Tolerant, Resources) {
         {"there is one", flagged({0, 0, 0, 0, 1}), Rule::None, " | r1057 = 0"},
         {"nothing is said", flagged({0, 0, 0, 1}), Rule::None, " | r1057 = 0"},
     });
-    // Likewise the length of a name.
-    ByteBuilder file;
-    file.Append(Truncated(Psd({}), 11)).U32(12).Text("8BIM").U16(3).U8(255).Repeat(5, 'n').U32(0).U16(0).U8(9);
-    EXPECT_EQ(Outcome(file), "foreign resources | = 9");
+    // The length of a name passes the end, and a pad byte does.
+    const Bytes name = ByteBuilder().Text("8BIM").U16(3).U8(255).Repeat(6, 'n');
+    for (const Bytes& block : {name, Bytes(ByteBuilder().Text("8BIM").U16(3, 0).Block({1}))}) {
+        ByteBuilder file;
+        file.Append(Truncated(Psd({}), 11)).Block(block).U32(0).U16(0).U8(9);
+        EXPECT_EQ(Outcome(file), "foreign resources | = 9");
+    }
 }
 
 TEST(Tolerant, LayersAndTheirMasks) {
@@ -154,6 +158,8 @@ TEST(Tolerant, LayersAndTheirMasks) {
     PsdFields two = sized(0, 0, 0, 0), user = sized(0, 0, 0, 0, Joined(Mask(0, 0, 1, 2), {0, 0}));
     two.layers.push_back({.right = 0}), two.layers.push_back({.channels = {{.data = SEVEN}}});
     user.layers[0].channels.push_back({.id = -2, .data = TWO});
+    PsdFields unmasked = user;
+    unmasked.layers[0].mask = Bytes(20);
     ExpectOutcomes({
         {"no rows", sized(3, 0, 3, 1), Rule::PsdRows, empty},
         {"no columns", sized(0, 3, 1, 3), Rule::PsdColumns, empty},
@@ -165,7 +171,7 @@ TEST(Tolerant, LayersAndTheirMasks) {
         {"too many columns", sized(0, 0, 1, 30001), Rule::PsdColumns, NOT_READ + " = 0"},
         {"two beside a sound one", two, Rule::PsdRows, "empty layers (2) | a(0:-) () (0:7) = 0"},
         {"a mask has its own size", user, Rule::PsdRows, "empty layers | a(0:- -2:1,2) = 0"},
-        {"an empty one does not count", sized(0, 0, 0, 0, Bytes(20)), Rule::PsdRows, empty},
+        {"an empty one does not count", unmasked, Rule::PsdRows, "empty layers | a(0:- -2:-) = 0"},
         {"empty mask", masked(-2, Bytes(20), TWO), Rule::PsdRows, noMask},
         {"inside out", masked(-2, Joined(Mask(0, 3, 1, 2), {0, 0}), TWO), Rule::PsdColumns, noMask},
         {"too many rows", masked(-2, Joined(Mask(0, 0, 30001, 1), {0, 0}), TWO), Rule::PsdRows,
@@ -234,7 +240,13 @@ TEST(Tolerant, PartsThatPassTheirEnds) {
         {"a block", {.tagged = TaggedBlock("abcd", {1})}, Rule::PsdTaggedBlocks, "tagged blocks | = 0"},
         {"whatever stands there", {.tagged = {9}}, Rule::PsdCompositeCompression, "tagged blocks | = 0"},
     });
-    // The length of a name leads beyond the file.
+    // Whatever leads beyond the file.
+    ExpectOutcomes({
+        {"a record", {.layerCount = 1}, Rule::DataEnds, NOT_READ + " = 0"},
+        {"half a record", {.layerCount = 1, .layerPad = Bytes(18)}, Rule::PsdBlendSignature, NOT_READ + " = 0"},
+        {"ranges", Layer({.channels = {{.data = SEVEN}}, .rangesExcess = 1 << 20}), Rule::DataEnds, NOT_READ + " = 0"},
+    });
+    EXPECT_EQ(Outcome(Truncated(Psd(Channel(SEVEN)), 2)), "composite that cannot be read | (0:7) = -");
     Bytes named = Psd(Layer({}));
     named[86] = 255;
     EXPECT_EQ(Outcome(named), NOT_READ + " = 0");
@@ -257,6 +269,8 @@ TEST(Tolerant, CompressedSamples) {
         {"more of it", Channel(ZipData({7, 8, 9}, 2, 9)), Rule::PsdZip, zip + " (0:7) = 0"},
         {"no checksum", shorter(zipped, 4), Rule::PsdZip, zip + " (0:1,2/3,4) = 0"},
         {"a sample less", shorter(zipped, 5), Rule::PsdZip, "ZIP channels; " + NOT_DECODED + " (0:-) = 0"},
+        {"too few of them", Channel(ZipData({1, 2, 3}), 2, 2), Rule::PsdZip,
+            "ZIP channels; " + NOT_DECODED + " (0:-) = 0"},
         {"no zip", Channel(Joined({0, 2}, Bytes(20))), Rule::PsdZip, "ZIP channels; " + NOT_DECODED + " (0:-) = 0"},
         {"row by row", Channel(ZipData({250, 10, 3, 255}, 3), 2, 2), Rule::PsdZip, zip + " (0:250,4/3,2) = 0"},
         {"compression 4", Channel({0, 4, 7}), Rule::PsdChannelCompression, NOT_DECODED + " (0:-) = 0"},
@@ -326,6 +340,10 @@ TEST(Tolerant, LayersInTaggedBlocks) {
         {"one passes the end", Tagged(Joined(TaggedBlock("abcd", {}, 99), block)), Rule::PsdTaggedBlocks, none},
         {"the layers do", Tagged(TaggedBlock("Lr16", words, 1)), Rule::PsdTaggedBlocks,
             "tagged blocks; " + NOT_READ + " = 0"},
+        {"layers before cannot be read", broken, Rule::PsdBlendSignature,
+            "layers of more than 8 bits; tagged blocks; " + NOT_READ + " = 0"},
+        {"there are none", {.depth = 16, .layerCount = 0, .layerPad = {0, 0}}, Rule::PsdLayersPadded,
+            "padded layer information | = 0"},
         {"there are layers before", twice, Rule::PsdRawLength, "layers of more than 8 bits; tagged blocks | (0:6) = 0"},
     });
     for (const char* const key :

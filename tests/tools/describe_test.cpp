@@ -131,6 +131,7 @@ TEST(Describe, WhatWasPassedOver) {
         const std::string out = Printed(bytes, DescribeResult::Accepted, "file", Tolerance::Always).out;
         EXPECT_NE(out.find("],\"passed_over\":" + passed), std::string::npos) << out << passed;
     }
+    EXPECT_NE(Printed(chunky).out.find(R"("id":"BODY","type":null,"unknown":true)"), std::string::npos);
     const std::string out = Printed(chunky, DescribeResult::Accepted, "file", Tolerance::Always).out;
     EXPECT_NE(out.find(R"("id":"BODY","type":null,"unknown":false)"), std::string::npos) << "the tree of the picture";
     EXPECT_NE(out.find(R"("info":"2x1x2")"), std::string::npos);
