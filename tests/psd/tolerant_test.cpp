@@ -99,7 +99,7 @@ TEST(Tolerant, Headers) {
 }
 
 TEST(Tolerant, Resources) {
-    const PsdResourceFields good = {.id = 1}, foreign = {.signature = " ~ZZ", .id = 2};
+    const PsdResourceFields good = {.id = 1}, foreign = {.signature = " ~IM", .id = 2};
     const auto flagged = [](const Bytes& data) -> PsdFields { return {.resources = {{.id = 1057, .data = data}}}; };
     ExpectOutcomes({
         {"any signature", {.resources = {foreign, good}}, Rule::PsdResourceSignature, "foreign resources | r2 r1 = 0"},
@@ -243,7 +243,8 @@ TEST(Tolerant, PartsThatPassTheirEnds) {
     // Whatever leads beyond the file.
     ExpectOutcomes({
         {"a record", {.layerCount = 1}, Rule::DataEnds, NOT_READ + " = 0"},
-        {"half a record", {.layerCount = 1, .layerPad = Bytes(18)}, Rule::PsdBlendSignature, NOT_READ + " = 0"},
+        {"half a record", {.layerCount = 1, .layerPad = ByteBuilder().Repeat(18, 0).Text("8BIM")}, Rule::DataEnds,
+            NOT_READ + " = 0"},
         {"ranges", Layer({.channels = {{.data = SEVEN}}, .rangesExcess = 1 << 20}), Rule::DataEnds, NOT_READ + " = 0"},
     });
     EXPECT_EQ(Outcome(Truncated(Psd(Channel(SEVEN)), 2)), "composite that cannot be read | (0:7) = -");
@@ -385,6 +386,7 @@ TEST(Tolerant, UnicodeNames) {
              {named({0, 'b'}), "old"},
              {named({}), "old"},
              {named({'a'}, 1), "old"},
+             {named({'a'}, i64{1} << 31), "old"},
              {named({'a', 'b'}, -1), "a"},
              {named({'a'}, 0, TaggedBlock("lsct", {1, 2, 3})), "a"},
              {named({'a'}, 0, TaggedBlock("lsct", {}, 99)), "old"},
