@@ -89,10 +89,14 @@ void PackCmyk8(benchmark::State& state) {
 }
 BENCHMARK(PackCmyk8);
 
-// Argument: the scale at which a screenful of a large picture is drawn.
+// Arguments: the scale at which a screenful of a large picture is drawn, and its bits a pixel.
 void StretchScreen(benchmark::State& state) {
     const u32 scale = static_cast<u32>(state.range(0));
-    const GdiBitmap bitmap{{}, SIDE, SIDE, LargeBlock::Try(u64{SIDE} * SIDE * 4)};
+    GdiBitmap bitmap;
+    bitmap.header.biBitCount = static_cast<u16>(state.range(1));
+    bitmap.nWidth = SIDE;
+    bitmap.nHeight = SIDE;
+    bitmap.bits = LargeBlock::Allocate(SIDE * DibStride(SIDE, bitmap.header.biBitCount));
     std::vector<u32> screen(1920 * 1080);
     const CRect exposed = {0, 0, static_cast<int>(std::min(1920u, SIDE * scale)),
                            static_cast<int>(std::min(1080u, SIDE * scale))};
@@ -102,7 +106,7 @@ void StretchScreen(benchmark::State& state) {
     }
     state.SetItemsProcessed(static_cast<i64>(state.iterations()) * exposed.Width() * exposed.Height());
 }
-BENCHMARK(StretchScreen)->Arg(1)->Arg(2)->Arg(32);
+BENCHMARK(StretchScreen)->ArgsProduct({{1, 2, 32}, {8, 24}})->ArgNames({"scale", "bits"});
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -28,7 +29,7 @@ class PlaneRows {
 
 }  // namespace
 
-void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, const void* pBits) {
+void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, LargeBlock bits) {
     BITMAPINFOHEADER& header = info.bmiHeader;
     header.biSize = sizeof(BITMAPINFOHEADER);
     header.biWidth = static_cast<i32>(m_nWidth);
@@ -39,8 +40,7 @@ void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, const void* pBits) {
     header.biXPelsPerMeter = 1024;
     header.biYPelsPerMeter = 1024;
     header.biClrImportant = header.biClrUsed;
-    m_hBitmap = CreateDIBitmap(nullptr, &header, CBM_INIT, pBits, &info, DIB_RGB_COLORS);
-    m_bMemoryRefused = !m_hBitmap && m_nWidth > 0 && m_nHeight > 0;
+    m_hBitmap = CreateDIBitmap(nullptr, &header, CBM_INIT, std::move(bits), &info, DIB_RGB_COLORS);
 }
 
 void DisplayImage::FillGreyPalette(BITMAPINFO& info, u32 nCount) {
@@ -59,23 +59,22 @@ void DisplayImage::FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32
 
 // packRow(out, y) fills the buffer row of picture row y.
 template <typename PackRow>
-void DisplayImage::PackRows(BITMAPINFO& info, u16 nBitCount, u64 nStride, PackRow packRow) {
-    const DibRows rows(m_nHeight, nStride);
+void DisplayImage::PackRows(BITMAPINFO& info, u16 nBitCount, PackRow packRow) {
+    DibRows rows(m_nWidth, m_nHeight, nBitCount);
     for (u32 y = 0; y < m_nHeight; ++y) packRow(rows.Row(y), y);
     info.bmiHeader.biBitCount = nBitCount;
-    CreateDisplayBitmap(info, rows.Bits());
+    CreateDisplayBitmap(info, rows.TakeBits());
 }
 
 template <typename PackRow>
 void DisplayImage::PackRows24(PackRow packRow) {
     BITMAPINFO info;
     info.bmiHeader.biClrUsed = 0;
-    PackRows(info, 24, Stride24(m_nWidth), packRow);
+    PackRows(info, 24, packRow);
 }
 
 void DisplayImage::CopyRows8(BITMAPINFO& info, RowTable8 ppRows) {
-    PackRows(info, 8, Stride8(m_nWidth),
-             [&](u8* pOut, u32 nRow) { std::memcpy(pOut, ppRows[nRow], m_nWidth); });
+    PackRows(info, 8, [&](u8* out, u32 y) { std::memcpy(out, ppRows[y], m_nWidth); });
 }
 
 void DisplayImage::CopyRows1(BITMAPINFO& info, RowTable8 ppRows) {
@@ -83,13 +82,11 @@ void DisplayImage::CopyRows1(BITMAPINFO& info, RowTable8 ppRows) {
 }
 
 void DisplayImage::CopyRowsHigh16(BITMAPINFO& info, RowTable16 ppRows) {
-    PackRows(info, 8, Stride8(m_nWidth),
-             [&](u8* pOut, u32 nRow) { TheRowKernels().HighBytes(pOut, ppRows[nRow], m_nWidth); });
+    PackRows(info, 8, [&](u8* out, u32 y) { TheRowKernels().HighBytes(out, ppRows[y], m_nWidth); });
 }
 
 void DisplayImage::CopyRowsLow16(BITMAPINFO& info, RowTable16 ppRows) {
-    PackRows(info, 8, Stride8(m_nWidth),
-             [&](u8* pOut, u32 nRow) { TheRowKernels().LowBytes(pOut, ppRows[nRow], m_nWidth); });
+    PackRows(info, 8, [&](u8* out, u32 y) { TheRowKernels().LowBytes(out, ppRows[y], m_nWidth); });
 }
 
 void DisplayImage::ConvertGrey8(RowTable8 ppGrey) {

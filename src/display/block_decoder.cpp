@@ -115,33 +115,52 @@ struct InterpolatedAlpha {
     }
 };
 
+// A row of blocks.
 template <typename Format>
-LargeBlock DecodeBlocks(const S3tcChunk& chunk) {
-    const u64 width = chunk.m_nWidth, height = chunk.m_nHeight;
-    const u64 across = (width + SIDE - 1) / SIDE, down = (height + SIDE - 1) / SIDE;
-    if (across * down == 0 || across * down * Format::BLOCK_SIZE != chunk.m_nDataSize) return {};
-    LargeBlock pixels = LargeBlock::Allocate(SizeProduct(width, height, sizeof(u32)));
-    const u8* bytes = chunk.m_pData.Data();
-    for (u64 top = 0; top < height; top += SIDE) {
-        const u64 rows = std::min<u64>(SIDE, height - top);
-        for (u64 left = 0; left < width; left += SIDE, bytes += Format::BLOCK_SIZE) {
-            const Block block = Format::Decode(bytes);
-            const u64 rowSize = std::min<u64>(SIDE, width - left) * sizeof(u32);
-            u8* out = pixels.Data() + (top * width + left) * sizeof(u32);
-            for (u64 y = 0; y < rows; ++y, out += width * sizeof(u32))
-                std::memcpy(out, &block[y * SIDE], rowSize);
-        }
+void DecodeBlockRow(u8* pOut, const u8* pBlocks, u32 nWidth, u32 nRows) {
+    for (u64 left = 0; left < nWidth; left += SIDE, pBlocks += Format::BLOCK_SIZE) {
+        const Block block = Format::Decode(pBlocks);
+        const u64 rowSize = std::min<u64>(SIDE, nWidth - left) * sizeof(u32);
+        u8* out = pOut + left * sizeof(u32);
+        for (u64 y = 0; y < nRows; ++y, out += u64{nWidth} * sizeof(u32))
+            std::memcpy(out, &block[y * SIDE], rowSize);
     }
-    return pixels;
 }
 
 }  // namespace
 
-LargeBlock DecodeS3tcImage(const S3tcChunk& chunk) {
+S3tcBands::S3tcBands(const S3tcChunk& chunk) : m_chunk(chunk) {
+    static_assert(S3TC_BAND_ROWS == SIDE);
     const IffId code = chunk.m_Code;
-    if (code == IffId("DXT1")) return DecodeBlocks<OneBitAlpha>(chunk);
+    u64 blockSize = OneBitAlpha::BLOCK_SIZE;
+    DecodeBlocks decode = nullptr;
+    if (code == IffId("DXT1")) decode = DecodeBlockRow<OneBitAlpha>;
     // The second and the fourth hold colour multiplied by alpha, which is shown as it is stored.
-    if (code == IffId("DXT2") || code == IffId("DXT3")) return DecodeBlocks<ExplicitAlpha>(chunk);
-    if (code == IffId("DXT4") || code == IffId("DXT5")) return DecodeBlocks<InterpolatedAlpha>(chunk);
-    return {};
+    if (code == IffId("DXT2") || code == IffId("DXT3")) decode = DecodeBlockRow<ExplicitAlpha>;
+    if (code == IffId("DXT4") || code == IffId("DXT5")) decode = DecodeBlockRow<InterpolatedAlpha>;
+    if (code != IffId("DXT1")) blockSize = ExplicitAlpha::BLOCK_SIZE;
+    const u64 across = (u64{chunk.m_nWidth} + SIDE - 1) / SIDE;
+    const u64 down = (u64{chunk.m_nHeight} + SIDE - 1) / SIDE;
+    m_nBlocksSize = across * blockSize;
+    if (m_nBlocksSize * down == 0 || m_nBlocksSize * down != chunk.m_nDataSize) return;
+    m_pDecodeBlocks = decode;
+}
+
+u64 S3tcBands::BandSize() const {
+    return SizeProduct(m_chunk.m_nWidth, SIDE, sizeof(u32));
+}
+
+u32 S3tcBands::Decode(u32 nTop, u8* pOut) const {
+    const u32 rows = std::min<u32>(SIDE, m_chunk.m_nHeight - nTop);
+    m_pDecodeBlocks(pOut, m_chunk.m_pData.Data() + nTop / SIDE * m_nBlocksSize, m_chunk.m_nWidth, rows);
+    return rows;
+}
+
+LargeBlock DecodeS3tcImage(const S3tcChunk& chunk) {
+    const S3tcBands bands(chunk);
+    if (!bands.CanDecode()) return {};
+    const u64 rowSize = u64{chunk.m_nWidth} * sizeof(u32);
+    LargeBlock pixels = LargeBlock::Allocate(SizeProduct(rowSize, chunk.m_nHeight));
+    for (u32 top = 0; top < chunk.m_nHeight; top += SIDE) bands.Decode(top, pixels.Data() + top * rowSize);
+    return pixels;
 }

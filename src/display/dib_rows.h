@@ -4,26 +4,23 @@
 
 #include "base/checked_size.h"
 #include "base/large_block.h"
+#include "framework/core/gdi_bitmap.h"
 
-// Bytes of a row, rounded up to a multiple of 4.
-constexpr u64 Stride8(u64 nWidth) {
-    return (nWidth + 3) & ~u64{3};
-}
-constexpr u64 Stride24(u64 nWidth) {
-    return ((nWidth + 1) * 3) & ~u64{3};
-}
+#include <utility>
 
 class DibRows {
   public:
     // Throws CMemoryException.
-    DibRows(u32 nHeight, u64 nStride)
+    DibRows(u32 nWidth, u32 nHeight, u32 nBitCount)
         : m_nHeight(nHeight),
-          m_nStride(nStride),
-          m_block(LargeBlock::Allocate(SizeProduct(nHeight, nStride))) {}
+          m_nStride(DibStride(nWidth, nBitCount)),
+          m_block(LargeBlock::Allocate(SizeProduct(nHeight, m_nStride))) {}
 
-    // Where the picture's row nRow goes; 0 is the top.
-    u8* Row(u32 nRow) const { return m_block.Data() + (m_nHeight - 1 - nRow) * m_nStride; }
-    const void* Bits() const { return m_block.Data(); }
+    // Where the picture's row y goes; 0 is the top.
+    u8* Row(u32 y) const { return m_block.Data() + (m_nHeight - 1 - y) * m_nStride; }
+
+    // The buffer, for the bitmap; there are no rows afterwards.
+    LargeBlock TakeBits() { return std::move(m_block); }
 
   private:
     u32 m_nHeight;

@@ -35,7 +35,6 @@ void DisplayImage::BuildBitmap(const CVistrelDoc& document, const Selection& sel
     DiscardBitmap();
     // Cleared until the end, so that an exception on the way leaves no valid picture behind.
     m_bValid = 0;
-    m_bMemoryRefused = false;
     bool valid = false;
     if (document.m_nDocType == DOC_PSD)
         valid = BuildPsdPicture(document.m_Psd, selection, document.GetRules());

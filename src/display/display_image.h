@@ -58,15 +58,14 @@ class DisplayImage {
     void ConvertCmyk16(RowTable16 ppCyan, RowTable16 ppMagenta, RowTable16 ppYellow, RowTable16 ppBlack);
 
     // Completes the header (the caller has set biBitCount, biClrUsed and the colour table) and makes the
-    // bitmap.
-    void CreateDisplayBitmap(BITMAPINFO& info, const void* pBits);
+    // bitmap, which takes the bits over.
+    void CreateDisplayBitmap(BITMAPINFO& info, LargeBlock bits);
 
     // Text of the information pane: width, height and colours, or "<invalid bitmap>".
     std::string InfoText() const;
 
     HBITMAP m_hBitmap = nullptr;  // owned
     u32 m_bValid = 0;
-    bool m_bMemoryRefused = false;  // the memory for the bitmap itself, all before it having been made
     u32 m_nWidth = 0;               // pixels
     u32 m_nHeight = 0;              // rows
     u32 m_nColours = 0;             // palette entries; 0 for a true-colour picture
@@ -76,7 +75,7 @@ class DisplayImage {
 
   private:
     void DiscardBitmap();
-    void CreateTrueColourBitmap(const void* pBits);
+    void CreateTrueColourBitmap(LargeBlock bits);
 
     // Each answers whether the selection can give a picture at all.
     bool BuildIffPicture(u32 nChannel, const ReadingRules& rules);
@@ -101,7 +100,7 @@ class DisplayImage {
     void FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32 nCount);
 
     template <typename PackRow>
-    void PackRows(BITMAPINFO& info, u16 nBitCount, u64 nStride, PackRow packRow);
+    void PackRows(BITMAPINFO& info, u16 nBitCount, PackRow packRow);
     template <typename PackRow>
     void PackRows24(PackRow packRow);
 };

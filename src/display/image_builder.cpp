@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -34,11 +35,11 @@ void PackAlphaRow(u8* pOut, const u32* pValues, u32 nAlphaWidth, u32 nWidth) {
 
 }  // namespace
 
-void DisplayImage::CreateTrueColourBitmap(const void* pBits) {
+void DisplayImage::CreateTrueColourBitmap(LargeBlock bits) {
     BITMAPINFO info;
     info.bmiHeader.biBitCount = 24;
     info.bmiHeader.biClrUsed = 0;
-    CreateDisplayBitmap(info, pBits);
+    CreateDisplayBitmap(info, std::move(bits));
 }
 
 bool DisplayImage::BuildIffPicture(u32 nChannel, const ReadingRules& rules) {
@@ -61,7 +62,7 @@ bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel, const ReadingRules& 
     const RowsInProgress decoding(*source, rules);
     // Asked before the buffer is had: a few bytes of file can claim gigabytes of picture.
     if (!source->CanFillRows(height)) return false;
-    const DibRows rows(height, Stride24(width));
+    DibRows rows(width, height, 24);
     for (u32 y = 0; y < height; ++y) {
         const u32* const values = source->DecodeRow();
         if (!values) return false;
@@ -73,7 +74,7 @@ bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel, const ReadingRules& 
     m_nWidth = width;
     m_nHeight = height;
     m_nColours = colours.Count();
-    CreateTrueColourBitmap(rows.Bits());
+    CreateTrueColourBitmap(rows.TakeBits());
     return true;
 }
 
@@ -82,11 +83,16 @@ bool DisplayImage::BuildS3tc(const S3tcChunk& chunk, u32 nChannel) {
     m_nWidth = chunk.m_nWidth;
     m_nHeight = chunk.m_nHeight;
     m_nColours = 0;
-    const LargeBlock pixels = DecodeS3tcImage(chunk);
-    if (!pixels) return true;
+    const S3tcBands bands(chunk);
+    if (!bands.CanDecode()) return true;
     const auto packRow = nChannel != 0 ? TheRowKernels().BgraAlpha : TheRowKernels().Bgra;
-    const DibRows rows(m_nHeight, Stride24(m_nWidth));
-    for (u32 y = 0; y < m_nHeight; ++y) packRow(rows.Row(y), pixels.Data() + u64{y} * m_nWidth * 4, m_nWidth);
-    CreateTrueColourBitmap(rows.Bits());
+    DibRows rows(m_nWidth, m_nHeight, 24);
+    const LargeBlock band = LargeBlock::Allocate(bands.BandSize());
+    for (u32 top = 0; top < m_nHeight; top += S3TC_BAND_ROWS) {
+        const u32 count = bands.Decode(top, band.Data());
+        for (u32 y = 0; y < count; ++y)
+            packRow(rows.Row(top + y), band.Data() + u64{y} * m_nWidth * 4, m_nWidth);
+    }
+    CreateTrueColourBitmap(rows.TakeBits());
     return true;
 }

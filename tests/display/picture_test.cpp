@@ -103,8 +103,4 @@ TEST(DisplayImage, WithoutMemoryNoPictureIsLeft) {
         EXPECT_FALSE(shown.image.m_bValid || shown.image.m_hBitmap);
         EXPECT_FALSE(shown.image.m_pBody && shown.image.m_pBody->DecodeRow()) << "decoding has ended";
     }
-    const MemoryLimit limit(5000);  // enough for the rows, but not for the bitmap
-    const Shown shown(Picture({.width = 40, .height = 40}, Bytes(200)));
-    EXPECT_EQ(shown.Text(), "no bitmap");
-    EXPECT_TRUE(shown.image.m_bMemoryRefused);
 }

@@ -64,7 +64,7 @@ TEST(PsdPicture, EveryWidthKeepsItsRowsApart) {
         for (const auto& [mode, channels] : Table<u32, u32>{{PSD_GREYSCALE, 1}, {PSD_RGB, 3}}) {
             const Shown shown(Psd({.channels = channels, .rows = 3, .columns = width, .mode = mode, .samples = three}));
             for (u32 i = 0; i < plane.size(); ++i)
-                EXPECT_EQ(shown.image.m_hBitmap->Row(i / width)[i % width], 0xFF000000 | plane[i] * 0x010101u);
+                EXPECT_EQ(PixelOf(*shown.image.m_hBitmap, i % width, i / width), 0xFF000000 | plane[i] * 0x010101u);
         }
     }
 }

@@ -8,6 +8,13 @@
 #include <map>
 #include <string>
 
+// As 0xFFRRGGBB.
+inline u32 PixelOf(const GdiBitmap& bitmap, u32 x, u32 y) {
+    u32 pixel = 0;
+    bitmap.ReadPixels(y, x, 1, &pixel);
+    return pixel;
+}
+
 // A letter for each pixel that is black (k), white, red, green or blue, "<rrggbb>" for any other; rows are
 // separated by '/'. No bitmap gives no text.
 inline std::string BitmapText(HBITMAP hBitmap) {
@@ -16,7 +23,7 @@ inline std::string BitmapText(HBITMAP hBitmap) {
     std::string text;
     for (u32 i = 0; hBitmap && i < hBitmap->nWidth * hBitmap->nHeight; ++i) {
         if (i > 0 && i % hBitmap->nWidth == 0) text += '/';
-        const u32 pixel = hBitmap->Row(i / hBitmap->nWidth)[i % hBitmap->nWidth];
+        const u32 pixel = PixelOf(*hBitmap, i % hBitmap->nWidth, i / hBitmap->nWidth);
         char colour[10];
         std::snprintf(colour, sizeof(colour), "<%06x>", pixel & 0xFFFFFF);
         const auto letter = LETTERS.find(pixel);

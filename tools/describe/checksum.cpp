@@ -21,9 +21,10 @@ std::string Crc(const void* pData, u64 nSize) {
 PictureSums SumsOf(const GdiBitmap& bitmap) {
     PictureSums result = {};
     uLong crc = 0;
+    std::vector<u32> pixels(bitmap.nWidth);
     std::vector<u8> row(u64{bitmap.nWidth} * 3);
     for (u32 y = 0; y < bitmap.nHeight; ++y) {
-        const u32* const pixels = bitmap.Row(y);
+        bitmap.ReadPixels(y, 0, bitmap.nWidth, pixels.data());
         u8* out = row.data();
         for (u32 x = 0; x < bitmap.nWidth; ++x) {
             for (u32 component = 0; component < 3; ++component) {

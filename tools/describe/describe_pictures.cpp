@@ -60,11 +60,10 @@ void WriteNoPicture(JsonWriter& json) {
 bool Build(DisplayImage& image, const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
     try {
         image.BuildBitmap(document, {nLayer, nChannel});
-        if (!image.m_bMemoryRefused) return true;
+        return true;
     } catch (const CMemoryException&) {
+        return false;
     }
-    image.m_bValid = 0;
-    return false;
 }
 
 class LayerList {

@@ -1,9 +1,8 @@
 #include "framework/core/gdi_bitmap.h"
 
-#include "base/checked_size.h"
-
 #include <algorithm>
 #include <cassert>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -25,14 +24,6 @@ void FillLookup(u32* pLookup, const BITMAPINFO& info) {
     }
 }
 
-void ExpandIndexRow(u32* pOut, const u8* pRow, u32 nWidth, const u32* pLookup) {
-    for (u32 x = 0; x < nWidth; ++x) pOut[x] = pLookup[pRow[x]];
-}
-
-void ExpandBgrRow(u32* pOut, const u8* pRow, u32 nWidth) {
-    for (u32 x = 0; x < nWidth; ++x, pRow += 3) pOut[x] = Pixel(pRow[2], pRow[1], pRow[0]);
-}
-
 bool IsDrawable(const BITMAPINFOHEADER& header) {
     return header.biWidth > 0 && header.biHeight > 0 && header.biPlanes == 1 &&
            header.biCompression == BI_RGB && (header.biBitCount == 8 || header.biBitCount == 24);
@@ -40,32 +31,44 @@ bool IsDrawable(const BITMAPINFOHEADER& header) {
 
 }  // namespace
 
-const u32* GdiBitmap::Row(u32 nRow) const {
-    return reinterpret_cast<const u32*>(block.Data()) + u64{nRow} * nWidth;
+const u8* GdiBitmap::Row(u32 y) const {
+    return bits.Data() + (nHeight - 1 - y) * DibStride(nWidth, header.biBitCount);
 }
 
-HBITMAP CreateDIBitmap(HDC, const BITMAPINFOHEADER* pHeader, [[maybe_unused]] u32 nFlags, const void* pBits,
+void GdiBitmap::ReadPixels(u32 y, u32 nFirst, u32 nCount, u32* pOut) const {
+    if (header.biBitCount == 8) {
+        const u8* const row = Row(y) + nFirst;
+        for (u32 x = 0; x < nCount; ++x) pOut[x] = colours[row[x]];
+    } else {
+        const u8* in = Row(y) + u64{nFirst} * 3;
+        for (u32 x = 0; x < nCount; ++x, in += 3) pOut[x] = Pixel(in[2], in[1], in[0]);
+    }
+}
+
+void GdiBitmap::GatherPixels(u32 y, const u32* pColumns, u32 nCount, u32* pOut) const {
+    const u8* const row = Row(y);
+    if (header.biBitCount == 8) {
+        for (u32 x = 0; x < nCount; ++x) pOut[x] = colours[row[pColumns[x]]];
+    } else {
+        for (u32 x = 0; x < nCount; ++x) {
+            const u8* const in = row + u64{pColumns[x]} * 3;
+            pOut[x] = Pixel(in[2], in[1], in[0]);
+        }
+    }
+}
+
+HBITMAP CreateDIBitmap(HDC, const BITMAPINFOHEADER* pHeader, [[maybe_unused]] u32 nFlags, LargeBlock bits,
                        const BITMAPINFO* pInfo, [[maybe_unused]] u32 nUsage) {
     assert(nFlags == CBM_INIT && nUsage == DIB_RGB_COLORS);
     if (!IsDrawable(*pHeader)) return nullptr;
-    const u32 width = static_cast<u32>(pHeader->biWidth);
-    const u32 height = static_cast<u32>(pHeader->biHeight);
-    LargeBlock block = LargeBlock::Try(SizeProduct(width, height, sizeof(u32)));
-    if (!block) return nullptr;
-
-    const u64 stride = (u64{width} * pHeader->biBitCount / 8 + 3) & ~u64{3};
-    const u8* row = static_cast<const u8*>(pBits) + stride * height;
-    u32* out = reinterpret_cast<u32*>(block.Data());
-    u32 lookup[256];
-    if (pHeader->biBitCount == 8) FillLookup(lookup, *pInfo);
-    for (u32 y = 0; y < height; ++y, out += width) {
-        row -= stride;
-        if (pHeader->biBitCount == 8)
-            ExpandIndexRow(out, row, width, lookup);
-        else
-            ExpandBgrRow(out, row, width);
-    }
-    return new GdiBitmap{*pHeader, width, height, std::move(block)};
+    auto bitmap = std::make_unique<GdiBitmap>();
+    bitmap->header = *pHeader;
+    bitmap->nWidth = static_cast<u32>(pHeader->biWidth);
+    bitmap->nHeight = static_cast<u32>(pHeader->biHeight);
+    assert(bits.Size() >= bitmap->nHeight * DibStride(bitmap->nWidth, pHeader->biBitCount));
+    bitmap->bits = std::move(bits);
+    if (pHeader->biBitCount == 8) FillLookup(bitmap->colours, *pInfo);
+    return bitmap.release();
 }
 
 void DeleteObject(HBITMAP hBitmap) {

@@ -1,5 +1,5 @@
 // Bitmaps: the device-independent description that a picture is handed over in, and the device bitmap made
-// from it, which is plain pixels in memory, ready for the screen.
+// from it, which keeps the pixels as they were handed over. Whoever draws converts what is exposed.
 #pragma once
 
 #include "base/large_block.h"
@@ -35,28 +35,41 @@ constexpr u32 BI_RGB = 0;
 constexpr u32 CBM_INIT = 4;
 constexpr u32 DIB_RGB_COLORS = 0;
 
-// A device bitmap: top row first, one word for each pixel, 0xFFRRGGBB, no padding.
+// Bytes of a row of 8 or 24 bits a pixel, which is padded to four bytes.
+constexpr u64 DibStride(u64 nWidth, u32 nBitCount) {
+    return (nWidth * nBitCount / 8 + 3) & ~u64{3};
+}
+
+// A device bitmap. Its pixels are read as words of 0xFFRRGGBB.
 struct GdiBitmap {
     BITMAPINFOHEADER header;  // as it was handed over
-    u32 nWidth;
-    u32 nHeight;
-    LargeBlock block;
+    u32 nWidth = 0;
+    u32 nHeight = 0;
+    LargeBlock bits;        // rows of header.biBitCount bits a pixel, the bottom one first
+    u32 colours[256] = {};  // of the indices that 8 bits a pixel are
 
-    const u32* Row(u32 nRow) const;
+    // 0 is the top row.
+    const u8* Row(u32 y) const;
+
+    // nCount pixels of a row from the column nFirst on.
+    void ReadPixels(u32 y, u32 nFirst, u32 nCount, u32* pOut) const;
+
+    // Those of any columns.
+    void GatherPixels(u32 y, const u32* pColumns, u32 nCount, u32* pOut) const;
 };
 
 using HBITMAP = GdiBitmap*;
 struct GdiDevice;
 using HDC = GdiDevice*;  // no bitmap here depends on a device, so none is ever needed
 
-// Copies the pixels into a new device bitmap, which the caller frees with DeleteObject. Null when the picture
-// is empty, its description is none that is drawn here (8 bits with a colour table or 24 bits, bottom-up), or
-// the memory cannot be had.
+// Makes a device bitmap of the bits, which it takes over; the caller frees it with DeleteObject. Null when
+// the picture is empty, or its description is none that is drawn here (8 bits with a colour table or 24 bits,
+// bottom-up).
 //
 // pHeader describes the bitmap, pInfo the bits: rows of biBitCount bits a pixel, each padded to four bytes.
 // An index at or after the filled entries of the colour table shows black; without any it is a shade of
 // grey.
-HBITMAP CreateDIBitmap(HDC hdc, const BITMAPINFOHEADER* pHeader, u32 nFlags, const void* pBits,
+HBITMAP CreateDIBitmap(HDC hdc, const BITMAPINFOHEADER* pHeader, u32 nFlags, LargeBlock bits,
                        const BITMAPINFO* pInfo, u32 nUsage);
 
 // Null is passed over.

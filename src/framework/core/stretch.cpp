@@ -12,16 +12,15 @@ void StretchExposed(const GdiBitmap& bitmap, const StretchSizes& sizes, const CR
             static_cast<u32>(u64{static_cast<u32>(exposed.left) + x} * sizes.nSourceWidth / sizes.nDestWidth);
 
     const bool contiguous = sizes.nSourceWidth == sizes.nDestWidth;
-    const u32* shown = nullptr;  // the source row in the row above
+    u64 shown = ~u64{0};  // the source row in the row above
     for (int y = exposed.top; y < exposed.bottom; ++y, pOut += nPitch) {
         const u64 sourceY = u64{static_cast<u32>(y)} * sizes.nSourceHeight / sizes.nDestHeight;
-        const u32* const row = bitmap.Row(static_cast<u32>(sourceY));
-        if (row == shown)
+        if (sourceY == shown)
             std::memcpy(pOut, pOut - nPitch, u64{width} * sizeof(u32));
         else if (contiguous)
-            std::memcpy(pOut, row + exposed.left, u64{width} * sizeof(u32));
+            bitmap.ReadPixels(static_cast<u32>(sourceY), static_cast<u32>(exposed.left), width, pOut);
         else
-            for (u32 x = 0; x < width; ++x) pOut[x] = row[columns[x]];
-        shown = row;
+            bitmap.GatherPixels(static_cast<u32>(sourceY), columns.data(), width, pOut);
+        shown = sourceY;
     }
 }
