@@ -1,12 +1,111 @@
 #include "base/large_block.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
 #include <new>
+#include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
 
 namespace {
 
+constexpr u64 MEBIBYTE = 1 << 20;
 constexpr u64 CACHE_LINE = 64;
+constexpr u64 HUGE_PAGE = 2 * MEBIBYTE;
+constexpr u64 LEAST_ON_HUGE_PAGES = 4 * MEBIBYTE;
+constexpr u64 LEAST_KEPT = MEBIBYTE;  // smaller ones the heap keeps by itself
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr u64 KEPT_LIMIT = 0;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer)
+constexpr u64 KEPT_LIMIT = 0;
+#else
+constexpr u64 KEPT_LIMIT = 256 * MEBIBYTE;
+#endif
+#else
+constexpr u64 KEPT_LIMIT = 256 * MEBIBYTE;
+#endif
+
+// Freed blocks, the one that was freed last at the end.
+class KeptBlocks {
+  public:
+    static KeptBlocks& Get() {
+        static KeptBlocks kept;
+        return kept;
+    }
+
+    KeptBlocks() = default;
+    KeptBlocks(const KeptBlocks&) = delete;
+    KeptBlocks& operator=(const KeptBlocks&) = delete;
+    ~KeptBlocks() { ReleaseAll(); }
+
+    u64 SetLimit(u64 nLimit) {
+        const u64 before = std::exchange(m_nLimit, nLimit);
+        MakeRoom(0);
+        return before;
+    }
+    u64 Size() const { return m_nSize; }
+
+    void Put(u8* pData, u64 nCapacity) {
+        if (nCapacity < LEAST_KEPT || nCapacity > m_nLimit) {
+            std::free(pData);
+            return;
+        }
+        if (m_nCount == m_blocks.size()) Drop(0);
+        MakeRoom(nCapacity);
+        m_blocks[m_nCount] = {pData, nCapacity};
+        ++m_nCount;
+        m_nSize += nCapacity;
+    }
+
+    // The smallest that holds so many bytes, and not much more; null without any.
+    u8* Take(u64 nSize, u64& nCapacity) {
+        size_t best = m_nCount;
+        for (size_t i = 0; i < m_nCount; ++i) {
+            const u64 capacity = m_blocks[i].nCapacity;
+            const bool fits = capacity >= nSize && capacity / 2 <= nSize;
+            if (fits && (best == m_nCount || capacity < m_blocks[best].nCapacity)) best = i;
+        }
+        if (best == m_nCount) return nullptr;
+        nCapacity = m_blocks[best].nCapacity;
+        u8* const data = m_blocks[best].pData;
+        Forget(best);
+        return data;
+    }
+
+    void ReleaseAll() {
+        while (m_nCount > 0) Drop(0);
+    }
+
+  private:
+    struct Block {
+        u8* pData = nullptr;
+        u64 nCapacity = 0;
+    };
+
+    void MakeRoom(u64 nCapacity) {
+        while (m_nCount > 0 && m_nSize + nCapacity > m_nLimit) Drop(0);
+    }
+
+    void Drop(size_t nPlace) {
+        std::free(m_blocks[nPlace].pData);
+        Forget(nPlace);
+    }
+
+    void Forget(size_t nPlace) {
+        m_nSize -= m_blocks[nPlace].nCapacity;
+        std::move(m_blocks.begin() + nPlace + 1, m_blocks.begin() + m_nCount, m_blocks.begin() + nPlace);
+        --m_nCount;
+    }
+
+    std::array<Block, 4> m_blocks;
+    size_t m_nCount = 0;
+    u64 m_nSize = 0;  // bytes of all together
+    u64 m_nLimit = KEPT_LIMIT;
+};
 
 u64& TheLimit() {
     static u64 limit =
@@ -14,14 +113,45 @@ u64& TheLimit() {
     return limit;
 }
 
+std::optional<u8>& TheFill() {
+    static std::optional<u8> fill;
+    return fill;
+}
+
+// Null where the system has no more, or the capacity wraps.
+u8* TakeFresh(u64 nSize, u64& nCapacity) {
+    // One that is kept may serve a request of all its bytes.
+    const bool large = nSize > LEAST_ON_HUGE_PAGES - CACHE_LINE;
+    const u64 unit = large ? HUGE_PAGE : CACHE_LINE;
+    nCapacity = (nSize + unit - 1 + (nSize == 0)) & ~(unit - 1);
+    if (nCapacity < nSize) return nullptr;
+    auto* const data = static_cast<u8*>(std::aligned_alloc(unit, nCapacity));
+    // A system without them says so, and gives plain pages.
+    if (data && large) madvise(data, nCapacity, MADV_HUGEPAGE);
+    return data;
+}
+
 }  // namespace
+
+void KeepOrFree::operator()(u8* pData) const {
+    KeptBlocks::Get().Put(pData, nCapacity);
+}
 
 LargeBlock LargeBlock::Try(u64 nSize) {
     LargeBlock block;
-    const u64 rounded = (nSize + CACHE_LINE) & ~(CACHE_LINE - 1);  // never 0, unless it wraps
-    if (nSize > Limit() || rounded < nSize) return block;
-    block.m_pData.reset(static_cast<u8*>(std::aligned_alloc(CACHE_LINE, rounded)));
-    if (block.m_pData) block.m_nSize = nSize;
+    if (nSize > Limit()) return block;
+    KeptBlocks& kept = KeptBlocks::Get();
+    u64 capacity = 0;
+    u8* data = kept.Take(nSize, capacity);
+    if (!data) data = TakeFresh(nSize, capacity);
+    if (!data && kept.Size() > 0) {
+        kept.ReleaseAll();
+        data = TakeFresh(nSize, capacity);
+    }
+    if (!data) return block;
+    if (TheFill()) std::memset(data, *TheFill(), nSize);
+    block.m_pData = std::unique_ptr<u8, KeepOrFree>(data, KeepOrFree{capacity});
+    block.m_nSize = nSize;
     return block;
 }
 
@@ -37,4 +167,20 @@ u64 LargeBlock::Limit() {
 
 u64 LargeBlock::SetLimit(u64 nLimit) {
     return std::exchange(TheLimit(), nLimit);
+}
+
+u64 LargeBlock::SetKeptLimit(u64 nLimit) {
+    return KeptBlocks::Get().SetLimit(nLimit);
+}
+
+u64 LargeBlock::KeptSize() {
+    return KeptBlocks::Get().Size();
+}
+
+void LargeBlock::ReleaseKept() {
+    KeptBlocks::Get().ReleaseAll();
+}
+
+void LargeBlock::SetFill(std::optional<u8> fill) {
+    TheFill() = fill;
 }

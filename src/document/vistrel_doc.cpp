@@ -41,6 +41,11 @@ std::string Sentence(const Finding& finding) {
 
 }  // namespace
 
+CVistrelDoc::Presence::~Presence() {
+    --s_nOpen;
+    if (s_nOpen == 0) LargeBlock::ReleaseKept();
+}
+
 bool CVistrelDoc::OnNewDocument() {
     CDocument::OnNewDocument();
     return false;

@@ -22,6 +22,20 @@ enum class Tolerance : u8 {
 };
 
 class CVistrelDoc : public CDocument {
+    // Memory that documents have freed is kept for the next one, and goes when there is none any more. The
+    // first member, so that this one's is freed by then.
+    class Presence {
+      public:
+        Presence() { ++s_nOpen; }
+        Presence(const Presence&) = delete;
+        Presence& operator=(const Presence&) = delete;
+        ~Presence();
+
+      private:
+        static inline u32 s_nOpen = 0;
+    };
+    Presence m_presence;
+
   public:
     // Never makes a document: there is nothing to put into an empty one.
     bool OnNewDocument() override;

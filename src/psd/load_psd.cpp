@@ -353,7 +353,7 @@ bool PsdImage::HasMergedPicture() const {
     for (const auto& resource : m_Resources) {
         const auto* const data = dynamic_cast<const PsdRawResourceData*>(resource->m_pData.get());
         if (resource->m_nId == PSD_RESOURCE_VERSION_INFO && data && data->m_nSize > MERGED_PICTURE_AT)
-            return data->m_pBytes[MERGED_PICTURE_AT] != 0;
+            return data->m_pBytes.Data()[MERGED_PICTURE_AT] != 0;
     }
     return true;
 }

@@ -1,5 +1,6 @@
 #include "psd/psd_resource.h"
 
+#include "base/checked_size.h"
 #include "psd/field_reader.h"
 #include "psd/psd_reading.h"
 
@@ -35,45 +36,46 @@ PsdPtr<PsdResourceData> MakePayload(u32 nId) {
 
 bool PsdRawResourceData::Read(ByteStream& stream, u32 nSize) {
     m_nSize = 0;
-    m_pBytes.reset();
-    m_pBytes = std::make_unique_for_overwrite<u8[]>(nSize);
+    m_pBytes = LargeBlock();
+    m_pBytes = LargeBlock::Allocate(nSize);
     m_nSize = nSize;
-    ReadInto(stream, m_pBytes.get(), nSize);
+    ReadInto(stream, m_pBytes.Data(), nSize);
     return true;
 }
 
 bool PsdRawResourceData::Write(ByteStream& stream) const {
     if (!m_pBytes) return false;
     stream.Sync();
-    stream.WriteBlock(m_pBytes.get(), m_nSize);
+    stream.WriteBlock(m_pBytes.Data(), m_nSize);
     return stream.IsGood();
 }
 
 const char* PsdAlphaNamesData::NameList::GetAt(u32 nIndex) const {
     assert(nIndex < m_nCount);
-    return m_pBlock.get() + m_pOffsets[nIndex];
+    return Characters() + Offsets()[nIndex];
 }
 
 bool PsdAlphaNamesData::Read(ByteStream& stream, u32 nSize) {
     m_Names = NameList();
     if (nSize == 0) return true;
-    m_Names.m_pBlock = std::make_unique_for_overwrite<char[]>(u64{nSize} + 1);
-    ReadInto(stream, m_Names.m_pBlock.get(), nSize);
+    m_Names.m_pBlock = LargeBlock::Allocate(u64{nSize} + 1);
+    ReadInto(stream, m_Names.m_pBlock.Data(), nSize);
     return stream.IsGood() && Split(nSize);
 }
 
 // Makes the names in the block out of its nSize bytes; false when the last one passes their end.
 bool PsdAlphaNamesData::Split(u32 nSize) {
-    char* const block = m_Names.m_pBlock.get();
+    u8* const block = m_Names.m_pBlock.Data();
     u32 count = 0;
     u64 used = 0;
-    for (; used < nSize; ++count) used += 1u + static_cast<u8>(block[used]);
+    for (; used < nSize; ++count) used += 1u + block[used];
     if (used != nSize) return false;
-    m_Names.m_pOffsets = std::make_unique_for_overwrite<u32[]>(count);
+    m_Names.m_pOffsets = LargeBlock::Allocate(SizeProduct(count, sizeof(u32)));
+    u32* const offsets = m_Names.Offsets();
     u32 lengthAt = 0;
     for (u32 i = 0; i < count; ++i) {
-        m_Names.m_pOffsets[i] = lengthAt + 1;
-        const u32 next = lengthAt + 1 + static_cast<u8>(block[lengthAt]);
+        offsets[i] = lengthAt + 1;
+        const u32 next = lengthAt + 1 + block[lengthAt];
         block[lengthAt] = 0;  // ends the name before
         lengthAt = next;
     }

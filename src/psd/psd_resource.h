@@ -2,6 +2,7 @@
 // alpha channels are understood.
 #pragma once
 
+#include "base/large_block.h"
 #include "psd/psd_object.h"
 
 #include <memory>
@@ -32,7 +33,7 @@ class PsdRawResourceData final : public PsdResourceData {
     bool Write(ByteStream& stream) const override;
 
     u32 m_nSize = 0;
-    std::unique_ptr<u8[]> m_pBytes;  // null before reading
+    LargeBlock m_pBytes;  // none before reading
 };
 
 // Names one after the other, each after a byte with its length. They stay in one block, in which a zero
@@ -48,8 +49,11 @@ class PsdAlphaNamesData final : public PsdResourceData {
       private:
         friend class PsdAlphaNamesData;
 
-        std::unique_ptr<char[]> m_pBlock;
-        std::unique_ptr<u32[]> m_pOffsets;  // of each name's first character in the block
+        const char* Characters() const { return reinterpret_cast<const char*>(m_pBlock.Data()); }
+        u32* Offsets() const { return reinterpret_cast<u32*>(m_pOffsets.Data()); }
+
+        LargeBlock m_pBlock;
+        LargeBlock m_pOffsets;  // of each name's first character in the block, a word each
         u32 m_nCount = 0;
     };
 

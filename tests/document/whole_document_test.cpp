@@ -43,7 +43,7 @@ Bytes ContentsOf(CFile& file) {
     const PsdImage& psd = document.m_Psd;
     for (const auto& resource : psd.m_Resources) {
         const auto& data = dynamic_cast<PsdRawResourceData&>(*resource->m_pData);
-        add(data.m_pBytes.get(), data.m_nSize);
+        add(data.m_pBytes.Data(), data.m_nSize);
     }
     for (const auto& layer : psd.m_Layers)
         for (const auto& channel : layer->m_Channels)

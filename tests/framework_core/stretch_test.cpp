@@ -1,7 +1,6 @@
 #include "framework/core/stretch.h"
 
 #include "framework/core/gdi_bitmap.h"
-#include "support/memory_limit.h"
 #include "support/table.h"
 
 #include <gtest/gtest.h>
@@ -11,12 +10,6 @@
 #include <vector>
 
 using Bitmap = std::unique_ptr<GdiBitmap, decltype(&DeleteObject)>;
-
-TEST(LargeBlock, ASizeThatCannotBeRoundedUpGivesNone) {
-    const MemoryLimit none(~u64{0});
-    EXPECT_TRUE(LargeBlock::Try(0));
-    EXPECT_FALSE(LargeBlock::Try(~u64{0}));
-}
 
 // A bitmap of 8 bits, in shades of grey, or of 24. Of the latter a pixel's colour is y << 16 | x, of the former
 // the lowest byte of that.

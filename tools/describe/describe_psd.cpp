@@ -95,7 +95,7 @@ void WriteResource(JsonWriter& json, const PsdResource& resource) {
     json.BeginObject();
     json.Key("crc");
     if (raw)
-        json.Text(Crc(raw->m_pBytes.get(), raw->m_nSize));
+        json.Text(Crc(raw->m_pBytes.Data(), raw->m_nSize));
     else
         json.Null();
     json.Key("id").Number(resource.m_nId);

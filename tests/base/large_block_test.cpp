@@ -1,0 +1,95 @@
+#include "base/large_block.h"
+
+#include "support/memory_limit.h"
+#include "support/table.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace {
+
+constexpr u64 MIB = 1 << 20;
+
+class KeptBlocks : public testing::Test {
+  protected:
+    KeptBlocks() { LargeBlock::ReleaseKept(); }
+    ~KeptBlocks() override {
+        LargeBlock::SetKeptLimit(m_nBefore);
+        LargeBlock::ReleaseKept();
+    }
+
+    // Has blocks and frees them in their order; what is kept of them then, in MiB.
+    static u64 KeptOf(const std::vector<u64>& sizes) {
+        std::vector<LargeBlock> blocks;
+        for (const u64 size : sizes) blocks.push_back(LargeBlock::Allocate(size));
+        for (LargeBlock& block : blocks) block = LargeBlock();
+        return LargeBlock::KeptSize() / MIB;
+    }
+
+    const u64 m_nBefore = LargeBlock::SetKeptLimit(64 * MIB);
+};
+
+}  // namespace
+
+TEST(LargeBlock, ASizeThatCannotBeRoundedUpGivesNone) {
+    const MemoryLimit none(~u64{0});
+    EXPECT_TRUE(LargeBlock::Try(0));
+    for (const u64 less : {0, 1, 62, 63, 64, 65}) EXPECT_FALSE(LargeBlock::Try(~u64{0} - less)) << less;
+}
+
+TEST(LargeBlock, ItsDataIsAlignedForVectorsOrHugePages) {
+    for (const u64 size : {u64{1}, MIB, 4 * MIB - 1}) {
+        const LargeBlock block = LargeBlock::Allocate(size);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.Data()) % 64, 0u) << size;
+    }
+    const LargeBlock large = LargeBlock::Allocate(4 * MIB);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(large.Data()) % (2 * MIB), 0u);
+}
+
+TEST_F(KeptBlocks, AFewAreKeptWithinTheLimit) {
+    EXPECT_EQ(KeptOf({MIB - 64}), 0u) << "the heap keeps the small ones";
+    EXPECT_EQ(KeptOf({MIB}), 1u);
+    LargeBlock::ReleaseKept();
+    EXPECT_EQ(KeptOf({4 * MIB, 6 * MIB, 8 * MIB, 10 * MIB, 12 * MIB}), 36u) << "four, the last that were freed";
+    EXPECT_EQ(KeptOf({64 * MIB}), 64u) << "makes room for itself";
+    EXPECT_EQ(KeptOf({66 * MIB}), 64u) << "and one that is too large does not";
+    LargeBlock::SetKeptLimit(10 * MIB);
+    EXPECT_EQ(LargeBlock::KeptSize(), 0u);
+    LargeBlock::SetKeptLimit(0);
+    EXPECT_EQ(KeptOf({MIB}), 0u);
+}
+
+TEST_F(KeptBlocks, TheSmallestThatFitsServesTheNextRequest) {
+    EXPECT_EQ(KeptOf({8 * MIB, 4 * MIB, 20 * MIB}), 32u);
+    const LargeBlock half = LargeBlock::Allocate(2 * MIB);
+    EXPECT_EQ(LargeBlock::KeptSize(), 28 * MIB) << "the one of 4";
+    EXPECT_EQ(half.Size(), 2 * MIB);
+    const LargeBlock eight = LargeBlock::Allocate(8 * MIB);
+    EXPECT_EQ(LargeBlock::KeptSize(), 20 * MIB);
+    const LargeBlock small = LargeBlock::Allocate(10 * MIB - 1);
+    EXPECT_EQ(LargeBlock::KeptSize(), 20 * MIB) << "twice as much and more is not used up for it";
+}
+
+TEST_F(KeptBlocks, OneThatIsKeptPassesTheLimitToo) {
+    EXPECT_EQ(KeptOf({8 * MIB}), 8u);
+    const MemoryLimit limit(8 * MIB - 1);
+    EXPECT_FALSE(LargeBlock::Try(8 * MIB));
+    EXPECT_EQ(LargeBlock::KeptSize(), 8 * MIB);
+}
+
+TEST_F(KeptBlocks, EveryBlockIsFilledWhereThatIsAskedFor) {
+    for (const u8 fill : {u8{0x00}, u8{0xA5}}) {
+        LargeBlock::SetFill(fill);
+        for (int again = 0; again < 2; ++again) {
+            LargeBlock block = LargeBlock::Allocate(MIB + 1);
+            EXPECT_EQ(block.Data()[0], fill);
+            EXPECT_EQ(block.Data()[MIB], fill);
+            std::fill_n(block.Data(), MIB + 1, u8{1});
+        }
+    }
+    LargeBlock::SetFill(std::nullopt);
+}
