@@ -87,6 +87,31 @@ bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries,
 const RowKernels PLAIN_ROW_KERNELS = {HighBytes, LowBytes,   Rgb8, Rgb16,     Cmyk8,
                                       Cmyk16,    GreyValues, Bgra, BgraAlpha, ColourMap};
 
-const RowKernels& TheRowKernels() {
+#ifdef VISTREL_VECTORS
+// In row_packing_vector.cpp.
+RowKernels MakeVectorKernels();
+bool ChooseVectors(const std::string& strName);
+#else
+static RowKernels MakeVectorKernels() {
     return PLAIN_ROW_KERNELS;
+}
+static bool ChooseVectors(const std::string& strName) {
+    return strName == BEST_ROW_KERNELS;
+}
+#endif
+
+static RowKernels& KernelsInUse() {
+    static RowKernels kernels = MakeVectorKernels();
+    return kernels;
+}
+
+const RowKernels& TheRowKernels() {
+    return KernelsInUse();
+}
+
+bool UseRowKernels(const std::string& strName) {
+    const bool plain = strName == PLAIN_KERNELS_NAME;
+    if (!plain && !ChooseVectors(strName)) return false;
+    KernelsInUse() = plain ? PLAIN_ROW_KERNELS : MakeVectorKernels();
+    return true;
 }

@@ -1,9 +1,12 @@
 // Rows of samples or pixel values packed into rows of a device-independent bitmap, one pass each. The
-// functions are reached through a table, so that faster ones can take the places of the plain ones.
+// functions are reached through a table, in which faster ones take the places of the plain ones where the
+// build and the processor have them.
 #pragma once
 
 #include "base/types.h"
 #include "iff/iff_archive.h"
+
+#include <string>
 
 // Pixels of 24 bits are blue, green, red. No row is null.
 struct RowKernels {
@@ -27,5 +30,12 @@ struct RowKernels {
 
 extern const RowKernels PLAIN_ROW_KERNELS;
 
-// The kernels in use.
+// The kernels in use: the best that the processor has.
 const RowKernels& TheRowKernels();
+
+inline constexpr const char* PLAIN_KERNELS_NAME = "plain";
+inline constexpr const char* BEST_ROW_KERNELS = "best";  // where there are no vectors, the plain ones
+
+// Uses the kernels of this name from now on: one of these two, or a kind of vectors, "AVX2" for instance.
+// False where the build or the processor lacks them.
+bool UseRowKernels(const std::string& strName);

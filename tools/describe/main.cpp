@@ -1,6 +1,7 @@
 // vistrel-describe: prints what files hold and what the viewer would show of them.
 
 #include "chunks/register_chunks.h"
+#include "display/row_packing.h"
 #include "iff/read_only_check.h"
 #include "tools/describe/describe.h"
 
@@ -13,12 +14,13 @@
 namespace {
 
 constexpr const char* USAGE =
-    "usage: vistrel-describe [--tolerant] FILE...\n\n"
+    "usage: vistrel-describe [--tolerant] [--kernels NAME] FILE...\n\n"
     "Reads each file as the viewer would and prints one JSON object for it on a line\n"
     "of its own: what it holds, what the lists would offer, and a checksum of every\n"
     "picture. For a refused file a line on standard error says why. With --tolerant a\n"
     "file that is refused is read as well as it can be, and what was passed over is\n"
-    "printed with it.\n\n"
+    "printed with it. --kernels makes the pictures with the kernels of that name:\n"
+    "plain, best or a kind of vectors such as AVX2.\n\n"
     "Status: 0 when every file was accepted, 1 when one was refused, 2 for a file that\n"
     "cannot be opened, for bad usage, and when the output cannot be written.\n";
 
@@ -33,8 +35,19 @@ int main(int argc, char** argv) {
     }
     const std::vector<std::string_view> words(argv + 1, argv + argc);
     Tolerance tolerance = Tolerance::None;
+    std::string kernels = BEST_ROW_KERNELS;
     size_t first = 0;
-    for (; first < words.size() && words[first] == "--tolerant"; ++first) tolerance = Tolerance::Always;
+    while (first < words.size()) {
+        if (words[first] == "--tolerant") {
+            tolerance = Tolerance::Always;
+            ++first;
+        } else if (words[first] == "--kernels" && first + 1 < words.size()) {
+            kernels = words[first + 1];
+            first += 2;
+        } else {
+            break;
+        }
+    }
     const bool dashes = first < words.size() && words[first] == "--";
     if (dashes) ++first;
     const auto isSwitch = [](std::string_view word) { return word.starts_with('-'); };
@@ -42,6 +55,11 @@ int main(int argc, char** argv) {
         (!dashes && std::any_of(words.begin() + static_cast<std::ptrdiff_t>(first), words.end(), isSwitch))) {
         std::fputs(USAGE, stderr);
         return BAD;
+    }
+    if (!UseRowKernels(kernels)) {
+        std::fprintf(stderr, "vistrel-describe: there are no kernels \"%s\" here; skipped\n",
+                     kernels.c_str());
+        return 0;
     }
     std::signal(SIGPIPE, SIG_IGN);  // a closed output is an answer, not an end
     CheckIffReadOnly();

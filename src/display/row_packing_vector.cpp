@@ -1,0 +1,255 @@
+// The row kernels for vectors of any length: compiled once for each kind of processor, of which the best that
+// is there is chosen when the program starts. What does not fill a vector is left to the plain kernels, so
+// nothing outside the rows is read or written.
+
+#include "display/row_packing.h"
+
+#include <algorithm>
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "display/row_packing_vector.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace vistrel::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+// A processor without vectors.
+RowKernels VectorKernels() {
+    return PLAIN_ROW_KERNELS;
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<u8>;
+using HalfBytes = hn::Half<Bytes>;
+using Words = hn::Repartition<u16, Bytes>;
+using HalfWords = hn::Half<Words>;
+using SignedWords = hn::RebindToSigned<Words>;
+using DoubleWords = hn::Repartition<u32, Bytes>;
+using SignedDoubleWords = hn::RebindToSigned<DoubleWords>;
+
+// Components of a pixel, and so bytes from one to the next.
+constexpr u32 COMPONENTS = 3;
+
+void HighBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step) {
+        hn::Vec<Bytes> low;
+        hn::Vec<Bytes> high;
+        hn::LoadInterleaved2(bytes, reinterpret_cast<const u8*>(pSamples + x), low, high);
+        hn::StoreU(high, bytes, pOut + x);
+    }
+    PLAIN_ROW_KERNELS.HighBytes(pOut + x, pSamples + x, nWidth - x);
+}
+
+void LowBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step) {
+        hn::Vec<Bytes> low;
+        hn::Vec<Bytes> high;
+        hn::LoadInterleaved2(bytes, reinterpret_cast<const u8*>(pSamples + x), low, high);
+        hn::StoreU(low, bytes, pOut + x);
+    }
+    PLAIN_ROW_KERNELS.LowBytes(pOut + x, pSamples + x, nWidth - x);
+}
+
+void Rgb8(u8* pOut, const u8* pRed, const u8* pGreen, const u8* pBlue, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step)
+        hn::StoreInterleaved3(hn::LoadU(bytes, pBlue + x), hn::LoadU(bytes, pGreen + x),
+                              hn::LoadU(bytes, pRed + x), bytes, pOut + u64{x} * COMPONENTS);
+    PLAIN_ROW_KERNELS.Rgb8(pOut + u64{x} * COMPONENTS, pRed + x, pGreen + x, pBlue + x, nWidth - x);
+}
+
+HWY_INLINE hn::Vec<Bytes> LoadHighBytes(const u16* pSamples) {
+    hn::Vec<Bytes> low;
+    hn::Vec<Bytes> high;
+    hn::LoadInterleaved2(Bytes(), reinterpret_cast<const u8*>(pSamples), low, high);
+    return high;
+}
+
+void Rgb16(u8* pOut, const u16* pRed, const u16* pGreen, const u16* pBlue, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step)
+        hn::StoreInterleaved3(LoadHighBytes(pBlue + x), LoadHighBytes(pGreen + x), LoadHighBytes(pRed + x),
+                              bytes, pOut + u64{x} * COMPONENTS);
+    PLAIN_ROW_KERNELS.Rgb16(pOut + u64{x} * COMPONENTS, pRed + x, pGreen + x, pBlue + x, nWidth - x);
+}
+
+// floor(x / 255) is (x + 1 + floor(x / 256)) / 256 for every product of two bytes.
+HWY_INLINE hn::Vec<HalfBytes> Inked8(hn::Vec<HalfBytes> component, hn::Vec<HalfBytes> black) {
+    const Words words;
+    const auto product = hn::Mul(hn::PromoteTo(words, component), hn::PromoteTo(words, black));
+    const auto sum = hn::Add(hn::Add(product, hn::Set(words, 1)), hn::ShiftRight<8>(product));
+    return hn::DemoteTo(HalfBytes(), hn::BitCast(SignedWords(), hn::ShiftRight<8>(sum)));
+}
+
+HWY_INLINE hn::Vec<Bytes> Inked8(const u8* pComponent, const u8* pBlack) {
+    const Bytes bytes;
+    const HalfBytes half;
+    const auto component = hn::LoadU(bytes, pComponent);
+    const auto black = hn::LoadU(bytes, pBlack);
+    return hn::Combine(bytes, Inked8(hn::UpperHalf(half, component), hn::UpperHalf(half, black)),
+                       Inked8(hn::LowerHalf(half, component), hn::LowerHalf(half, black)));
+}
+
+void Cmyk8(u8* pOut, const u8* pCyan, const u8* pMagenta, const u8* pYellow, const u8* pBlack, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step)
+        hn::StoreInterleaved3(Inked8(pYellow + x, pBlack + x), Inked8(pMagenta + x, pBlack + x),
+                              Inked8(pCyan + x, pBlack + x), bytes, pOut + u64{x} * COMPONENTS);
+    PLAIN_ROW_KERNELS.Cmyk8(pOut + u64{x} * COMPONENTS, pCyan + x, pMagenta + x, pYellow + x, pBlack + x,
+                            nWidth - x);
+}
+
+// Likewise by 65535, once the lowest byte is gone.
+HWY_INLINE hn::Vec<HalfWords> Inked16(hn::Vec<HalfWords> component, hn::Vec<HalfWords> black) {
+    const DoubleWords words;
+    const auto product = hn::Mul(hn::PromoteTo(words, component), hn::PromoteTo(words, black));
+    const auto upper = hn::ShiftRight<8>(product);
+    const auto sum = hn::Add(hn::Add(upper, hn::Set(words, 1)), hn::ShiftRight<16>(upper));
+    return hn::DemoteTo(HalfWords(), hn::BitCast(SignedDoubleWords(), hn::ShiftRight<16>(sum)));
+}
+
+HWY_INLINE hn::Vec<HalfBytes> Inked16(const u16* pComponent, const u16* pBlack) {
+    const Words words;
+    const HalfWords half;
+    const auto component = hn::LoadU(words, pComponent);
+    const auto black = hn::LoadU(words, pBlack);
+    const auto inked = hn::Combine(words, Inked16(hn::UpperHalf(half, component), hn::UpperHalf(half, black)),
+                                   Inked16(hn::LowerHalf(half, component), hn::LowerHalf(half, black)));
+    return hn::DemoteTo(HalfBytes(), hn::BitCast(SignedWords(), inked));
+}
+
+void Cmyk16(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow, const u16* pBlack,
+            u32 nWidth) {
+    const HalfBytes half;
+    const u32 step = static_cast<u32>(hn::Lanes(half));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step)
+        hn::StoreInterleaved3(Inked16(pYellow + x, pBlack + x), Inked16(pMagenta + x, pBlack + x),
+                              Inked16(pCyan + x, pBlack + x), half, pOut + u64{x} * COMPONENTS);
+    PLAIN_ROW_KERNELS.Cmyk16(pOut + u64{x} * COMPONENTS, pCyan + x, pMagenta + x, pYellow + x, pBlack + x,
+                             nWidth - x);
+}
+
+void GreyValues(u8* pOut, const u32* pValues, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step) {
+        hn::Vec<Bytes> lowest;
+        hn::Vec<Bytes> second;
+        hn::Vec<Bytes> third;
+        hn::Vec<Bytes> highest;
+        hn::LoadInterleaved4(bytes, reinterpret_cast<const u8*>(pValues + x), lowest, second, third, highest);
+        hn::StoreInterleaved3(lowest, lowest, lowest, bytes, pOut + u64{x} * COMPONENTS);
+    }
+    PLAIN_ROW_KERNELS.GreyValues(pOut + u64{x} * COMPONENTS, pValues + x, nWidth - x);
+}
+
+void Bgra(u8* pOut, const u8* pPixels, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step) {
+        hn::Vec<Bytes> blue;
+        hn::Vec<Bytes> green;
+        hn::Vec<Bytes> red;
+        hn::Vec<Bytes> alpha;
+        hn::LoadInterleaved4(bytes, pPixels + u64{x} * 4, blue, green, red, alpha);
+        hn::StoreInterleaved3(blue, green, red, bytes, pOut + u64{x} * COMPONENTS);
+    }
+    PLAIN_ROW_KERNELS.Bgra(pOut + u64{x} * COMPONENTS, pPixels + u64{x} * 4, nWidth - x);
+}
+
+void BgraAlpha(u8* pOut, const u8* pPixels, u32 nWidth) {
+    const Bytes bytes;
+    const u32 step = static_cast<u32>(hn::Lanes(bytes));
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step) {
+        hn::Vec<Bytes> blue;
+        hn::Vec<Bytes> green;
+        hn::Vec<Bytes> red;
+        hn::Vec<Bytes> alpha;
+        hn::LoadInterleaved4(bytes, pPixels + u64{x} * 4, blue, green, red, alpha);
+        hn::StoreInterleaved3(alpha, alpha, alpha, bytes, pOut + u64{x} * COMPONENTS);
+    }
+    PLAIN_ROW_KERNELS.BgraAlpha(pOut + u64{x} * COMPONENTS, pPixels + u64{x} * 4, nWidth - x);
+}
+
+u32 Largest(const u32* pValues, u32 nWidth) {
+    const DoubleWords words;
+    const u32 step = static_cast<u32>(hn::Lanes(words));
+    auto largest = hn::Zero(words);
+    u32 x = 0;
+    for (; x + step <= nWidth; x += step) largest = hn::Max(largest, hn::LoadU(words, pValues + x));
+    u32 result = hn::GetLane(hn::MaxOfLanes(words, largest));
+    for (; x < nWidth; ++x) result = std::max(result, pValues[x]);
+    return result;
+}
+
+// Values are tested a row at once. Each pixel is put as a word, of which the next one overwrites the last
+// byte.
+bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries) {
+    constexpr u32 MOST_ENTRIES = 256;
+    if (nWidth < MOST_ENTRIES / 4 || nEntries > MOST_ENTRIES)
+        return PLAIN_ROW_KERNELS.ColourMap(pOut, pValues, nWidth, pEntries, nEntries);
+    if (Largest(pValues, nWidth) >= nEntries) return false;
+    u32 colours[MOST_ENTRIES];
+    for (u32 i = 0; i < nEntries; ++i)
+        colours[i] = u32{pEntries[i].blue} | u32{pEntries[i].green} << 8 | u32{pEntries[i].red} << 16;
+    const u32 last = nWidth - 1;
+    for (u32 x = 0; x < last; ++x, pOut += COMPONENTS) std::memcpy(pOut, &colours[pValues[x]], sizeof(u32));
+    std::memcpy(pOut, &colours[pValues[last]], COMPONENTS);
+    return true;
+}
+
+RowKernels VectorKernels() {
+    static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first byte of a word is its lowest");
+    return {HighBytes, LowBytes, Rgb8, Rgb16, Cmyk8, Cmyk16, GreyValues, Bgra, BgraAlpha, ColourMap};
+}
+
+#endif
+
+}  // namespace vistrel::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace vistrel {
+HWY_EXPORT(VectorKernels);
+}
+
+RowKernels MakeVectorKernels() {
+    using namespace vistrel;
+    return HWY_DYNAMIC_DISPATCH(VectorKernels)();
+}
+
+bool ChooseVectors(const std::string& strName) {
+    hwy::SetSupportedTargetsForTest(0);  // all that there are
+    if (strName == BEST_ROW_KERNELS) return true;
+    for (i64 rest = hwy::SupportedTargets(); rest != 0; rest &= rest - 1) {
+        const i64 target = rest & -rest;
+        if (strName != hwy::TargetName(target)) continue;
+        hwy::SetSupportedTargetsForTest(target);
+        return true;
+    }
+    return false;
+}
+#endif
