@@ -42,7 +42,7 @@ PsdFields Deep(u32 depth, const Bytes& data, i32 bottom = 1, i32 right = 1, i32 
     return fields;
 }
 
-// Deep layers in blocks behind the global masks, of which there are none.
+// Deep layers in blocks after the global masks, of which there are none.
 PsdFields Tagged(const Bytes& blocks, u32 depth = 16) { return {.depth = depth, .tagged = blocks}; }
 
 Bytes LayerOf(const Bytes& data) { return LayerInfo(Channel(data)); }
