@@ -1,12 +1,10 @@
-// From the bytes of an IFF picture to the bitmap on show: loading, decoding rows, packing, drawing.
+// The steps from the bytes of an IFF picture to the screen: decoding rows and blocks, packing, drawing.
 
 #include "chunks/body_chunk.h"
 #include "chunks/extension_chunks.h"
 #include "chunks/register_chunks.h"
 #include "display/block_decoder.h"
-#include "display/display_image.h"
 #include "display/row_packing.h"
-#include "document/vistrel_doc.h"
 #include "framework/core/stretch.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
@@ -43,22 +41,6 @@ void DecodeRows(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE * SIDE);
 }
 BENCHMARK(DecodeRows)->ArgsProduct({{1, 5, 8}, {0, 1}})->ArgNames({"planes", "packed"});
-
-void OpenAndBuild(benchmark::State& state) {
-    const Bytes bytes = PictureOf(8, true);
-    for (auto _ : state) {
-        MemoryFile file(bytes);
-        CArchive archive(&file, CArchive::load);
-        CVistrelDoc document;
-        document.Serialize(archive);
-        DisplayImage image;
-        image.ChooseLayer(document, 0);
-        image.BuildBitmap(document, {0, 0});
-        benchmark::DoNotOptimize(image.m_hBitmap);
-    }
-    state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE * SIDE);
-}
-BENCHMARK(OpenAndBuild)->Unit(benchmark::kMillisecond);
 
 // Bytes are those of the decoded pixels. Blocks that were had before are had again, so that no fresh pages
 // count.

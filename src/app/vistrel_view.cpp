@@ -102,10 +102,12 @@ float CVistrelView::PictureScale() const {
 
 void CVistrelView::NotePassedOver() {
     m_strPassedOver = PassedText(PassedOverIn(GetDoc()));
-    m_strIdleMessage.clear();
-    if (m_strPassedOver.empty()) return;
-    m_strIdleMessage = GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
-                                                   : m_strPassedOver + ": right-click to read tolerantly";
+}
+
+std::string CVistrelView::GetIdleMessage() const {
+    if (m_strPassedOver.empty()) return {};
+    return GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
+                                       : m_strPassedOver + ": right-click to read tolerantly";
 }
 
 u32 CVistrelView::GetContextMenu() const {

@@ -16,7 +16,7 @@ class CVistrelView : public CView, public DisplayImage {
     void OnInitialUpdate() override;
     void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override;
     void OnDraw(CDC* pDC) override;
-    std::string GetIdleMessage() const override { return m_strIdleMessage; }
+    std::string GetIdleMessage() const override;
     u32 GetContextMenu() const override;
     bool OnPreparePrinting(CPrintInfo* pInfo) override;
 
@@ -48,7 +48,6 @@ class CVistrelView : public CView, public DisplayImage {
     void NotePassedOver();
     void ShowDocument(const std::shared_ptr<CDocument>& document);
 
-    Selection m_selection;  // that is on show
-    std::string m_strPassedOver;
-    std::string m_strIdleMessage;
+    Selection m_selection;        // that is on show
+    std::string m_strPassedOver;  // in the document, by the tolerant rules
 };

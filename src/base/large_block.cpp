@@ -17,19 +17,22 @@ constexpr u64 HUGE_PAGE = 2 * MEBIBYTE;
 constexpr u64 LEAST_ON_HUGE_PAGES = 4 * MEBIBYTE;
 constexpr u64 LEAST_KEPT = MEBIBYTE;  // smaller ones the heap keeps by itself
 
+// Sanitizers look for what is freed too early, so that nothing may be kept from them.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr u64 KEPT_LIMIT = 0;
+#define VISTREL_KEEPS_NOTHING
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer)
+#define VISTREL_KEEPS_NOTHING
+#endif
+#endif
+#ifdef VISTREL_KEEPS_NOTHING
 constexpr u64 KEPT_LIMIT = 0;
 #else
 constexpr u64 KEPT_LIMIT = 256 * MEBIBYTE;
 #endif
-#else
-constexpr u64 KEPT_LIMIT = 256 * MEBIBYTE;
-#endif
+constexpr size_t MOST_KEPT = 4;  // blocks
 
-// Freed blocks, the one that was freed last at the end.
+// Freed blocks, the one that was freed last at the end. Freeing one must not have to ask for memory.
 class KeptBlocks {
   public:
     static KeptBlocks& Get() {
@@ -101,7 +104,7 @@ class KeptBlocks {
         --m_nCount;
     }
 
-    std::array<Block, 4> m_blocks;
+    std::array<Block, MOST_KEPT> m_blocks;
     size_t m_nCount = 0;
     u64 m_nSize = 0;  // bytes of all together
     u64 m_nLimit = KEPT_LIMIT;

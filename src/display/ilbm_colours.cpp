@@ -72,16 +72,15 @@ IlbmColours::IlbmColours(const BodyChunk& body, PixelKind kind)
         m_nEntries = map->m_nEntries;
     }
     if (kind != PixelKind::HalfBrite) return;
-    m_halfBrite = LargeBlock::Allocate(2 * HALF_BRITE_ENTRIES * sizeof(IffRgb));
-    auto* const entries = reinterpret_cast<IffRgb*>(m_halfBrite.Data());
-    std::fill_n(entries, 2 * HALF_BRITE_ENTRIES, IffRgb());
+    m_halfBrite.resize(2 * HALF_BRITE_ENTRIES);
     for (u32 i = 0; i < m_nEntries; ++i) {
-        entries[i] = m_pEntries[i];
-        entries[HALF_BRITE_ENTRIES + i] = {static_cast<u8>(m_pEntries[i].red / 2),
-                                           static_cast<u8>(m_pEntries[i].green / 2),
-                                           static_cast<u8>(m_pEntries[i].blue / 2)};
+        const IffRgb entry = m_pEntries[i];
+        m_halfBrite[i] = entry;
+        m_halfBrite[HALF_BRITE_ENTRIES + i] = {static_cast<u8>(entry.red / 2),
+                                               static_cast<u8>(entry.green / 2),
+                                               static_cast<u8>(entry.blue / 2)};
     }
-    m_pEntries = entries;
+    m_pEntries = m_halfBrite.data();
 }
 
 u32 IlbmColours::Count() const {

@@ -1,8 +1,9 @@
 // What the pixel values of a bit-plane picture mean, and rows of them as colours.
 #pragma once
 
-#include "base/large_block.h"
 #include "iff/iff_archive.h"
+
+#include <vector>
 
 class BodyChunk;
 
@@ -37,5 +38,5 @@ class IlbmColours {
     u32 m_nPlanes;
     const IffRgb* m_pEntries = nullptr;
     u32 m_nEntries = 0;
-    LargeBlock m_halfBrite;  // the map with its second half
+    std::vector<IffRgb> m_halfBrite;  // the map with its second half
 };

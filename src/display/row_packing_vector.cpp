@@ -37,29 +37,32 @@ using SignedDoubleWords = hn::RebindToSigned<DoubleWords>;
 // Components of a pixel, and so bytes from one to the next.
 constexpr u32 COMPONENTS = 3;
 
-void HighBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
+// The low or the high byte of as many words as a vector has bytes.
+template <bool HIGH>
+HWY_INLINE hn::Vec<Bytes> LoadHalves(const u16* pSamples) {
+    hn::Vec<Bytes> low;
+    hn::Vec<Bytes> high;
+    hn::LoadInterleaved2(Bytes(), reinterpret_cast<const u8*>(pSamples), low, high);
+    return HIGH ? high : low;
+}
+
+// Returns how many samples it has put, in whole vectors.
+template <bool HIGH>
+u32 PutHalves(u8* pOut, const u16* pSamples, u32 nWidth) {
     const Bytes bytes;
     const u32 step = static_cast<u32>(hn::Lanes(bytes));
     u32 x = 0;
-    for (; x + step <= nWidth; x += step) {
-        hn::Vec<Bytes> low;
-        hn::Vec<Bytes> high;
-        hn::LoadInterleaved2(bytes, reinterpret_cast<const u8*>(pSamples + x), low, high);
-        hn::StoreU(high, bytes, pOut + x);
-    }
+    for (; x + step <= nWidth; x += step) hn::StoreU(LoadHalves<HIGH>(pSamples + x), bytes, pOut + x);
+    return x;
+}
+
+void HighBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
+    const u32 x = PutHalves<true>(pOut, pSamples, nWidth);
     PLAIN_ROW_KERNELS.HighBytes(pOut + x, pSamples + x, nWidth - x);
 }
 
 void LowBytes(u8* pOut, const u16* pSamples, u32 nWidth) {
-    const Bytes bytes;
-    const u32 step = static_cast<u32>(hn::Lanes(bytes));
-    u32 x = 0;
-    for (; x + step <= nWidth; x += step) {
-        hn::Vec<Bytes> low;
-        hn::Vec<Bytes> high;
-        hn::LoadInterleaved2(bytes, reinterpret_cast<const u8*>(pSamples + x), low, high);
-        hn::StoreU(low, bytes, pOut + x);
-    }
+    const u32 x = PutHalves<false>(pOut, pSamples, nWidth);
     PLAIN_ROW_KERNELS.LowBytes(pOut + x, pSamples + x, nWidth - x);
 }
 
@@ -73,20 +76,13 @@ void Rgb8(u8* pOut, const u8* pRed, const u8* pGreen, const u8* pBlue, u32 nWidt
     PLAIN_ROW_KERNELS.Rgb8(pOut + u64{x} * COMPONENTS, pRed + x, pGreen + x, pBlue + x, nWidth - x);
 }
 
-HWY_INLINE hn::Vec<Bytes> LoadHighBytes(const u16* pSamples) {
-    hn::Vec<Bytes> low;
-    hn::Vec<Bytes> high;
-    hn::LoadInterleaved2(Bytes(), reinterpret_cast<const u8*>(pSamples), low, high);
-    return high;
-}
-
 void Rgb16(u8* pOut, const u16* pRed, const u16* pGreen, const u16* pBlue, u32 nWidth) {
     const Bytes bytes;
     const u32 step = static_cast<u32>(hn::Lanes(bytes));
     u32 x = 0;
     for (; x + step <= nWidth; x += step)
-        hn::StoreInterleaved3(LoadHighBytes(pBlue + x), LoadHighBytes(pGreen + x), LoadHighBytes(pRed + x),
-                              bytes, pOut + u64{x} * COMPONENTS);
+        hn::StoreInterleaved3(LoadHalves<true>(pBlue + x), LoadHalves<true>(pGreen + x),
+                              LoadHalves<true>(pRed + x), bytes, pOut + u64{x} * COMPONENTS);
     PLAIN_ROW_KERNELS.Rgb16(pOut + u64{x} * COMPONENTS, pRed + x, pGreen + x, pBlue + x, nWidth - x);
 }
 
@@ -149,48 +145,53 @@ void Cmyk16(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow,
                              nWidth - x);
 }
 
+// The four bytes of each of as many pixels as a vector has bytes.
+struct Quads {
+    explicit HWY_INLINE Quads(const u8* pPixels) {
+        hn::LoadInterleaved4(Bytes(), pPixels, first, second, third, fourth);
+    }
+
+    hn::Vec<Bytes> first;
+    hn::Vec<Bytes> second;
+    hn::Vec<Bytes> third;
+    hn::Vec<Bytes> fourth;
+};
+
 void GreyValues(u8* pOut, const u32* pValues, u32 nWidth) {
     const Bytes bytes;
     const u32 step = static_cast<u32>(hn::Lanes(bytes));
     u32 x = 0;
     for (; x + step <= nWidth; x += step) {
-        hn::Vec<Bytes> lowest;
-        hn::Vec<Bytes> second;
-        hn::Vec<Bytes> third;
-        hn::Vec<Bytes> highest;
-        hn::LoadInterleaved4(bytes, reinterpret_cast<const u8*>(pValues + x), lowest, second, third, highest);
-        hn::StoreInterleaved3(lowest, lowest, lowest, bytes, pOut + u64{x} * COMPONENTS);
+        const Quads value(reinterpret_cast<const u8*>(pValues + x));
+        hn::StoreInterleaved3(value.first, value.first, value.first, bytes, pOut + u64{x} * COMPONENTS);
     }
     PLAIN_ROW_KERNELS.GreyValues(pOut + u64{x} * COMPONENTS, pValues + x, nWidth - x);
 }
 
-void Bgra(u8* pOut, const u8* pPixels, u32 nWidth) {
+// Returns how many pixels it has put, in whole vectors.
+template <bool ALPHA>
+u32 PutBgra(u8* pOut, const u8* pPixels, u32 nWidth) {
     const Bytes bytes;
     const u32 step = static_cast<u32>(hn::Lanes(bytes));
     u32 x = 0;
     for (; x + step <= nWidth; x += step) {
-        hn::Vec<Bytes> blue;
-        hn::Vec<Bytes> green;
-        hn::Vec<Bytes> red;
-        hn::Vec<Bytes> alpha;
-        hn::LoadInterleaved4(bytes, pPixels + u64{x} * 4, blue, green, red, alpha);
-        hn::StoreInterleaved3(blue, green, red, bytes, pOut + u64{x} * COMPONENTS);
+        const Quads pixel(pPixels + u64{x} * 4);
+        u8* const out = pOut + u64{x} * COMPONENTS;
+        if constexpr (ALPHA)
+            hn::StoreInterleaved3(pixel.fourth, pixel.fourth, pixel.fourth, bytes, out);
+        else
+            hn::StoreInterleaved3(pixel.first, pixel.second, pixel.third, bytes, out);
     }
+    return x;
+}
+
+void Bgra(u8* pOut, const u8* pPixels, u32 nWidth) {
+    const u32 x = PutBgra<false>(pOut, pPixels, nWidth);
     PLAIN_ROW_KERNELS.Bgra(pOut + u64{x} * COMPONENTS, pPixels + u64{x} * 4, nWidth - x);
 }
 
 void BgraAlpha(u8* pOut, const u8* pPixels, u32 nWidth) {
-    const Bytes bytes;
-    const u32 step = static_cast<u32>(hn::Lanes(bytes));
-    u32 x = 0;
-    for (; x + step <= nWidth; x += step) {
-        hn::Vec<Bytes> blue;
-        hn::Vec<Bytes> green;
-        hn::Vec<Bytes> red;
-        hn::Vec<Bytes> alpha;
-        hn::LoadInterleaved4(bytes, pPixels + u64{x} * 4, blue, green, red, alpha);
-        hn::StoreInterleaved3(alpha, alpha, alpha, bytes, pOut + u64{x} * COMPONENTS);
-    }
+    const u32 x = PutBgra<true>(pOut, pPixels, nWidth);
     PLAIN_ROW_KERNELS.BgraAlpha(pOut + u64{x} * COMPONENTS, pPixels + u64{x} * 4, nWidth - x);
 }
 

@@ -56,7 +56,7 @@ void CVistrelDoc::Serialize(CArchive& archive) {
     m_pTolerantIff.reset();
     m_strStrictReason.clear();
     bool accepted = false;
-    if (m_tolerance == Tolerance::None) {
+    if (m_tolerance == Tolerance::None || !archive.GetFile()) {
         accepted = Load(archive, STRICT);
         m_bStrictlyRefused = !accepted;
     } else {

@@ -12,8 +12,7 @@
 
 namespace {
 
-constexpr u32 COMPRESSION_SIZE = 2;  // bytes of the field before the data
-constexpr u32 EDGE_SIZE = 4;         // bytes of a rectangle's edge
+constexpr u32 EDGE_SIZE = 4;  // bytes of a rectangle's edge
 
 // The mode's colours are light; masks and transparency are not.
 PutRow PutOf(u32 nDepth, i32 nId) {
@@ -56,7 +55,7 @@ bool PsdLayerChannel::ReadImageData(PsdReading& reading, u32 nRows, u32 nColumns
     ByteStream& stream = reading.Stream();
     const u32 start = stream.GetPosition();
     const u32 end = start + m_nLength;
-    if (reading.Rules().bBoundedParts && !reading.Require(COMPRESSION_SIZE)) return false;
+    if (!reading.MayRead(PSD_COMPRESSION_SIZE)) return false;
     const i32 compression = ReadI16(stream);
     if (!reading.IsGood()) return false;
     switch (compression) {
@@ -107,8 +106,8 @@ bool PsdLayerChannel::ReadPackedData(PsdReading& reading, u32 nRows, u32 nColumn
     const u64 rowSize = SampleRowSize(reading.LayerDepth(), nColumns);
     if (!CanExpandTo(reading, counts, rowSize)) return false;
     AllocatePlane(nRows, nColumns);
-    const auto packed = MakePackedRows(reading, rowSize, counts);
-    const u64 read = ReadPlane(reading, *packed, nRows, nColumns);
+    PackedRows rows(reading, rowSize, counts);
+    const u64 read = ReadPlane(reading, rows, nRows, nColumns);
     if (read == nRows) return reading.IsGood();
     reading.EnterRow(Place::ChannelRow, static_cast<u32>(read));
     return reading.RefusePacked(Rule::PsdPackedRow, counts.RowPosition(read), counts.At(read));

@@ -3,6 +3,8 @@
 
 #include "base/types.h"
 
+constexpr u32 PSD_COMPRESSION_SIZE = 2;  // bytes of the field that says it
+
 constexpr i32 PSD_RAW = 0;
 constexpr i32 PSD_PACK_BITS = 1;
 constexpr i32 PSD_ZIP = 2;

@@ -17,7 +17,6 @@ constexpr u32 RECT_SIZE = 16;          // bytes of a layer's edges, which its co
 constexpr u32 LEAST_CHANNEL_SIZE = 3;  // bytes of image data: its compression and one sample
 constexpr u32 MOST_PADDING = 1;        // bytes that may follow the last layer's last channel
 constexpr u32 COUNT_SIZE = 2;          // bytes of the count of layers
-constexpr u32 COMPRESSION_SIZE = 2;
 
 // Whether the parts of a section have ended with it.
 bool EndsWith(PsdReading& reading, const LengthField& section) {
@@ -161,8 +160,7 @@ bool PsdImage::ReadLayersAndMasks(PsdReading& reading, LengthField& section) {
 
 bool PsdImage::ReadLayerInformation(PsdReading& reading) {
     reading.Enter(Place::Layers);
-    if (reading.Rules().bBoundedParts && !reading.Require(reading.LargeLengthSize()))
-        return DoWithoutLayers(reading);
+    if (!reading.MayRead(reading.LargeLengthSize())) return DoWithoutLayers(reading);
     const LengthField length = reading.ReadLargeLength();
     if (!reading.IsGood()) return false;
     if (length.nLength == 0) return true;
@@ -176,7 +174,7 @@ bool PsdImage::ReadLayerInformation(PsdReading& reading) {
 bool PsdImage::ReadLayers(PsdReading& reading, const LengthField& section) {
     ByteStream& stream = reading.Stream();
     const ReadingRules& rules = reading.Rules();
-    if (rules.bBoundedParts && !reading.Require(COUNT_SIZE)) return false;
+    if (!reading.MayRead(COUNT_SIZE)) return false;
     const i32 count = ReadI16(stream);
     m_bMergedAlpha = count < 0;
     if (count != 0 && reading.Depth() > 8 && reading.Allows(rules.bDeepLayers, Passed::DeepLayers))
@@ -290,7 +288,7 @@ bool PsdImage::ReadCompositeData(PsdReading& reading, const LengthField& section
     const ReadingRules& rules = reading.Rules();
     const u32 compressionAt = stream.GetPosition();
     const PsdPart part(reading, compressionAt, stream.GetDataLength());
-    if (rules.bBoundedParts && !reading.Require(COMPRESSION_SIZE)) return false;
+    if (!reading.MayRead(PSD_COMPRESSION_SIZE)) return false;
     const i32 compression = ReadI16(stream);
     if (!reading.IsGood()) return false;
     if (compression == PSD_RAW) return ReadRawComposite(reading);
@@ -328,8 +326,8 @@ bool PsdImage::ReadPackedComposite(PsdReading& reading) {
     const u64 rowSize = SampleRowSize(reading.Depth(), m_nWidth);
     if (!CanExpandTo(reading, counts, rowSize)) return false;
     if (!AllocatePlanes()) return reading.RefuseForMemory();
-    const auto rows = MakePackedRows(reading, rowSize, counts);
-    const u64 read = ReadPlanes(reading, *rows);
+    PackedRows rows(reading, rowSize, counts);
+    const u64 read = ReadPlanes(reading, rows);
     if (read == counts.RowCount()) return reading.IsGood();
     reading.EnterChannel(Place::CompositeRow, static_cast<u32>(read / m_nHeight));
     reading.EnterRow(Place::CompositeRow, static_cast<u32>(read % m_nHeight));

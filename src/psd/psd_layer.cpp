@@ -14,24 +14,22 @@ constexpr u32 LEAST_MASK_SIZE = 18;
 constexpr u32 MASK_SIZE = 20;
 constexpr u32 REAL_MASK_SIZE = 36;
 
-constexpr u32 RANGES_SIZE = 8;        // one range of the source and one of the destination
-constexpr u32 PIECE_LIMIT = 1 << 24;  // bytes of image data that a channel is below
-constexpr u32 INFO_SIZE = 2;          // bytes of a channel's id, which its length follows
-constexpr u32 FRONT_SIZE = 18;        // bytes of the edges and the count of channels
-constexpr u32 BLEND_SIZE = 12;        // bytes from the blend mode's signature to the extra data's length
+constexpr u32 RANGES_SIZE = 8;  // one range of the source and one of the destination
+constexpr u32 INFO_SIZE = 2;    // bytes of a channel's id, which its length follows
+constexpr u32 FRONT_SIZE = 18;  // bytes of the edges and the count of channels
+constexpr u32 BLEND_SIZE = 12;  // bytes from the blend mode's signature to the extra data's length
 
 }  // namespace
 
 bool PsdLayerChannel::ReadChannelInfo(PsdReading& reading) {
-    if (reading.Rules().bBoundedParts && !reading.Require(INFO_SIZE + reading.LargeLengthSize()))
-        return false;
+    if (!reading.MayRead(INFO_SIZE + reading.LargeLengthSize())) return false;
     m_nId = ReadI16(reading.Stream());
     const LengthField length = reading.ReadLargeLength();
     // No data is as long as a length that does not fit.
     m_nLength = static_cast<u32>(std::min<u64>(length.nLength, std::numeric_limits<u32>::max()));
     m_nLengthAt = length.nAt;
-    if (m_nLength >= PIECE_LIMIT && !reading.Allows(reading.Rules().bLongPieces, Passed::LongPieces))
-        return reading.Refuse(Rule::PsdChannelLength, m_nLengthAt, m_nLength, PIECE_LIMIT);
+    if (m_nLength >= PSD_PIECE_LIMIT && !reading.Allows(reading.Rules().bLongPieces, Passed::LongPieces))
+        return reading.Refuse(Rule::PsdChannelLength, m_nLengthAt, m_nLength, PSD_PIECE_LIMIT);
     return reading.IsGood();
 }
 
@@ -48,8 +46,7 @@ void PsdLayerChannel::SetDefaultBlendingRanges() {
 
 bool PsdLayer::ReadLayerRecord(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
-    const bool bounded = reading.Rules().bBoundedParts;
-    if (bounded && !reading.Require(FRONT_SIZE)) return false;
+    if (!reading.MayRead(FRONT_SIZE)) return false;
     m_nRectAt = stream.GetPosition();
     m_nTop = ReadI32(stream);
     m_nLeft = ReadI32(stream);
@@ -59,7 +56,7 @@ bool PsdLayer::ReadLayerRecord(PsdReading& reading) {
     if (!reading.IsGood()) return false;
     if (!ReadChannelInfos(reading, channels)) return false;
     reading.Enter(Place::LayerRecord);
-    if (bounded && !reading.Require(BLEND_SIZE + sizeof(u32))) return false;
+    if (!reading.MayRead(BLEND_SIZE + sizeof(u32))) return false;
     if (!ReadBlendSettings(reading)) return false;
     const LengthField extra = reading.ReadLength();
     PsdPart part(reading, extra);
@@ -74,7 +71,7 @@ bool PsdLayer::ReadExtraData(PsdReading& reading, const LengthField& length) {
     if (!ReadMask(reading)) return false;
     if (!ReadAllBlendingRanges(reading)) return false;
     const u32 nameLength = ReadU8(stream);
-    if (reading.Rules().bBoundedParts && !reading.Require(nameLength)) return false;
+    if (!reading.MayRead(nameLength)) return false;
     m_pszName = ReadName(stream, nameLength);
     // The length byte, the name and the padding fill a multiple of four bytes.
     Skip(stream, 3 - nameLength % 4);
@@ -124,7 +121,7 @@ bool PsdLayer::ReadBlendSettings(PsdReading& reading) {
 bool PsdLayer::ReadMask(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
     const ReadingRules& rules = reading.Rules();
-    if (rules.bBoundedParts && !reading.Require(sizeof(u32))) return false;
+    if (!reading.MayRead(sizeof(u32))) return false;
     const LengthField size = reading.ReadLength();
     m_bHasMask = false;
     m_bHasRealMask = false;
@@ -160,10 +157,9 @@ void PsdLayer::ReadRealMask(PsdReading& reading, u64 nMaskSize) {
 
 bool PsdLayer::ReadAllBlendingRanges(PsdReading& reading) {
     ByteStream& stream = reading.Stream();
-    const ReadingRules& rules = reading.Rules();
-    if (rules.bBoundedParts && !reading.Require(sizeof(u32))) return false;
+    if (!reading.MayRead(sizeof(u32))) return false;
     const LengthField length = reading.ReadLength();
-    if (rules.bBoundedParts && !reading.Require(length.nLength + sizeof(u8))) return false;
+    if (!reading.MayRead(length.nLength + sizeof(u8))) return false;
     u32 rest = static_cast<u32>(length.nLength);
     m_SourceRange = PSD_DEFAULT_RANGE;
     m_DestRange = PSD_DEFAULT_RANGE;

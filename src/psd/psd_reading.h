@@ -9,6 +9,10 @@
 
 #include <string_view>
 
+// Bytes that the data of a resource or of a layer's channel is below, where the rules do not let it be
+// longer.
+constexpr u32 PSD_PIECE_LIMIT = 1 << 24;
+
 class PsdReading {
   public:
     // All are borrowed.
@@ -42,11 +46,14 @@ class PsdReading {
     // If not, nothing may be allocated for them.
     bool Holds(u64 nCount);
 
-    // Likewise, and if not, why is noted: asked before a field that may not be there, and before data.
+    // Likewise, and if not, why is noted.
     bool Require(u64 nCount) { return Holds(nCount) || RefuseShort(); }
 
     // Whether what was read has not passed the end of its part. Strictly no part has one.
     bool IsWithinPart();
+
+    // Likewise for a field, before it is read. Strictly fields are read without asking.
+    bool MayRead(u64 nCount) { return !m_rules.bBoundedParts || Require(nCount); }
 
     // Whether the stream is in good state; if not, why is noted.
     bool IsGood();

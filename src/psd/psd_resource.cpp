@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr u32 PIECE_LIMIT = 1 << 24;  // bytes of data that a resource is below
-
 constexpr std::string_view SIGNATURE = "8BIM";
 constexpr u32 HEAD_SIZE = 7;  // bytes from the signature to the length of the name
 
@@ -109,14 +107,15 @@ bool PsdResource::ReadResourceBlock(PsdReading& reading) {
         return false;
     m_nId = ReadU16(stream);
     const u32 nameLength = ReadU8(stream);
-    if (rules.bBoundedParts && !reading.Require(nameLength)) return false;
+    if (!reading.MayRead(nameLength)) return false;
     m_pszName = ReadName(stream, nameLength);
     // The length byte and the name fill an even number of bytes, and so does the payload.
     if (nameLength % 2 == 0) Skip(stream, 1);
-    if (rules.bBoundedParts && !reading.Require(sizeof(u32))) return false;
+    if (!reading.MayRead(sizeof(u32))) return false;
     const LengthField size = reading.ReadLength();
-    if (size.nLength >= PIECE_LIMIT && !reading.Allows(rules.bLongPieces, Passed::LongPieces))
-        return reading.Refuse(Rule::PsdResourceSize, size.nAt, static_cast<i64>(size.nLength), PIECE_LIMIT);
+    if (size.nLength >= PSD_PIECE_LIMIT && !reading.Allows(rules.bLongPieces, Passed::LongPieces))
+        return reading.Refuse(Rule::PsdResourceSize, size.nAt, static_cast<i64>(size.nLength),
+                              PSD_PIECE_LIMIT);
     if (!reading.Require(size.nLength)) return false;
     m_pData = MakePayload(m_nId);
     if (!m_pData->Read(stream, static_cast<u32>(size.nLength)))

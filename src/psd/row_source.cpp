@@ -11,38 +11,37 @@ bool RawRows::Next(u8* pRow) {
     return m_stream.IsGood();
 }
 
-bool ExactPackedRows::Next(u8* pRow) {
-    const u32 packed = m_counts.At(m_nRow++);
-    return DecodePackBitsRow(pRow, m_stream, static_cast<u32>(m_nRowSize), packed);
+PackedRows::PackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts)
+    : m_reading(reading),
+      m_nRowSize(static_cast<u32>(nRowSize)),
+      m_counts(counts),
+      m_bLoose(reading.Rules().bLooseRows) {
+    if (m_bLoose) m_packed = LargeBlock::Allocate(counts.Largest());
 }
 
-LoosePackedRows::LoosePackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts)
-    : m_reading(reading),
-      m_nRowSize(nRowSize),
-      m_counts(counts),
-      m_packed(LargeBlock::Allocate(counts.Largest())) {}
+bool PackedRows::Next(u8* pRow) {
+    const u32 packed = m_counts.At(m_nRow);
+    ++m_nRow;
+    if (m_bLoose) return NextLoose(pRow, packed);
+    return DecodePackBitsRow(pRow, m_reading.Stream(), m_nRowSize, packed);
+}
 
-bool LoosePackedRows::Next(u8* pRow) {
-    const u32 packed = m_counts.At(m_nRow++);
-    ReadInto(m_reading.Stream(), m_packed.Data(), packed);
+bool PackedRows::NextLoose(u8* pRow, u32 nPacked) {
+    ReadInto(m_reading.Stream(), m_packed.Data(), nPacked);
     if (!m_reading.Stream().IsGood()) return false;
-    const LooseRow row = UnpackLooseRow(pRow, static_cast<u32>(m_nRowSize), m_packed.Data(), packed);
+    const LooseRow row = UnpackLooseRow(pRow, m_nRowSize, m_packed.Data(), nPacked);
     if (row == LooseRow::Loose) m_reading.PassOver(Passed::LooseRows);
     return row != LooseRow::Short;
 }
 
-std::unique_ptr<RowSource> MakePackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts) {
-    if (reading.Rules().bLooseRows) return std::make_unique<LoosePackedRows>(reading, nRowSize, counts);
-    return std::make_unique<ExactPackedRows>(reading.Stream(), nRowSize, counts);
-}
-
 u64 ReadRows(RowSource& rows, PutRow put, const RowShape& shape, u8* pPlane, u64 nStride) {
-    const bool inPlace = put == PutBytes;
-    const LargeBlock packed = inPlace ? LargeBlock() : LargeBlock::Allocate(shape.nRowSize);
+    const bool inPlace = shape.nRowSize == nStride;
+    const LargeBlock buffer = inPlace ? LargeBlock() : LargeBlock::Allocate(shape.nRowSize);
     for (u64 row = 0; row < shape.nRows; ++row) {
         u8* const out = pPlane + row * nStride;
-        if (!rows.Next(inPlace ? out : packed.Data())) return row;
-        if (!inPlace) put(out, packed.Data(), shape.nWidth);
+        u8* const read = inPlace ? out : buffer.Data();
+        if (!rows.Next(read)) return row;
+        put(out, read, shape.nWidth);
     }
     return shape.nRows;
 }

@@ -4,8 +4,6 @@
 #include "base/large_block.h"
 #include "psd/sample_rows.h"
 
-#include <memory>
-
 class ByteStream;
 class PackedCounts;
 class PsdReading;
@@ -33,37 +31,24 @@ class RawRows final : public RowSource {
     u64 m_nRowSize;  // bytes
 };
 
-// PackBits rows that take exactly their packed bytes and make exactly their width.
-class ExactPackedRows final : public RowSource {
+// PackBits rows. Strictly each takes exactly its packed bytes and makes exactly its width. Loosely each is
+// its packed bytes: the header 0x80 stands for nothing, a packet ends with the row, and what is left of the
+// packed bytes is skipped; rows that make use of that are noted.
+class PackedRows final : public RowSource {
   public:
-    ExactPackedRows(ByteStream& stream, u64 nRowSize, const PackedCounts& counts)
-        : m_stream(stream), m_nRowSize(nRowSize), m_counts(counts) {}
+    PackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts);
     bool Next(u8* pRow) override;
 
   private:
-    ByteStream& m_stream;
-    u64 m_nRowSize;
-    const PackedCounts& m_counts;
-    u64 m_nRow = 0;
-};
+    bool NextLoose(u8* pRow, u32 nPacked);
 
-// PackBits rows of which each is its packed bytes: the header 0x80 stands for nothing, a packet ends with the
-// row, and what is left of the packed bytes is skipped. Rows that make use of that are noted.
-class LoosePackedRows final : public RowSource {
-  public:
-    LoosePackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts);
-    bool Next(u8* pRow) override;
-
-  private:
     PsdReading& m_reading;
-    u64 m_nRowSize;
+    u32 m_nRowSize;
     const PackedCounts& m_counts;
     u64 m_nRow = 0;
-    LargeBlock m_packed;  // of one row
+    bool m_bLoose;
+    LargeBlock m_packed;  // of one row, where they are loose
 };
-
-// Whichever of the two the rules ask for. What is passed is borrowed.
-std::unique_ptr<RowSource> MakePackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts);
 
 struct RowShape {
     u64 nRows;

@@ -75,7 +75,7 @@ void PutBits(u8* pOut, const u8* pRow, u32 nWidth) {
 }
 
 void PutBytes(u8* pOut, const u8* pRow, u32 nWidth) {
-    std::memmove(pOut, pRow, nWidth);
+    if (pOut != pRow) std::memcpy(pOut, pRow, nWidth);
 }
 
 void PutWords(u8* pOut, const u8* pRow, u32 nWidth) {

@@ -8,14 +8,15 @@ constexpr u64 SampleRowSize(u32 nDepth, u32 nWidth) {
     return (u64{nWidth} * nDepth + 7) / 8;
 }
 
-// Makes nWidth samples of a plane from a row of the file.
+// Makes nWidth samples of a plane from a row of the file, which may be the same memory where both are as
+// long.
 using PutRow = void (*)(u8* pOut, const u8* pRow, u32 nWidth);
 
 // A set bit, black in the file, becomes 0 and a clear one 1, a byte each.
 void PutBits(u8* pOut, const u8* pRow, u32 nWidth);
 void PutBytes(u8* pOut, const u8* pRow, u32 nWidth);
 
-// 16 bits a sample: native words, which may be made where the row stands, or the high byte of each.
+// 16 bits a sample: native words, or the high byte of each.
 void PutWords(u8* pOut, const u8* pRow, u32 nWidth);
 void PutHighBytes(u8* pOut, const u8* pRow, u32 nWidth);
 

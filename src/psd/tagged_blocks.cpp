@@ -53,27 +53,27 @@ std::optional<TaggedBlock> NextBlock(PsdReading& reading) {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
 
-constexpr bool IsHighHalf(char32_t nC) {
-    return nC >= 0xD800 && nC < 0xDC00;
+constexpr bool IsHighHalf(char32_t nCode) {
+    return nCode >= 0xD800 && nCode < 0xDC00;
 }
-constexpr bool IsLowHalf(char32_t nC) {
-    return nC >= 0xDC00 && nC < 0xE000;
+constexpr bool IsLowHalf(char32_t nCode) {
+    return nCode >= 0xDC00 && nCode < 0xE000;
 }
 
-void AppendUtf8(std::string& strText, char32_t nC) {
+void AppendUtf8(std::string& strText, char32_t nCode) {
     const auto put = [&](char32_t nByte) { strText += static_cast<char>(nByte); };
-    const auto putTail = [&](u32 nBits) { put(0x80 | (nC >> nBits & 0x3F)); };
-    if (nC < 0x80) {
-        put(nC);
-    } else if (nC < 0x800) {
-        put(0xC0 | nC >> 6);
+    const auto putTail = [&](u32 nBits) { put(0x80 | (nCode >> nBits & 0x3F)); };
+    if (nCode < 0x80) {
+        put(nCode);
+    } else if (nCode < 0x800) {
+        put(0xC0 | nCode >> 6);
         putTail(0);
-    } else if (nC < 0x10000) {
-        put(0xE0 | nC >> 12);
+    } else if (nCode < 0x10000) {
+        put(0xE0 | nCode >> 12);
         putTail(6);
         putTail(0);
     } else {
-        put(0xF0 | nC >> 18);
+        put(0xF0 | nCode >> 18);
         putTail(12);
         putTail(6);
         putTail(0);

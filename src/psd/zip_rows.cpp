@@ -4,7 +4,6 @@
 #include "psd/sample_rows.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <new>
 #include <zlib.h>
@@ -28,14 +27,21 @@ ZipRows::ZipRows(ByteStream& stream, u64 nPacked, u32 nDepth, u32 nWidth, bool b
       m_nWidth(nWidth),
       m_bPredicted(bPredicted),
       m_pInflater(std::make_unique<Inflater>()) {
-    if (bPredicted && nDepth == 32) m_summed = LargeBlock::Allocate(SampleRowSize(nDepth, nWidth));
+    if (bPredicted && nDepth == 32) m_bytes = LargeBlock::Allocate(SampleRowSize(nDepth, nWidth));
 }
 
 ZipRows::~ZipRows() = default;
 
 bool ZipRows::Next(u8* pRow) {
-    if (!Inflate(pRow)) return false;
-    if (m_bPredicted) Sum(pRow);
+    u8* const inflated = m_bytes ? m_bytes.Data() : pRow;
+    if (!Inflate(inflated)) return false;
+    if (!m_bPredicted) return true;
+    if (m_nDepth == 32)
+        SumFloats(pRow, inflated, m_nWidth);
+    else if (m_nDepth == 16)
+        SumWords(pRow, m_nWidth);
+    else
+        SumBytes(pRow, SampleRowSize(m_nDepth, m_nWidth));
     return true;
 }
 
@@ -59,18 +65,4 @@ bool ZipRows::Inflate(u8* pOut) {
         if (result != Z_OK) return result == Z_STREAM_END && zlib.avail_out == 0;
     }
     return true;
-}
-
-void ZipRows::Sum(u8* pRow) {
-    const u64 size = SampleRowSize(m_nDepth, m_nWidth);
-    switch (m_nDepth) {
-        case 16:
-            return SumWords(pRow, m_nWidth);
-        case 32:
-            SumFloats(m_summed.Data(), pRow, m_nWidth);
-            std::memcpy(pRow, m_summed.Data(), size);
-            return;
-        default:
-            return SumBytes(pRow, size);
-    }
 }

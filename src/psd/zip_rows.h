@@ -20,7 +20,6 @@ class ZipRows final : public RowSource {
     struct Inflater;
 
     bool Inflate(u8* pOut);
-    void Sum(u8* pRow);
 
     ByteStream& m_stream;
     u64 m_nPacked;  // bytes that have not been read yet
@@ -29,5 +28,5 @@ class ZipRows final : public RowSource {
     bool m_bPredicted;
     std::unique_ptr<Inflater> m_pInflater;
     std::array<u8, 16 * 1024> m_input;
-    LargeBlock m_summed;  // of one row, where it cannot be summed where it stands
+    LargeBlock m_bytes;  // of one row, where it cannot be summed where it stands
 };

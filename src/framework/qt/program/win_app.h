@@ -76,8 +76,8 @@ class CWinApp : public CCmdTarget {
 
     // Each file goes to the template of its extension, to the first one where it has none. One that is open
     // already comes to the front. Documents that need consent are shown after all others, once the user has
-    // been asked about them together. The documents that are on show; what could not be
-    // read has been reported.
+    // been asked about them together. The documents that are on show; what could not be read has been
+    // reported.
     std::vector<CDocument*> OpenDocumentFiles(const std::vector<std::string>& paths);
 
     // Null when it failed, or the program is ending.

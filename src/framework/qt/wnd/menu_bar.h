@@ -1,5 +1,5 @@
-// Menus and accelerators, made from the resource tables. An item shows the state that the
-// command's update handler gives it just before its menu opens; a command that nobody handles is grey.
+// Menus and accelerators, made from the resource tables. An item shows the state that the command's update
+// handler gives it just before its menu opens; a command that nobody handles is grey.
 #pragma once
 
 #include "base/types.h"
