@@ -13,21 +13,22 @@ import re
 import sys
 from pathlib import Path
 
-CORE = ["base", "reading", "framework/core", "iff", "chunks", "psd", "document", "display"]  # needs no Qt
+CORE = ["base", "kernels", "reading", "framework/core", "iff", "chunks", "psd", "document", "display"]  # needs no Qt
 
 # What each folder under src/ may include besides its own files. base may be included from everywhere.
 ARROWS = {
     "base": [],
+    "kernels": [],
     "reading": [],
-    "framework/core": [],
+    "framework/core": ["kernels"],
     "framework/qt/kit": ["framework/core"],
     "framework/qt/wnd": ["framework/core", "framework/qt/kit"],
     "framework/qt/program": ["framework/core", "framework/qt/kit", "framework/qt/wnd"],
     "iff": ["framework/core", "reading"],
-    "chunks": ["iff", "reading"],
+    "chunks": ["iff", "kernels", "reading"],
     "psd": ["iff/byte_stream.h", "reading"],
     "document": ["framework/core", "iff", "psd", "reading"],
-    "display": ["document", "chunks", "iff", "psd", "reading", "framework/core"],
+    "display": ["document", "chunks", "iff", "kernels", "psd", "reading", "framework/core"],
     "app": CORE + ["framework/qt/wnd", "framework/qt/program"],
 }
 

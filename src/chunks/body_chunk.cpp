@@ -2,8 +2,8 @@
 
 #include "chunks/byte_run.h"
 #include "chunks/ilbm_chunks.h"
-#include "chunks/plane_rows.h"
 #include "iff/container.h"
+#include "kernels/row_kernels.h"
 
 #include <algorithm>
 
@@ -81,7 +81,8 @@ const u32* BodyChunk::DecodeRow() {
     if (m_layout.bChunky)
         std::copy_n(planes, m_nWidth, m_pRow.get());
     else
-        PlanesToValues(m_pRow.get(), planes, m_nWidth, m_layout.nPlanes, m_layout.nPlaneRowSize);
+        TheRowKernels().PlanesToValues(m_pRow.get(), planes, m_nWidth, m_layout.nPlanes,
+                                       m_layout.nPlaneRowSize);
     return m_pRow.get();
 }
 

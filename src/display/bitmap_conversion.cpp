@@ -1,6 +1,6 @@
 #include "display/dib_rows.h"
 #include "display/display_image.h"
-#include "display/row_packing.h"
+#include "kernels/row_kernels.h"
 
 #include <algorithm>
 #include <cstring>

@@ -26,10 +26,18 @@ class S3tcBands {
     // how many rows there are.
     u32 Decode(u32 nTop, u8* pOut) const;
 
+    // The colours of the same rows as pixels of 24 bits (blue, green, red): the first row at pOut, each other
+    // nPitch bytes after the one above.
+    u32 PutColours(u32 nTop, u8* pOut, i64 nPitch) const;
+
   private:
+    const u8* Blocks(u32 nTop) const;
+
     using DecodeBlocks = void (*)(u8* pOut, const u8* pBlocks, u32 nWidth, u32 nRows);
 
     const S3tcChunk& m_chunk;
+    u32 m_nBlockSize = 0;   // bytes
+    u32 m_nColoursAt = 0;   // of a block's bytes
     u64 m_nBlocksSize = 0;  // bytes of a row of blocks
     DecodeBlocks m_pDecodeBlocks = nullptr;
 };

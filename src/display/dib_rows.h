@@ -19,6 +19,9 @@ class DibRows {
     // Where the picture's row y goes; 0 is the top.
     u8* Row(u32 y) const { return m_block.Data() + (m_nHeight - 1 - y) * m_nStride; }
 
+    // Bytes from a row to the one below it.
+    i64 Pitch() const { return -static_cast<i64>(m_nStride); }
+
     // The buffer, for the bitmap; there are no rows afterwards.
     LargeBlock TakeBits() { return std::move(m_block); }
 

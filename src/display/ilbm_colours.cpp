@@ -2,8 +2,8 @@
 
 #include "chunks/body_chunk.h"
 #include "chunks/ilbm_chunks.h"
-#include "display/row_packing.h"
 #include "iff/container.h"
+#include "kernels/row_kernels.h"
 
 #include <algorithm>
 
@@ -67,20 +67,17 @@ bool HasColours(const BodyChunk& body, const ReadingRules& rules) {
 
 IlbmColours::IlbmColours(const BodyChunk& body, PixelKind kind)
     : m_kind(kind), m_nPlanes(HeaderOf(body)->m_nPlanes) {
-    if (const CmapChunk* const map = MapOf(body)) {
-        m_pEntries = map->Entries();
-        m_nEntries = map->m_nEntries;
+    const CmapChunk* const map = MapOf(body);
+    if (!map) return;
+    m_nEntries = map->m_nEntries;
+    m_colours.resize(m_nEntries);
+    for (u32 i = 0; i < m_nEntries; ++i) {
+        const IffRgb entry = map->Entries()[i];
+        m_colours[i] = u32{entry.red} << 16 | u32{entry.green} << 8 | entry.blue;
     }
     if (kind != PixelKind::HalfBrite) return;
-    m_halfBrite.resize(2 * HALF_BRITE_ENTRIES);
-    for (u32 i = 0; i < m_nEntries; ++i) {
-        const IffRgb entry = m_pEntries[i];
-        m_halfBrite[i] = entry;
-        m_halfBrite[HALF_BRITE_ENTRIES + i] = {static_cast<u8>(entry.red / 2),
-                                               static_cast<u8>(entry.green / 2),
-                                               static_cast<u8>(entry.blue / 2)};
-    }
-    m_pEntries = m_halfBrite.data();
+    m_colours.resize(2 * HALF_BRITE_ENTRIES);
+    for (u32 i = 0; i < m_nEntries; ++i) m_colours[HALF_BRITE_ENTRIES + i] = m_colours[i] >> 1 & 0x7F7F7F;
 }
 
 u32 IlbmColours::Count() const {
@@ -97,13 +94,13 @@ u32 IlbmColours::Count() const {
 bool IlbmColours::PutRow(u8* pOut, const u32* pValues, u32 nWidth) const {
     switch (m_kind) {
         case PixelKind::Indices:
-            return TheRowKernels().ColourMap(pOut, pValues, nWidth, m_pEntries, m_nEntries);
+            return TheRowKernels().ColourMap(pOut, pValues, nWidth, m_colours.data(), m_nEntries);
         case PixelKind::HalfBrite:
             // Between the two halves of a short map nothing has a colour.
             if (std::any_of(pValues, pValues + nWidth,
                             [&](u32 nValue) { return nValue % HALF_BRITE_ENTRIES >= m_nEntries; }))
                 return false;
-            return TheRowKernels().ColourMap(pOut, pValues, nWidth, m_pEntries, 2 * HALF_BRITE_ENTRIES);
+            return TheRowKernels().ColourMap(pOut, pValues, nWidth, m_colours.data(), 2 * HALF_BRITE_ENTRIES);
         case PixelKind::TrueColour:
             for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
                 pOut[0] = static_cast<u8>(pValues[x] >> 16);
@@ -127,18 +124,21 @@ bool IlbmColours::PutHamRow(u8* pOut, const u32* pValues, u32 nWidth) const {
         return static_cast<u8>(bits == 6 ? nValue << 2 | nValue >> 4 : nValue << 4 | nValue);
     };
     if (m_nEntries == 0) return false;
-    IffRgb colour = m_pEntries[0];
+    u32 colour = m_colours[0];
+    const auto set = [&colour](u32 nShift, u8 nComponent) {
+        colour = (colour & ~(0xFFu << nShift)) | u32{nComponent} << nShift;
+    };
     for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
         const u32 value = pValues[x] & mask;
         const u32 what = pValues[x] >> bits;
         if (what == 0 && value >= m_nEntries) return false;
-        if (what == 0) colour = m_pEntries[value];
-        if (what == 1) colour.blue = widened(value);
-        if (what == 2) colour.red = widened(value);
-        if (what == 3) colour.green = widened(value);
-        pOut[0] = colour.blue;
-        pOut[1] = colour.green;
-        pOut[2] = colour.red;
+        if (what == 0) colour = m_colours[value];
+        if (what == 1) set(0, widened(value));
+        if (what == 2) set(16, widened(value));
+        if (what == 3) set(8, widened(value));
+        pOut[0] = static_cast<u8>(colour);
+        pOut[1] = static_cast<u8>(colour >> 8);
+        pOut[2] = static_cast<u8>(colour >> 16);
     }
     return true;
 }

@@ -22,7 +22,6 @@ bool HasColours(const BodyChunk& body, const ReadingRules& rules);
 
 class IlbmColours {
   public:
-    // Borrows the body's colour map.
     IlbmColours(const BodyChunk& body, PixelKind kind);
 
     // Entries; 0 where the values are no indices.
@@ -36,7 +35,6 @@ class IlbmColours {
 
     PixelKind m_kind;
     u32 m_nPlanes;
-    const IffRgb* m_pEntries = nullptr;
-    u32 m_nEntries = 0;
-    std::vector<IffRgb> m_halfBrite;  // the map with its second half
+    u32 m_nEntries = 0;          // of the map
+    std::vector<u32> m_colours;  // words of 0x00RRGGBB: the map, and its second half where it has one
 };

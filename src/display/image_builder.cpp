@@ -6,7 +6,7 @@
 #include "display/dib_rows.h"
 #include "display/display_image.h"
 #include "display/ilbm_colours.h"
-#include "display/row_packing.h"
+#include "kernels/row_kernels.h"
 
 #include <algorithm>
 #include <array>
@@ -31,6 +31,15 @@ void PackAlphaRow(u8* pOut, const u32* pValues, u32 nAlphaWidth, u32 nWidth) {
     const u32 shown = std::min(nAlphaWidth, nWidth);
     TheRowKernels().GreyValues(pOut, pValues, shown);
     std::fill(pOut + u64{shown} * 3, pOut + u64{nWidth} * 3, u8{0});
+}
+
+void PackAlphaBands(const DibRows& rows, const S3tcBands& bands, u32 nWidth, u32 nHeight) {
+    const LargeBlock band = LargeBlock::Allocate(bands.BandSize());
+    for (u32 top = 0; top < nHeight; top += S3TC_BAND_ROWS) {
+        const u32 count = bands.Decode(top, band.Data());
+        for (u32 y = 0; y < count; ++y)
+            TheRowKernels().BgraAlpha(rows.Row(top + y), band.Data() + u64{y} * nWidth * 4, nWidth);
+    }
 }
 
 }  // namespace
@@ -85,14 +94,12 @@ bool DisplayImage::BuildS3tc(const S3tcChunk& chunk, u32 nChannel) {
     m_nColours = 0;
     const S3tcBands bands(chunk);
     if (!bands.CanDecode()) return true;
-    const auto packRow = nChannel != 0 ? TheRowKernels().BgraAlpha : TheRowKernels().Bgra;
     DibRows rows(m_nWidth, m_nHeight, 24);
-    const LargeBlock band = LargeBlock::Allocate(bands.BandSize());
-    for (u32 top = 0; top < m_nHeight; top += S3TC_BAND_ROWS) {
-        const u32 count = bands.Decode(top, band.Data());
-        for (u32 y = 0; y < count; ++y)
-            packRow(rows.Row(top + y), band.Data() + u64{y} * m_nWidth * 4, m_nWidth);
-    }
+    if (nChannel == 0)
+        for (u32 top = 0; top < m_nHeight; top += S3TC_BAND_ROWS)
+            bands.PutColours(top, rows.Row(top), rows.Pitch());
+    else
+        PackAlphaBands(rows, bands, m_nWidth, m_nHeight);
     CreateTrueColourBitmap(rows.TakeBits());
     return true;
 }

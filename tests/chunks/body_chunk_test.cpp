@@ -75,7 +75,9 @@ Bytes RandomPackets(Random& random, u64 nCount) {
 
 TEST(DecodeRow, EqualsThePlainDecoderOnEveryShapeAndWhereverTheDataEnds) {
     Random random(3);
-    for (u32 width = 0; width <= 70; ++width) {
+    std::vector<u32> widths = {127, 128, 129, 200};
+    for (u32 width = 0; width <= 70; ++width) widths.push_back(width);
+    for (const u32 width : widths) {
         for (u32 planes = 0; planes <= 33; ++planes) {  // the 33rd is consumed and not shown
             const u32 rowSize = planes * ((width + 7) / 8);
             const Bytes packets = RandomPackets(random, 3 * rowSize + 1);

@@ -8,10 +8,24 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+// The colours alone of a picture, as pixels of 24 bits without padding.
+static Bytes ColoursOf(const S3tcChunk& chunk) {
+    const S3tcBands bands(chunk);
+    const i64 pitch = i64{chunk.m_nWidth} * 3;
+    Bytes colours(static_cast<u64>(pitch) * chunk.m_nHeight);
+    for (u32 top = 0; top < chunk.m_nHeight; top += S3TC_BAND_ROWS)
+        bands.PutColours(top, colours.data() + top * pitch, pitch);
+    return colours;
+}
+
 // The pixels of a picture as "rrggbbaa", or nothing.
 static std::string Decoded(const S3tcFields& fields) {
     const LoadedIff file(Form("ILBM", {S3tc(fields)}));
-    const LargeBlock pixels = DecodeS3tcImage(ChildAs<S3tcChunk>(file.Root(), 0));
+    const auto& chunk = ChildAs<S3tcChunk>(file.Root(), 0);
+    const LargeBlock pixels = DecodeS3tcImage(chunk);
+    const Bytes colours = pixels ? ColoursOf(chunk) : Bytes();
     EXPECT_TRUE(!pixels || pixels.Size() == u64{fields.width} * fields.height * 4);
     std::string text;
     for (u64 i = 0; i + 4 <= pixels.Size(); i += 4) {
@@ -19,6 +33,7 @@ static std::string Decoded(const S3tcFields& fields) {
         char hex[10];
         std::snprintf(hex, sizeof(hex), "%02x%02x%02x%02x ", pixel[2], pixel[1], pixel[0], pixel[3]);
         text += hex;
+        EXPECT_TRUE(std::equal(pixel, pixel + 3, colours.data() + i / 4 * 3)) << "pixel " << i / 4;
     }
     return text;
 }

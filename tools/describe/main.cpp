@@ -1,8 +1,8 @@
 // vistrel-describe: prints what files hold and what the viewer would show of them.
 
 #include "chunks/register_chunks.h"
-#include "display/row_packing.h"
 #include "iff/read_only_check.h"
+#include "kernels/row_kernels.h"
 #include "tools/describe/describe.h"
 
 #include <algorithm>

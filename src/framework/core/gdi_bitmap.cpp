@@ -1,5 +1,7 @@
 #include "framework/core/gdi_bitmap.h"
 
+#include "kernels/row_kernels.h"
+
 #include <algorithm>
 #include <cassert>
 #include <memory>
@@ -36,25 +38,17 @@ const u8* GdiBitmap::Row(u32 y) const {
 }
 
 void GdiBitmap::ReadPixels(u32 y, u32 nFirst, u32 nCount, u32* pOut) const {
-    if (header.biBitCount == 8) {
-        const u8* const row = Row(y) + nFirst;
-        for (u32 x = 0; x < nCount; ++x) pOut[x] = colours[row[x]];
-    } else {
-        const u8* in = Row(y) + u64{nFirst} * 3;
-        for (u32 x = 0; x < nCount; ++x, in += 3) pOut[x] = Pixel(in[2], in[1], in[0]);
-    }
+    if (header.biBitCount == 8)
+        TheRowKernels().IndexedPixels(pOut, Row(y) + nFirst, nCount, colours);
+    else
+        TheRowKernels().Pixels24(pOut, Row(y) + u64{nFirst} * 3, nCount);
 }
 
 void GdiBitmap::GatherPixels(u32 y, const u32* pColumns, u32 nCount, u32* pOut) const {
-    const u8* const row = Row(y);
-    if (header.biBitCount == 8) {
-        for (u32 x = 0; x < nCount; ++x) pOut[x] = colours[row[pColumns[x]]];
-    } else {
-        for (u32 x = 0; x < nCount; ++x) {
-            const u8* const in = row + u64{pColumns[x]} * 3;
-            pOut[x] = Pixel(in[2], in[1], in[0]);
-        }
-    }
+    if (header.biBitCount == 8)
+        TheRowKernels().IndexedColumns(pOut, Row(y), pColumns, nCount, colours);
+    else
+        TheRowKernels().Columns24(pOut, Row(y), pColumns, nCount);
 }
 
 HBITMAP CreateDIBitmap(HDC, const BITMAPINFOHEADER* pHeader, [[maybe_unused]] u32 nFlags, LargeBlock bits,

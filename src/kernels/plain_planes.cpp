@@ -1,4 +1,4 @@
-#include "chunks/plane_rows.h"
+#include "kernels/plain_kernels.h"
 
 #include <algorithm>
 
@@ -30,7 +30,7 @@ u64 GatherPlanes(const u8* pColumn, u32 nPlaneRowSize, u32 nPlanes) {
 
 }  // namespace
 
-void PlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes, u32 nPlaneRowSize) {
+void PlainPlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes, u32 nPlaneRowSize) {
     const u32 planes = std::min(nPlanes, MOST_PLANES);
     for (u32 x = 0; x < nWidth; x += GROUP) {
         u32 values[GROUP] = {};

@@ -1,26 +1,24 @@
-// The row kernels for vectors of any length: compiled once for each kind of processor, of which the best that
-// is there is chosen when the program starts. What does not fill a vector is left to the plain kernels, so
-// nothing outside the rows is read or written.
+// Colours packed into pixels of 24 bits with vectors of any length: compiled once for each kind of processor,
+// of which the best that is there is chosen when the program starts. What does not fill a vector is left to
+// the plain kernels, so nothing outside the rows is read or written.
 
-#include "display/row_packing.h"
+#include "kernels/plain_kernels.h"
 
 #include <algorithm>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "display/row_packing_vector.cpp"
+#define HWY_TARGET_INCLUDE "kernels/colour_vectors.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace vistrel::HWY_NAMESPACE {
+namespace colour_vectors::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
 // A processor without vectors.
-RowKernels VectorKernels() {
-    return PLAIN_ROW_KERNELS;
-}
+void PutKernels(RowKernels&) {}
 
 #else
 
@@ -208,38 +206,42 @@ u32 Largest(const u32* pValues, u32 nWidth) {
 
 // Values are tested a row at once. Each pixel is put as a word, of which the next one overwrites the last
 // byte.
-bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries) {
-    constexpr u32 MOST_ENTRIES = 256;
-    if (nWidth < MOST_ENTRIES / 4 || nEntries > MOST_ENTRIES)
-        return PLAIN_ROW_KERNELS.ColourMap(pOut, pValues, nWidth, pEntries, nEntries);
-    if (Largest(pValues, nWidth) >= nEntries) return false;
-    u32 colours[MOST_ENTRIES];
-    for (u32 i = 0; i < nEntries; ++i)
-        colours[i] = u32{pEntries[i].blue} | u32{pEntries[i].green} << 8 | u32{pEntries[i].red} << 16;
+bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours, u32 nColours) {
+    if (nWidth == 0) return true;
+    if (Largest(pValues, nWidth) >= nColours) return false;
     const u32 last = nWidth - 1;
-    for (u32 x = 0; x < last; ++x, pOut += COMPONENTS) std::memcpy(pOut, &colours[pValues[x]], sizeof(u32));
-    std::memcpy(pOut, &colours[pValues[last]], COMPONENTS);
+    for (u32 x = 0; x < last; ++x, pOut += COMPONENTS) std::memcpy(pOut, &pColours[pValues[x]], sizeof(u32));
+    std::memcpy(pOut, &pColours[pValues[last]], COMPONENTS);
     return true;
 }
 
-RowKernels VectorKernels() {
+void PutKernels(RowKernels& kernels) {
     static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first byte of a word is its lowest");
-    return {HighBytes, LowBytes, Rgb8, Rgb16, Cmyk8, Cmyk16, GreyValues, Bgra, BgraAlpha, ColourMap};
+    kernels.HighBytes = HighBytes;
+    kernels.LowBytes = LowBytes;
+    kernels.Rgb8 = Rgb8;
+    kernels.Rgb16 = Rgb16;
+    kernels.Cmyk8 = Cmyk8;
+    kernels.Cmyk16 = Cmyk16;
+    kernels.GreyValues = GreyValues;
+    kernels.ColourMap = ColourMap;
+    kernels.Bgra = Bgra;
+    kernels.BgraAlpha = BgraAlpha;
 }
 
 #endif
 
-}  // namespace vistrel::HWY_NAMESPACE
+}  // namespace colour_vectors::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace vistrel {
-HWY_EXPORT(VectorKernels);
+namespace colour_vectors {
+HWY_EXPORT(PutKernels);
 }
 
-RowKernels MakeVectorKernels() {
-    using namespace vistrel;
-    return HWY_DYNAMIC_DISPATCH(VectorKernels)();
+void UseColourVectors(RowKernels& kernels) {
+    using namespace colour_vectors;
+    HWY_DYNAMIC_DISPATCH(PutKernels)(kernels);
 }
 
 bool ChooseVectors(const std::string& strName) {

@@ -1,4 +1,6 @@
-#include "display/row_packing.h"
+#include "kernels/row_kernels.h"
+
+#include "kernels/plain_kernels.h"
 
 namespace {
 
@@ -71,30 +73,48 @@ void BgraAlpha(u8* pOut, const u8* pPixels, u32 nWidth) {
     for (u32 x = 0; x < nWidth; ++x, pOut += 3, pPixels += 4) PutGrey(pOut, pPixels[3]);
 }
 
-bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const IffRgb* pEntries, u32 nEntries) {
+bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours, u32 nColours) {
     for (u32 x = 0; x < nWidth; ++x, pOut += 3) {
-        if (pValues[x] >= nEntries) return false;
-        const IffRgb entry = pEntries[pValues[x]];
-        pOut[0] = entry.blue;
-        pOut[1] = entry.green;
-        pOut[2] = entry.red;
+        if (pValues[x] >= nColours) return false;
+        const u32 colour = pColours[pValues[x]];
+        pOut[0] = static_cast<u8>(colour);
+        pOut[1] = static_cast<u8>(colour >> 8);
+        pOut[2] = static_cast<u8>(colour >> 16);
     }
     return true;
 }
 
 }  // namespace
 
-const RowKernels PLAIN_ROW_KERNELS = {HighBytes, LowBytes,   Rgb8, Rgb16,     Cmyk8,
-                                      Cmyk16,    GreyValues, Bgra, BgraAlpha, ColourMap};
+const RowKernels PLAIN_ROW_KERNELS = {HighBytes,
+                                      LowBytes,
+                                      Rgb8,
+                                      Rgb16,
+                                      Cmyk8,
+                                      Cmyk16,
+                                      PlainPlanesToValues,
+                                      GreyValues,
+                                      ColourMap,
+                                      Bgra,
+                                      BgraAlpha,
+                                      PlainColourBlocks,
+                                      PlainIndexedPixels,
+                                      PlainPixels24,
+                                      PlainIndexedColumns,
+                                      PlainColumns24};
 
-#ifdef VISTREL_VECTORS
-// In row_packing_vector.cpp.
-RowKernels MakeVectorKernels();
-bool ChooseVectors(const std::string& strName);
-#else
 static RowKernels MakeVectorKernels() {
-    return PLAIN_ROW_KERNELS;
+    RowKernels kernels = PLAIN_ROW_KERNELS;
+#ifdef VISTREL_VECTORS
+    UseColourVectors(kernels);
+    UsePlaneVectors(kernels);
+    UseBlockVectors(kernels);
+    UsePixelVectors(kernels);
+#endif
+    return kernels;
 }
+
+#ifndef VISTREL_VECTORS
 static bool ChooseVectors(const std::string& strName) {
     return strName == BEST_ROW_KERNELS;
 }

@@ -1,5 +1,5 @@
 // Every kernel that the processor has against the plain ones.
-#include "display/row_packing.h"
+#include "kernels/row_kernels.h"
 
 #include "support/byte_builder.h"
 #include "support/random.h"
@@ -31,15 +31,19 @@ struct KernelRow {
     Kernel call;
 };
 
-const std::vector<IffRgb>& Map() {
-    static const std::vector<IffRgb> map = [] {
-        std::vector<IffRgb> entries;
-        for (u32 i = 0; i < 200; ++i)
-            entries.push_back({static_cast<u8>(i), static_cast<u8>(i * 3), static_cast<u8>(255 - i)});
-        return entries;
+constexpr u32 COLOURS = 256;
+constexpr u32 MAPPED = 200;  // of them in the map
+
+const u32* Colours() {
+    static const std::vector<u32> colours = [] {
+        std::vector<u32> made;
+        for (u32 i = 0; i < COLOURS; ++i) made.push_back(0x010203 * i ^ 0xFF00);
+        return made;
     }();
-    return map;
+    return colours.data();
 }
+
+u32* Words32(u8* pOut) { return reinterpret_cast<u32*>(pOut); }
 
 // Of a kernel that cannot refuse.
 template <typename Call>
@@ -48,6 +52,13 @@ Kernel Always(const Call& call) {
         call(kernels, pOut, planes, nWidth);
         return true;
     };
+}
+
+// The first, the last and others, some of them twice.
+std::vector<u32> ColumnsOf(u32 nWidth) {
+    std::vector<u32> columns(nWidth);
+    for (u32 x = 0; x < nWidth; ++x) columns[x] = x * 2 / 3 + (x + 1 == nWidth ? nWidth - 1 - x * 2 / 3 : 0);
+    return columns;
 }
 
 const std::vector<KernelRow>& AllKernels() {
@@ -65,9 +76,15 @@ const std::vector<KernelRow>& AllKernels() {
         {"Bgra", 1, 4, 3, Always([](auto& k, u8* out, auto& p, u32 n) { k.Bgra(out, p[0], n); })},
         {"BgraAlpha", 1, 4, 3, Always([](auto& k, u8* out, auto& p, u32 n) { k.BgraAlpha(out, p[0], n); })},
         {"ColourMap", 1, 4, 3,
-            [](auto& k, u8* out, auto& p, u32 n) {
-                return k.ColourMap(out, Values(p[0]), n, Map().data(), static_cast<u32>(Map().size()));
-            }},
+            [](auto& k, u8* out, auto& p, u32 n) { return k.ColourMap(out, Values(p[0]), n, Colours(), MAPPED); }},
+        {"IndexedPixels", 1, 1, 4,
+            Always([](auto& k, u8* out, auto& p, u32 n) { k.IndexedPixels(Words32(out), p[0], n, Colours()); })},
+        {"Pixels24", 1, 3, 4, Always([](auto& k, u8* out, auto& p, u32 n) { k.Pixels24(Words32(out), p[0], n); })},
+        {"IndexedColumns", 1, 1, 4, Always([](auto& k, u8* out, auto& p, u32 n) {
+             k.IndexedColumns(Words32(out), p[0], ColumnsOf(n).data(), n, Colours());
+         })},
+        {"Columns24", 1, 3, 4,
+            Always([](auto& k, u8* out, auto& p, u32 n) { k.Columns24(Words32(out), p[0], ColumnsOf(n).data(), n); })},
     };
     return rows;
 }
@@ -86,7 +103,7 @@ Bytes SamplesFor(const KernelRow& row, u32 width, Random& random) {
     Bytes samples = random.SomeBytes(width * row.nSampleSize);
     if (std::string_view(row.pszName) != "ColourMap") return samples;
     for (u32 x = 0; x < width; ++x) {
-        const u32 value = random.Below(static_cast<u32>(Map().size()));
+        const u32 value = random.Below(MAPPED);
         std::memcpy(samples.data() + x * 4, &value, 4);
     }
     return samples;
@@ -97,7 +114,7 @@ void Compare(const KernelRow& row, u32 width, u32 offset, Random& random) {
     std::vector<const u8*> planes;
     for (u32 plane = 0; plane < row.nPlanes; ++plane) {
         // Samples of several bytes stand where such samples may.
-        const u32 before = offset / row.nSampleSize * row.nSampleSize;
+        const u32 before = row.nSampleSize == 3 ? offset : offset / row.nSampleSize * row.nSampleSize;
         Bytes block(before);
         const Bytes samples = SamplesFor(row, width, random);
         block.insert(block.end(), samples.begin(), samples.end());
@@ -105,10 +122,11 @@ void Compare(const KernelRow& row, u32 width, u32 offset, Random& random) {
     }
     for (const Bytes& block : blocks) planes.push_back(block.data() + block.size() - u64{width} * row.nSampleSize);
     const u32 size = width * row.nPixelSize;
-    Bytes expected(offset + size + EDGE, UNTOUCHED);
+    const u32 start = row.nPixelSize == 4 ? offset / 4 * 4 : offset;
+    Bytes expected(start + size + EDGE, UNTOUCHED);
     Bytes made = expected;
-    ASSERT_TRUE(row.call(PLAIN_ROW_KERNELS, expected.data() + offset, planes, width));
-    ASSERT_TRUE(row.call(TheRowKernels(), made.data() + offset, planes, width));
+    ASSERT_TRUE(row.call(PLAIN_ROW_KERNELS, expected.data() + start, planes, width));
+    ASSERT_TRUE(row.call(TheRowKernels(), made.data() + start, planes, width));
     ASSERT_EQ(made, expected) << row.pszName << ", width " << width << ", offset " << offset;
 }
 
@@ -121,6 +139,46 @@ TEST_P(EveryKernel, MakesWhatThePlainOneMakes) {
             for (u32 offset = 0; offset < EDGE; ++offset) Compare(row, width, offset, random);
         for (const u32 width : {4096u, 9001u}) Compare(row, width, width % EDGE, random);
     }
+}
+
+// As many bytes as the planes of one row take, and no more.
+TEST_P(EveryKernel, MakesValuesOfPlanesWhateverTheirNumber) {
+    Random random(6);
+    std::vector<u32> widths = {4096, 9001};
+    for (u32 width = 0; width <= 130; ++width) widths.push_back(width);
+    for (const u32 width : widths)
+        for (const u32 planes : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 16, 17, 24, 32, 33})
+            for (const u32 padding : {0, 1}) {
+                const u32 planeRowSize = (width + 7) / 8 + padding;
+                const Bytes rows = random.SomeBytes(planes * planeRowSize);
+                std::vector<u32> expected(width + 1, UNTOUCHED);
+                std::vector<u32> made = expected;
+                PLAIN_ROW_KERNELS.PlanesToValues(expected.data(), rows.data(), width, planes, planeRowSize);
+                TheRowKernels().PlanesToValues(made.data(), rows.data(), width, planes, planeRowSize);
+                ASSERT_EQ(made, expected) << planes << " planes of " << width << " + " << padding;
+                ASSERT_EQ(made[width], UNTOUCHED);
+            }
+}
+
+// Both orders of the end points, and equal ones. Rows stand one above the other as in a bitmap.
+TEST_P(EveryKernel, DecodesColourBlocksHoweverMany) {
+    Random random(7);
+    for (const u32 blocks : {0, 1, 2, 7, 8, 9, 10, 16, 17, 18, 31, 33, 1024})
+        for (const u32 blockSize : {8, 16})
+            for (const bool transparent : {false, true}) {
+                Bytes data = random.SomeBytes(blocks * blockSize - (blocks > 0 ? blockSize - 8 : 0));
+                if (blocks > 2) std::memcpy(data.data() + 2 * blockSize + 2, data.data() + 2 * blockSize, 2);
+                const u32 pitch = blocks * 12 + 3;
+                Bytes expected(4 * pitch, UNTOUCHED);
+                Bytes made = expected;
+                const auto decode = [&](const RowKernels& kernels, Bytes& out) {
+                    kernels.ColourBlocks(
+                        out.data() + 3 * pitch, -i64{pitch}, data.data(), blockSize, blocks, transparent);
+                };
+                decode(PLAIN_ROW_KERNELS, expected);
+                decode(TheRowKernels(), made);
+                ASSERT_EQ(made, expected) << blocks << " of " << blockSize << (transparent ? ", transparent" : "");
+            }
 }
 
 TEST_P(EveryKernel, InksEveryPairOfBytesAndEveryBorderOfWords) {
@@ -156,17 +214,17 @@ TEST_P(EveryKernel, InksEveryPairOfBytesAndEveryBorderOfWords) {
 
 TEST_P(EveryKernel, FindsAValueBeyondTheMapWhereverItStands) {
     for (const u32 width : {1u, 64u, 65u, 300u}) {
-        std::vector<u32> values(width, 199);
+        std::vector<u32> values(width, MAPPED - 1);
         Bytes out(3 * width);
         const auto isWhole = [&] {
-            return TheRowKernels().ColourMap(out.data(), values.data(), width, Map().data(), 200);
+            return TheRowKernels().ColourMap(out.data(), values.data(), width, Colours(), MAPPED);
         };
         EXPECT_TRUE(isWhole());
         for (u32 x = 0; x < width; ++x)
-            for (const u32 beyond : {200u, 0x80000000u}) {
+            for (const u32 beyond : {MAPPED, 0x80000000u}) {
                 values[x] = beyond;
                 EXPECT_FALSE(isWhole()) << width << " at " << x;
-                values[x] = 199;
+                values[x] = MAPPED - 1;
             }
     }
 }

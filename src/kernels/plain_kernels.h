@@ -1,0 +1,24 @@
+// What the table of row kernels is put together from: the plain kernels that have a file of their own, and
+// the places that vectors take.
+#pragma once
+
+#include "kernels/row_kernels.h"
+
+void PlainPlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes, u32 nPlaneRowSize);
+
+void PlainColourBlocks(u8* pOut, i64 nPitch, const u8* pBlocks, u32 nBlockSize, u32 nBlocks,
+                       bool bMayBeTransparent);
+
+void PlainIndexedPixels(u32* pOut, const u8* pIndices, u32 nWidth, const u32* pColours);
+void PlainPixels24(u32* pOut, const u8* pPixels, u32 nWidth);
+void PlainIndexedColumns(u32* pOut, const u8* pIndices, const u32* pColumns, u32 nWidth, const u32* pColours);
+void PlainColumns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidth);
+
+// Where the build has vectors: each puts its kernels into the table, those of the kind that was chosen last.
+void UseColourVectors(RowKernels& kernels);
+void UsePlaneVectors(RowKernels& kernels);
+void UseBlockVectors(RowKernels& kernels);
+void UsePixelVectors(RowKernels& kernels);
+
+// All kinds for BEST_ROW_KERNELS, or one of them by its name; false where the processor lacks it.
+bool ChooseVectors(const std::string& strName);
