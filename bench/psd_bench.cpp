@@ -5,19 +5,17 @@
 #include "framework/core/archive.h"
 #include "framework/core/regular_file.h"
 #include "iff/archive_byte_stream.h"
+#include "photograph.h"
 #include "psd/psd_image.h"
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <malloc.h>
-#include <random>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -29,8 +27,6 @@ constexpr double MEBIBYTE = 1024.0 * 1024.0;
 constexpr u32 CHANNELS = 3;
 constexpr u32 RAW_SIDE = 8165;     // three channels of 200 MB together
 constexpr u32 PACKED_SIDE = 4096;  // three channels of 50 MB together
-
-using Row = std::vector<u8>;
 
 void Put(Row& bytes, u32 nValue, u32 nCount) {
     while (nCount > 0) bytes.push_back(static_cast<u8>(nValue >> --nCount * 8));
@@ -47,59 +43,6 @@ Row FrontOf(u32 nSide, u32 nCompression) {
     bytes.insert(bytes.end(), 12, 0);
     Put(bytes, nCompression, 2);
     return bytes;
-}
-
-// One row of a landscape: a sky that clips into flat white towards its light, a dark edge that clips into
-// black, and ground with texture. Sensor noise grows with the light and leaves short runs in the shadows.
-class Landscape {
-  public:
-    Row NextRow(u32 nChannel, u32 y) {
-        Row row(PACKED_SIDE);
-        const double horizon = PACKED_SIDE * 0.45;
-        for (u32 x = 0; x < PACKED_SIDE; ++x) {
-            const double slope = std::sin(x * 0.0017 + nChannel) * 60 + std::cos(y * 0.0023) * 50;
-            const double light = y < horizon ? 215 - nChannel * 20 + slope * 0.8
-                                             : 75 + slope + std::sin(x * 0.05) * std::cos(y * 0.07) * 25;
-            const double noise = m_noise(m_random) * (y < horizon ? 0.35 : 0.4 + light / 90);
-            row[x] = static_cast<u8>(std::clamp(std::lround(light + noise), 0l, 255l));
-        }
-        return row;
-    }
-
-  private:
-    std::minstd_rand m_random{4711};
-    std::normal_distribution<double> m_noise{0, 1};
-};
-
-struct PacketCounts {
-    u64 m_nRuns = 0;
-    u64 m_nLiterals = 0;
-};
-
-// As editors write it: repetitions of three and more become runs, everything between them literals.
-Row PackRow(const Row& row, PacketCounts& packets) {
-    Row packed;
-    auto runAt = [&](u64 x) {
-        u64 end = x + 1;
-        while (end < row.size() && end - x < 128 && row[end] == row[x]) ++end;
-        return end - x;
-    };
-    for (u64 x = 0; x < row.size();) {
-        const u64 run = runAt(x);
-        if (run >= 3) {
-            packed.push_back(static_cast<u8>(257 - run));
-            packed.push_back(row[x]);
-            x += run;
-            ++packets.m_nRuns;
-            continue;
-        }
-        const u64 start = x;
-        while (x < row.size() && x - start < 128 && runAt(x) < 3) ++x;
-        packed.push_back(static_cast<u8>(x - start - 1));
-        packed.insert(packed.end(), row.begin() + start, row.begin() + x);
-        ++packets.m_nLiterals;
-    }
-    return packed;
 }
 
 class TemporaryFile {
@@ -131,11 +74,11 @@ void MakeRawDocument(const TemporaryFile& file) {
 
 PacketCounts MakePackedDocument(const TemporaryFile& file) {
     PacketCounts packets;
-    Landscape landscape;
+    Photograph photograph(PACKED_SIDE);
     Row counts;
     Row rows;
     for (u32 y = 0; y < CHANNELS * PACKED_SIDE; ++y) {
-        const Row packed = PackRow(landscape.NextRow(y / PACKED_SIDE, y % PACKED_SIDE), packets);
+        const Row packed = PackRow(photograph.NextRow(y / PACKED_SIDE, y % PACKED_SIDE), packets);
         Put(counts, static_cast<u32>(packed.size()), 2);
         rows.insert(rows.end(), packed.begin(), packed.end());
     }

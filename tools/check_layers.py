@@ -26,7 +26,7 @@ ARROWS = {
     "framework/qt/program": ["framework/core", "framework/qt/kit", "framework/qt/wnd"],
     "iff": ["framework/core", "reading"],
     "chunks": ["iff", "kernels", "reading"],
-    "psd": ["iff/byte_stream.h", "reading"],
+    "psd": ["iff/byte_stream.h", "kernels", "reading"],
     "document": ["framework/core", "iff", "psd", "reading"],
     "display": ["document", "chunks", "iff", "kernels", "psd", "reading", "framework/core"],
     "app": CORE + ["framework/qt/wnd", "framework/qt/program"],

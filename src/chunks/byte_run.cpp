@@ -1,12 +1,19 @@
 #include "chunks/byte_run.h"
 
+#include "kernels/packets.h"
+#include "kernels/row_kernels.h"
+
 #include <algorithm>
 #include <cstring>
 
 bool UnpackByteRun(u8* pOut, u32 nSize, ByteRunSource& source) {
-    const u8* cursor = source.pCursor;
-    const u8* const end = cursor + source.nRemaining;
-    u8* const outEnd = pOut + nSize;
+    PacketRow row = {source.pCursor, source.pCursor + source.nRemaining, pOut, pOut + nSize};
+    TheRowKernels().UnpackByteRun(row);
+    // What is left are packets that the end of the row or of the data cuts off.
+    const u8* cursor = row.pIn;
+    const u8* const end = row.pInEnd;
+    pOut = row.pOut;
+    u8* const outEnd = row.pOutEnd;
     bool whole = true;
     while (pOut != outEnd && whole) {
         const u32 space = static_cast<u32>(outEnd - pOut);

@@ -9,6 +9,9 @@ void PlainPlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlane
 void PlainColourBlocks(u8* pOut, i64 nPitch, const u8* pBlocks, u32 nBlockSize, u32 nBlocks,
                        bool bMayBeTransparent);
 
+void PlainUnpackPackBits(PacketRow& row);
+void PlainUnpackByteRun(PacketRow& row);
+
 void PlainIndexedPixels(u32* pOut, const u8* pIndices, u32 nWidth, const u32* pColours);
 void PlainPixels24(u32* pOut, const u8* pPixels, u32 nWidth);
 void PlainIndexedColumns(u32* pOut, const u8* pIndices, const u32* pColumns, u32 nWidth, const u32* pColours);
@@ -16,6 +19,7 @@ void PlainColumns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidt
 
 // Where the build has vectors: each puts its kernels into the table, those of the kind that was chosen last.
 void UseColourVectors(RowKernels& kernels);
+void UsePacketVectors(RowKernels& kernels);
 void UsePlaneVectors(RowKernels& kernels);
 void UseBlockVectors(RowKernels& kernels);
 void UsePixelVectors(RowKernels& kernels);

@@ -92,6 +92,8 @@ const RowKernels PLAIN_ROW_KERNELS = {HighBytes,
                                       Rgb16,
                                       Cmyk8,
                                       Cmyk16,
+                                      PlainUnpackPackBits,
+                                      PlainUnpackByteRun,
                                       PlainPlanesToValues,
                                       GreyValues,
                                       ColourMap,
@@ -107,6 +109,7 @@ static RowKernels MakeVectorKernels() {
     RowKernels kernels = PLAIN_ROW_KERNELS;
 #ifdef VISTREL_VECTORS
     UseColourVectors(kernels);
+    UsePacketVectors(kernels);
     UsePlaneVectors(kernels);
     UseBlockVectors(kernels);
     UsePixelVectors(kernels);
@@ -115,7 +118,7 @@ static RowKernels MakeVectorKernels() {
 }
 
 #ifndef VISTREL_VECTORS
-static bool ChooseVectors(const std::string& strName) {
+bool ChooseVectors(const std::string& strName) {
     return strName == BEST_ROW_KERNELS;
 }
 #endif

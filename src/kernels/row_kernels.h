@@ -7,6 +7,8 @@
 
 #include <string>
 
+struct PacketRow;
+
 // Pixels of 24 bits are blue, green, red; pixels of 32 bits are words of 0xFFRRGGBB. No row is null, and none
 // overlaps another.
 struct RowKernels {
@@ -19,6 +21,11 @@ struct RowKernels {
                   u32 nWidth);
     void (*Cmyk16)(u8* pOut, const u16* pCyan, const u16* pMagenta, const u16* pYellow, const u16* pBlack,
                    u32 nWidth);
+
+    // Packets one after the other, as long as they are whole and fit into the row, which they may fill. Of
+    // the row nothing is read, and what is not filled yet may be written.
+    void (*UnpackPackBits)(PacketRow& row);
+    void (*UnpackByteRun)(PacketRow& row);
 
     // nPlanes plane rows of nPlaneRowSize bytes, at least ceil(nWidth / 8), one after the other. Bit p of a
     // value is the pixel's bit in plane p; planes from the 33rd on are passed over.

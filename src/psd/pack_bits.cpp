@@ -1,6 +1,8 @@
 #include "psd/pack_bits.h"
 
 #include "base/checked_size.h"
+#include "kernels/packets.h"
+#include "kernels/row_kernels.h"
 #include "psd/psd_reading.h"
 
 #include <algorithm>
@@ -11,90 +13,13 @@ namespace {
 constexpr u32 LONGEST_RUN = 129;
 constexpr u32 NOTHING = 0x80;  // the header that some writers pad rows with
 
-// The fast path moves whole pieces: it reads and writes up to one piece beyond a packet's end. What it writes
-// there, the next packet of the row overwrites.
-constexpr i32 PIECE = 16;
-
-struct Piece {
-    u64 m_nFirst;
-    u64 m_nSecond;
-};
-static_assert(sizeof(Piece) == PIECE);
-
-// The first piece of a packet, run or literal, chosen without a branch: which of the two comes next is as
-// good as random in a photograph.
-Piece FirstPiece(const u8* pPacket, bool bIsRun) {
-    Piece piece;
-    std::memcpy(&piece, pPacket + 1, PIECE);
-    const u64 fill = pPacket[1] * 0x0101010101010101u;
-    const u64 mask = u64{0} - u64{bIsRun};
-    piece.m_nFirst ^= (piece.m_nFirst ^ fill) & mask;
-    piece.m_nSecond ^= (piece.m_nSecond ^ fill) & mask;
-    return piece;
-}
-
-// Decodes packets as long as the rest of the buffer and of the row holds them and a piece more. Returns the
-// bytes written.
-u32 DecodeFromBuffer(u8* pRow, ByteStream& stream, u32 nWidth) {
-    if (!stream.m_pReadBuffer) return 0;
-    const u8* in = stream.m_pReadBuffer + stream.m_nReadPos;
-    const u8* const inEnd = stream.m_pReadBuffer + stream.m_nLimit;
-    u8* out = pRow;
-    u8* const outEnd = pRow + nWidth;
-    while (in < inEnd) {
-        const i8 header = static_cast<i8>(in[0]);
-        const bool isRun = header < 0;
-        const i32 count = isRun ? 1 - header : 1 + header;
-        const i32 size = isRun ? 2 : 1 + count;
-        if (size + PIECE > inEnd - in || count + PIECE > outEnd - out) break;
-        Piece piece = FirstPiece(in, isRun);
-        std::memcpy(out, &piece, PIECE);
-        for (i32 done = PIECE; done < count; done += PIECE) {
-            if (!isRun) std::memcpy(&piece, in + 1 + done, PIECE);
-            std::memcpy(out + done, &piece, PIECE);
-        }
-        in += size;
-        out += count;
-    }
-    stream.m_nReadPos = static_cast<u32>(in - stream.m_pReadBuffer);
-    return static_cast<u32>(out - pRow);
-}
-
-// Decodes one packet of at most nRoom bytes, whatever the buffer holds of it. Returns the bytes written; 0
-// when the packet is longer than that or the data ends.
-u32 DecodePacket(u8* pOut, ByteStream& stream, u32 nRoom, u32& nUsed) {
-    const i8 header = static_cast<i8>(ReadU8(stream));
-    const u32 count = static_cast<u32>(header < 0 ? 1 - header : 1 + header);
-    if (count > nRoom || !stream.IsGood()) return 0;
-    if (header < 0) {
-        std::memset(pOut, static_cast<i32>(ReadU8(stream)), count);
-        nUsed += 2;
-    } else {
-        stream.GetBytes(pOut, count);
-        nUsed += 1 + count;
-    }
-    return stream.IsGood() ? count : 0;
-}
-
 }  // namespace
 
-std::optional<u32> UnpackRow(u8* pRow, ByteStream& stream, u32 nWidth) {
-    u32 out = 0;
-    u32 used = 0;
-    do {
-        const u32 start = stream.m_nReadPos;
-        out += DecodeFromBuffer(pRow + out, stream, nWidth - out);
-        used += stream.m_nReadPos - start;
-        // The fast path never ends a row: it leaves the room of a piece.
-        const u32 count = DecodePacket(pRow + out, stream, nWidth - out, used);
-        if (count == 0) return std::nullopt;
-        out += count;
-    } while (out < nWidth);
-    return used;
-}
-
-bool DecodePackBitsRow(u8* pRow, ByteStream& stream, u32 nWidth, u32 nPacked) {
-    return UnpackRow(pRow, stream, nWidth) == nPacked;
+std::optional<u64> UnpackRow(u8* pRow, u32 nWidth, const u8* pPacked, u64 nHeld) {
+    PacketRow row = {pPacked, pPacked + nHeld, pRow, pRow + nWidth};
+    TheRowKernels().UnpackPackBits(row);
+    if (row.pOut != row.pOutEnd) return std::nullopt;
+    return static_cast<u64>(row.pIn - pPacked);
 }
 
 LooseRow UnpackLooseRow(u8* pRow, u32 nWidth, const u8* pPacked, u32 nPacked) {

@@ -6,15 +6,11 @@
 
 #include <optional>
 
-class ByteStream;
 class PsdReading;
 
-// Decodes one row of nWidth bytes, at least 1, and returns the packed bytes that it took. Nothing where the
-// packets do not end with the row, or the data ends; the row is partly filled then.
-std::optional<u32> UnpackRow(u8* pRow, ByteStream& stream, u32 nWidth);
-
-// The same for a row that takes exactly nPacked bytes.
-bool DecodePackBitsRow(u8* pRow, ByteStream& stream, u32 nWidth, u32 nPacked);
+// Decodes one row of nWidth bytes, at least 1, out of nHeld packed bytes, which may go on after it. Returns
+// how many it took, or nothing where the packets do not end with the row; it is partly filled then.
+std::optional<u64> UnpackRow(u8* pRow, u32 nWidth, const u8* pPacked, u64 nHeld);
 
 enum class LooseRow { Exact, Loose, Short };
 

@@ -6,6 +6,12 @@
 #include <algorithm>
 #include <bit>
 
+namespace {
+
+constexpr u64 READ_AHEAD = 256 * 1024;  // bytes of packed rows
+
+}  // namespace
+
 bool RawRows::Next(u8* pRow) {
     ReadInto(m_stream, pRow, static_cast<u32>(m_nRowSize));
     return m_stream.IsGood();
@@ -16,22 +22,34 @@ PackedRows::PackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& co
       m_nRowSize(static_cast<u32>(nRowSize)),
       m_counts(counts),
       m_bLoose(reading.Rules().bLooseRows) {
-    if (m_bLoose) m_packed = LargeBlock::Allocate(counts.Largest());
+    const u64 ahead = std::min(counts.Sum(), READ_AHEAD);
+    m_packed = LargeBlock::Allocate(std::max<u64>(counts.Largest(), ahead));
 }
 
 bool PackedRows::Next(u8* pRow) {
-    const u32 packed = m_counts.At(m_nRow);
+    if (m_nUsed == m_nHeld && !ReadRowsAhead()) return false;
+    const u8* const packed = m_packed.Data() + m_nUsed;
+    const u32 count = m_counts.At(m_nRow);
+    const u64 held = m_nHeld - m_nUsed;
     ++m_nRow;
-    if (m_bLoose) return NextLoose(pRow, packed);
-    return DecodePackBitsRow(pRow, m_reading.Stream(), m_nRowSize, packed);
-}
-
-bool PackedRows::NextLoose(u8* pRow, u32 nPacked) {
-    ReadInto(m_reading.Stream(), m_packed.Data(), nPacked);
-    if (!m_reading.Stream().IsGood()) return false;
-    const LooseRow row = UnpackLooseRow(pRow, m_nRowSize, m_packed.Data(), nPacked);
+    m_nUsed += count;
+    if (!m_bLoose) return UnpackRow(pRow, m_nRowSize, packed, held) == count;
+    const LooseRow row = UnpackLooseRow(pRow, m_nRowSize, packed, count);
     if (row == LooseRow::Loose) m_reading.PassOver(Passed::LooseRows);
     return row != LooseRow::Short;
+}
+
+// As many rows from the next one on as there is room for.
+bool PackedRows::ReadRowsAhead() {
+    m_nUsed = 0;
+    m_nHeld = 0;
+    for (u64 row = m_nRow; row < m_counts.RowCount(); ++row) {
+        const u32 count = m_counts.At(row);
+        if (m_nHeld + count > m_packed.Size()) break;
+        m_nHeld += count;
+    }
+    ReadInto(m_reading.Stream(), m_packed.Data(), static_cast<u32>(m_nHeld));
+    return m_reading.Stream().IsGood();
 }
 
 u64 ReadRows(RowSource& rows, PutRow put, const RowShape& shape, u8* pPlane, u64 nStride) {

@@ -36,18 +36,21 @@ class RawRows final : public RowSource {
 // packed bytes is skipped; rows that make use of that are noted.
 class PackedRows final : public RowSource {
   public:
+    // The counts are borrowed; the rows are those of the first of them on.
     PackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& counts);
     bool Next(u8* pRow) override;
 
   private:
-    bool NextLoose(u8* pRow, u32 nPacked);
+    bool ReadRowsAhead();
 
     PsdReading& m_reading;
     u32 m_nRowSize;
     const PackedCounts& m_counts;
     u64 m_nRow = 0;
     bool m_bLoose;
-    LargeBlock m_packed;  // of one row, where they are loose
+    LargeBlock m_packed;  // whole rows that were read together
+    u64 m_nHeld = 0;      // bytes of them
+    u64 m_nUsed = 0;      // of these
 };
 
 struct RowShape {

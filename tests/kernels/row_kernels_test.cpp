@@ -1,6 +1,7 @@
 // Every kernel that the processor has against the plain ones.
 #include "kernels/row_kernels.h"
 
+#include "kernels/packets.h"
 #include "support/byte_builder.h"
 #include "support/random.h"
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -138,6 +140,37 @@ TEST_P(EveryKernel, MakesWhatThePlainOneMakes) {
         for (u32 width = 0; width <= 130; ++width)
             for (u32 offset = 0; offset < EDGE; ++offset) Compare(row, width, offset, random);
         for (const u32 width : {4096u, 9001u}) Compare(row, width, width % EDGE, random);
+    }
+}
+
+// Packets of all kinds and lengths, short ones most often, over rows and sources that end anywhere: each kernel
+// stops where the plain one does, and has written what that has.
+TEST_P(EveryKernel, UnpacksPacketsWhereverTheRowOrTheSourceEnds) {
+    Random random(8);
+    const auto compare = [&](auto kernel, u32 width) {
+        ByteBuilder source;
+        while (source.size() < width + 100)
+            source.U8(random.Below(3) > 0 ? random.Below(20) - 10 : random()).Append(random.SomeBytes(random.Below(9)));
+        const Bytes packed(source.begin(), source.end() - random.Below(100));
+        Bytes expected(width + EDGE, UNTOUCHED);
+        Bytes made = expected;
+        const auto unpack = [&](const RowKernels& kernels, Bytes& out) {
+            PacketRow row = {packed.data(), packed.data() + packed.size(), out.data(), out.data() + width};
+            (kernels.*kernel)(row);
+            std::fill(row.pOut, row.pOutEnd, UNTOUCHED);  // where it may write ahead
+            return std::pair(row.pIn - packed.data(), row.pOut - out.data());
+        };
+        ASSERT_EQ(unpack(TheRowKernels(), made), unpack(PLAIN_ROW_KERNELS, expected)) << width;
+        ASSERT_EQ(made, expected) << width;
+    };
+    for (u32 round = 0; round < 40; ++round)
+        for (u32 width = 0; width <= 130; ++width) {
+            compare(&RowKernels::UnpackPackBits, width);
+            compare(&RowKernels::UnpackByteRun, width);
+        }
+    for (const u32 width : {4096u, 9001u}) {
+        compare(&RowKernels::UnpackPackBits, width);
+        compare(&RowKernels::UnpackByteRun, width);
     }
 }
 
