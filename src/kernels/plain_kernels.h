@@ -17,6 +17,9 @@ void PlainPixels24(u32* pOut, const u8* pPixels, u32 nWidth);
 void PlainIndexedColumns(u32* pOut, const u8* pIndices, const u32* pColumns, u32 nWidth, const u32* pColours);
 void PlainColumns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidth);
 
+// The colour map of values that all have a colour.
+void LookUpColours(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours);
+
 // Where the build has vectors: each puts its kernels into the table, those of the kind that was chosen last.
 void UseColourVectors(RowKernels& kernels);
 void UsePacketVectors(RowKernels& kernels);

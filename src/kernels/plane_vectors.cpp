@@ -7,6 +7,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "kernels/plane_vectors.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -115,6 +116,8 @@ HWY_INLINE u32 PutValues(D bytes, u32* pValues, const u8* pPlanes, u32 nWidth, u
 
 void PlanesToValues(u32* pValues, const u8* pPlanes, u32 nWidth, u32 nPlanes, u32 nPlaneRowSize) {
     const u32 planes = std::min(nPlanes, MOST_PLANES);
+    const u64 rowSize = u64{nPlanes} * nPlaneRowSize;
+    for (u64 at = 0; at < rowSize; at += 64) hwy::Prefetch(pPlanes + rowSize + at);
     u32 x = 0;
     if (planes > 0) {
         x = PutValues(hn::CappedTag<u8, LARGEST>(), pValues, pPlanes, nWidth, planes, nPlaneRowSize);

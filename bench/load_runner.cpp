@@ -1,0 +1,120 @@
+// What bench/compare calls: the product's loads and their floor, each in a process of its own.
+//
+// usage: load_runner list                          a line for each workload: name, bytes kept, bytes of its
+// bitmap,
+//                                                  whether what is kept stands in the file like that
+//        load_runner write NAME FILE               makes the workload's file
+//        load_runner load FILE RUNS                loads it so often, and prints each one's processor time,
+//        ms load_runner floor FILE KEPT BITMAP IN_PLACE RUNS
+//                                                  the same of reading the file, and of writing as many bytes
+//        load_runner memcpy RUNS                   the same of copying 48 MiB
+//        load_runner touch BYTES                   has so much memory once, so that a virtual machine's host has it at
+//                                                  hand
+
+#include "base/large_block.h"
+#include "load_once.h"
+#include "workloads.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+constexpr u64 READ_SIZE = 256 * 1024;
+
+template <typename Work>
+void PrintRuns(u64 nRuns, const Work& work) {
+    for (u64 run = 0; run < nRuns; ++run) std::printf("%.3f\n", CpuMillisecondsOf(work));
+}
+
+int List() {
+    for (const Workload& workload : Workloads())
+        std::printf("%s %llu %llu %d\n", workload.strName.c_str(),
+                    static_cast<unsigned long long>(workload.nKept),
+                    static_cast<unsigned long long>(workload.nBitmap), workload.bInPlace);
+    return 0;
+}
+
+int Write(const std::string& strName, const std::string& strPath) {
+    for (const Workload& workload : Workloads()) {
+        if (workload.strName != strName) continue;
+        const Bytes bytes = workload.make();
+        std::ofstream file(strPath, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return file.good() ? 0 : 1;
+    }
+    return 1;
+}
+
+// Blocks come from where the product's do: on huge pages, and kept between the runs.
+void Floor(const std::string& strPath, u64 nKept, u64 nBitmap, bool bInPlace) {
+    const LargeBlock kept = LargeBlock::Allocate(nKept);
+    const LargeBlock buffer = bInPlace ? LargeBlock() : LargeBlock::Allocate(READ_SIZE);
+    const int descriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) std::abort();
+    u64 at = 0;
+    while (true) {
+        u8* const place = bInPlace ? kept.Data() + at : buffer.Data();
+        const u64 room = bInPlace ? nKept - at : READ_SIZE;
+        const ssize_t got = room > 0 ? read(descriptor, place, room) : 0;
+        if (got <= 0) break;
+        at += static_cast<u64>(got);
+    }
+    close(descriptor);
+    const u64 read = bInPlace ? at : 0;
+    std::memset(kept.Data() + read, 1, nKept - read);
+    const LargeBlock bitmap = LargeBlock::Allocate(nBitmap);
+    std::memset(bitmap.Data(), 1, nBitmap);
+}
+
+void Copy() {
+    constexpr u64 SIZE = 48 << 20;
+    static const LargeBlock from = LargeBlock::Allocate(SIZE);
+    static const LargeBlock to = LargeBlock::Allocate(SIZE);
+    std::memset(from.Data(), 1, SIZE);
+    std::memset(to.Data(), 1, SIZE);
+    std::printf("%.3f\n", CpuMillisecondsOf([] { std::memcpy(to.Data(), from.Data(), SIZE); }));
+}
+
+int Run(const Arguments& arguments) {
+    const std::string command = arguments.empty() ? "" : arguments[0];
+    const auto number = [&](size_t nPlace) { return std::stoull(arguments[nPlace]); };
+    if (command == "list") return List();
+    if (command == "write" && arguments.size() == 3) return Write(arguments[1], arguments[2]);
+    RegisterChunks();
+    const CVistrelDoc open;  // as long as one is, freed memory is kept
+    LargeBlock::SetKeptLimit(u64{1} << 31);
+    if (command == "load" && arguments.size() == 3) {
+        PrintRuns(number(2), [&] { LoadAndBuild(arguments[1]); });
+        return 0;
+    }
+    if (command == "floor" && arguments.size() == 6) {
+        PrintRuns(number(5), [&] { Floor(arguments[1], number(2), number(3), arguments[4] == "1"); });
+        return 0;
+    }
+    if (command == "memcpy" && arguments.size() == 2) {
+        for (u64 run = 0; run < number(1); ++run) Copy();
+        return 0;
+    }
+    if (command == "touch" && arguments.size() == 2) {
+        const LargeBlock block = LargeBlock::Allocate(number(1));
+        std::memset(block.Data(), 1, block.Size());
+        return 0;
+    }
+    std::fputs("load_runner: see the head of its source for what it takes\n", stderr);
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return Run(Arguments(argv + 1, argv + argc));
+}

@@ -1,0 +1,19 @@
+// The files that loading is measured on, 4096 x 4096 pixels unless the name says otherwise.
+#pragma once
+
+#include "base/types.h"
+#include "support/byte_builder.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+struct Workload {
+    std::string strName;
+    std::function<Bytes()> make;
+    u64 nKept;      // bytes of planes, or of the chunk's data, that the model keeps
+    u64 nBitmap;    // bytes of the composite's bitmap
+    bool bInPlace;  // what is kept stands in the file as it is kept
+};
+
+const std::vector<Workload>& Workloads();
