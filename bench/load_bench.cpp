@@ -66,7 +66,8 @@ void Switch(benchmark::State& state, const std::string& strWorkload) {
     }
 }
 
-// Reads and writes as many bytes as it is told, which are out of the cache as after another picture was shown.
+// Reads and writes as many bytes as it is told, which are out of the cache as after another picture was
+// shown.
 void Copy(benchmark::State& state) {
     constexpr u64 OTHER_PICTURE = 96 << 20;
     const u64 size = static_cast<u64>(state.range(0));

@@ -1,15 +1,13 @@
 // What bench/compare calls: the product's loads and their floor, each in a process of its own.
 //
-// usage: load_runner list                          a line for each workload: name, bytes kept, bytes of its
-// bitmap,
-//                                                  whether what is kept stands in the file like that
-//        load_runner write NAME FILE               makes the workload's file
-//        load_runner load FILE RUNS                loads it so often, and prints each one's processor time,
-//        ms load_runner floor FILE KEPT BITMAP IN_PLACE RUNS
-//                                                  the same of reading the file, and of writing as many bytes
-//        load_runner memcpy RUNS                   the same of copying 48 MiB
-//        load_runner touch BYTES                   has so much memory once, so that a virtual machine's host has it at
-//                                                  hand
+// usage: load_runner COMMAND...
+//   list                            a line for each workload: name, bytes kept, bytes of its bitmap
+//   write NAME FILE                 makes the workload's file
+//   load FILE RUNS                  loads it so often, and prints each one's processor time in ms
+//   floor FILE KEPT BITMAP RUNS     the same of reading the file, and of writing so many bytes each
+//   memcpy RUNS                     the same of copying 48 MiB
+//   touch BYTES                     has so much memory once, so that the host of a virtual machine has it at
+//   hand
 
 #include "base/large_block.h"
 #include "load_once.h"
@@ -37,9 +35,9 @@ void PrintRuns(u64 nRuns, const Work& work) {
 
 int List() {
     for (const Workload& workload : Workloads())
-        std::printf("%s %llu %llu %d\n", workload.strName.c_str(),
+        std::printf("%s %llu %llu\n", workload.strName.c_str(),
                     static_cast<unsigned long long>(workload.nKept),
-                    static_cast<unsigned long long>(workload.nBitmap), workload.bInPlace);
+                    static_cast<unsigned long long>(workload.nBitmap));
     return 0;
 }
 
@@ -55,22 +53,14 @@ int Write(const std::string& strName, const std::string& strPath) {
 }
 
 // Blocks come from where the product's do: on huge pages, and kept between the runs.
-void Floor(const std::string& strPath, u64 nKept, u64 nBitmap, bool bInPlace) {
-    const LargeBlock kept = LargeBlock::Allocate(nKept);
-    const LargeBlock buffer = bInPlace ? LargeBlock() : LargeBlock::Allocate(READ_SIZE);
+void Floor(const std::string& strPath, u64 nKept, u64 nBitmap) {
+    const LargeBlock buffer = LargeBlock::Allocate(READ_SIZE);
     const int descriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) std::abort();
-    u64 at = 0;
-    while (true) {
-        u8* const place = bInPlace ? kept.Data() + at : buffer.Data();
-        const u64 room = bInPlace ? nKept - at : READ_SIZE;
-        const ssize_t got = room > 0 ? read(descriptor, place, room) : 0;
-        if (got <= 0) break;
-        at += static_cast<u64>(got);
-    }
+    while (read(descriptor, buffer.Data(), READ_SIZE) > 0) continue;
     close(descriptor);
-    const u64 read = bInPlace ? at : 0;
-    std::memset(kept.Data() + read, 1, nKept - read);
+    const LargeBlock kept = LargeBlock::Allocate(nKept);
+    std::memset(kept.Data(), 1, nKept);
     const LargeBlock bitmap = LargeBlock::Allocate(nBitmap);
     std::memset(bitmap.Data(), 1, nBitmap);
 }
@@ -96,8 +86,8 @@ int Run(const Arguments& arguments) {
         PrintRuns(number(2), [&] { LoadAndBuild(arguments[1]); });
         return 0;
     }
-    if (command == "floor" && arguments.size() == 6) {
-        PrintRuns(number(5), [&] { Floor(arguments[1], number(2), number(3), arguments[4] == "1"); });
+    if (command == "floor" && arguments.size() == 5) {
+        PrintRuns(number(4), [&] { Floor(arguments[1], number(2), number(3)); });
         return 0;
     }
     if (command == "memcpy" && arguments.size() == 2) {

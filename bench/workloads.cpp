@@ -117,16 +117,16 @@ constexpr u64 PIXELS = u64{SIDE} * SIDE;
 
 const std::vector<Workload>& Workloads() {
     static const std::vector<Workload> workloads = {
-        {"psd-rgb8-raw", [] { return Raw(3, 8, PSD_RGB); }, 3 * PIXELS, 3 * PIXELS, true},
-        {"psd-rgb8-packbits-photo", [] { return Packed(PackedPhotograph()); }, 3 * PIXELS, 3 * PIXELS, false},
-        {"psd-rgb8-packbits-drawing", [] { return Packed(PackedDrawing()); }, 3 * PIXELS, 3 * PIXELS, false},
-        {"psd-rgb16-raw", [] { return Raw(3, 16, PSD_RGB); }, 6 * PIXELS, 3 * PIXELS, true},
-        {"psd-cmyk8-raw", [] { return Raw(4, 8, PSD_CMYK); }, 4 * PIXELS, 3 * PIXELS, true},
-        {"psd-bitmap-8192", [] { return Raw(1, 1, PSD_BITMAP, 8192); }, 4 * PIXELS, 4 * PIXELS, false},
-        {"ilbm8-raw", [] { return Ilbm(false); }, PIXELS, 3 * PIXELS, true},
-        {"ilbm8-byterun1", [] { return Ilbm(true); }, PIXELS, 3 * PIXELS, true},
-        {"dxt1", Blocks, PIXELS / 2, 3 * PIXELS, true},
-        {"psd-layers20", Layered, LAYERED_PLANES, LAYERED_BITMAP, false},
+        {"psd-rgb8-raw", [] { return Raw(3, 8, PSD_RGB); }, 3 * PIXELS, 3 * PIXELS},
+        {"psd-rgb8-packbits-photo", [] { return Packed(PackedPhotograph()); }, 3 * PIXELS, 3 * PIXELS},
+        {"psd-rgb8-packbits-drawing", [] { return Packed(PackedDrawing()); }, 3 * PIXELS, 3 * PIXELS},
+        {"psd-rgb16-raw", [] { return Raw(3, 16, PSD_RGB); }, 6 * PIXELS, 3 * PIXELS},
+        {"psd-cmyk8-raw", [] { return Raw(4, 8, PSD_CMYK); }, 4 * PIXELS, 3 * PIXELS},
+        {"psd-bitmap-8192", [] { return Raw(1, 1, PSD_BITMAP, 8192); }, 4 * PIXELS, 4 * PIXELS},
+        {"ilbm8-raw", [] { return Ilbm(false); }, PIXELS, 3 * PIXELS},
+        {"ilbm8-byterun1", [] { return Ilbm(true); }, PIXELS, 3 * PIXELS},
+        {"dxt1", Blocks, PIXELS / 2, 3 * PIXELS},
+        {"psd-layers20", Layered, LAYERED_PLANES, LAYERED_BITMAP},
     };
     return workloads;
 }

@@ -11,9 +11,8 @@
 struct Workload {
     std::string strName;
     std::function<Bytes()> make;
-    u64 nKept;      // bytes of planes, or of the chunk's data, that the model keeps
-    u64 nBitmap;    // bytes of the composite's bitmap
-    bool bInPlace;  // what is kept stands in the file as it is kept
+    u64 nKept;    // bytes of planes, or of the chunk's data, that the model keeps
+    u64 nBitmap;  // bytes of the composite's bitmap
 };
 
 const std::vector<Workload>& Workloads();

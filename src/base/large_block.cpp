@@ -13,8 +13,11 @@ namespace {
 
 constexpr u64 MEBIBYTE = 1 << 20;
 constexpr u64 CACHE_LINE = 64;
+constexpr u64 PAGE = 4096;
 constexpr u64 HUGE_PAGE = 2 * MEBIBYTE;
-constexpr u64 LEAST_ON_HUGE_PAGES = 4 * MEBIBYTE;
+constexpr u64 LEAST_ON_HUGE_PAGES = 2 * MEBIBYTE;
+constexpr u64 LEAST_OF_WHOLE_PAGES =
+    4 * MEBIBYTE;                     // of smaller ones the last huge page would be mostly waste
 constexpr u64 LEAST_KEPT = MEBIBYTE;  // smaller ones the heap keeps by itself
 
 // Sanitizers look for what is freed too early, so that nothing may be kept from them.
@@ -124,13 +127,14 @@ std::optional<u8>& TheFill() {
 // Null where the system has no more, or the capacity wraps.
 u8* TakeFresh(u64 nSize, u64& nCapacity) {
     // One that is kept may serve a request of all its bytes.
-    const bool large = nSize > LEAST_ON_HUGE_PAGES - CACHE_LINE;
-    const u64 unit = large ? HUGE_PAGE : CACHE_LINE;
+    const bool whole = nSize > LEAST_OF_WHOLE_PAGES - CACHE_LINE;
+    const u64 unit = whole ? HUGE_PAGE : CACHE_LINE;
     nCapacity = (nSize + unit - 1 + (nSize == 0)) & ~(unit - 1);
     if (nCapacity < nSize) return nullptr;
-    auto* const data = static_cast<u8*>(std::aligned_alloc(unit, nCapacity));
+    const bool large = nSize >= LEAST_ON_HUGE_PAGES;
+    auto* const data = static_cast<u8*>(std::aligned_alloc(large ? HUGE_PAGE : CACHE_LINE, nCapacity));
     // A system without them says so, and gives plain pages.
-    if (data && large) madvise(data, nCapacity, MADV_HUGEPAGE);
+    if (data && large) madvise(data, nCapacity & ~(PAGE - 1), MADV_HUGEPAGE);
     return data;
 }
 
