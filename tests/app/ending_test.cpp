@@ -1,16 +1,20 @@
 // How the program ends with many windows open. usage:
-//   ending_test close|box|zoom|quit|open  ends it by its main frame: also while a message or a dialog is up, and
-//                                         the way in which a session does at its end, once with a bar afloat
+//   ending_test close|box|zoom|quit|open|ask  ends it by its main frame: also while a message or a dialog is up,
+//                                             and the way in which a session does at its end, once with a bar
+//                                             afloat; once while a question is up, whose box is ticked
 
 #include "app/resource_ids.h"
+#include "app/tolerance_setting.h"
 #include "app/vistrel_app.h"
 #include "framework/core/answers.h"
 #include "framework/core/resource.h"
 #include "support/iff_builder.h"
 #include "support/private_home.h"
+#include "support/psd_builder.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QMdiSubWindow>
 #include <QMenu>
 
@@ -38,6 +42,7 @@ int EndWithWindows(const std::string& strHow, char** argv) {
     const Bytes picture = Form("ILBM", {Bmhd({.width = 8, .height = 1}), GreyCmap(2), Chunk("BODY", {0x55})});
     bool asWanted = false;
     const auto end = [&] {
+        if (strHow == "ask") QApplication::activeModalWidget()->findChild<QCheckBox*>()->setChecked(true);
         const bool asks = QApplication::activeModalWidget() != nullptr;
         asWanted = theApp.m_pMainWnd->GetChildren().size() == WINDOWS && asks == (strHow != "close");
         QEvent quit(QEvent::Quit);
@@ -63,6 +68,11 @@ int EndWithWindows(const std::string& strHow, char** argv) {
             for (QWidget* const window : QApplication::topLevelWidgets())
                 if (window->isVisible() && window->windowType() == Qt::Tool) QApplication::setActiveWindow(window);
             theApp.Command(ID_FILE_OPEN);
+        }
+        if (strHow == "ask") {
+            const Bytes padded = Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)});
+            asWanted = !theApp.OpenDocumentFile(g_folder.Write(padded, "padded")) && asWanted;
+            asWanted = asWanted && theApp.GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, "").empty();
         }
     };
     const int status = AfxWinMain(theApp, 1, argv);

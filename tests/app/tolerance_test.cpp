@@ -144,12 +144,12 @@ TEST_F(ToleranceTest, TheBoxHasItsButtonsAndItsCheckBox) {
         };
         QMetaObject::invokeMethod(qApp, press, Qt::QueuedConnection);
         given = m_answers.m_pBefore->AskYesNo({{"One <b>", "Two"}, "Do not ask again"});
-        EXPECT_EQ(given.bChecked, bCheck);
+        EXPECT_EQ(given.bChecked, bCheck && nButton != 0);
         return given.nButton;
     };
     EXPECT_EQ(answer(QMessageBox::Yes, true), IDYES);
     EXPECT_EQ(answer(QMessageBox::No, false), IDNO);
-    EXPECT_EQ(answer(0, true), IDNO) << "the key that leaves a question";
+    EXPECT_EQ(answer(0, true), IDNO) << "the key that leaves a question keeps no answer";
 }
 
 TEST_F(ToleranceTest, ThePictureThatOnlyTolerantRulesReadSaysSo) {

@@ -25,7 +25,7 @@ struct YesNoQuestion {
 
 struct YesNoAnswer {
     int nButton = IDNO;
-    bool bChecked = false;  // the box
+    bool bChecked = false;  // the box, where it was a button that ended the question
 };
 
 // One choice of what an Open dialog lists.

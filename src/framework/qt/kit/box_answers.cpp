@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QScreen>
@@ -56,6 +57,20 @@ void ShowWholeColumns(QFileDialog& dialog) {
     dialog.resize(std::max(dialog.width(), std::min(wanted, most)), dialog.height());
 }
 
+// The toolkit takes the key that leaves a box for a click on its escape button.
+class QuestionBox final : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+  protected:
+    void keyPressEvent(QKeyEvent* pEvent) override {
+        if (pEvent->matches(QKeySequence::Cancel))
+            reject();
+        else
+            QMessageBox::keyPressEvent(pEvent);
+    }
+};
+
 class BoxAnswers final : public Answers {
   public:
     int Message(const std::string& strText, const std::string& strCaption, u32 nStyle) override {
@@ -69,7 +84,7 @@ class BoxAnswers final : public Answers {
     }
 
     YesNoAnswer AskYesNo(const YesNoQuestion& question) override {
-        QMessageBox box(QMessageBox::Question, ToDisplayText(AfxLoadString(AFX_IDS_APP_TITLE)), QString(),
+        QuestionBox box(QMessageBox::Question, ToDisplayText(AfxLoadString(AFX_IDS_APP_TITLE)), QString(),
                         QMessageBox::Yes | QMessageBox::No, AfxGetDialogOwner());
         box.setTextFormat(Qt::PlainText);
         QStringList paragraphs;
@@ -80,9 +95,11 @@ class BoxAnswers final : public Answers {
         box.setEscapeButton(QMessageBox::No);
         auto* const again = new QCheckBox(ToDisplayText(question.strCheckBox));
         box.setCheckBox(again);
+        bool pressed = false;
+        QObject::connect(&box, &QMessageBox::buttonClicked, [&] { pressed = true; });
         const PlainCursor plain;
         const bool yes = box.exec() == QMessageBox::Yes;
-        return {yes ? IDYES : IDNO, again->isChecked()};
+        return {yes ? IDYES : IDNO, pressed && again->isChecked()};
     }
 
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
