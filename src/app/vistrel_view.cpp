@@ -124,7 +124,7 @@ void CVistrelView::OnReadTolerantly() {
     if (!document->OnOpenDocument(path)) return;
     document->SetPathName(path);
     const std::vector<CView*> views = GetDocument()->GetViews();
-    for (CView* const view : views) dynamic_cast<CVistrelView&>(*view).ShowDocument(document);
+    for (CView* const view : views) dynamic_cast<CVistrelView&>(*view).ShowDocument(document, view == this);
 }
 
 // What only the tolerant rules read has no other reading.
@@ -135,7 +135,7 @@ void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
 }
 
 // Layer and channel stay chosen where the document has them.
-void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& document) {
+void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& document, bool bActive) {
     const Selection before = m_selection;
     const u32 width = m_nWidth;
     const u32 height = m_nHeight;
@@ -146,7 +146,11 @@ void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& document) {
     BuildChannelList(frame, sameLayer ? before.nChannel : 0);
     NotePassedOver();
     OnUpdate(nullptr, 0, nullptr);
-    if (m_bValid && (m_nWidth != width || m_nHeight != height)) FitFrameToImage(PictureScale());
+    if (!m_bValid || (m_nWidth == width && m_nHeight == height)) return;
+    if (bActive)
+        FitFrameToImage(PictureScale());
+    else if (!frame->IsZoomed() && !frame->IsIconic())
+        SizeFrameToImage(PictureScale());
 }
 
 void CVistrelView::OnChannelChanged(CChildFrame* pFrame) {
@@ -159,6 +163,12 @@ void CVistrelView::FitFrameToImage(float fScale) {
     const CWaitCursor wait;
     CChildFrame* const frame = GetFrame();
     if (frame->IsZoomed() || frame->IsIconic()) frame->MDIRestore();
+    SizeFrameToImage(fScale);
+    frame->ScrollToCaption();
+}
+
+void CVistrelView::SizeFrameToImage(float fScale) {
+    CChildFrame* const frame = GetFrame();
     CRect place = frame->GetWindowRect();
     const CRect client = GetClientRect();
     const int dx = place.Width() - client.Width();
@@ -166,7 +176,6 @@ void CVistrelView::FitFrameToImage(float fScale) {
     frame->GetParent()->ScreenToClient(&place);
     const CSize size = FittedClientSize(m_nWidth, m_nHeight, fScale);
     frame->MoveWindow({place.left, place.top, place.left + size.cx + dx, place.top + size.cy + dy});
-    frame->ScrollToCaption();
     m_fScale = std::min(fScale, std::numeric_limits<float>::max());
 }
 

@@ -46,7 +46,13 @@ class CVistrelView : public CView, public DisplayImage {
     void LeaveEmpty();
     float PictureScale() const;
     void NotePassedOver();
-    void ShowDocument(const std::shared_ptr<CDocument>& document);
+
+    // Only the frame of the active view may be restored, or the area scrolled to it: the others stay as they
+    // stand.
+    void ShowDocument(const std::shared_ptr<CDocument>& document, bool bActive);
+
+    // The frame stands for itself: it is neither maximised nor minimised.
+    void SizeFrameToImage(float fScale);
 
     Selection m_selection;        // that is on show
     std::string m_strPassedOver;  // in the document, by the tolerant rules

@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QLabel>
+#include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QStatusBar>
 
@@ -186,12 +187,16 @@ TEST_F(ToleranceTest, TheMenuReadsAnIffFileUnderTheOtherRulesForAllItsWindows) {
     EXPECT_EQ(m_answers.m_messages.size(), 1u);
     EXPECT_EQ(ShownRows(), "#.");
 
-    // Nor is the channel there any more in which the first window is.
+    // Nor is the channel there any more in which the first window is, which stays minimised.
+    other.GetSubWindow()->showMinimized();
+    Frame().ActivateFrame();
     m_folder.Write(Form("ILBM", {Bmhd({.width = 8, .height = 3}), GreyCmap(2, 255), Chunk("BODY", Bytes(6, 0xFF))}),
         "picture.iff");
     ReadOtherwise();
     EXPECT_EQ(other.GetSelection().nChannel, 0u);
     EXPECT_EQ(ShownRows(), "###") << "and the frame fits the new picture";
+    EXPECT_TRUE(other.IsIconic());
+    EXPECT_EQ(theApp.m_pMainWnd->MDIGetActive(), &Frame());
 }
 
 TEST_F(ToleranceTest, AlwaysShowsAnIffFileUnderTheTolerantRulesAtOnce) {
