@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <limits>
 
 namespace {
@@ -123,8 +124,18 @@ void CVistrelView::OnReadTolerantly() {
     const std::string path = GetDoc().GetPathName();
     if (!document->OnOpenDocument(path)) return;
     document->SetPathName(path);
+    // All are on the one document, and memory of the other is free, before the first picture is made.
     const std::vector<CView*> views = GetDocument()->GetViews();
-    for (CView* const view : views) dynamic_cast<CVistrelView&>(*view).ShowDocument(document, view == this);
+    for (CView* const view : views) view->SetDocument(document);
+    std::exception_ptr failure;
+    for (CView* const view : views) {
+        try {
+            dynamic_cast<CVistrelView&>(*view).ShowOtherReading(view == this);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    }
+    if (failure) std::rethrow_exception(failure);
 }
 
 // What only the tolerant rules read has no other reading.
@@ -135,16 +146,16 @@ void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
 }
 
 // Layer and channel stay chosen where the document has them.
-void CVistrelView::ShowDocument(const std::shared_ptr<CDocument>& document, bool bActive) {
+void CVistrelView::ShowOtherReading(bool bActive) {
     const Selection before = m_selection;
     const u32 width = m_nWidth;
     const u32 height = m_nHeight;
-    SetDocument(document);
+    LeaveEmpty();
+    NotePassedOver();
     CChildFrame* const frame = GetFrame();
     FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()), before.nLayer);
     const bool sameLayer = frame->GetSelection().nLayer == before.nLayer;
     BuildChannelList(frame, sameLayer ? before.nChannel : 0);
-    NotePassedOver();
     OnUpdate(nullptr, 0, nullptr);
     if (!m_bValid || (m_nWidth == width && m_nHeight == height)) return;
     if (bActive)

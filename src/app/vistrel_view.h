@@ -47,9 +47,9 @@ class CVistrelView : public CView, public DisplayImage {
     float PictureScale() const;
     void NotePassedOver();
 
-    // Only the frame of the active view may be restored, or the area scrolled to it: the others stay as they
-    // stand.
-    void ShowDocument(const std::shared_ptr<CDocument>& document, bool bActive);
+    // The document is another one, of the same file. Only the frame of the active view may be restored, or
+    // the area scrolled to it: the others stay as they stand.
+    void ShowOtherReading(bool bActive);
 
     // The frame stands for itself: it is neither maximised nor minimised.
     void SizeFrameToImage(float fScale);

@@ -12,16 +12,20 @@
 #include <QMessageBox>
 #include <QStatusBar>
 
+#include <new>
+
 namespace {
 
 // Four bytes of padding follow its one layer where one is read.
 Bytes Padded() { return Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}); }
 
-// Two rows of eight pixels and a byte that pads each, in the picture and in its alpha. The padding shows where
-// rows are not taken for padded.
-Bytes PaddedRows() {
-    return Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2, 255),
-                            Alph({.width = 8, .height = 2, .data = {0xFF, 0xFF}}), Chunk("BODY", {0xFF, 0, 0xFF, 0})});
+// Rows of eight pixels and a byte that pads each, and an alpha. The padding shows where rows are not taken for
+// padded.
+Bytes PaddedRows(u32 nHeight = 2) {
+    Bytes rows;
+    for (u32 y = 0; y < nHeight; ++y) rows.insert(rows.end(), {0xFF, 0});
+    return Form("ILBM", {Bmhd({.width = 8, .height = nHeight}), GreyCmap(2, 255),
+                            Alph({.width = 8, .height = nHeight, .data = Bytes(nHeight, 0xFF)}), Chunk("BODY", rows)});
 }
 
 class ToleranceTest : public WindowTest {
@@ -197,6 +201,36 @@ TEST_F(ToleranceTest, TheMenuReadsAnIffFileUnderTheOtherRulesForAllItsWindows) {
     EXPECT_EQ(ShownRows(), "###") << "and the frame fits the new picture";
     EXPECT_TRUE(other.IsIconic());
     EXPECT_EQ(theApp.m_pMainWnd->MDIGetActive(), &Frame());
+}
+
+namespace {
+
+const CView* g_pRefused = nullptr;  // memory for its picture
+
+struct RefusedView final : public CVistrelView {
+    void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override {
+        CVistrelView::OnUpdate(pSender, lHint, pHint);
+        if (g_pRefused != this) return;
+        m_bValid = 0;
+        throw std::bad_alloc();
+    }
+};
+
+}  // namespace
+
+TEST_F(ToleranceTest, AWindowWithoutMemoryForItsPictureIsOnTheSameDocument) {
+    CMultiDocTemplate documents(
+        IDR_IFF_TYPE, RuntimeClassOf<CVistrelDoc>(), RuntimeClassOf<CChildFrame>(), RuntimeClassOf<RefusedView>());
+    ASSERT_TRUE(OpenAs(documents, m_folder.Write(PaddedRows())));
+    theApp.m_pMainWnd->OnCmdMsg(ID_WINDOW_NEW, CN_COMMAND, nullptr);
+    auto& first = static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().front());
+    m_folder.Write(PaddedRows(3));
+    g_pRefused = first.GetActiveView();
+    ReadOtherwise();
+    EXPECT_EQ(m_answers.m_messages, Texts{"There is not enough memory."});
+    EXPECT_EQ(g_pRefused->GetDocument(), View().GetDocument());
+    EXPECT_EQ(ShownRows(), "###");
+    g_pRefused = nullptr;
 }
 
 TEST_F(ToleranceTest, AlwaysShowsAnIffFileUnderTheTolerantRulesAtOnce) {
