@@ -148,6 +148,7 @@ void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
 // Layer and channel stay chosen where the document has them.
 void CVistrelView::ShowOtherReading(bool bActive) {
     const Selection before = m_selection;
+    const bool hadPicture = m_bValid != 0;
     const u32 width = m_nWidth;
     const u32 height = m_nHeight;
     LeaveEmpty();
@@ -157,7 +158,8 @@ void CVistrelView::ShowOtherReading(bool bActive) {
     const bool sameLayer = frame->GetSelection().nLayer == before.nLayer;
     BuildChannelList(frame, sameLayer ? before.nChannel : 0);
     OnUpdate(nullptr, 0, nullptr);
-    if (!m_bValid || (m_nWidth == width && m_nHeight == height)) return;
+    const bool hasItsSize = hadPicture && m_nWidth == width && m_nHeight == height;
+    if (!m_bValid || hasItsSize) return;
     if (bActive)
         FitFrameToImage(PictureScale());
     else if (!frame->IsZoomed() && !frame->IsIconic())

@@ -230,7 +230,11 @@ TEST_F(ToleranceTest, AWindowWithoutMemoryForItsPictureIsOnTheSameDocument) {
     EXPECT_EQ(m_answers.m_messages, Texts{"There is not enough memory."});
     EXPECT_EQ(g_pRefused->GetDocument(), View().GetDocument());
     EXPECT_EQ(ShownRows(), "###");
+
+    const CSize before = ClientSize();
     g_pRefused = nullptr;
+    ReadOtherwise();
+    EXPECT_EQ(first.GetActiveView()->GetClientRect().Height(), before.cy) << "its frame fits a picture once it has one";
 }
 
 TEST_F(ToleranceTest, AlwaysShowsAnIffFileUnderTheTolerantRulesAtOnce) {
