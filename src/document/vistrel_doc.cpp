@@ -55,6 +55,7 @@ void CVistrelDoc::Serialize(CArchive& archive) {
     if (!archive.IsLoading()) return;
     m_pTolerantIff.reset();
     m_strStrictReason.clear();
+    m_bTolerantlyAccepted = false;
     bool accepted = false;
     if (m_tolerance == Tolerance::None || !archive.GetFile()) {
         accepted = Load(archive, STRICT);
@@ -75,9 +76,10 @@ bool CVistrelDoc::LoadUnderEitherRules(CArchive& archive) {
         const std::string strictReason = ReasonOfReaders();
         file.Seek(start, CFile::begin);
         accepted = Load(archive, TOLERANT);
-        if (!accepted || m_tolerance != Tolerance::Never) return accepted;
+        if (m_tolerance != Tolerance::Never) return accepted;
         m_nDocType = DOC_NONE;
         m_strStrictReason = strictReason;
+        m_bTolerantlyAccepted = accepted;
         return false;
     }
     if (m_nDocType == DOC_IFF && m_Iff.HasForm(ID_PBM)) {
@@ -121,8 +123,9 @@ const IffFile& CVistrelDoc::GetIff(const ReadingRules& rules) const {
 }
 
 std::string CVistrelDoc::GetRefusalReason() const {
-    if (m_strStrictReason.empty()) return ReasonOfReaders();
-    return m_strStrictReason + ". It could be read tolerantly (Reading/Tolerant, or --tolerant)";
+    const std::string reason = m_strStrictReason.empty() ? ReasonOfReaders() : m_strStrictReason;
+    if (!m_bTolerantlyAccepted) return reason;
+    return reason + ". It could be read tolerantly (Reading/Tolerant, or --tolerant)";
 }
 
 std::string CVistrelDoc::ReasonOfReaders() const {

@@ -77,6 +77,7 @@ class CVistrelDoc : public CDocument {
 
     const ReadingRules* m_pRules = &STRICT;
     bool m_bStrictlyRefused = false;
-    std::string m_strStrictReason;  // of a file that only the tolerant rules read, which are not to be used
+    std::string m_strStrictReason;            // where the tolerant rules were tried, but are not to be used
+    bool m_bTolerantlyAccepted = false;       // there
     std::unique_ptr<IffFile> m_pTolerantIff;  // where it holds more than m_Iff, which was read strictly
 };

@@ -131,6 +131,9 @@ TEST_F(ToleranceTest, TheCheckBoxKeepsTheAnswer) {
         EXPECT_EQ(Kept(), after);
         theApp.m_pMainWnd->DestroyChildren();
     }
+    EXPECT_FALSE(OpenFile(Psd({.version = 2, .mode = 6}), "neither.psd"));
+    EXPECT_NE(m_answers.m_messages.back().find("header: version 2; version 1 is read."), std::string::npos)
+        << "under never: " << m_answers.m_messages.back();
 }
 
 TEST_F(ToleranceTest, TheBoxHasItsButtonsAndItsCheckBox) {
