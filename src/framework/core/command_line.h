@@ -28,8 +28,9 @@ class CCommandLineInfo {
 
     bool IsPrint() const { return m_nShellCommand == FilePrint || m_nShellCommand == FilePrintTo; }
 
-    // Whether one of the program's own switches was given.
+    // Whether one of the program's own switches was given, and whether any was.
     bool HasSwitch(const std::string& strSwitch) const;
+    bool HasOwnSwitches() const { return !m_strGivenSwitches.empty(); }
 
     // Whether there is only something to say, and the first such switch counts.
     bool IsAnswer() const {

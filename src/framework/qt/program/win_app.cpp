@@ -169,7 +169,8 @@ bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
         return false;
     }
     const bool isDde = info.m_nShellCommand == CCommandLineInfo::FileDDE;
-    if (isDde && m_requests.HandOver(info.m_strFileNames)) {
+    // What switches of its own say is for this run alone, and would be lost on another copy.
+    if (isDde && !info.HasOwnSwitches() && m_requests.HandOver(info.m_strFileNames)) {
         m_nExitStatus = EXIT_SUCCESS;
         return false;
     }
