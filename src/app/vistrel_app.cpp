@@ -52,7 +52,8 @@ void CVistrelApp::PrepareDocument(CDocument& document) {
 bool CVistrelApp::AskForConsent(const std::vector<std::shared_ptr<CDocument>>& documents) {
     const YesNoAnswer answer = CurrentAnswers().AskYesNo(ConsentQuestion(documents));
     const bool yes = answer.nButton == IDYES;
-    if (answer.bChecked) WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, yes ? "always" : "never");
+    if (answer.bChecked && !WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, yes ? "always" : "never"))
+        AfxMessageBox("The settings could not be written. The answer counts until the program ends.");
     return yes;
 }
 

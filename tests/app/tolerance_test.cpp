@@ -12,6 +12,8 @@
 #include <QMessageBox>
 #include <QStatusBar>
 
+#include <cstdlib>
+#include <filesystem>
 #include <new>
 
 namespace {
@@ -134,6 +136,24 @@ TEST_F(ToleranceTest, TheCheckBoxKeepsTheAnswer) {
     EXPECT_FALSE(OpenFile(Psd({.version = 2, .mode = 6}), "neither.psd"));
     EXPECT_NE(m_answers.m_messages.back().find("header: version 2; version 1 is read."), std::string::npos)
         << "under never: " << m_answers.m_messages.back();
+}
+
+TEST_F(ToleranceTest, AnAnswerThatCannotBeKeptIsToldOnceAndCountsForTheRun) {
+    const std::string path = m_folder.Write(Padded(), "padded.psd");
+    const std::filesystem::path lock = std::string(getenv("XDG_CONFIG_HOME")) + "/Talvorine/Internal/.lock";
+    Keep("ask");
+    std::filesystem::remove(lock);
+    std::filesystem::create_directory(lock);
+    m_answers.m_nextAnswer = {IDNO, true};
+    EXPECT_FALSE(theApp.OpenDocumentFile(path));
+    EXPECT_EQ(
+        m_answers.m_messages, Texts{"The settings could not be written. The answer counts until the program ends."});
+    EXPECT_FALSE(theApp.OpenDocumentFile(path));
+    EXPECT_EQ(m_answers.m_questions.size(), 1u);
+    EXPECT_NE(m_answers.m_messages.back().find("could be read tolerantly"), std::string::npos);
+    std::filesystem::remove(lock);
+    Keep("always");
+    EXPECT_TRUE(theApp.OpenDocumentFile(path)) << "what is kept later counts";
 }
 
 TEST_F(ToleranceTest, TheBoxHasItsButtonsAndItsCheckBox) {

@@ -185,6 +185,8 @@ void CWinApp::SetRegistryKey(const std::string& strRegistryKey) {
 
 std::string CWinApp::GetProfileString(const std::string& strSection, const std::string& strEntry,
                                       const std::string& strDefault) const {
+    const auto notKept = m_notKept.find({strSection, strEntry});
+    if (notKept != m_notKept.end()) return notKept->second;
     const ProfileSection section = m_pProfile->ReadSection(strSection);
     const auto entry = section.find(strEntry);
     return entry == section.end() ? strDefault : entry->second;
@@ -192,8 +194,13 @@ std::string CWinApp::GetProfileString(const std::string& strSection, const std::
 
 bool CWinApp::WriteProfileString(const std::string& strSection, const std::string& strEntry,
                                  const std::string& strValue) {
-    return m_pProfile->ChangeSection(strSection,
-                                     [&](ProfileSection& section) { section[strEntry] = strValue; });
+    const bool kept =
+        m_pProfile->ChangeSection(strSection, [&](ProfileSection& section) { section[strEntry] = strValue; });
+    if (kept)
+        m_notKept.erase({strSection, strEntry});
+    else
+        m_notKept[{strSection, strEntry}] = strValue;
+    return kept;
 }
 
 const CMultiDocTemplate& CWinApp::TemplateFor(const std::string& strPath) const {

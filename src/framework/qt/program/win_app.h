@@ -10,9 +10,11 @@
 #include "framework/qt/wnd/multi_doc_template.h"
 
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 class CDocument;
@@ -50,7 +52,7 @@ class CWinApp : public CCmdTarget {
     std::string GetProfileString(const std::string& strSection, const std::string& strEntry,
                                  const std::string& strDefault) const;
 
-    // False where it cannot be kept.
+    // False where it cannot be kept. It counts until the program ends then.
     bool WriteProfileString(const std::string& strSection, const std::string& strEntry,
                             const std::string& strValue);
 
@@ -126,6 +128,7 @@ class CWinApp : public CCmdTarget {
 
     std::vector<std::unique_ptr<CMultiDocTemplate>> m_templates;
     std::unique_ptr<Profile> m_pProfile;
+    std::map<std::pair<std::string, std::string>, std::string> m_notKept;  // texts by section and entry
     CRecentFilesMenu m_recentFiles;
     CShellRequests m_requests;
     int m_nExitStatus = EXIT_FAILURE;
