@@ -88,19 +88,22 @@ TEST_F(ToleranceTest, FilesOpenedTogetherAreAskedAboutOnceAtTheEnd) {
     const std::string first = m_folder.Write(Padded(), "first.psd");
     const std::string sound = m_folder.Write(Psd({}), "sound.psd");
     const std::string second = m_folder.Write(Padded(), "second.psd");
+    std::filesystem::create_directory(m_folder.Path("other"));
+    const std::string namesake = m_folder.Write(Padded(), "other/first.psd");
     const std::string neither = m_folder.Write(Bytes(100), "neither.psd");
     for (const bool yes : {false, true}) {
         m_answers.m_questions.clear();
         m_answers.m_messages.clear();
         m_answers.m_nextAnswer = {yes ? IDYES : IDNO, false};
-        const auto opened = theApp.OpenDocumentFiles({first, sound, neither, second, first});
-        EXPECT_EQ(opened.size(), yes ? 3u : 1u);
+        const auto opened = theApp.OpenDocumentFiles({first, sound, neither, second, first, namesake});
+        EXPECT_EQ(opened.size(), yes ? 4u : 1u);
         EXPECT_EQ(m_answers.m_messages.size(), 1u) << "of what neither set of rules reads";
+        const std::string passed = "\": padded layer information\n";
         EXPECT_EQ(m_answers.m_questions,
-            Texts{"These files break rules of their formats. They were read by passing over what stands after each.\n"
-                  "\"first.psd\": padded layer information\n\"second.psd\": padded layer information\n"
-                  "Open them anyway?\n"});
-        EXPECT_EQ(OpenWindows(), yes ? 3u : 1u);
+            Texts{
+                "These files break rules of their formats. They were read by passing over what stands after each.\n\"" +
+                first + passed + "\"second.psd" + passed + "\"" + namesake + passed + "Open them anyway?\n"});
+        EXPECT_EQ(OpenWindows(), yes ? 4u : 1u);
         EXPECT_EQ(theApp.m_pMainWnd->GetChildren()[0]->GetActiveView()->GetDocument()->GetTitle(), "sound.psd");
     }
     EXPECT_TRUE(theApp.OpenDocumentFile(first)) << "is open already, and nothing is asked";
