@@ -17,6 +17,12 @@ from program_case import (COLOURS, DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WID
                           picture, private_home, wait_for)
 
 
+def cut_picture():
+    """Lacks the pad byte of a chunk at its end, which is passed over once the user has been asked."""
+    body = picture()[8:] + struct.pack(">4sI3s", b"NOTE", 3, b"odd")
+    return b"FORM" + struct.pack(">I", len(body)) + body
+
+
 class EndToEndTest(ProgramTest):
     def start(self, *words):
         self.program = subprocess.Popen([PROGRAM, *words], env=self.screen.environment)
@@ -51,6 +57,11 @@ class EndToEndTest(ProgramTest):
                 self.screen.press(box, "Return")
                 self.assertEqual(self.program.wait(DEADLINE), 1)
         self.assertNotEqual(shown["text"], shown["text2"], "the box does not name the file")
+
+    def test_a_no_at_the_start_is_no_error_and_ends_it_with_status_1(self):
+        self.start(self.path("cut.iff", cut_picture()))
+        self.screen.press(self.box(), "alt+n")
+        self.assertEqual(self.program.wait(DEADLINE), 1)
 
     def settled(self, box):
         """The box's pixels, once it has any and they no longer change."""
@@ -99,9 +110,7 @@ class WithoutScreenTest(unittest.TestCase):
     def test_a_page_is_printed_without_asking(self):
         with tempfile.TemporaryDirectory() as folder:
             file, page = os.path.join(folder, "cut.iff"), os.path.join(folder, "page.pdf")
-            odd = struct.pack(">4sI3s", b"NOTE", 3, b"odd")  # without its pad byte, at the file's end
-            body = picture()[8:] + odd
-            Path(file).write_bytes(b"FORM" + struct.pack(">I", len(body)) + body)
+            Path(file).write_bytes(cut_picture())
             done = self.run_program("-pt", file, page)
             self.assertEqual((done.returncode, os.path.exists(page)), (1, False))
             self.assertIn("It could be read tolerantly (Reading/Tolerant, or --tolerant).", done.stderr)
