@@ -39,14 +39,18 @@ const MessageMap& CVistrelApp::GetMessageMap() const {
     return map;
 }
 
-void CVistrelApp::PrepareDocument(CDocument& document) {
-    const bool always = m_commandLine.HasSwitch(TOLERANT_SWITCH);
+Tolerance CVistrelApp::GetTolerance() const {
+    if (m_commandLine.HasSwitch(TOLERANT_SWITCH)) return Tolerance::Always;
     const Tolerance kept = ToTolerance(GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, ""));
     // Nobody is there to be asked where a page is printed.
     const bool cannotAsk = m_commandLine.IsPrint() && kept == Tolerance::Ask;
-    dynamic_cast<CVistrelDoc&>(document).m_tolerance = always      ? Tolerance::Always
-                                                       : cannotAsk ? Tolerance::Never
-                                                                   : kept;
+    return cannotAsk ? Tolerance::Never : kept;
+}
+
+std::function<void(CDocument&)> CVistrelApp::PrepareDocuments() {
+    return [tolerance = GetTolerance()](CDocument& document) {
+        dynamic_cast<CVistrelDoc&>(document).m_tolerance = tolerance;
+    };
 }
 
 bool CVistrelApp::AskForConsent(const std::vector<std::shared_ptr<CDocument>>& documents) {

@@ -1,7 +1,12 @@
 // The application object.
 #pragma once
 
+#include "document/vistrel_doc.h"
 #include "framework/qt/program/win_app.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
 
 class CVistrelApp : public CWinApp {
   public:
@@ -12,9 +17,10 @@ class CVistrelApp : public CWinApp {
   protected:
     const MessageMap& GetMessageMap() const override;
 
-    void PrepareDocument(CDocument& document) override;
+    std::function<void(CDocument&)> PrepareDocuments() override;
     bool AskForConsent(const std::vector<std::shared_ptr<CDocument>>& documents) override;
 
   private:
+    Tolerance GetTolerance() const;
     void OnAppAbout();
 };

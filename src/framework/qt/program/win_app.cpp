@@ -223,6 +223,7 @@ std::vector<CDocument*> CWinApp::Show(const std::vector<ReadDocument>& documents
 std::vector<CDocument*> CWinApp::OpenDocumentFiles(const std::vector<std::string>& paths) {
     std::vector<CDocument*> opened;
     std::vector<ReadDocument> waiting;  // for consent
+    const std::function<void(CDocument&)> prepare = PrepareDocuments();
     for (const std::string& name : paths) {
         if (m_bEnding) break;
         const std::string path = GetFullPath(name);
@@ -237,8 +238,7 @@ std::vector<CDocument*> CWinApp::OpenDocumentFiles(const std::vector<std::string
         };
         if (std::ranges::any_of(waiting, waits)) continue;
         const CMultiDocTemplate& kind = TemplateFor(path);
-        const ReadDocument read = {
-            kind.ReadDocumentFile(path, [this](CDocument& document) { PrepareDocument(document); }), &kind};
+        const ReadDocument read = {kind.ReadDocumentFile(path, prepare), &kind};
         if (!read.pDocument) continue;
         if (read.pDocument->NeedsConsent())
             waiting.push_back(read);

@@ -10,6 +10,7 @@
 #include "framework/qt/wnd/multi_doc_template.h"
 
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -102,8 +103,11 @@ class CWinApp : public CCmdTarget {
     void OnFilePrintSetup();
     void OnAppExit();
 
-    // Called for each document before its file is read.
-    virtual void PrepareDocument(CDocument&) {}
+    // Called once for files that are opened together: what is done with each of their documents before its
+    // file is read.
+    virtual std::function<void(CDocument&)> PrepareDocuments() {
+        return [](CDocument&) {};
+    }
 
     // Whether documents that were read, and need consent, are shown.
     virtual bool AskForConsent(const std::vector<std::shared_ptr<CDocument>>&) { return true; }
