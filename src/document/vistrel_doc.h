@@ -78,6 +78,6 @@ class CVistrelDoc : public CDocument {
     const ReadingRules* m_pRules = &STRICT;
     bool m_bStrictlyRefused = false;
     std::string m_strStrictReason;            // where the tolerant rules were tried, but are not to be used
-    bool m_bTolerantlyAccepted = false;       // there
+    bool m_bTolerantlyAccepted = false;       // what they said there
     std::unique_ptr<IffFile> m_pTolerantIff;  // where it holds more than m_Iff, which was read strictly
 };
