@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPaintEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +20,46 @@ Texts Titles() {
     return titles;
 }
 
+int AreaOf(const QRegion& region) {
+    int area = 0;
+    for (const QRect& rect : region) area += rect.width() * rect.height();
+    return area;
+}
+
+// Counts the pixels that a widget is asked to paint.
+class PaintCounter final : public QObject {
+  public:
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+
+    int m_nPixels = 0;
+
+  protected:
+    bool eventFilter(QObject*, QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::Paint) m_nPixels += AreaOf(static_cast<QPaintEvent*>(pEvent)->region());
+        return false;
+    }
+};
+
 }  // namespace
+
+TEST_F(WindowTest, AChildThatMovesAwayUncoversAStripAndNoMore) {
+    for (const char* name : {"below.iff", "above.iff"}) ASSERT_TRUE(OpenFile(Picture(200, 150), name));
+    CChildFrame& below = static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren()[0]);
+    QWidget& picture = *below.GetActiveView()->GetWidget();
+    QWidget& above = *Frame().GetSubWindow();
+    constexpr int CORNERS = 20;  // what a frame's round corners leave to be seen
+    above.move(below.GetSubWindow()->pos() + QPoint(80, 80));
+    Settle();
+    for (const QPoint& step : {QPoint(20, 0), QPoint(0, 20), QPoint(20, 20)}) {
+        const int seen = AreaOf(picture.visibleRegion());
+        PaintCounter painted(picture);
+        above.move(above.pos() + step);
+        Settle();
+        const int uncovered = AreaOf(picture.visibleRegion()) - seen;
+        EXPECT_GE(painted.m_nPixels, uncovered);
+        EXPECT_LE(painted.m_nPixels, uncovered + CORNERS);
+    }
+}
 
 TEST_F(WindowTest, ASecondWindowOnADocumentIsListedAndClosesAlone) {
     CMDIFrameWnd& main = *theApp.m_pMainWnd;

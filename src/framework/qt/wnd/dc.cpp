@@ -4,11 +4,24 @@
 #include "framework/core/stretch.h"
 
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
 #include <cassert>
 #include <utility>
+
+namespace {
+
+constexpr int BAND_PIXELS = 64 * 1024;  // 256 KiB, which a cache holds
+
+// A page is handed over whole: rows of pictures side by side would show seams once it is magnified. A window
+// has whole pixels.
+bool DrawsOnPixels(const QPainter& painter) {
+    return painter.paintEngine()->type() == QPaintEngine::Raster;
+}
+
+}  // namespace
 
 bool CDC::CreateCompatibleDC(const CDC*) {
     m_pPainter = nullptr;
@@ -35,10 +48,17 @@ bool CDC::StretchBlt(int x, int y, int nWidth, int nHeight, const CDC* pSource, 
     const CRect part = {std::max(m_exposed.left - x, 0), std::max(m_exposed.top - y, 0),
                         std::min(m_exposed.right - x, nWidth), std::min(m_exposed.bottom - y, nHeight)};
     if (part.Width() <= 0 || part.Height() <= 0) return true;
-    QImage pixels(part.Width(), part.Height(), QImage::Format_RGB32);
+    const int height = part.Height();
+    const int bandHeight =
+        DrawsOnPixels(*m_pPainter) ? std::clamp(BAND_PIXELS / part.Width(), 1, height) : height;
+    QImage pixels(part.Width(), bandHeight, QImage::Format_RGB32);
     if (pixels.isNull()) AfxThrowMemoryException();
-    StretchExposed(bitmap, sizes, part, reinterpret_cast<u32*>(pixels.bits()),
-                   static_cast<u64>(pixels.bytesPerLine()) / sizeof(u32));
-    m_pPainter->drawImage(QPoint(x + part.left, y + part.top), pixels);
+    for (int top = part.top; top < part.bottom; top += bandHeight) {
+        const CRect band = {part.left, top, part.right, std::min(top + bandHeight, part.bottom)};
+        StretchExposed(bitmap, sizes, band, reinterpret_cast<u32*>(pixels.bits()),
+                       static_cast<u64>(pixels.bytesPerLine()) / sizeof(u32));
+        m_pPainter->drawImage(QPoint(x + band.left, y + band.top), pixels,
+                              QRect(0, 0, band.Width(), band.Height()));
+    }
     return true;
 }

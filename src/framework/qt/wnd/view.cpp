@@ -24,11 +24,13 @@ class ViewWidget final : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* pEvent) override {
-        const QRect exposed = pEvent->rect();
         QPainter painter(this);
-        CDC dc(&painter, {exposed.left(), exposed.top(), exposed.left() + exposed.width(),
-                          exposed.top() + exposed.height()});
-        m_view.Paint(dc);
+        // What is exposed can be much less than the rectangle around it.
+        for (const QRect& exposed : pEvent->region()) {
+            CDC dc(&painter, {exposed.left(), exposed.top(), exposed.left() + exposed.width(),
+                              exposed.top() + exposed.height()});
+            m_view.Paint(dc);
+        }
     }
 
     void contextMenuEvent(QContextMenuEvent* pEvent) override {
