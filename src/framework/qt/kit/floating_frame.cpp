@@ -7,8 +7,10 @@
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
+#include <QWindow>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -68,6 +70,20 @@ class FloatingFrame final : public QWidget {
         const QRect text = caption.adjusted(CAPTION_MARGIN, 0, -CAPTION_MARGIN, 0);
         painter.drawText(text, Qt::AlignVCenter,
                          fontMetrics().elidedText(windowTitle(), Qt::ElideRight, text.width()));
+    }
+
+    void showEvent(QShowEvent* pEvent) override {
+        if (pEvent->spontaneous()) return;
+        m_shownAt = pos();
+        windowHandle()->installEventFilter(this);
+    }
+
+    // Of the window behind it. A window manager that takes hold of a window puts it into the screen's corner
+    // for a moment, and the toolkit may go on believing that it is there. Once it is seen it is in its place.
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::Expose && m_shownAt && windowHandle()->isExposed())
+            move(*std::exchange(m_shownAt, std::nullopt));
+        return QWidget::eventFilter(pWatched, pEvent);
     }
 
     void resizeEvent(QResizeEvent*) override {
@@ -154,6 +170,8 @@ class FloatingFrame final : public QWidget {
     QToolButton m_close;
     QVBoxLayout m_layout;
     QWidget* m_pContent = nullptr;
+
+    std::optional<QPoint> m_shownAt;  // its corner, until the window is seen there
 
     Grip m_grip = Grip::None;  // what the mouse holds
     QPoint m_heldAt;           // where it took hold, on the screen
