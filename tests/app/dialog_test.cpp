@@ -1,7 +1,11 @@
 // The dialogs, answered in the user's place.
 
+#include "framework/qt/wnd/dialog.h"
+
 #include "framework/qt/wnd/printing.h"
 #include "window_case.h"
+
+#include <QLineEdit>
 
 TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) {
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
@@ -13,6 +17,9 @@ TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) 
         const bool refused = size == CSize{};
         m_answers.m_nextDialog = [&, text = entry](ModalDialog& dialog) {
             EXPECT_EQ(dialog.GetItemText(IDC_SCALE), shown);
+            const auto& edit = *static_cast<CDialog&>(dialog).GetWidget()->findChild<QLineEdit*>();
+            EXPECT_EQ(edit.selectedText().toStdString(), shown);
+            EXPECT_EQ(edit.cursorPosition(), 0) << "a long text shows its beginning";
             dialog.SetItemText(IDC_SCALE, text);
             EXPECT_EQ(dialog.Press(IDOK), !refused) << text;
             if (!refused) return IDOK;

@@ -71,7 +71,11 @@ int CDialog::DoModal() {
 void CDialog::GotoDlgCtrl(u32 nID) {
     QWidget* const control = AfxFindControl(*GetWidget(), nID);
     control->setFocus();
-    if (auto* const edit = qobject_cast<QLineEdit*>(control)) edit->selectAll();
+    auto* const edit = qobject_cast<QLineEdit*>(control);
+    if (!edit) return;
+    // From its end to its beginning, which shows then where the text is too long.
+    const int length = static_cast<int>(edit->text().size());
+    edit->setSelection(length, -length);
 }
 
 std::string CDialog::GetItemText(u32 nID) const {
