@@ -202,7 +202,11 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
     ASSERT_TRUE(panel && panel->isAncestorOf(&Layers()) && panel->isAncestorOf(&Channels()));
     EXPECT_TRUE(panel->rect().contains(QRect(Layers().mapTo(panel, QPoint(0, 0)), Layers().size())));
     EXPECT_TRUE(panel->rect().contains(QRect(Channels().mapTo(panel, QPoint(0, 0)), Channels().size())));
-    panel->close();
+    Layers().showPopup();
+    for (QWidget* const next : {panel, static_cast<QWidget*>(nullptr)}) {
+        QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Escape);
+        EXPECT_EQ(QApplication::activePopupWidget(), next) << "the list closes first";
+    }
     EXPECT_TRUE(strip.isAncestorOf(&Layers()) && Layers().isVisible());
 }
 

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QProxyStyle>
 #include <QStyleOption>
 #include <QStylePainter>
@@ -53,6 +54,7 @@ class ListWidget final : public QComboBox {
         // The number at the end of a name tells it from its neighbours.
         view()->setItemDelegate(new EntryDelegate(this));
         view()->setTextElideMode(Qt::ElideMiddle);
+        view()->installEventFilter(this);
         view()->viewport()->installEventFilter(this);
     }
 
@@ -62,8 +64,9 @@ class ListWidget final : public QComboBox {
         QComboBox::showPopup();
     }
 
-    // Of an entry in the list that is dropped down.
+    // Of the list that is dropped down, and of an entry in it.
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+        if (pWatched == view()) return FilterKey(*pEvent) || QComboBox::eventFilter(pWatched, pEvent);
         if (pEvent->type() != QEvent::ToolTip) return QComboBox::eventFilter(pWatched, pEvent);
         const auto& help = *static_cast<QHelpEvent*>(pEvent);
         const QModelIndex entry = view()->indexAt(help.pos());
@@ -99,6 +102,16 @@ class ListWidget final : public QComboBox {
     }
 
   private:
+    // By itself the list would close when asked for shortcuts, and the key that follows close the panel that
+    // the list stands on.
+    bool FilterKey(QEvent& event) {
+        const bool isKey = event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride;
+        if (!isKey || !static_cast<QKeyEvent&>(event).matches(QKeySequence::Cancel)) return false;
+        if (event.type() == QEvent::KeyPress) hidePopup();
+        event.accept();
+        return true;
+    }
+
     // Between the list's edge and the text inside it, in pixels, on each side.
     static constexpr int TEXT_MARGIN = 2;
 
