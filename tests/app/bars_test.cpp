@@ -73,13 +73,21 @@ void Mouse(QWidget& widget, QEvent::Type type, const QPoint& onScreen, Qt::Mouse
     QApplication::sendEvent(&widget, &event);
 }
 
-// From a place in the widget to one on the screen.
-void Drag(QWidget& widget, const QPoint& from, const QPoint& onScreen) {
+QRubberBand* Outline() {
+    for (QWidget* const window : QApplication::topLevelWidgets())
+        if (auto* const outline = qobject_cast<QRubberBand*>(window)) return outline;
+    return nullptr;
+}
+
+// From a place in the widget to one on the screen. What the outline shows at last; empty without one.
+QRect Drag(QWidget& widget, const QPoint& from, const QPoint& onScreen) {
     Mouse(widget, QEvent::MouseButtonPress, widget.mapToGlobal(from), Qt::LeftButton);
     const QPoint start = widget.mapToGlobal(from);
     Mouse(widget, QEvent::MouseMove, (start + onScreen) / 2, Qt::LeftButton);
     Mouse(widget, QEvent::MouseMove, onScreen, Qt::LeftButton);
+    const QRect outline = Outline() ? Outline()->geometry() : QRect();
     Mouse(widget, QEvent::MouseButtonRelease, onScreen, Qt::NoButton);
+    return outline;
 }
 
 constexpr QPoint CAPTION(20, 10);  // in a floating frame
@@ -216,9 +224,8 @@ TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
     const auto ofHost = [](const QMainWindow& host, int x, int y) { return host.mapToGlobal(QPoint(x, y)); };
     const auto drop = [](QToolBar& bar, const QPoint& onScreen) {
         if (QWidget* const frame = FloatingFrame(bar.windowTitle().toStdString()))
-            Drag(*frame, CAPTION, onScreen);
-        else
-            Drag(bar, GRIP, onScreen);
+            return Drag(*frame, CAPTION, onScreen);
+        return Drag(bar, GRIP, onScreen);
     };
     for (const bool isTool : {true, false}) {
         QToolBar& bar = isTool ? ToolBar() : LayerBar();
@@ -229,14 +236,18 @@ TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
         for (const auto& [x, y, area] : Table<int, int, Area>{{200, bottom, Qt::BottomToolBarArea},
                  {5, middle, Qt::LeftToolBarArea}, {right, middle, Qt::RightToolBarArea},
                  {200, middle, Qt::NoToolBarArea}, {200, 5, Qt::TopToolBarArea}}) {
-            drop(bar, ofHost(host, x, y));
+            const QRect outline = drop(bar, ofHost(host, x, y));
             const bool floats = !isTool && area != Qt::TopToolBarArea && area != Qt::BottomToolBarArea;
             EXPECT_EQ(!FloatingFrame(bar.windowTitle().toStdString()), !floats && area != Qt::NoToolBarArea)
                 << isTool << " at " << x << ", " << y;
             if (!floats && area != Qt::NoToolBarArea) {
                 EXPECT_EQ(host.toolBarArea(&bar), area) << isTool;
             }
-            EXPECT_EQ(bar.isVisible(), !FloatingFrame(bar.windowTitle().toStdString()));
+            const QWidget* const frame = FloatingFrame(bar.windowTitle().toStdString());
+            EXPECT_EQ(bar.isVisible(), !frame);
+            if (frame && !outline.isEmpty()) {
+                EXPECT_EQ(frame->size(), outline.size()) << isTool;
+            }
         }
     }
 }
@@ -310,19 +321,15 @@ TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {
 }
 
 TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
-    const auto outline = [] {
-        const auto windows = QApplication::topLevelWidgets();
-        return std::ranges::any_of(windows, [](QWidget* pWindow) { return qobject_cast<QRubberBand*>(pWindow); });
-    };
     for (const QEvent::Type end :
         {QEvent::WindowDeactivate, QEvent::WindowBlocked, QEvent::UngrabMouse, QEvent::Hide}) {
         const QPoint from = LayerBar().mapToGlobal(GRIP);
         Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
         Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
-        EXPECT_TRUE(outline());
+        EXPECT_TRUE(Outline());
         QEvent event(end);
         QApplication::sendEvent(&LayerBar(), &event);
-        EXPECT_FALSE(outline()) << end;
+        EXPECT_FALSE(Outline()) << end;
         Mouse(LayerBar(), QEvent::MouseButtonRelease, from + QPoint(50, 200), Qt::NoButton);
         EXPECT_FALSE(FloatingFrame("Layers & Channels")) << "nothing is dropped";
     }
@@ -330,7 +337,7 @@ TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
     Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
     Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
     theApp.m_pMainWnd->DestroyChildren();
-    EXPECT_FALSE(outline());
+    EXPECT_FALSE(Outline());
 }
 
 TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {

@@ -106,7 +106,10 @@ class DockingBar final : public QToolBar {
         const QPoint at = pEvent->globalPosition().toPoint();
         if (!m_held || (!m_pOutline && (at - *m_held).manhattanLength() < QApplication::startDragDistance()))
             return;
-        if (!m_pOutline) m_pOutline = std::make_unique<QRubberBand>(QRubberBand::Rectangle);
+        if (!m_pOutline) {
+            m_pOutline = std::make_unique<QRubberBand>(QRubberBand::Rectangle);
+            m_outlineSize = m_floatingSize ? *m_floatingSize : GetFirstFloatingSize();
+        }
         m_pOutline->setGeometry(OutlineAt(at, pEvent->modifiers()));
         m_pOutline->show();
     }
@@ -173,6 +176,12 @@ class DockingBar final : public QToolBar {
         menu->setAttribute(Qt::WA_DeleteOnClose);
         menu->addAction(m_pToggle);
         menu->popup(at);
+    }
+
+    QSize GetFirstFloatingSize() const {
+        if (m_pContent) return AfxFrameSizeFor(*m_pFrame, *m_pContent);
+        const std::unique_ptr<QWidget> rows(AfxCreateButtonRows(*this));
+        return AfxFrameSizeFor(*m_pFrame, *rows);
     }
 
     // Where the corner of the frame lies from a pointer that drags it.
@@ -289,7 +298,7 @@ class DockingBar final : public QToolBar {
                 edge.setLeft(edge.right() + 1 - depth);
                 return edge;
             default:
-                return {at - GetFloatingCorner(), m_floatingSize.value_or(sizeHint())};
+                return {at - GetFloatingCorner(), m_outlineSize};
         }
     }
 
@@ -300,6 +309,7 @@ class DockingBar final : public QToolBar {
     QWidget* m_pHolder = nullptr;   // of the content while the bar is docked
     QWidget* m_pRows = nullptr;     // a floating bar's buttons
     std::unique_ptr<QRubberBand> m_pOutline;
+    QSize m_outlineSize;  // where nothing is near to dock at
     bool m_bFloating = false;
     std::optional<QPoint> m_held;         // where the mouse took hold of the docked bar, on the screen
     std::optional<QPoint> m_floatingAt;   // where the bar floated last

@@ -51,7 +51,11 @@ class FloatingFrame final : public QWidget {
         m_pContent = pContent;
         m_layout.addWidget(pContent);
         pContent->show();
-        FitTo(QRect(pos(), QSize(pContent->sizeHint().width() + 2 * BORDER, 0)));
+        resize(SizeFor(*pContent));
+    }
+
+    QSize SizeFor(const QWidget& content) const {
+        return SizeAround(content, content.sizeHint().width() + 2 * BORDER);
     }
 
     QPoint CaptionMiddle() const { return {width() / 2, BORDER + CaptionHeight() / 2}; }
@@ -111,7 +115,8 @@ class FloatingFrame final : public QWidget {
                 if (m_isDragged) move(m_heldPlace.topLeft() + moved);
                 return;
             case Grip::Left:
-                FitTo(m_heldPlace.adjusted(std::min(moved.x(), m_heldPlace.width() - LeastWidth()), 0, 0, 0));
+                FitTo(m_heldPlace.adjusted(
+                    std::min(moved.x(), m_heldPlace.width() - LeastWidthAround(*m_pContent)), 0, 0, 0));
                 return;
             case Grip::Right:
                 FitTo(m_heldPlace.adjusted(0, 0, moved.x(), 0));
@@ -144,16 +149,20 @@ class FloatingFrame final : public QWidget {
   private:
     int CaptionHeight() const { return fontMetrics().height() + 2 * CAPTION_MARGIN; }
     QRect CaptionPlace() const { return {BORDER, BORDER, width() - 2 * BORDER, CaptionHeight()}; }
-    int LeastWidth() const {
-        return std::max(m_pContent->minimumSizeHint().width() + 2 * BORDER, LEAST_WIDTH);
+    static int LeastWidthAround(const QWidget& content) {
+        return std::max(content.minimumSizeHint().width() + 2 * BORDER, LEAST_WIDTH);
+    }
+
+    QSize SizeAround(const QWidget& content, int nWidth) const {
+        const int width = std::max(nWidth, LeastWidthAround(content));
+        const int inside = width - 2 * BORDER;
+        const int height =
+            content.hasHeightForWidth() ? content.heightForWidth(inside) : content.sizeHint().height();
+        return {width, height + CaptionHeight() + 2 * BORDER};
     }
 
     void FitTo(const QRect& place) {
-        const int width = std::max(place.width(), LeastWidth());
-        const int inside = width - 2 * BORDER;
-        const int content = m_pContent->hasHeightForWidth() ? m_pContent->heightForWidth(inside)
-                                                            : m_pContent->sizeHint().height();
-        setGeometry(place.left(), place.top(), width, content + CaptionHeight() + 2 * BORDER);
+        setGeometry(QRect(place.topLeft(), SizeAround(*m_pContent, place.width())));
     }
 
     Grip GripAt(const QPoint& at) const {
@@ -187,6 +196,10 @@ QWidget* AfxCreateFloatingFrame(QWidget& owner, FloatingFrameEvents events) {
 
 void AfxFillFrame(QWidget& frame, QWidget* pContent, bool bTakesKeys) {
     static_cast<FloatingFrame&>(frame).Fill(pContent, bTakesKeys);
+}
+
+QSize AfxFrameSizeFor(const QWidget& frame, const QWidget& content) {
+    return static_cast<const FloatingFrame&>(frame).SizeFor(content);
 }
 
 QPoint AfxCaptionOf(const QWidget& frame) {

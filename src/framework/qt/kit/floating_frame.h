@@ -5,6 +5,7 @@
 #include <functional>
 
 class QPoint;
+class QSize;
 class QWidget;
 
 struct FloatingFrameEvents {
@@ -21,6 +22,9 @@ QWidget* AfxCreateFloatingFrame(QWidget& owner, FloatingFrameEvents events);
 // The frame owns what it holds until that is taken away again. One that takes no keys leaves them to the
 // window that has them.
 void AfxFillFrame(QWidget& frame, QWidget* pContent, bool bTakesKeys);
+
+// The size that the frame takes when it is filled with that.
+QSize AfxFrameSizeFor(const QWidget& frame, const QWidget& content);
 
 // The caption's middle, from the frame's corner.
 QPoint AfxCaptionOf(const QWidget& frame);
