@@ -205,11 +205,19 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
     EXPECT_TRUE(more->isVisible());
     EXPECT_TRUE(strip.rect().contains(more->geometry()));
     EXPECT_TRUE(View().GetWidget()->width() >= strip.width());
-    more->click();
-    QWidget* const panel = QApplication::activePopupWidget();
-    ASSERT_TRUE(panel && panel->isAncestorOf(&Layers()) && panel->isAncestorOf(&Channels()));
-    EXPECT_TRUE(panel->rect().contains(QRect(Layers().mapTo(panel, QPoint(0, 0)), Layers().size())));
-    EXPECT_TRUE(panel->rect().contains(QRect(Channels().mapTo(panel, QPoint(0, 0)), Channels().size())));
+    QWidget* panel = nullptr;
+    for (const int width : {1000, 150}) {
+        if (panel) panel->close();
+        theApp.m_pMainWnd->MoveWindow({0, 0, width, 700});
+        more->click();
+        panel = QApplication::activePopupWidget();
+        ASSERT_TRUE(panel && panel->isAncestorOf(&Layers()) && panel->isAncestorOf(&Channels()));
+        EXPECT_LE(panel->width(), MainWindow().width());
+        EXPECT_TRUE(panel->rect().contains(QRect(Layers().mapTo(panel, QPoint(0, 0)), Layers().size())));
+        EXPECT_TRUE(panel->rect().contains(QRect(Channels().mapTo(panel, QPoint(0, 0)), Channels().size())));
+        EXPECT_FALSE(Layers().geometry().intersects(Channels().geometry()));
+        EXPECT_GT(Layers().width(), 20) << width;
+    }
     Layers().showPopup();
     for (QWidget* const next : {panel, static_cast<QWidget*>(nullptr)}) {
         QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Escape);

@@ -132,20 +132,41 @@ class ControlStrip final : public QWidget {
         }
     }
 
+    // Each below the one before, where they have no room beside each other.
+    void Stack(int nRoom) {
+        int indent = 0;
+        for (const Field& field : m_fields)
+            indent = std::max(indent, field.place.left() - field.labelPlace.left());
+        const int margin = m_fields.front().labelPlace.left();
+        const int left = margin + indent;
+        int right = left;
+        int top = 0;
+        for (const Field& field : m_fields) {
+            const int width = std::clamp(nRoom - margin - left, 1, field.place.width());
+            field.label->setGeometry(field.labelPlace.translated(margin - field.labelPlace.left(), top));
+            field.control->setGeometry(left, top + field.place.top(), width, field.place.height());
+            right = std::max(right, left + width);
+            top += m_size.height();
+        }
+        m_pControls->resize(right + margin, top);
+    }
+
     // Beside the bar, so that it covers nothing of what the lists are about; no wider than the main window
     // and never off the screen.
     void Open(QWidget& first) {
         const QWidget* outermost = this;
         while (outermost->parentWidget()) outermost = outermost->parentWidget();
         const int frame = m_pPanel->frameWidth();
-        const int inside =
-            std::max(std::min(m_size.width(), outermost->width() - 2 * frame), LeastWidthOfAll());
+        const int inside = std::min(m_size.width(), outermost->width() - 2 * frame);
         m_pControls->setParent(m_pPanel);
         m_shown = m_fields.size();
         m_pControls->setGeometry(frame, frame, inside, m_size.height());
-        Place(inside);
+        if (inside < LeastWidthOfAll())
+            Stack(inside);
+        else
+            Place(inside);
         m_pControls->show();
-        m_pPanel->resize(inside + 2 * frame, m_size.height() + 2 * frame);
+        m_pPanel->resize(m_pControls->size() + QSize(2 * frame, 2 * frame));
         const QRect screen = this->screen()->availableGeometry();
         const QPoint beside = mapToGlobal(QPoint(width(), -frame));
         m_pPanel->move(std::max(std::min(beside.x(), screen.right() + 1 - m_pPanel->width()), screen.left()),
