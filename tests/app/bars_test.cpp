@@ -302,6 +302,8 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
         QTimer::singleShot(0, [] {
             auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             ASSERT_TRUE(menu);
+            const QRect window(MainWindow().mapToGlobal(QPoint(0, 0)), MainWindow().size());
+            EXPECT_TRUE(window.contains(menu->geometry()) || FloatingFrame("Toolbar"));
             menu->setActiveAction(menu->actions()[0]);
             QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
             QApplication::sendEvent(menu, &key);
@@ -310,12 +312,16 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
         QApplication::sendEvent(MainWindow().centralWidget(), &wanted);
         Settle();
     };
+    theApp.m_pMainWnd->MoveWindow({0, 0, 400, 600});
+    MainWindow().addToolBar(Qt::RightToolBarArea, &ToolBar());
+    Settle();
     takeItem();
     ASSERT_TRUE(FloatingFrame("Toolbar"));
     EXPECT_FALSE(ToolBar().isVisible());
     takeItem();
     EXPECT_FALSE(FloatingFrame("Toolbar"));
     EXPECT_TRUE(ToolBar().isVisible());
+    MainWindow().addToolBar(Qt::TopToolBarArea, &ToolBar());
 }
 
 TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {

@@ -39,8 +39,9 @@ class DockingBar final : public QToolBar {
         : QToolBar(&host),
           m_host(host),
           m_pFrame(AfxCreateFloatingFrame(
-              *this, {[this](const QPoint& at, const QPoint& from) { Drop(at, from); },
-                      [this] { ToggleFloating(); }, [this](const QPoint& at) { ShowMenu(at); }})),
+              *this,
+              {[this](const QPoint& at, const QPoint& from) { Drop(at, from); }, [this] { ToggleFloating(); },
+               [this](const QPoint& at) { ShowMenu(at, QContextMenuEvent::Mouse); }})),
           m_pToggle(new QAction(this)) {
         connect(this, &QWidget::windowTitleChanged, this, &DockingBar::SetTitle);
         connect(m_pToggle, &QAction::triggered, this, &DockingBar::ToggleFloating);
@@ -131,7 +132,9 @@ class DockingBar final : public QToolBar {
         if (pEvent->button() == Qt::LeftButton) ToggleFloating();
     }
 
-    void contextMenuEvent(QContextMenuEvent* pEvent) override { ShowMenu(pEvent->globalPos()); }
+    void contextMenuEvent(QContextMenuEvent* pEvent) override {
+        ShowMenu(pEvent->globalPos(), pEvent->reason());
+    }
 
     void resizeEvent(QResizeEvent* pEvent) override {
         QToolBar::resizeEvent(pEvent);
@@ -145,7 +148,7 @@ class DockingBar final : public QToolBar {
         if (pEvent->type() != QEvent::ContextMenu) return QToolBar::eventFilter(pWatched, pEvent);
         if (static_cast<QContextMenuEvent*>(pEvent)->reason() != QContextMenuEvent::Keyboard || !IsShown())
             return false;
-        ShowMenu(Shown().mapToGlobal(Shown().rect().bottomLeft()));
+        ShowMenu(Shown().mapToGlobal(Shown().rect().bottomLeft()), QContextMenuEvent::Keyboard);
         pEvent->accept();
         return true;
     }
@@ -171,11 +174,21 @@ class DockingBar final : public QToolBar {
         m_pToggle->setText((m_bFloating ? tr("&Dock %1") : tr("&Float %1")).arg(title));
     }
 
-    void ShowMenu(const QPoint& at) {
+    // The pointer says where; a key only near what, and the menu of a docked bar stays inside the main
+    // window.
+    void ShowMenu(const QPoint& at, QContextMenuEvent::Reason reason) {
         auto* const menu = new QMenu(this);
         menu->setAttribute(Qt::WA_DeleteOnClose);
         menu->addAction(m_pToggle);
-        menu->popup(at);
+        const bool isFree = reason != QContextMenuEvent::Keyboard || m_bFloating;
+        const QWidget& window = *m_host.window();
+        const QRect inside(window.mapToGlobal(QPoint(0, 0)), window.size());
+        menu->popup(isFree ? at : MovedInto(inside, at, menu->sizeHint()));
+    }
+
+    static QPoint MovedInto(const QRect& room, const QPoint& at, const QSize& size) {
+        return {std::max(std::min(at.x(), room.right() + 1 - size.width()), room.left()),
+                std::max(std::min(at.y(), room.bottom() + 1 - size.height()), room.top())};
     }
 
     QSize GetFirstFloatingSize() const {
@@ -189,10 +202,7 @@ class DockingBar final : public QToolBar {
 
     // The bar can be scrolled out of sight, and a screen be gone on which it floated before.
     void MoveOntoScreen(const QPoint& at) {
-        const QRect room = m_host.screen()->availableVirtualGeometry();
-        const QSize size = m_pFrame->size();
-        m_pFrame->move(std::max(std::min(at.x(), room.right() + 1 - size.width()), room.left()),
-                       std::max(std::min(at.y(), room.bottom() + 1 - size.height()), room.top()));
+        m_pFrame->move(MovedInto(m_host.screen()->availableVirtualGeometry(), at, m_pFrame->size()));
     }
 
     // What stands on the bar and has the keys; they stay with it wherever the bar goes.
