@@ -324,6 +324,22 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
     MainWindow().addToolBar(Qt::TopToolBarArea, &ToolBar());
 }
 
+TEST_F(BarsTest, TheMainWindowHasItsKeysBackAfterAMenuOpenedFromAFloatingBar) {
+    ToggleFloating();
+    QWidget* const frame = FloatingFrame("Layers & Channels");
+    ASSERT_TRUE(frame);
+    QApplication::setActiveWindow(frame);
+    Layers().setFocus();
+    ASSERT_TRUE(WaitFor([&] { return Layers().hasFocus(); }));
+    QTest::keyClick(&Layers(), Qt::Key_F, Qt::AltModifier);
+    QWidget* const menu = QApplication::activePopupWidget();
+    ASSERT_TRUE(menu);
+    QTest::keyClick(menu, Qt::Key_Escape);
+    QApplication::setActiveWindow(&MainWindow());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_FALSE(QApplication::activePopupWidget());
+}
+
 TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {
     QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
     QApplication::sendEvent(&Layers(), &wanted);

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -53,6 +54,7 @@ class MainWindow final : public QMainWindow {
 
     // Whatever the pointer or the keyboard goes over says what it does, and nothing once they leave it.
     bool event(QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::WindowActivate && focusWidget() == menuBar()) TakeKeysFromMenuBar();
         if (pEvent->type() != QEvent::StatusTip) return QMainWindow::event(pEvent);
         m_frame.SetMessageText(static_cast<QStatusTipEvent*>(pEvent)->tip().toStdString());
         return true;
@@ -64,6 +66,16 @@ class MainWindow final : public QMainWindow {
     }
 
   private:
+    // A menu closed by the Escape key leaves the keys to the menu bar, up to the next Escape. Where the keys
+    // were in the frame of a floating bar that one goes to the frame, and the menu bar would wait for ever.
+    void TakeKeysFromMenuBar() {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(menuBar(), &escape);
+        const CMDIChildWnd* const child = m_frame.MDIGetActive();
+        QWidget* const keeper = child ? child->GetActiveView()->GetWidget() : centralWidget();
+        keeper->setFocus(Qt::MenuBarFocusReason);
+    }
+
     // A source that is told of a move deletes its files.
     static void AcceptCopy(QDropEvent& event) {
         event.setDropAction(Qt::CopyAction);
