@@ -3,6 +3,7 @@
 
 #include "kernels/colour_block.h"
 #include "kernels/plain_kernels.h"
+#include "kernels/vector_kinds.h"
 
 #include <array>
 
@@ -163,11 +164,10 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace block_vectors {
-HWY_EXPORT(PutKernels);
+static constexpr VectorKind ALL_KINDS[] = VISTREL_VECTOR_KINDS(PutKernels);
 }
 
-void UseBlockVectors(RowKernels& kernels) {
-    using namespace block_vectors;
-    HWY_DYNAMIC_DISPATCH(PutKernels)(kernels);
+void UseBlockVectors(RowKernels& kernels, i64 nKind) {
+    PutKernelsOf(kernels, nKind, block_vectors::ALL_KINDS);
 }
 #endif

@@ -3,6 +3,7 @@
 // the plain kernels, so nothing outside the rows is read or written.
 
 #include "kernels/plain_kernels.h"
+#include "kernels/vector_kinds.h"
 
 #include <algorithm>
 #include <cstring>
@@ -293,23 +294,10 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace colour_vectors {
-HWY_EXPORT(PutKernels);
+static constexpr VectorKind ALL_KINDS[] = VISTREL_VECTOR_KINDS(PutKernels);
 }
 
-void UseColourVectors(RowKernels& kernels) {
-    using namespace colour_vectors;
-    HWY_DYNAMIC_DISPATCH(PutKernels)(kernels);
-}
-
-bool ChooseVectors(const std::string& strName) {
-    hwy::SetSupportedTargetsForTest(0);  // all that there are
-    if (strName == BEST_ROW_KERNELS) return true;
-    for (i64 rest = hwy::SupportedTargets(); rest != 0; rest &= rest - 1) {
-        const i64 target = rest & -rest;
-        if (strName != hwy::TargetName(target)) continue;
-        hwy::SetSupportedTargetsForTest(target);
-        return true;
-    }
-    return false;
+void UseColourVectors(RowKernels& kernels, i64 nKind) {
+    PutKernelsOf(kernels, nKind, colour_vectors::ALL_KINDS);
 }
 #endif

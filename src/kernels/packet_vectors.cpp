@@ -4,6 +4,7 @@
 
 #include "kernels/packets.h"
 #include "kernels/plain_kernels.h"
+#include "kernels/vector_kinds.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "kernels/packet_vectors.cpp"
@@ -80,11 +81,10 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace packet_vectors {
-HWY_EXPORT(PutKernels);
+static constexpr VectorKind ALL_KINDS[] = VISTREL_VECTOR_KINDS(PutKernels);
 }
 
-void UsePacketVectors(RowKernels& kernels) {
-    using namespace packet_vectors;
-    HWY_DYNAMIC_DISPATCH(PutKernels)(kernels);
+void UsePacketVectors(RowKernels& kernels, i64 nKind) {
+    PutKernelsOf(kernels, nKind, packet_vectors::ALL_KINDS);
 }
 #endif

@@ -1,6 +1,7 @@
 // Pixels of 24 bits made pixels of 32 bits with vectors.
 
 #include "kernels/plain_kernels.h"
+#include "kernels/vector_kinds.h"
 
 #include <cstring>
 
@@ -72,11 +73,10 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace pixel_vectors {
-HWY_EXPORT(PutKernels);
+static constexpr VectorKind ALL_KINDS[] = VISTREL_VECTOR_KINDS(PutKernels);
 }
 
-void UsePixelVectors(RowKernels& kernels) {
-    using namespace pixel_vectors;
-    HWY_DYNAMIC_DISPATCH(PutKernels)(kernels);
+void UsePixelVectors(RowKernels& kernels, i64 nKind) {
+    PutKernelsOf(kernels, nKind, pixel_vectors::ALL_KINDS);
 }
 #endif

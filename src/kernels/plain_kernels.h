@@ -20,12 +20,9 @@ void PlainColumns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidt
 // The colour map of values that all have a colour.
 void LookUpColours(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours);
 
-// Where the build has vectors: each puts its kernels into the table, those of the kind that was chosen last.
-void UseColourVectors(RowKernels& kernels);
-void UsePacketVectors(RowKernels& kernels);
-void UsePlaneVectors(RowKernels& kernels);
-void UseBlockVectors(RowKernels& kernels);
-void UsePixelVectors(RowKernels& kernels);
-
-// All kinds for BEST_ROW_KERNELS, or one of them by its name; false where the processor lacks it.
-bool ChooseVectors(const std::string& strName);
+// Where the build has vectors: each puts its kernels for that kind of them into the table.
+void UseBlockVectors(RowKernels& kernels, i64 nKind);
+void UseColourVectors(RowKernels& kernels, i64 nKind);
+void UsePacketVectors(RowKernels& kernels, i64 nKind);
+void UsePixelVectors(RowKernels& kernels, i64 nKind);
+void UsePlaneVectors(RowKernels& kernels, i64 nKind);

@@ -2,6 +2,7 @@
 // transposed at once, first the bytes, then the bits.
 
 #include "kernels/plain_kernels.h"
+#include "kernels/vector_kinds.h"
 
 #include <algorithm>
 
@@ -139,11 +140,10 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace plane_vectors {
-HWY_EXPORT(PutKernels);
+static constexpr VectorKind ALL_KINDS[] = VISTREL_VECTOR_KINDS(PutKernels);
 }
 
-void UsePlaneVectors(RowKernels& kernels) {
-    using namespace plane_vectors;
-    HWY_DYNAMIC_DISPATCH(PutKernels)(kernels);
+void UsePlaneVectors(RowKernels& kernels, i64 nKind) {
+    PutKernelsOf(kernels, nKind, plane_vectors::ALL_KINDS);
 }
 #endif

@@ -1,6 +1,9 @@
 #include "kernels/row_kernels.h"
 
 #include "kernels/plain_kernels.h"
+#ifdef VISTREL_VECTORS
+#include "kernels/vector_kinds.h"
+#endif
 
 namespace {
 
@@ -105,26 +108,30 @@ const RowKernels PLAIN_ROW_KERNELS = {HighBytes,
                                       PlainIndexedColumns,
                                       PlainColumns24};
 
-static RowKernels MakeVectorKernels() {
-    RowKernels kernels = PLAIN_ROW_KERNELS;
 #ifdef VISTREL_VECTORS
-    UseColourVectors(kernels);
-    UsePacketVectors(kernels);
-    UsePlaneVectors(kernels);
-    UseBlockVectors(kernels);
-    UsePixelVectors(kernels);
-#endif
+static RowKernels KernelsFor(i64 nKind) {
+    RowKernels kernels = PLAIN_ROW_KERNELS;
+    UseBlockVectors(kernels, nKind);
+    UseColourVectors(kernels, nKind);
+    UsePacketVectors(kernels, nKind);
+    UsePixelVectors(kernels, nKind);
+    UsePlaneVectors(kernels, nKind);
     return kernels;
 }
-
-#ifndef VISTREL_VECTORS
-bool ChooseVectors(const std::string& strName) {
-    return strName == BEST_ROW_KERNELS;
+#else
+static i64 BestVectors() {
+    return 0;
+}
+static bool FindVectors(const std::string&, i64&) {
+    return false;
+}
+static RowKernels KernelsFor(i64) {
+    return PLAIN_ROW_KERNELS;
 }
 #endif
 
 static RowKernels& KernelsInUse() {
-    static RowKernels kernels = MakeVectorKernels();
+    static RowKernels kernels = KernelsFor(BestVectors());
     return kernels;
 }
 
@@ -133,8 +140,11 @@ const RowKernels& TheRowKernels() {
 }
 
 bool UseRowKernels(const std::string& strName) {
-    const bool plain = strName == PLAIN_KERNELS_NAME;
-    if (!plain && !ChooseVectors(strName)) return false;
-    KernelsInUse() = plain ? PLAIN_ROW_KERNELS : MakeVectorKernels();
+    i64 kind = 0;
+    if (strName == BEST_ROW_KERNELS)
+        kind = BestVectors();
+    else if (strName != PLAIN_KERNELS_NAME && !FindVectors(strName, kind))
+        return false;
+    KernelsInUse() = KernelsFor(kind);
     return true;
 }
