@@ -51,6 +51,18 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
 ShellOpen::ShellOpen(const std::string& strName, Request request)
     : m_strName(strName), m_pObject(std::make_unique<QObject>()) {
     new ApplicationAdaptor(*m_pObject, std::move(request));
+    m_asking = std::thread([this] { AskForName(); });
+}
+
+ShellOpen::~ShellOpen() {
+    WaitForBus();
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    bus.interface()->unregisterService(QString::fromStdString(m_strName));
+    bus.unregisterObject(ObjectPath(m_strName));
+}
+
+void ShellOpen::AskForName() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     // Whoever owns the name can be called.
@@ -59,14 +71,12 @@ ShellOpen::ShellOpen(const std::string& strName, Request request)
                                      QDBusConnectionInterface::QueueService);
 }
 
-ShellOpen::~ShellOpen() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return;
-    bus.interface()->unregisterService(QString::fromStdString(m_strName));
-    bus.unregisterObject(ObjectPath(m_strName));
+void ShellOpen::WaitForBus() {
+    if (m_asking.joinable()) m_asking.join();
 }
 
-bool ShellOpen::HandOver(const std::vector<std::string>& uris) const {
+bool ShellOpen::HandOver(const std::vector<std::string>& uris) {
+    WaitForBus();
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return false;
     QStringList words;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 class QObject;
@@ -14,16 +15,20 @@ class ShellOpen {
     // What to do about a request: open these URIs, or only come to the front where there are none.
     using Request = std::function<void(const std::vector<std::string>&)>;
 
-    // Asks for the name, or waits in line for it. Without a bus nothing comes in.
+    // Asks for the name, or waits in line for it, while the program goes on. Without a bus nothing comes in.
     ShellOpen(const std::string& strName, Request request);
     ~ShellOpen();
     ShellOpen(const ShellOpen&) = delete;
     ShellOpen& operator=(const ShellOpen&) = delete;
 
     // Passes the request on to the copy that owns the name. False when no other one does.
-    bool HandOver(const std::vector<std::string>& uris) const;
+    bool HandOver(const std::vector<std::string>& uris);
 
   private:
+    void AskForName();
+    void WaitForBus();
+
     std::string m_strName;
     std::unique_ptr<QObject> m_pObject;  // stands for the program on the bus
+    std::thread m_asking;
 };

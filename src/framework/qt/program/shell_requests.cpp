@@ -21,7 +21,7 @@ void CShellRequests::Close() {
     m_pShellOpen.reset();
 }
 
-bool CShellRequests::HandOver(const std::vector<std::string>& paths) const {
+bool CShellRequests::HandOver(const std::vector<std::string>& paths) {
     std::vector<std::string> uris;
     for (const std::string& path : paths) uris.push_back(ToFileUri(GetFullPath(path)));
     return m_pShellOpen && m_pShellOpen->HandOver(uris);

@@ -20,7 +20,7 @@ class CShellRequests {
     void Close();
 
     // Passes the paths on to the copy of the program that runs already. False when there is none.
-    bool HandOver(const std::vector<std::string>& paths) const;
+    bool HandOver(const std::vector<std::string>& paths);
 
     void Add(const std::vector<std::string>& uris) { m_waiting.push_back(uris); }
     bool IsEmpty() const { return m_waiting.empty(); }
