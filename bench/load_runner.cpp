@@ -3,6 +3,7 @@
 // usage: load_runner COMMAND...
 //   list                            a line for each workload: name, bytes kept, bytes of its bitmap
 //   write NAME FILE                 makes the workload's file
+//   square SIDE FILE                makes a raw document of that size
 //   load FILE RUNS                  loads it so often, and prints each one's processor time in ms
 //   floor FILE KEPT BITMAP RUNS     the same of reading the file, and of writing so many bytes each
 //   memcpy RUNS                     the same of copying 48 MiB
@@ -41,14 +42,15 @@ int List() {
     return 0;
 }
 
-int Write(const std::string& strName, const std::string& strPath) {
-    for (const Workload& workload : Workloads()) {
-        if (workload.strName != strName) continue;
-        const Bytes bytes = workload.make();
-        std::ofstream file(strPath, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return file.good() ? 0 : 1;
-    }
+int Write(const Bytes& bytes, const std::string& strPath) {
+    std::ofstream file(strPath, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return file.good() ? 0 : 1;
+}
+
+int WriteNamed(const std::string& strName, const std::string& strPath) {
+    for (const Workload& workload : Workloads())
+        if (workload.strName == strName) return Write(workload.make(), strPath);
     return 1;
 }
 
@@ -78,7 +80,9 @@ int Run(const Arguments& arguments) {
     const std::string command = arguments.empty() ? "" : arguments[0];
     const auto number = [&](size_t nPlace) { return std::stoull(arguments[nPlace]); };
     if (command == "list") return List();
-    if (command == "write" && arguments.size() == 3) return Write(arguments[1], arguments[2]);
+    if (command == "write" && arguments.size() == 3) return WriteNamed(arguments[1], arguments[2]);
+    if (command == "square" && arguments.size() == 3)
+        return Write(SquareDocument(static_cast<u32>(number(1))), arguments[2]);
     RegisterChunks();
     const CVistrelDoc open;  // as long as one is, freed memory is kept
     LargeBlock::SetKeptLimit(u64{1} << 31);

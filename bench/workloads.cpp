@@ -130,3 +130,7 @@ const std::vector<Workload>& Workloads() {
     };
     return workloads;
 }
+
+Bytes SquareDocument(u32 nSide) {
+    return Raw(3, 8, PSD_RGB, nSide);
+}

@@ -16,3 +16,6 @@ struct Workload {
 };
 
 const std::vector<Workload>& Workloads();
+
+// A raw document in RGB of 8 bits, with sides of so many pixels.
+Bytes SquareDocument(u32 nSide);
