@@ -42,7 +42,11 @@ class Dump {
         if (item.isSeparator())
             Line(2, QStringLiteral("-"));
         else
-            Line(2, QStringLiteral("%1 %2 | %3").arg(id).arg(item.text(), item.statusTip()));
+            Line(2, QStringLiteral("%1 %2 | %3%4").arg(id).arg(item.text(), item.statusTip(), State(item)));
+    }
+
+    static QString State(const QAction& item) {
+        return QString::fromLatin1(item.isEnabled() ? "" : " | grey") + (item.isChecked() ? " | checked" : "");
     }
 
     void ToolBar() {
@@ -52,10 +56,11 @@ class Dump {
             if (button->isSeparator())
                 Line(1, QStringLiteral("-"));
             else
-                Line(1, QStringLiteral("%1 %2 | %3 | %4")
+                Line(1, QStringLiteral("%1 %2 | %3 | %4%5")
                             .arg(button->data().toUInt())
                             .arg(button->toolTip(), button->statusTip(),
-                                button->icon().isNull() ? QStringLiteral("no icon") : QStringLiteral("icon")));
+                                button->icon().isNull() ? QStringLiteral("no icon") : QStringLiteral("icon"),
+                                State(*button)));
     }
 
     void Keys() {
@@ -106,6 +111,7 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     ASSERT_TRUE(WaitForTitle(""));
     Dump dump;
     dump.Line(0, theApp.m_pMainWnd->GetWidget()->windowTitle());
+    dump.Line(1, qApp->applicationVersion());
     for (const QByteArray& name : qApp->dynamicPropertyNames())
         dump.Line(1, QStringLiteral("%1: %2").arg(QString::fromLatin1(name), qApp->property(name).toString()));
     dump.Menus("without a document");
@@ -123,6 +129,7 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     ASSERT_TRUE(OpenFile(Picture(600, 100)));
     Settle();
     dump.Menus("with a document");
+    dump.ToolBar();
     dump.Panes("a document", Frame().m_wndInfoBar);
     dump.Controls(QStringLiteral("layer bar"), *ListOf(Frame().m_wndLayerCombo).parentWidget(), true);
     m_answers.m_nextDialog = [&](ModalDialog& dialog) {
