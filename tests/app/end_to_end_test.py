@@ -9,7 +9,6 @@ import os
 import struct
 import subprocess
 import tempfile
-import time
 import unittest
 from pathlib import Path
 
@@ -30,12 +29,14 @@ class EndToEndTest(ProgramTest):
     def wait_for_picture(self):
         wait_for(lambda: self.screen.place_of(in_rows(in_colour(VALUES), WIDTH)), "the picture")
 
-    def box(self):
-        return wait_for(lambda: self.screen.windows(TITLE), "a message box")[0]
+    def close_box(self):
+        self.screen.press(wait_for(lambda: self.screen.windows(TITLE), "a message box")[0], "Return")
 
-    def test_shows_the_picture(self):
-        self.start(self.path("picture.iff", picture()))
-        wait_for(lambda: self.screen.windows(TITLE + " - picture.iff"), "the main window")
+    def test_one_file_of_two_is_enough_and_a_path_is_its_bytes(self):
+        path = os.fsencode(self.folder.name) + b"/\xff\xfe%41.iff"
+        Path(os.fsdecode(path)).write_bytes(picture())
+        self.start(self.path("missing.iff"), path)
+        self.close_box()
         self.wait_for_picture()
 
     def test_ends_with_its_screen(self):
@@ -47,42 +48,16 @@ class EndToEndTest(ProgramTest):
     def test_each_refusal_is_told_and_ends_with_status_1(self):
         os.mkdir(self.path("folder"))
         os.mkfifo(self.path("pipe"))
-        shown = {}
-        for name, content in {"text": b"This is no picture.\n", "text2": b"This is no picture.\n", "empty": b"",
-                              "byte": b"F", "folder": None, "pipe": None, "missing": None}.items():
+        for name, content in {"text": b"This is no picture.\n", "folder": None, "pipe": None, "missing": None}.items():
             with self.subTest(name):
                 self.start(self.path(name, content))
-                box = self.box()
-                shown[name] = wait_for(lambda: self.settled(box), "the box to be drawn")
-                self.screen.press(box, "Return")
+                self.close_box()
                 self.assertEqual(self.program.wait(DEADLINE), 1)
-        self.assertNotEqual(shown["text"], shown["text2"], "the box does not name the file")
 
     def test_a_no_at_the_start_is_no_error_and_ends_it_with_status_1(self):
         self.start(self.path("cut.iff", cut_picture()))
         self.screen.press(self.box(), "alt+n")
         self.assertEqual(self.program.wait(DEADLINE), 1)
-
-    def settled(self, box):
-        """The box's pixels, once it has any and they no longer change."""
-        pixels = self.box_pixels(box)
-        time.sleep(0.1)
-        return pixels if len(set(pixels)) > 10 and pixels == self.box_pixels(box) else None
-
-    def box_pixels(self, box):
-        left, top, width, height = self.screen.place_of_window(box)
-        return [row[4 * left:4 * (left + width)] for row in self.screen.rows()[top:top + height]]
-
-    def test_one_file_of_two_is_enough(self):
-        self.start(self.path("missing.iff"), self.path("picture.iff", picture()))
-        self.screen.press(self.box(), "Return")
-        self.wait_for_picture()
-        self.assertIsNone(self.program.poll())
-
-    def test_a_path_is_its_bytes(self):
-        Path(os.fsdecode(os.fsencode(self.folder.name) + b"/\xff\xfe%41.iff")).write_bytes(picture())
-        self.start(os.fsencode(self.folder.name) + b"/\xff\xfe%41.iff")
-        self.wait_for_picture()
 
 
 class WithoutScreenTest(unittest.TestCase):
@@ -97,15 +72,13 @@ class WithoutScreenTest(unittest.TestCase):
                               capture_output=True, text=True, timeout=DEADLINE)
 
     def test_answers_that_need_none(self):
-        for words, status, out, err in [(["--help"], 0, "usage:", ""), (["--version", "x.iff"], 0, "1.12", ""),
-                                        (["--nonsense"], 2, "", "--nonsense")]:
+        for words, status, out, err in [(["--help"], 0, "usage: .*", ""), (["--version", "x.iff"], 0, TITLE + " 1.12\n", ""),
+                                        (["--nonsense"], 2, "", ".*--nonsense.*")]:
             with self.subTest(words):
                 done = self.run_program(*words)
                 self.assertEqual(done.returncode, status)
-                self.assertIn(out, done.stdout)
-                self.assertEqual(bool(out), bool(done.stdout))
-                self.assertIn(err, done.stderr)
-                self.assertEqual(bool(err), bool(done.stderr))
+                self.assertRegex(done.stdout, f"(?s)^{out}$")
+                self.assertRegex(done.stderr, f"(?s)^{err}$")
 
     def test_a_page_is_printed_without_asking(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -132,10 +105,9 @@ class WithoutScreenTest(unittest.TestCase):
 
             for words in [("-pt", file, "no such printer"), ("-p", file + ".missing"),
                           ("-pt", file, os.path.join(folder, "missing", "page.pdf"))]:
-                with self.subTest(words):
-                    done = self.run_program(*words)
-                    self.assertEqual((done.returncode, done.stdout), (1, ""))
-                    self.assertTrue(done.stderr.startswith(TITLE), done.stderr)
+                done = self.run_program(*words)
+                self.assertEqual((done.returncode, done.stdout), (1, ""))
+                self.assertTrue(done.stderr.startswith(TITLE), done.stderr)
 
     def test_says_in_one_line_that_there_is_none(self):
         for variables in [{}, {"DISPLAY": ":4711"}, {"QT_QPA_PLATFORM": "nonsense"}]:

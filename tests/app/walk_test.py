@@ -89,10 +89,6 @@ class WalkTest(ProgramTest):
         rows = stretched(pixels, width, int(width * scale), int(height * scale))
         return wait_for(lambda: self.screen.place_of(rows), f"the picture at {scale}")
 
-    def open(self, path):
-        self.keys("ctrl+o")
-        self.answer("Open", path)
-
     def lock_pane(self, key):
         """The columns of the status bar in which the name of a locking key shows; it is opened again."""
         left, top, width, height = self.screen.place_of_window(self.screen.xdotool("getactivewindow")[0])
@@ -110,101 +106,44 @@ class WalkTest(ProgramTest):
         wait_for(lambda: corner() == before, f"{key} to show no longer")
         return range(min(columns), max(columns) + 1)
 
-    def test_keyboard(self):
-        """What keeps the keyboard, what takes it from one place to another, and the keys that lock."""
+    def test_walk(self):
         whole, level, alpha = in_colour(VALUES), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
-        self.open(self.path("chain.iff", document()))
+        self.keys("ctrl+o")
+        self.answer("Open", self.path("chain.iff", document()))
         self.wait_for_window(f"{TITLE} - chain.iff")
-        self.keys("alt+minus", "x")
-        self.wait_for_window(f"{TITLE} - [chain.iff]")
-        # Another level fits the frame, which restores it.
-        self.keys("alt+l", "Down")
-        self.wait_for_picture(level, WIDTH // 2, 2.0)
-        self.keys("Up")
         self.wait_for_picture(whole, WIDTH)
-        self.keys("alt+minus", "x")
-        self.wait_for_window(f"{TITLE} - [chain.iff]")
-        self.keys("alt+minus", "r")
-        self.wait_for_window(f"{TITLE} - chain.iff")
-        self.keys("Down")
-        self.wait_for_picture(level, WIDTH // 2, 2.0)
-        self.keys("Up")
 
-        # From the other list to the view, and to the first one.
+        # From one list to the view, and to the other list, which keeps the keyboard.
         self.keys("alt+c", "Down")
         self.wait_for_picture(alpha, WIDTH)
         self.keys("F6", "F6", "Down")
         self.wait_for_picture(level, WIDTH // 2, 2.0)
+        self.keys("alt+minus", "x")
+        self.wait_for_window(f"{TITLE} - [chain.iff]")
+        self.keys("alt+minus", "r")
+        self.wait_for_window(f"{TITLE} - chain.iff")
+        self.keys("Up")
+        self.wait_for_picture(whole, WIDTH)
 
         caps, num = self.lock_pane("Caps_Lock"), self.lock_pane("Num_Lock")
         self.assertLess(max(caps), min(num))
+
+        for scale in ("2", "1"):
+            self.command("w", "z")
+            self.answer("Zoom", scale)  # in place of what stood there
+            place = self.wait_for_picture(whole, WIDTH, float(scale))
+
+        # The bar's grip stands at its left end, above the picture; a floating bar has a caption.
+        self.drag((place[0] + 3, place[1] - 20), (place[0] + 300, place[1] + 200))
+        self.double_click(*self.floating_caption())
+        wait_for(lambda: not self.screen.windows(BAR), "the bar to dock")
+        self.wait_for_picture(whole, WIDTH)
 
         self.command("w", "n")
         self.wait_for_window(f"{TITLE} - chain.iff:2")
         for key, number in (("ctrl+Tab", 1), ("ctrl+shift+Tab", 2), ("ctrl+F6", 1), ("ctrl+shift+F6", 2)):
             self.keys(key)
             self.wait_for_window(f"{TITLE} - chain.iff:{number}")
-
-    def test_walk(self):
-        whole, level, alpha = in_colour(VALUES), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
-        path = self.path("chain.iff", document())
-
-        self.keys("ctrl+o")
-        self.answer("Open", path)
-        self.wait_for_window(f"{TITLE} - chain.iff")
-        self.wait_for_picture(whole, WIDTH)
-
-        self.keys("alt+c", "Down")
-        self.wait_for_picture(alpha, WIDTH)
-        self.keys("Up", "alt+l", "Down")
-        self.wait_for_picture(level, WIDTH // 2, 2.0)
-        self.keys("Up")
-        self.wait_for_picture(whole, WIDTH)
-
-        self.command("w", "z")
-        self.wait_for_window("Zoom")
-        self.screen.xdotool("type", "abc")
-        self.keys("Return")
-        self.wait_for_window(TITLE)  # the refusal
-        self.keys("Return")
-        for scale in ("2", "0.5", "1"):
-            self.answer("Zoom", scale)  # in place of what stood there
-            place = self.wait_for_picture(whole, WIDTH, float(scale))
-            self.command("w", "z")
-        self.wait_for_window("Zoom")
-        self.keys("Escape")
-        self.wait_for_window(f"{TITLE} - chain.iff")
-
-        # The frame keeps its size and the view takes the bar's room.
-        for bar in "il":
-            self.command("v", bar)
-            wait_for(lambda: not self.screen.place_of(stretched(whole, WIDTH, WIDTH, HEIGHT)), "a bar to go")
-            self.command("v", bar)
-            self.wait_for_picture(whole, WIDTH)
-
-        # The bar's grip stands at its left end, above the picture; a floating bar has a caption.
-        grip = place[0] + 3, place[1] - 20
-        self.drag(grip, (place[0] + 300, place[1] + 200))
-        self.drag(self.floating_caption(), (place[0] + 20, place[1] - 5))
-        wait_for(lambda: not self.screen.windows(BAR), "the bar to be dropped where it was")
-        self.wait_for_picture(whole, WIDTH)
-        self.double_click(*grip)
-        self.double_click(*self.floating_caption())
-        wait_for(lambda: not self.screen.windows(BAR), "the bar to dock")
-        self.wait_for_picture(whole, WIDTH)
-
-        self.keys("alt+minus", "x")
-        self.wait_for_window(f"{TITLE} - [chain.iff]")
-        self.keys("alt+minus", "r")
-        self.wait_for_window(f"{TITLE} - chain.iff")
-
-        self.command("w", "n")
-        self.wait_for_window(f"{TITLE} - chain.iff:2")
-        # Its choices are its own.
-        self.keys("alt+c", "Down")
-        self.wait_for_picture(alpha, WIDTH)
-        self.command("w", "t")
-        wait_for(lambda: not self.screen.place_of(stretched(alpha, WIDTH, WIDTH, HEIGHT)), "the windows side by side")
 
         self.keys("ctrl+p")
         self.wait_for_window("Print")
@@ -218,42 +157,12 @@ class WalkTest(ProgramTest):
         self.wait_for_window(TITLE)
         self.command("f", "1")
         self.wait_for_window(f"{TITLE} - chain.iff")
-        self.wait_for_picture(whole, WIDTH)
 
         self.command("h", "a")
         self.answer("About Vistrel", "")
         self.wait_for_window(f"{TITLE} - chain.iff")
-        self.keys("ctrl+F4")
-        self.wait_for_window(TITLE)
         self.command("f", "x")
         self.assertEqual(self.program.wait(timeout=DEADLINE), 0)
-
-    def click(self, x, y):
-        self.screen.xdotool("mousemove", str(x), str(y), "click", "1", *AWAY)
-
-    def test_small_picture(self):
-        """Its bar has room for a button alone, which opens the lists beside it."""
-        values = [value_at(x, y) for y in range(16) for x in range(16)]
-        small = [value_at(x + 5, y + 3) for y in range(8) for x in range(8)]
-        path = self.path("small.iff", chunk(
-            b"LIST", b"ILBM" + form(values, 16, 16) + chunk(b"FORM", b"MIPM" + chunk(b"CONT", b"\1\0")) +
-            chunk(b"LIST", b"ILBM" + form(small, 8, 8))))
-        self.keys("ctrl+o")
-        self.answer("Open", path)
-        left, top = self.wait_for_picture(in_colour(values), 16)
-        before = self.screen.rows()
-        self.click(left + 8, top - 16)
-        wait_for(lambda: self.screen.rows() != before, "the lists")
-        layers = left + 90, top - 16
-        before = self.screen.rows()
-        self.click(*layers)
-        wait_for(lambda: self.screen.rows() != before, "the list of layers")
-        self.click(layers[0], layers[1] + 34)  # its second entry
-        self.wait_for_picture(in_colour(small), 8, 2.0)
-        self.click(left + 300, top + 300)
-        # Out of sight, the lists keep their keys.
-        self.keys("alt+l", "Up")
-        self.wait_for_picture(in_colour(values), 16)
 
 
 if __name__ == "__main__":
