@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMessageBox>
 #include <QTreeView>
 
 TEST_F(WindowTest, TheOpenDialogShowsItsColumnsWhole) {
@@ -27,6 +28,21 @@ TEST_F(WindowTest, TheOpenDialogShowsItsColumnsWhole) {
     QMetaObject::invokeMethod(qApp, look, Qt::QueuedConnection);
     m_answers.m_pBefore->OpenFiles({{"Pictures", {"*.PSD"}}}, m_folder.m_strPath);
     EXPECT_EQ(shown, 4);
+}
+
+TEST_F(WindowTest, AMessageIsPlainTextThatBreaksInALongName) {
+    const std::string line(60, 'n');
+    std::string shown;
+    const auto look = [&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(box);
+        shown = box->text().toStdString();
+        EXPECT_EQ(box->textFormat(), Qt::PlainText);
+        box->reject();
+    };
+    QMetaObject::invokeMethod(qApp, look, Qt::QueuedConnection);
+    m_answers.m_pBefore->Message("a\xFC " + line + "n", "", 0);
+    EXPECT_EQ(shown, "a\u00fc " + line + "\u200Bn");
 }
 
 TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) {
