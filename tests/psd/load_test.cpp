@@ -6,25 +6,37 @@
 
 #include <gtest/gtest.h>
 
-TEST(LoadPsd, EverythingIsReadInItsOrder) {
-    const LoadedPsd loaded(LayeredPsd());
-    ASSERT_TRUE(loaded.bLoaded);
-    std::string text = Description(loaded.image);
-    const u64 palette = text.find("merged") + 6;
-    EXPECT_EQ(text.substr(palette, 46), " 0 80 160 0 80 160 0 80 160 0 80 160 1 81 161 ");
-    EXPECT_EQ(text.erase(palette, text.find('\n') - palette),
-        "1 2 3 8 2 merged\n"
-        "resource  1006 6 \n"
-        "resource raw 1000 3 \n"
-        "layer first -1 2 1 5 254 -1 240 \n"
-        " channel -1 range 68 83 84 48 | 1 2 3 | 4 5 6 \n"
-        " channel 0 range 68 83 84 49 | 7 7 7 | 7 8 9 \n"
-        " channel -2 range 0 0 255 255 | 10 11 \n"
-        "layer  0 0 1 1 255 0 0 \n"
-        " channel -2 range 0 0 255 255 | 12 \n"
-        "mask 65534 4660 128 \n"
-        "mask 43690 43690 170 \n"
-        "planes 1 1 1 | 1 2 3 ");
+// Something of everything that needs memory of its own under the tolerant rules.
+static PsdFields Everything() {
+    const std::string name = "a name too long to be kept in place";
+    PsdFields fields = {.version = 2, .rows = 2, .columns = 3, .depth = 16, .compression = 1};
+    fields.resources = {{.signature = "ZZZZ", .data = Bytes(2000)}};
+    fields.globalMasks = Bytes(17);
+    fields.samples = ByteBuilder().U32(2, 2).U8(0xFB, 1, 0xFB, 2);
+    ByteBuilder text;
+    text.U32(name.size());
+    for (const char c : name) text.U16(c);
+    PsdFields layers = {.version = 2};
+    layers.layers = {{.bottom = 2, .right = 3, .extra = TaggedBlock("luni", text)}, {.right = 0, .name = name}};
+    for (const u32 compression : {2u, 3u})
+        layers.layers[0].channels.push_back({.id = 1, .data = ZipData(Bytes(12, 1), compression)});
+    layers.layers[0].channels.push_back({.data = PackedData({{0xFB, 3}, {0x80, 0xFB, 4}}, true)});
+    layers.layers[0].channels.push_back({.id = -2, .data = RawData({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})});
+    fields.tagged = TaggedBlock("Lr16", LayerInfo(layers), 0, true);
+    return fields;
+}
+
+// Documents, the rules that read them, and what these make of them.
+static Table<Bytes, ReadingRules, std::string> WholeDocuments() {
+    return {
+        {Psd(LayeredPsd()), STRICT,
+            " | r1006 r1000 first(-1:1,2,3/4,5,6 0:7,7,7/7,8,9 -2:10,11) (-2:12) m128 m170 = 1,1,1/1,2,3"},
+        {Psd(Everything()), TOLERANT,
+            "version 2; foreign resources; empty layers; ZIP channels (2); layers of more than 8 bits; "
+            "loose PackBits rows; global mask of another length; tagged blocks; PackBits of 1, 16 or 32 bits | r1000 "
+            "a name too long to be kept in place(1:1,1,1/1,1,1 1:1,2,3/1,2,3 0:3,3,3/4,4,4 -2:1,3,5/7,9,11) "
+            "a name too long to be kept in place() m0 = 257,257,257/514,514,514"},
+    };
 }
 
 // Each has sizes far beyond its data. With so little memory, asking for what would hold that data fails.
@@ -57,23 +69,26 @@ TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
 }
 
 TEST(LoadPsd, WithoutMemoryTheDocumentIsRefused) {
-    const Bytes bytes = Psd(LayeredPsd());
-    for (const bool once : {false, true}) {
-        bool failed = true;
-        for (u64 succeeding = 0; failed; ++succeeding) {
-            MemoryStream source(bytes);
-            PsdImage image;
-            bool loaded = false;
-            {
-                const FailingNew failing(succeeding, once);
-                loaded = image.LoadPsd(&source.stream);
-                failed = FailingNew::HasFailed();
+    for (const auto& [bytes, rules, whole] : WholeDocuments())
+        for (const bool once : {false, true}) {
+            bool failed = true;
+            for (u64 succeeding = 0; failed; ++succeeding) {
+                MemoryStream source(bytes);
+                PsdImage image;
+                bool loaded = false;
+                {
+                    const FailingNew failing(succeeding, once);
+                    loaded = image.LoadPsd(&source.stream, rules);
+                    failed = FailingNew::HasFailed();
+                }
+                ASSERT_EQ(loaded, !failed) << succeeding;
+                ASSERT_EQ(image.GetFinding().rule, failed ? Rule::NotEnoughMemory : Rule::None) << succeeding;
+                ASSERT_LT(succeeding, 1000u);
             }
-            ASSERT_EQ(loaded, !failed) << succeeding;
-            EXPECT_EQ(image.GetFinding().rule, failed ? Rule::NotEnoughMemory : Rule::None) << succeeding;
-            ASSERT_LT(succeeding, 1000u);
         }
-    }
+}
+
+TEST(LoadPsd, WithoutMemoryForSamplesThereIsNoPlane) {
     LoadedPsd loaded(PsdFields{.channels = 3, .rows = 4, .columns = 50, .depth = 16});
     for (const u64 size : {8 * 3 * 4 - 1, 2 * 3 * 4 * 50 - 1}) {  // of the row table, of the samples
         EXPECT_TRUE(loaded.image.AllocatePlanes());
@@ -88,23 +103,28 @@ TEST(LoadPsd, WithoutMemoryTheDocumentIsRefused) {
     EXPECT_FALSE(without.image.m_Layers.GetAt(0)->m_Channels.GetAt(0)->m_ppPlane);
 }
 
-TEST(LoadPsd, ACutDocumentIsRefusedAndTheNextOneIsWhole) {
-    const Bytes whole = Psd(LayeredPsd());
-    const std::string fresh = Description(LoadedPsd(whole).image), plain = Description(LoadedPsd(PsdFields()).image);
+TEST(LoadPsd, ACutDocumentAndAFailingSourceLeaveNothingBehind) {
     PsdImage image;
-    for (u64 size = 0; size < whole.size(); ++size) {
-        MemoryStream cut(Truncated(whole, whole.size() - size)), broken(whole), again(whole), last(Psd({}));
-        broken.file.m_nThrowAt = size;
-        ASSERT_FALSE(image.LoadPsd(&cut.stream)) << size;
-        ASSERT_EQ(image.GetFinding().rule, Rule::DataEnds) << size;
-        ASSERT_EQ(image.GetFinding().nPosition, size);
-        ASSERT_FALSE(image.LoadPsd(&broken.stream)) << size;
-        ASSERT_EQ(image.GetFinding().rule, Rule::SourceFailed) << size;
-        ASSERT_TRUE(image.LoadPsd(&again.stream));
-        ASSERT_EQ(Description(image), fresh) << size;
-        ASSERT_TRUE(image.LoadPsd(&last.stream));
-        ASSERT_EQ(Description(image), plain) << "nothing is left of the document before";
-    }
+    for (const auto& [bytes, rules, whole] : WholeDocuments())
+        for (u64 size = 0; size < bytes.size(); ++size) {
+            MemoryStream cut(Truncated(bytes, bytes.size() - size));
+            MemoryStream broken(bytes);
+            MemoryStream again(bytes);
+            MemoryStream last(Psd({}));
+            broken.file.m_nThrowAt = size;
+            image.LoadPsd(&cut.stream, rules);
+            if (!rules.bBrokenParts) {
+                ASSERT_EQ(image.GetFinding().rule, Rule::DataEnds) << size;
+                ASSERT_EQ(image.GetFinding().nPosition, size);
+            }
+            ASSERT_FALSE(image.LoadPsd(&broken.stream, rules));
+            ASSERT_EQ(image.GetFinding().rule, Rule::SourceFailed) << size;
+            ASSERT_TRUE(image.LoadPsd(&again.stream, rules));
+            ASSERT_EQ(Outcome(image), whole) << "after " << size << " bytes";
+            ASSERT_TRUE(image.LoadPsd(&last.stream));
+            ASSERT_EQ(Outcome(image), " | = 0") << "nothing is left of the document before";
+            ASSERT_FALSE(image.m_pPalette || image.m_bMergedAlpha);
+        }
 }
 
 TEST(LoadPsd, Extremes) {
@@ -114,6 +134,10 @@ TEST(LoadPsd, Extremes) {
     EXPECT_EQ(named.image.m_Resources.GetAt(0)->m_pszName.get(), longest);
     EXPECT_EQ(named.image.m_Layers.GetAt(0)->m_pszName.get(), longest);
     EXPECT_STREQ(named.image.m_Layers.GetAt(1)->m_pszName.get(), "x");
+
+    const LoadedPsd layered(LayeredPsd());
+    const PsdLayerChannel& unranged = *layered.image.m_Layers.GetAt(0)->m_Channels.GetAt(2);
+    EXPECT_EQ(Bytes(unranged.m_DestRange.begin(), unranged.m_DestRange.end()), (Bytes{0, 0, 255, 255}));
 
     PsdFields many = {.layerCount = -32768};
     many.layers.resize(32768);

@@ -3,7 +3,6 @@
 #include "document/finding_text.h"
 #include "document/passed_text.h"
 
-#include <sstream>
 #include <zlib.h>
 
 static Bytes PaddedName(const std::string& strName, u64 nMultiple) {
@@ -126,32 +125,4 @@ std::string Outcome(const Bytes& bytes, const ReadingRules& rules) {
     PsdImage image;
     image.LoadPsd(&source.stream, rules);
     return Outcome(image);
-}
-
-std::string Description(const PsdImage& image) {
-    std::ostringstream out;
-    const auto put = [&](const auto&... values) { ((out << values << ' '), ...); };
-    const auto putBytes = [&](const char* pszTitle, const u8* pBytes, u64 nSize) {
-        out << pszTitle << ' ';
-        for (u64 i = 0; i < nSize; ++i) put(u32{pBytes[i]});
-    };
-    put(image.m_nChannels, image.m_nHeight, image.m_nWidth, image.m_nDepth, image.m_nMode);
-    putBytes(image.m_bMergedAlpha ? "merged" : "", image.m_pPalette.get(), image.m_pPalette ? 768 : 0);
-    for (const auto& r : image.m_Resources) put("\nresource", r->m_pszName.get(), r->m_nId, r->m_pData->GetSize());
-    for (const auto& l : image.m_Layers) {
-        put("\nlayer", l->m_pszName.get(), l->m_nTop, l->m_nLeft, l->m_nBottom, l->m_nRight, l->m_nOpacity);
-        put(l->m_nClipping, l->m_nFlags);
-        for (const auto& channel : l->m_Channels) {
-            put("\n channel", channel->m_nId);
-            putBytes("range", channel->m_DestRange.data(), 4);
-            const bool isMask = channel->m_nId == PSD_CHANNEL_USER_MASK && l->m_bHasMask;
-            const i32 rows = isMask ? l->m_nMaskBottom - l->m_nMaskTop : l->m_nBottom - l->m_nTop;
-            const i32 columns = isMask ? l->m_nMaskRight - l->m_nMaskLeft : l->m_nRight - l->m_nLeft;
-            for (i32 y = 0; y < rows; ++y) putBytes("|", channel->m_ppPlane[y], static_cast<u32>(columns));
-        }
-    }
-    for (const auto& mask : image.m_GlobalMasks) put("\nmask", mask->m_nColourSpace, mask->m_nOpacity, mask->m_nKind);
-    for (u32 row = 0; row < image.m_nChannels * image.m_nHeight; ++row)
-        putBytes(row ? "|" : "\nplanes", image.m_pppPlanes[0][row], image.m_nWidth * image.m_nDepth / 8);
-    return out.str();
 }

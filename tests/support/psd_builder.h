@@ -81,6 +81,3 @@ struct LoadedPsd {
 // it is refused.
 std::string Outcome(const Bytes& bytes, const ReadingRules& rules = TOLERANT);
 std::string Outcome(const PsdImage& image);  // of one that was loaded
-
-// What an image holds, a line for each object; bytes and samples in decimal.
-std::string Description(const PsdImage& image);
