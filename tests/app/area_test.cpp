@@ -21,7 +21,6 @@
 
 namespace {
 
-CMDIFrameWnd& Main() { return *theApp.m_pMainWnd; }
 QMdiArea& Area() { return *Main().GetMDIClient()->GetArea(); }
 QMdiSubWindow& Window(std::size_t nPlace) { return *Main().GetChildren()[nPlace]->GetSubWindow(); }
 QPoint Scrolled() { return {Area().horizontalScrollBar()->value(), Area().verticalScrollBar()->value()}; }
@@ -30,8 +29,6 @@ void ScrollTo(int x, int y) {
     Area().horizontalScrollBar()->setValue(x);
     Area().verticalScrollBar()->setValue(y);
 }
-
-void Command(u32 nID) { Main().OnCmdMsg(nID, CN_COMMAND, nullptr); }
 
 void Turn(int nNotches) {
     QWidget* const target = Area().viewport();

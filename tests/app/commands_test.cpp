@@ -31,21 +31,20 @@ TEST(Commands, AMenusItemsDifferInTheirMnemonicsAndNameTheirAccelerators) {
 }
 
 TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
-    CMDIFrameWnd& main = *theApp.m_pMainWnd;
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
     Settle();
     const std::set<u32> bars = {ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR};
     for (const u32 id : bars)
         for (const bool shows : {false, true}) {
-            main.OnCmdMsg(id, CN_COMMAND, nullptr);
+            Command(id);
             for (const u32 other : bars) EXPECT_EQ(MenuItem(other)->isChecked(), shows || other != id);
         }
-    const CWnd& bar = *main.GetControlBar(ID_VIEW_STATUS_BAR);
+    const CWnd& bar = *Main().GetControlBar(ID_VIEW_STATUS_BAR);
     EXPECT_EQ(PaneText(bar), "Ready");
-    QMainWindow& window = *main.GetBarHost();
+    QMainWindow& window = *Main().GetBarHost();
     window.findChild<QToolBar*>()->actions()[0]->showStatusText(&window);
     EXPECT_EQ(PaneText(bar), "Create a new document");
-    main.SetMessageText({});
+    Main().SetMessageText({});
     EXPECT_EQ(PaneText(bar), "Ready");
 }
 

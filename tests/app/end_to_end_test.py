@@ -29,14 +29,14 @@ class EndToEndTest(ProgramTest):
     def wait_for_picture(self):
         wait_for(lambda: self.screen.place_of(in_rows(in_colour(VALUES), WIDTH)), "the picture")
 
-    def close_box(self):
-        self.screen.press(wait_for(lambda: self.screen.windows(TITLE), "a message box")[0], "Return")
+    def box(self):
+        return wait_for(lambda: self.screen.windows(TITLE), "a message box")[0]
 
     def test_one_file_of_two_is_enough_and_a_path_is_its_bytes(self):
         path = os.fsencode(self.folder.name) + b"/\xff\xfe%41.iff"
         Path(os.fsdecode(path)).write_bytes(picture())
         self.start(self.path("missing.iff"), path)
-        self.close_box()
+        self.screen.press(self.box(), "Return")
         self.wait_for_picture()
 
     def test_ends_with_its_screen(self):
@@ -51,7 +51,7 @@ class EndToEndTest(ProgramTest):
         for name, content in {"text": b"This is no picture.\n", "folder": None, "pipe": None, "missing": None}.items():
             with self.subTest(name):
                 self.start(self.path(name, content))
-                self.close_box()
+                self.screen.press(self.box(), "Return")
                 self.assertEqual(self.program.wait(DEADLINE), 1)
 
     def test_a_no_at_the_start_is_no_error_and_ends_it_with_status_1(self):

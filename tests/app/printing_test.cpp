@@ -50,7 +50,7 @@ TEST_F(WindowTest, PrintProposesTheDocumentsNameInTheFolderChosenLast) {
     };
     for (const char* name : {"first.iff", "second.b.iff", "third"}) {
         ASSERT_TRUE(OpenFile(Picture(16, 16), name));
-        EXPECT_TRUE(Frame().OnCmdMsg(ID_FILE_PRINT, CN_COMMAND, nullptr));
+        EXPECT_TRUE(Command(ID_FILE_PRINT));
     }
     ASSERT_EQ(proposed.size(), 3u);
     EXPECT_TRUE(proposed[0].ends_with("/first.pdf")) << proposed[0];
@@ -88,7 +88,7 @@ TEST_F(WindowTest, ThePreviewShowsThePictureAndPrintsByTheSameQuestion) {
     m_answers.m_nextDialog = [&](ModalDialog& dialog) {
         return m_answers.m_dialogs.back() == ID_FILE_PRINT ? print(dialog) : preview(dialog);
     };
-    EXPECT_TRUE(Frame().OnCmdMsg(ID_FILE_PRINT_PREVIEW, CN_COMMAND, nullptr));
+    EXPECT_TRUE(Command(ID_FILE_PRINT_PREVIEW));
     EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>({ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT, ID_FILE_PRINT}));
     EXPECT_TRUE(m_answers.m_messages.empty());
 }
@@ -108,8 +108,7 @@ TEST_F(WindowTest, APageIsSetUpForThePrintingsAfterIt) {
             }
             return IDOK;
         };
-        for (const u32 id : {ID_FILE_PRINT_SETUP, ID_FILE_PRINT})
-            EXPECT_TRUE(Frame().OnCmdMsg(id, CN_COMMAND, nullptr));
+        for (const u32 id : {ID_FILE_PRINT_SETUP, ID_FILE_PRINT}) EXPECT_TRUE(Command(id));
         std::ifstream page(file, std::ios::binary);
         const std::string bytes(std::istreambuf_iterator<char>(page), {});
         EXPECT_NE(bytes.find(box), std::string::npos) << box;

@@ -62,7 +62,7 @@ TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) 
             EXPECT_EQ(dialog.Press(IDOK), !isRefused) << text;
             return isRefused ? IDCANCEL : IDOK;
         };
-        EXPECT_TRUE(Frame().OnCmdMsg(ID_ZOOM, CN_COMMAND, nullptr));
+        EXPECT_TRUE(Command(ID_ZOOM));
         EXPECT_EQ(ClientSize(), size) << entry;
         EXPECT_EQ(m_answers.m_messages, messages) << entry;
     }
@@ -80,7 +80,7 @@ TEST_F(WindowTest, ZoomSpeaksOfNumbersWithTheUsersOwnSign) {
         EXPECT_TRUE(dialog.Press(IDOK));
         return IDOK;
     };
-    EXPECT_TRUE(Frame().OnCmdMsg(ID_ZOOM, CN_COMMAND, nullptr));
+    EXPECT_TRUE(Command(ID_ZOOM));
     EXPECT_EQ(ClientSize(), (CSize{150, 75}));
     EXPECT_EQ(m_answers.m_messages, Texts{"Please enter a number between 0,03125 and 32."});
     QLocale::setDefault(QLocale::c());

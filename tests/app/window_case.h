@@ -51,6 +51,11 @@ inline Bytes Picture(u32 nWidth, u32 nHeight) {
                             Chunk("BODY", PlanesOf(values, nWidth, 5))});
 }
 
+inline CMDIFrameWnd& Main() { return *theApp.m_pMainWnd; }
+
+// False where nobody carries it out.
+inline bool Command(u32 nID) { return Main().OnCmdMsg(nID, CN_COMMAND, nullptr); }
+
 inline u32 ShownColour(u32 x, u32 y) {
     const u32 shade = ValueAt(x, y) * 8;
     return 0xFF000000 | shade << 16 | shade << 8 | shade;
@@ -74,7 +79,7 @@ inline std::string PaneText(const CWnd& bar) { return bar.GetWidget()->findChild
 
 // The item of a command as its menu shows it now; none where no menu has it.
 inline QAction* MenuItem(u32 nID) {
-    for (const QAction* const title : theApp.m_pMainWnd->GetBarHost()->menuBar()->actions()) {
+    for (const QAction* const title : Main().GetBarHost()->menuBar()->actions()) {
         emit title->menu()->aboutToShow();
         for (QAction* const item : title->menu()->actions())
             if (!item->isSeparator() && item->data().toUInt() == nID) return item;
@@ -95,13 +100,13 @@ inline std::vector<u32> PixelsOf(QWidget& widget, const CRect& rect) {
 // Reads a file as one of those documents, and shows it.
 inline bool OpenAs(const CMultiDocTemplate& documents, const std::string& strPath) {
     const auto document = documents.ReadDocumentFile(strPath, [](CDocument&) {});
-    return document && documents.ShowDocument(*theApp.m_pMainWnd, document);
+    return document && documents.ShowDocument(Main(), document);
 }
 
 class WindowTest : public testing::Test {
   protected:
-    WindowTest() { theApp.m_pMainWnd->MoveWindow({0, 0, 1000, 700}); }
-    ~WindowTest() override { theApp.m_pMainWnd->DestroyChildren(); }
+    WindowTest() { Main().MoveWindow({0, 0, 1000, 700}); }
+    ~WindowTest() override { Main().DestroyChildren(); }
 
     CDocument* OpenFile(const Bytes& bytes, const std::string& strName = "picture.iff") {
         return theApp.OpenDocumentFile(m_folder.Write(bytes, strName));
@@ -109,14 +114,13 @@ class WindowTest : public testing::Test {
 
     // After the program's name in the main window's title.
     bool WaitForTitle(const std::string& strRest) {
-        return WaitFor(
-            [&] { return theApp.m_pMainWnd->GetWindowText() == "Talvorine Graphics File Viewer" + strRest; });
+        return WaitFor([&] { return Main().GetWindowText() == "Talvorine Graphics File Viewer" + strRest; });
     }
     bool WaitForPane(const std::string& strText) {
         return WaitFor([&] { return PaneText(Frame().m_wndInfoBar) == strText; });
     }
 
-    CChildFrame& Frame() { return static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().back()); }
+    CChildFrame& Frame() { return static_cast<CChildFrame&>(*Main().GetChildren().back()); }
     CVistrelView& View() { return static_cast<CVistrelView&>(*Frame().GetActiveView()); }
 
     CSize ClientSize() {

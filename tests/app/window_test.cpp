@@ -60,8 +60,8 @@ TEST_F(WindowTest, AFitCountsTheBarsThatShow) {
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
     for (int i = 0; i < 2; ++i) {
         const CRect before = Frame().GetWindowRect();
-        Frame().OnCmdMsg(ID_TOGGLE_INFO_BAR, CN_COMMAND, nullptr);
-        Frame().OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
+        Command(ID_TOGGLE_INFO_BAR);
+        Command(ID_TOGGLE_LAYER_BAR);
         EXPECT_EQ(Frame().GetWindowRect(), before) << "the view takes the room";
         View().FitFrameToImage(1.0f);
         EXPECT_EQ(ClientSize(), (CSize{100, 50}));
@@ -88,8 +88,8 @@ TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
     Settle();
     EXPECT_TRUE(Frame().IsZoomed()) << "the next one opens as the active one stands";
     ASSERT_TRUE(OpenFile(Picture(9, 9), "third.iff"));
-    Frame().OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
-    EXPECT_TRUE(WaitFor([] { return theApp.m_pMainWnd->GetChildren().size() == 2; }));
+    Command(ID_FILE_CLOSE);
+    EXPECT_TRUE(WaitFor([] { return Main().GetChildren().size() == 2; }));
     EXPECT_TRUE(WaitForTitle(" - [next.iff]")) << "so does the one before it when it closes";
     Frame().GetSubWindow()->showNormal();
     EXPECT_EQ(ClientSize(), (CSize{20, 10}));
@@ -99,7 +99,7 @@ TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
 // tell.
 TEST_F(WindowTest, EveryPixelIsStretchedOverItsPlaceWhereverTheViewIsScrolledTo) {
     ASSERT_TRUE(OpenFile(Picture(4096, 3)));
-    CMDIClientWnd& area = *theApp.m_pMainWnd->GetMDIClient();
+    CMDIClientWnd& area = *Main().GetMDIClient();
     for (const u32 scale : {1u, 2u, 32u}) {
         View().FitFrameToImage(static_cast<float>(scale));
         for (const int left : {0, -33, -3800, -40000, -130000}) {
@@ -161,35 +161,34 @@ TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
 }
 
 TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
-    CMDIFrameWnd& main = *theApp.m_pMainWnd;
     m_answers.m_nextFiles = {
         m_folder.Write(Picture(8, 8), "a.iff"), m_folder.Write({}, "a<b>.iff"), m_folder.Write(Picture(9, 9), "b.iff")};
-    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_OPEN, CN_COMMAND, nullptr));
+    EXPECT_TRUE(Command(ID_FILE_OPEN));
     ASSERT_EQ(m_answers.m_messages.size(), 1u);
     EXPECT_NE(m_answers.m_messages[0].find("a<b>.iff"), std::string::npos);
-    ASSERT_EQ(main.GetChildren().size(), 2u);
+    ASSERT_EQ(Main().GetChildren().size(), 2u);
 
     // The same ones again, one of them by way of a link.
     std::filesystem::create_symlink(m_folder.Path("a.iff"), m_folder.Path("link.iff"));
     m_answers.m_nextFiles = {m_folder.Path("link.iff"), m_folder.Path("./b.iff")};
-    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_OPEN, CN_COMMAND, nullptr));
+    EXPECT_TRUE(Command(ID_FILE_OPEN));
     EXPECT_EQ(m_answers.m_strFolder, m_folder.Path(""));
-    ASSERT_EQ(main.GetChildren().size(), 2u);
-    ASSERT_EQ(main.MDIGetActive(), main.GetChildren()[1].get());
-    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
-    EXPECT_TRUE(WaitFor([&] { return main.GetChildren().size() == 1; }));
-    EXPECT_EQ(main.GetChildren()[0]->GetWindowText(), "a.iff");
+    ASSERT_EQ(Main().GetChildren().size(), 2u);
+    ASSERT_EQ(Main().MDIGetActive(), Main().GetChildren()[1].get());
+    EXPECT_TRUE(Command(ID_FILE_CLOSE));
+    EXPECT_TRUE(WaitFor([&] { return Main().GetChildren().size() == 1; }));
+    EXPECT_EQ(Main().GetChildren()[0]->GetWindowText(), "a.iff");
     EXPECT_TRUE(WaitForTitle(" - a.iff"));
-    EXPECT_TRUE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
+    EXPECT_TRUE(Command(ID_FILE_CLOSE));
     EXPECT_TRUE(WaitForTitle(""));
-    EXPECT_FALSE(main.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr));
+    EXPECT_FALSE(Command(ID_FILE_CLOSE));
 }
 
 TEST_F(WindowTest, ARecentFileSaysWhyItDoesNotOpenAndLeavesTheListOnlyWhenItIsGone) {
     const std::string gone = m_folder.Write(Picture(8, 8), "gone.iff");
     ASSERT_TRUE(theApp.OpenDocumentFile(gone));
     ASSERT_TRUE(OpenFile(Picture(8, 8), "second.iff"));
-    theApp.m_pMainWnd->DestroyChildren();
+    Main().DestroyChildren();
     m_folder.Write({}, "gone.iff");
     for (const bool isGone : {false, true}) {
         QAction* const item = MenuItem(ID_FILE_MRU_FILE1 + 1);
@@ -203,7 +202,7 @@ TEST_F(WindowTest, ARecentFileSaysWhyItDoesNotOpenAndLeavesTheListOnlyWhenItIsGo
     const QAction* const next = MenuItem(ID_FILE_MRU_FILE1 + 1);
     EXPECT_TRUE(!next || next->statusTip().toStdString() != gone);
     MenuItem(ID_FILE_MRU_FILE1)->trigger();
-    EXPECT_EQ(theApp.m_pMainWnd->GetChildren().size(), 1u);
+    EXPECT_EQ(Main().GetChildren().size(), 1u);
 }
 
 TEST_F(WindowTest, ALongRecentPathLosesItsMiddleInTheMenu) {
@@ -257,7 +256,7 @@ TEST_F(WindowTest, WhatFailsIsReportedOnceAndTheProgramRunsOn) {
     g_failing = "opening";
     EXPECT_FALSE(OpenAs(documents, path));
     EXPECT_EQ(m_answers.m_messages, Texts{"\"" + path + "\" was not opened. There is not enough memory."});
-    EXPECT_TRUE(theApp.m_pMainWnd->GetChildren().empty()) << "the document is closed";
+    EXPECT_TRUE(Main().GetChildren().empty()) << "the document is closed";
 
     g_failing = "";
     ASSERT_TRUE(OpenAs(documents, path));

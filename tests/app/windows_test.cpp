@@ -16,7 +16,7 @@ namespace {
 
 Texts Titles() {
     Texts titles;
-    for (const auto& child : theApp.m_pMainWnd->GetChildren()) titles.push_back(child->GetWindowText());
+    for (const auto& child : Main().GetChildren()) titles.push_back(child->GetWindowText());
     return titles;
 }
 
@@ -62,26 +62,24 @@ TEST_F(WindowTest, AChildThatMovesAwayUncoversAStripAndNoMore) {
 }
 
 TEST_F(WindowTest, ASecondWindowOnADocumentIsListedAndClosesAlone) {
-    CMDIFrameWnd& main = *theApp.m_pMainWnd;
     CDocument* const document = OpenFile(Picture(64, 24));
     View().FitFrameToImage(3.0f);
-    main.OnCmdMsg(ID_WINDOW_NEW, CN_COMMAND, nullptr);
+    Command(ID_WINDOW_NEW);
     EXPECT_EQ(Titles(), Texts({"picture.iff:1", "picture.iff:2"}));
     EXPECT_EQ(View().GetDocument(), document);
     EXPECT_EQ(ClientSize(), (CSize{64, 24}));
-    EXPECT_EQ(static_cast<CVistrelView&>(*main.GetChildren()[0]->GetActiveView()).m_fScale, 3.0f);
+    EXPECT_EQ(static_cast<CVistrelView&>(*Main().GetChildren()[0]->GetActiveView()).m_fScale, 3.0f);
     Settle();
     EXPECT_FALSE(MenuItem(AFX_IDM_FIRST_MDICHILD)->isChecked());
     EXPECT_TRUE(MenuItem(AFX_IDM_FIRST_MDICHILD + 1)->isChecked());
     EXPECT_FALSE(MenuItem(AFX_IDM_FIRST_MDICHILD + 2));
 
-    main.GetChildren()[0]->OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
+    Main().GetChildren()[0]->OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
     EXPECT_TRUE(WaitFor([] { return Titles() == Texts{"picture.iff"}; }));
     EXPECT_EQ(document->GetViews().size(), 1u);
 }
 
 TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCommand) {
-    CMDIFrameWnd& main = *theApp.m_pMainWnd;
     ASSERT_TRUE(OpenFile(Picture(60, 40)));
     CChildFrame& frame = Frame();
     QAction* const toggle = frame.GetSubWindow()->systemMenu()->actions().last();
@@ -105,7 +103,7 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     bar->close();
     Settle();
     EXPECT_FALSE(MenuItem(ID_TOGGLE_LAYER_BAR)->isChecked());
-    main.OnCmdMsg(ID_TOGGLE_LAYER_BAR, CN_COMMAND, nullptr);
+    Command(ID_TOGGLE_LAYER_BAR);
     EXPECT_TRUE(bar->isVisible());
     toggle->trigger();
     EXPECT_TRUE(showsWhen(false));
