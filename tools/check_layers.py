@@ -165,66 +165,39 @@ def self_test():
         "src/framework/qt/wnd/wnd.cpp":
             '#include <QWidget>\n#include "framework/qt/wnd/wnd.h"\n#include "framework/qt/kit/list.h"\n#include "wnd.moc"\n',
         "src/framework/qt/wnd/view.h": '#include "framework/qt/wnd/wnd.h"\n',
-        "src/framework/qt/program/app.h": '#include "framework/qt/wnd/view.h"\n',
         "src/iff/byte_stream.h": '#include "base/types.h"\n',
         "src/iff/iff_chunk.h": '#include "iff/byte_stream.h"\n',
-        "src/chunks/body_chunk.h": '#include "iff/iff_chunk.h"\n',
         "src/psd/psd_image.h": '#include "iff/byte_stream.h"\n',
-        "src/document/doc.h": '#include "psd/psd_image.h"\n#include "iff/iff_chunk.h"\n',
-        "src/display/image.h": '#include "document/doc.h"\n#include "chunks/body_chunk.h"\n',
-        "src/app/view.h": '#include "display/image.h"\n#include "framework/qt/wnd/wnd.h"\n',
+        "src/app/view.h": '#include "psd/psd_image.h"\n#include "framework/qt/wnd/wnd.h"\n',
         "tests/support/builder.h": '#include "base/types.h"\n',
         "tests/psd/psd_test.cpp": '#include "psd/psd_image.h"\n#include "support/builder.h"\n',
         "tests/framework_qt_kit/list_test.cpp": '#include <QApplication>\n#include "framework/qt/kit/list.h"\n',
-        "fuzz/load_fuzz.cpp": '#include "display/image.h"\n#include "support/builder.h"\n',
     }
     faults = [
-        ("src/base/types.h", '#include "iff/iff_chunk.h"', "is no arrow"),
         ("src/framework/core/file.h", '  #  include "framework/qt/wnd/wnd.h"', "is no arrow"),
         ("src/framework/qt/kit/list.h", '#include "framework/qt/wnd/wnd.h"', "is no arrow"),
-        ("src/framework/qt/wnd/wnd.cpp", '#include "framework/qt/program/app.h"', "is no arrow"),
-        ("src/app/view.h", '#include "framework/qt/kit/list.h"', "is no arrow"),
-        ("src/iff/iff_chunk.h", '#include "chunks/body_chunk.h"', "is no arrow"),
-        ("src/chunks/body_chunk.h", '#include "psd/psd_image.h"', "is no arrow"),
         ("src/psd/psd_image.h", '#include "iff/iff_chunk.h"', "is no arrow"),
-        ("src/document/doc.h", '#include "chunks/body_chunk.h"', "is no arrow"),
-        ("src/display/image.h", '#include "app/view.h"', "is no arrow"),
-        ("tests/psd/psd_test.cpp", '#include "display/image.h"', "is no arrow"),
+        ("tests/psd/psd_test.cpp", '#include "framework/core/file.h"', "is no arrow"),
         ("tests/support/builder.h", '#include "framework/qt/wnd/wnd.h"', "is no arrow"),
-        ("fuzz/load_fuzz.cpp", '#include "app/view.h"', "is no arrow"),
         ("tests/psd/psd_test.cpp", "#include <QImage>", "belongs in"),
-        ("src/app/view.h", "#include <QWidget>", "belongs in"),
         ("src/framework/qt/wnd/wnd.h", "#include <QtGui/QImage>", "belongs in"),
-        ("src/display/image.h", "#include <qwidget.h>", "belongs in"),
+        ("src/app/view.h", "#include <qwidget.h>", "belongs in"),
         ("src/iff/iff_chunk.h", "#include <base/types.h>", "stands in quotes"),
         ("src/base/types.h", '#include "base/no_such.h"', "is no file"),
-        ("src/base/types.h", '#include "types.h"', "include each other"),
-        ("src/stray.h", "", "stands in no folder"),
+        ("src/base/types.h", '#include "types.h"', ":1: headers include each other"),
+        ("src/iff/byte_stream.h", '#include "iff/iff_chunk.h"', "iff/byte_stream.h -> src/iff/iff_chunk.h"),
+        # A source of another name than the header that it implements.
+        ("src/framework/qt/wnd/drawing.cpp",
+         '#include "framework/qt/wnd/wnd.h"\n#include "framework/qt/wnd/view.h"', ":1: units include each other"),
+        ("src/stray.h", "", ":1: stands in no folder"),
     ]
     failed = [f"sound tree: {line}" for line in complaints(sound)]
     for path, line, expected in faults:
-        planted = dict(sound)
-        planted[path] = planted.get(path, "") + line + "\n"
-        place = f"{path}:{max(1, planted[path].count(chr(10)))}:"
-        if expected == "include each other":
-            place = f"{path}:1:"
-        if not any(text.startswith(place) and expected in text for text in complaints(planted)):
+        planted = {**sound, path: sound.get(path, "") + line + "\n"}
+        if not expected.startswith(("iff", ":")):
+            expected = f"{path}:{planted[path].count(chr(10))}: .*{expected}"
+        if not any(re.search(expected, text) for text in complaints(planted)):
             failed.append(f"not caught: {line} in {path}")
-    ring = {
-        **sound,
-        "src/iff/byte_stream.h": '#include "iff/iff_chunk.h"\n',
-    }
-    if not any("iff/byte_stream.h -> src/iff/iff_chunk.h" in text for text in complaints(ring)):
-        failed.append("not caught: a ring of two headers")
-    # Neither header includes the other; their sources do, one of them under another name.
-    through_sources = {
-        **sound,
-        "src/framework/qt/wnd/wnd.cpp": '#include "framework/qt/wnd/wnd.h"\n#include "framework/qt/wnd/view.h"\n',
-        "src/framework/qt/wnd/view.h": "class CWnd;\n",
-        "src/framework/qt/wnd/drawing.cpp": '#include "framework/qt/wnd/view.h"\n#include "framework/qt/wnd/wnd.h"\n',
-    }
-    if not any("units include each other" in text for text in complaints(through_sources)):
-        failed.append("not caught: a ring through sources")
     return failed
 
 
