@@ -27,28 +27,6 @@
 
 namespace {
 
-class BarsTest : public WindowTest {
-  protected:
-    BarsTest() { EXPECT_TRUE(OpenFile(Picture(800, 400))); }
-
-    static QComboBox& Shown(const CComboBox& list) { return *static_cast<QComboBox*>(list.GetWidget()); }
-    QComboBox& Layers() { return Shown(Frame().m_wndLayerCombo); }
-    QComboBox& Channels() { return Shown(Frame().m_wndChannelCombo); }
-
-    void AddLayer(const std::string& strName) {
-        SendMessageA(&Frame().m_wndLayerCombo, CB_ADDSTRING, 0, reinterpret_cast<i64>(strName.c_str()));
-    }
-
-    QToolBar& LayerBar() { return *static_cast<QToolBar*>(Frame().m_wndLayerBar.GetWidget()); }
-    static QMainWindow& MainWindow() { return *theApp.m_pMainWnd->GetBarHost(); }
-    static QToolBar& ToolBar() { return *MainWindow().findChild<QToolBar*>(); }
-
-    // In the menu of the child.
-    void ToggleFloating() { Frame().GetSubWindow()->systemMenu()->actions().last()->trigger(); }
-
-    void ChooseLayer(u64 nPosition) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, nPosition, 0); }
-};
-
 // Empty when none shows.
 std::string TipOf(QWidget& widget, const QPoint& at) {
     QToolTip::hideText();
@@ -101,17 +79,36 @@ bool Wheel(QWidget& widget) {
     return turn.isAccepted();
 }
 
-}  // namespace
+class BarsTest : public WindowTest {
+  protected:
+    BarsTest() { EXPECT_TRUE(OpenFile(Picture(800, 400))); }
 
-TEST_F(BarsTest, TheListsStandAtTheirTemplatesPlacesAndWidths) {
-    // All in units of the template.
-    const double unit = Layers().width() / 55.0;
-    EXPECT_NEAR(unit, Layers().fontMetrics().averageCharWidth() / 4.0, 0.5);
-    for (const auto& [list, left, width] : Table<QComboBox*, int, int>{{&Layers(), 23, 55}, {&Channels(), 109, 68}}) {
-        EXPECT_NEAR(list->x(), left * unit, 2) << left;
-        EXPECT_NEAR(list->width(), width * unit, 2) << left;
+    QComboBox& Layers() { return ListOf(Frame().m_wndLayerCombo); }
+    QComboBox& Channels() { return ListOf(Frame().m_wndChannelCombo); }
+    QWidget& Strip() { return *Layers().parentWidget()->parentWidget(); }
+
+    void AddLayer(const std::string& strName) {
+        SendMessageA(&Frame().m_wndLayerCombo, CB_ADDSTRING, 0, reinterpret_cast<i64>(strName.c_str()));
     }
-}
+
+    QToolBar& LayerBar() { return *static_cast<QToolBar*>(Frame().m_wndLayerBar.GetWidget()); }
+    static QMainWindow& MainWindow() { return *Main().GetBarHost(); }
+    static QToolBar& ToolBar() { return *MainWindow().findChild<QToolBar*>(); }
+
+    // In the menu of the child.
+    void ToggleFloating() { Frame().GetSubWindow()->systemMenu()->actions().last()->trigger(); }
+
+    void ChooseLayer(u64 nPosition) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, nPosition, 0); }
+
+    // By the grip, into the middle of the frame.
+    void BeginDrag() {
+        const QPoint from = LayerBar().mapToGlobal(GRIP);
+        Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
+        Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
+    }
+};
+
+}  // namespace
 
 TEST_F(BarsTest, AListDropsDownToItsTemplatesHeightWithAScrollBar) {
     for (int i = 1; i < 200; ++i) AddLayer("Mip Map " + std::to_string(i));
@@ -148,7 +145,7 @@ TEST_F(BarsTest, ACutEntryKeepsBothEndsAndShowsWholeInATip) {
 
 TEST_F(BarsTest, TheWheelChoosesInAListThatHasTheFocusAndScrollsWhatLiesBelowAnother) {
     AddLayer("second");
-    QApplication::setActiveWindow(theApp.m_pMainWnd->GetBarHost());
+    QApplication::setActiveWindow(Main().GetBarHost());
     View().GetWidget()->setFocus();
     ASSERT_TRUE(WaitFor([&] { return View().GetWidget()->hasFocus(); }));
     EXPECT_FALSE(Wheel(Layers()));
@@ -162,7 +159,7 @@ TEST_F(BarsTest, TheWheelChoosesInAListThatHasTheFocusAndScrollsWhatLiesBelowAno
 
 TEST_F(BarsTest, NarrowListsShrinkToSixLettersAndThenAButtonOpensThemAll) {
     const int letters = Layers().fontMetrics().horizontalAdvance("nnnnnn");
-    QWidget& strip = *Layers().parentWidget()->parentWidget();
+    QWidget& strip = Strip();
     QToolButton* const more = strip.findChild<QToolButton*>();
     const QWidget* const channelLabel = Channels().parentWidget()->findChildren<QLabel*>()[1];
     const int templateWidth = strip.sizeHint().width();
@@ -176,7 +173,7 @@ TEST_F(BarsTest, NarrowListsShrinkToSixLettersAndThenAButtonOpensThemAll) {
             EXPECT_EQ(Layers().geometry(), layers);
             EXPECT_EQ(Channels().geometry(), channels);
         }
-        EXPECT_EQ(Layers().isVisible() && Channels().isVisible(), true) << "they keep their keys";
+        EXPECT_TRUE(Layers().isVisible() && Channels().isVisible()) << "they keep their keys";
         if (more->isHidden() && width >= 12) {
             EXPECT_LE(Channels().geometry().right(), width);
             EXPECT_GE(Layers().width(), letters);
@@ -196,11 +193,11 @@ TEST_F(BarsTest, NarrowListsShrinkToSixLettersAndThenAButtonOpensThemAll) {
 }
 
 TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
-    theApp.m_pMainWnd->DestroyChildren();
+    Main().DestroyChildren();
     ASSERT_TRUE(OpenFile(Picture(16, 16)));
     AddLayer("second");
     Settle();
-    QWidget& strip = *Layers().parentWidget()->parentWidget();
+    QWidget& strip = Strip();
     QToolButton* const more = strip.findChild<QToolButton*>();
     EXPECT_TRUE(more->isVisible());
     EXPECT_TRUE(strip.rect().contains(more->geometry()));
@@ -346,34 +343,30 @@ TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {
     const QPointer<QWidget> menu = QApplication::activePopupWidget();
     ASSERT_TRUE(qobject_cast<QMenu*>(menu));
     EXPECT_EQ(menu->actions()[0]->text(), "&Float Layers && Channels");
-    theApp.m_pMainWnd->DestroyChildren();
+    Main().DestroyChildren();
     EXPECT_FALSE(menu);
 }
 
 TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
     for (const QEvent::Type end :
         {QEvent::WindowDeactivate, QEvent::WindowBlocked, QEvent::UngrabMouse, QEvent::Hide}) {
-        const QPoint from = LayerBar().mapToGlobal(GRIP);
-        Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
-        Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
+        BeginDrag();
         EXPECT_TRUE(Outline());
         QEvent event(end);
         QApplication::sendEvent(&LayerBar(), &event);
         EXPECT_FALSE(Outline()) << end;
-        Mouse(LayerBar(), QEvent::MouseButtonRelease, from + QPoint(50, 200), Qt::NoButton);
+        Mouse(LayerBar(), QEvent::MouseButtonRelease, LayerBar().mapToGlobal(QPoint(50, 200)), Qt::NoButton);
         EXPECT_FALSE(FloatingFrame("Layers & Channels")) << "nothing is dropped";
     }
-    const QPoint from = LayerBar().mapToGlobal(GRIP);
-    Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
-    Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
-    theApp.m_pMainWnd->DestroyChildren();
+    BeginDrag();
+    Main().DestroyChildren();
     EXPECT_FALSE(Outline());
 }
 
 TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
     const auto hasKeys = [&] { return Layers().hasFocus(); };
     Frame().MoveWindow({-3000, -3000, -2000, -2500});
-    QApplication::setActiveWindow(theApp.m_pMainWnd->GetBarHost());
+    QApplication::setActiveWindow(Main().GetBarHost());
     Layers().setFocus();
     ASSERT_TRUE(WaitFor(hasKeys));
     ToggleFloating();

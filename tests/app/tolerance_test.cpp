@@ -262,15 +262,3 @@ TEST_F(ToleranceTest, AWindowWithoutMemoryForItsPictureIsOnTheSameDocument) {
     ReadOtherwise();
     EXPECT_EQ(first.GetActiveView()->GetClientRect().Height(), before.cy) << "its frame fits a picture once it has one";
 }
-
-TEST_F(ToleranceTest, AlwaysShowsAnIffFileUnderTheTolerantRulesAtOnce) {
-    Keep("always");
-    ASSERT_TRUE(OpenFile(PaddedRows()));
-    EXPECT_EQ(ShownRows(), "##");
-    EXPECT_EQ(IdleText(), "Read tolerantly: padded plane rows");
-    EXPECT_EQ(MenuState(), "enabled, checked");
-    Keep("never");
-    ASSERT_TRUE(OpenFile(Picture(16, 16), "plain.iff"));
-    EXPECT_EQ(IdleText(), "Ready");
-    EXPECT_EQ(MenuState(), "grey");
-}
