@@ -43,8 +43,6 @@ TEST(Chunks, RefusalsBesideTheirControls) {
         EXPECT_TRUE(Loads(Form(type, {Chunk(id, Bytes(least))}))) << id;
         EXPECT_FALSE(Loads(Form(type, {Chunk(id, Bytes(least - 1))}))) << id;
     }
-    for (const auto& [claimed, loads] : Table<u32, bool>{{3, true}, {8, true}, {9, false}, {0xFFFFFFFF, false}})
-        EXPECT_EQ(Loads(Form("ILBM", {S3tc({.data = Bytes(8), .claimedSize = claimed})})), loads) << claimed;
     const LoadedIff none(Form("ILBM", {S3tc({.data = Bytes(8), .claimedSize = 0})}));
     EXPECT_FALSE(ChildAs<S3tcChunk>(none.Root(), 0).m_pData);
 }

@@ -151,14 +151,6 @@ TEST(Load, AChunkThatCannotBePlacedIsNotKept) {
     EXPECT_EQ(stream.m_nRefs, 1);
 }
 
-TEST(Load, ContainersInsideContainersHaveALimit) {
-    for (const char* id : {"LIST", "FORM"}) {
-        EXPECT_TRUE(Loads(Nested(STRICT.nDeepestContainer, id))) << id;
-        EXPECT_FALSE(Loads(Nested(STRICT.nDeepestContainer + 1, id))) << id;
-        EXPECT_FALSE(Loads(Nested(1'000'000, id))) << id;
-    }
-}
-
 TEST(ForEach, VisitsFormsOfTheTypeInFileOrderUntilToldToEnd) {
     const LoadedIff cat(Cat("MIPM",
         {Form("ILBM", {Tag(1), Bmhd({}), Tag(2)}), Form("MIPM", {Tag(8)}), List("MIPM", {Form("ILBM", {Tag(9)})}),
