@@ -1,6 +1,5 @@
 // Several child windows: their commands, their titles and the list of them.
 
-#include "app/frame_fit.h"
 #include "framework/core/document.h"
 #include "window_case.h"
 
@@ -10,7 +9,6 @@
 #include <QPaintEvent>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -108,11 +106,4 @@ TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCom
     toggle->trigger();
     EXPECT_TRUE(showsWhen(false));
     EXPECT_TRUE(frame.m_wndLayerBar.GetWidget()->isVisible());
-}
-
-TEST(FrameFit, NeverLeavesTheRangeOfAWindow) {
-    const CSize clamped = FittedClientSize(0xFFFFFFFF, 30000, 3.0e38f);
-    EXPECT_GT(clamped.cx, 1 << 20);
-    EXPECT_EQ(clamped.cx, clamped.cy);
-    EXPECT_EQ(FittedClientSize(0, 5, INFINITY), (CSize{0, clamped.cy})) << "a level from the 128th on";
 }
