@@ -181,7 +181,7 @@ void RefuseComposites() {
                  "byte 38, composite: compression 1 with 16 bits a sample; 0, or 1 with 8 bits, is read"},
              {bits, composite(2, 1, 1, {0, 2, 0, 2, 0xFF, 7, 0xFF, 7}),
                  "byte 38, composite: compression 1 with 1 bits a sample; 0, or 1 with 8 bits, is read"},
-             {{.layers = {{}}, .sectionExcess = 4}, {.layers = {{}}, .sectionExcess = 4, .compression = '8' << 8 | 'B'},
+             {{.layers = {{}}}, {.layers = {{}}, .tagged = TaggedBlock("abcd", {})},
                  "byte 94, composite: tagged blocks stand before it"},
          })
         ExpectPsd(loads, refused, reason);
