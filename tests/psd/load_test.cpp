@@ -142,7 +142,7 @@ TEST(LoadPsd, Extremes) {
     PsdFields many = {.layerCount = -32768};
     many.layers.resize(32768);
     EXPECT_EQ(LoadedPsd(many).image.m_Layers.GetCount(), 32768u);
-    EXPECT_TRUE(LoadedPsd({.layers = {{}}, .sectionExcess = 77}).bLoaded) << "this length bounds nothing";
+    EXPECT_EQ(Outcome(Psd({.layers = {{}}, .sectionExcess = 77}), STRICT), " | () = 0") << "this length bounds nothing";
     EXPECT_TRUE(LoadedPsd({.layers = {{.channels = {{.id = -2, .data = RawData({1})}}}}}).bLoaded) << "without a mask";
 }
 
