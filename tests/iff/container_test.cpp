@@ -133,24 +133,6 @@ TEST(Load, ExceptionsOfTheSourcePassThrough) {
     }
 }
 
-struct LostStream final : public ByteStream {
-    LostStream() : ByteStream(1) {}
-    u32 Tell() override { throw CFileException("no position"); }
-    void Seek(u32) override {}
-};
-
-TEST(Load, AChunkThatCannotBePlacedIsNotKept) {
-    LostStream stream;
-    Finding finding;
-    PassedOver passedOver;
-    {
-        const auto archive = CountedPtr<IffStreamArchive>::Adopt(new IffStreamArchive(finding, passedOver));
-        archive->Attach(&stream);
-        EXPECT_THROW(archive->OpenChunk(1), CFileException);
-    }
-    EXPECT_EQ(stream.m_nRefs, 1);
-}
-
 TEST(ForEach, VisitsFormsOfTheTypeInFileOrderUntilToldToEnd) {
     const LoadedIff cat(Cat("MIPM",
         {Form("ILBM", {Tag(1), Bmhd({}), Tag(2)}), Form("MIPM", {Tag(8)}), List("MIPM", {Form("ILBM", {Tag(9)})}),

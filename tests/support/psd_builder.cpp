@@ -32,7 +32,7 @@ Bytes Psd(const PsdFields& fields) {
         if (fields.hasGlobalMasks) section.Block(fields.globalMasks, fields.globalMasksExcess);
         section.Append(fields.tagged);
     }
-    out.Text(fields.signature).U16(fields.version).Repeat(6, 0).U16(fields.channels);
+    out.Text("8BPS").U16(fields.version).Repeat(6, 0).U16(fields.channels);
     out.U32(fields.rows, fields.columns).U16(fields.depth, fields.mode).Block(fields.colourData, fields.colourExcess);
     out.Block(resources, fields.resourcesExcess).Block(section, fields.sectionExcess, large).U16(fields.compression);
     const u64 rowSize = fields.depth == 1 ? (fields.columns + 7) / 8 : fields.columns * fields.depth / 8;

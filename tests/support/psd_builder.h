@@ -35,7 +35,6 @@ struct PsdResourceFields {
 };
 
 struct PsdFields {
-    std::string signature = "8BPS";
     u32 version = 1, channels = 1, rows = 1, columns = 1, depth = 8, mode = PSD_GREYSCALE;
     Bytes colourData = {};
     std::vector<PsdResourceFields> resources = {};
