@@ -143,6 +143,10 @@ TEST_F(BarsTest, ACutEntryKeepsBothEndsAndShowsWholeInATip) {
     Layers().hidePopup();
 }
 
+TEST_F(BarsTest, ACaptionTellsWhereItsFileIs) {
+    EXPECT_EQ(TipOf(*Frame().GetSubWindow(), {100, 5}), m_folder.Path("picture.iff"));
+}
+
 TEST_F(BarsTest, TheWheelChoosesInAListThatHasTheFocusAndScrollsWhatLiesBelowAnother) {
     AddLayer("second");
     QApplication::setActiveWindow(Main().GetBarHost());
