@@ -36,7 +36,11 @@ inline void Settle() {
 // Lets the program run until the condition holds. The deadline only ends a test that would never end.
 inline bool WaitFor(const std::function<bool()>& condition) {
     constexpr int DEADLINE = 60'000;  // milliseconds
-    return QTest::qWaitFor([&] { return Settle(), condition(); }, DEADLINE);
+    const auto holds = [&] {
+        Settle();
+        return condition();
+    };
+    return QTest::qWaitFor(holds, DEADLINE);
 }
 
 // Value of a pixel of Picture; no two neighbours are the same.

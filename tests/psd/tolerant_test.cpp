@@ -54,7 +54,10 @@ constexpr i64 UPPER = i64{1} << 32;
 
 TEST(Tolerant, Headers) {
     PsdFields large = Channel(PackedData({{0xFF, 7}, {1, 8, 9}}, true), 2, 2);
-    large.version = 2, large.rows = 2, large.compression = 1, large.samples = ByteBuilder().U32(2, 2).U32(0x00050006);
+    large.version = 2;
+    large.rows = 2;
+    large.compression = 1;
+    large.samples = ByteBuilder().U32(2, 2).U32(0x00050006);
     PsdFields sectionUpper = large, layersUpper = large, channelUpper = large, side = Layer({.right = 300000});
     sectionUpper.sectionExcess = layersUpper.layersExcess = channelUpper.layers[0].channels[0].excess = UPPER;
     side.version = 2;
@@ -134,7 +137,8 @@ TEST(Tolerant, LayersAndTheirMasks) {
     user.layers[0].channels.push_back({.id = -2, .data = TWO});
     PsdFields unmasked = user;
     unmasked.layers[0].mask = Bytes(20);
-    unmasked.layers.push_back({.right = 0}), unmasked.layers.push_back({.channels = {{.data = SEVEN}}});
+    unmasked.layers.push_back({.right = 0});
+    unmasked.layers.push_back({.channels = {{.data = SEVEN}}});
     ExpectOutcomes({
         {"no rows", sized(3, 0, 3, 1), empty},
         {"no columns", sized(0, 3, 1, 3), empty},

@@ -53,7 +53,10 @@ Bytes RawData(const Bytes& samples) { return ByteBuilder().U16(0).Append(samples
 
 Bytes PackedData(const std::vector<Bytes>& rows, bool large) {
     ByteBuilder counts, data;
-    for (const Bytes& row : rows) (large ? counts.U32(row.size()) : counts.U16(row.size())), data.Append(row);
+    for (const Bytes& row : rows) {
+        large ? counts.U32(row.size()) : counts.U16(row.size());
+        data.Append(row);
+    }
     return ByteBuilder().U16(1).Append(counts).Append(data);
 }
 
@@ -73,7 +76,7 @@ PsdFields LayeredPsd() {
     PsdLayerFields layer = {.top = -1, .left = 2, .bottom = 1, .right = 5};
     layer.channels = {{.id = -1, .data = RawData({1, 2, 3, 4, 5, 6})},
         {.id = 0, .data = PackedData({{0xFE, 7}, {2, 7, 8, 9}})}, {.id = -2, .data = RawData({10, 11})}};
-    layer.opacity = 254, layer.clipping = 0xFF, layer.flags = 0xF0, layer.name = "first";
+    layer.name = "first";
     layer.mask = ByteBuilder().U32(0xFFFFFFFF, 6, 0, 8).U8(0xFE, 0xFD).U16(0xAAAA);
     layer.ranges = ByteBuilder().Text("srcedestSRC0DST0SRC1DST1");  // none for the third
     PsdFields fields = {.rows = 2, .columns = 3, .mode = PSD_INDEXED, .layerCount = -2, .layerPad = {0}};
@@ -81,7 +84,8 @@ PsdFields LayeredPsd() {
     for (u32 i = 0; i < 768; ++i) fields.colourData.push_back(static_cast<u8>(i / 256 * 80 + i % 256 / 4));
     fields.resources = {{.id = 1006, .data = {1, 'a', 0, 2, 'b', 'c'}}, {.name = "raw", .data = {1, 2, 3}}};
     fields.globalMasks = ByteBuilder().U16(0xFFFE).Text("abcdefgh").U16(0x1234).U8(0x80).Repeat(1 + 14, 0xAA);
-    fields.compression = 1, fields.samples = Bytes{0, 2, 0, 4, 0xFE, 1, 2, 1, 2, 3};
+    fields.compression = 1;
+    fields.samples = Bytes{0, 2, 0, 4, 0xFE, 1, 2, 1, 2, 3};
     return fields;
 }
 
