@@ -37,10 +37,10 @@ std::string TipOf(QWidget& widget, const QPoint& at) {
     return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText().toStdString();
 }
 
-// The frame that a bar of this title floats in; null while none does.
-QWidget* FloatingFrame(const std::string& strTitle) {
+// The frame that a bar floats in; null while it does not.
+QWidget* FloatingFrame(const QToolBar& bar) {
     for (QWidget* const window : QApplication::topLevelWidgets())
-        if (window->isVisible() && window->windowType() == Qt::Tool && window->windowTitle().toStdString() == strTitle)
+        if (window->isVisible() && window->windowType() == Qt::Tool && window->windowTitle() == bar.windowTitle())
             return window;
     return nullptr;
 }
@@ -204,7 +204,6 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
     QWidget& strip = Strip();
     QToolButton* const more = strip.findChild<QToolButton*>();
     EXPECT_TRUE(more->isVisible());
-    EXPECT_TRUE(strip.rect().contains(more->geometry()));
     EXPECT_TRUE(View().GetWidget()->width() >= strip.width());
     QWidget* panel = nullptr;
     for (const int width : {1000, 150}) {
@@ -228,70 +227,56 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
 }
 
 TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
-    using Area = Qt::ToolBarArea;
+    constexpr Qt::ToolBarArea NONE = Qt::NoToolBarArea;
     Frame().GetSubWindow()->move(0, 0);  // all of it in sight
-    const auto ofHost = [](const QMainWindow& host, int x, int y) { return host.mapToGlobal(QPoint(x, y)); };
-    const auto drop = [](QToolBar& bar, const QPoint& onScreen) {
-        if (QWidget* const frame = FloatingFrame(bar.windowTitle().toStdString()))
-            return Drag(*frame, CAPTION, onScreen);
-        return Drag(bar, GRIP, onScreen);
-    };
-    for (const bool isTool : {true, false}) {
-        QToolBar& bar = isTool ? ToolBar() : LayerBar();
-        QMainWindow& host = isTool ? MainWindow() : *Frame().GetBarHost();
-        const int right = host.width() - 5;
-        const int bottom = host.height() - 5;
-        const int middle = host.height() / 2;
-        for (const auto& [x, y, area] : Table<int, int, Area>{{200, bottom, Qt::BottomToolBarArea},
-                 {5, middle, Qt::LeftToolBarArea}, {right, middle, Qt::RightToolBarArea},
-                 {200, middle, Qt::NoToolBarArea}, {200, 5, Qt::TopToolBarArea}}) {
-            const QRect outline = drop(bar, ofHost(host, x, y));
-            const bool floats = !isTool && area != Qt::TopToolBarArea && area != Qt::BottomToolBarArea;
-            EXPECT_EQ(!FloatingFrame(bar.windowTitle().toStdString()), !floats && area != Qt::NoToolBarArea)
-                << isTool << " at " << x << ", " << y;
-            if (!floats && area != Qt::NoToolBarArea) {
-                EXPECT_EQ(host.toolBarArea(&bar), area) << isTool;
-            }
-            const QWidget* const frame = FloatingFrame(bar.windowTitle().toStdString());
-            EXPECT_EQ(bar.isVisible(), !frame);
-            if (frame && !outline.isEmpty()) {
-                EXPECT_EQ(frame->size(), outline.size()) << isTool;
+    for (const auto& [bar, host, hasSides] : Table<QToolBar*, QMainWindow*, bool>{
+             {&ToolBar(), &MainWindow(), true}, {&LayerBar(), Frame().GetBarHost(), false}}) {
+        const int right = host->width() - 5;
+        const int bottom = host->height() - 5;
+        const int middle = host->height() / 2;
+        for (const auto& [x, y, area] : Table<int, int, Qt::ToolBarArea>{{200, bottom, Qt::BottomToolBarArea},
+                 {5, middle, hasSides ? Qt::LeftToolBarArea : NONE},
+                 {right, middle, hasSides ? Qt::RightToolBarArea : NONE}, {200, middle, NONE},
+                 {200, 5, Qt::TopToolBarArea}}) {
+            QWidget* const frame = FloatingFrame(*bar);
+            const QRect outline =
+                Drag(frame ? *frame : *bar, frame ? CAPTION : GRIP, host->mapToGlobal(QPoint(x, y)));
+            EXPECT_EQ(bar->isVisible() ? host->toolBarArea(bar) : NONE, area) << hasSides << " at " << x << ", " << y;
+            const QWidget* const floating = FloatingFrame(*bar);
+            EXPECT_EQ(floating != nullptr, area == NONE);
+            if (floating && !outline.isEmpty()) {
+                EXPECT_EQ(floating->size(), outline.size()) << hasSides;
             }
         }
     }
 }
 
 TEST_F(BarsTest, ABarFloatsWhereAndAsWideAsItFloatedLast) {
-    for (const bool isTool : {true, false}) {
-        QToolBar& bar = isTool ? ToolBar() : LayerBar();
-        const std::string title = bar.windowTitle().toStdString();
-        const QPoint inside = Frame().GetBarHost()->mapToGlobal(QPoint(300, 200));
-        Drag(bar, GRIP, inside);
-        QWidget* frame = FloatingFrame(title);
-        ASSERT_TRUE(frame) << title;
-        const int wide = frame->width();
-        const int rowHeight = frame->height();
-        Drag(*frame, {wide - 1, frame->height() / 2}, frame->mapToGlobal(QPoint(wide / 2, 0)));
-        EXPECT_LT(frame->width(), wide);
-        if (isTool) {
-            EXPECT_GT(frame->height(), rowHeight) << "its buttons need a second row";
-        }
+    const auto doubleClick = [](QWidget& widget, const QPoint& at) {
+        Mouse(widget, QEvent::MouseButtonDblClick, widget.mapToGlobal(at), Qt::LeftButton);
+    };
+    for (const auto& [bar, host] :
+        Table<QToolBar*, QMainWindow*>{{&ToolBar(), &MainWindow()}, {&LayerBar(), Frame().GetBarHost()}}) {
+        SCOPED_TRACE(bar->windowTitle().toStdString());
+        Drag(*bar, GRIP, Frame().GetBarHost()->mapToGlobal(QPoint(300, 200)));
+        QWidget* frame = FloatingFrame(*bar);
+        ASSERT_TRUE(frame);
+        const QSize before = frame->size();
+        Drag(*frame, {before.width() - 1, before.height() / 2}, frame->mapToGlobal(QPoint(before.width() / 2, 0)));
+        EXPECT_LT(frame->width(), before.width());
+        EXPECT_TRUE(bar == &LayerBar() || frame->height() > before.height()) << "its buttons need a second row";
         const QRect place = frame->geometry();
-        const auto doubleClick = [](QWidget& widget, const QPoint& at) {
-            Mouse(widget, QEvent::MouseButtonDblClick, widget.mapToGlobal(at), Qt::LeftButton);
-        };
-        const QPoint edge = (isTool ? MainWindow() : *Frame().GetBarHost()).mapToGlobal(QPoint(200, 5));
         for (const bool isDragged : {true, false}) {
             if (isDragged)
-                Drag(*frame, CAPTION, edge);
+                Drag(*frame, CAPTION, host->mapToGlobal(QPoint(200, 5)));
             else
                 doubleClick(*frame, CAPTION);
-            EXPECT_FALSE(FloatingFrame(title));
-            EXPECT_TRUE(bar.isVisible());
-            doubleClick(bar, GRIP);
-            frame = FloatingFrame(title);
-            ASSERT_TRUE(frame) << title;
-            EXPECT_EQ(frame->geometry(), place) << title << isDragged;
+            EXPECT_FALSE(FloatingFrame(*bar));
+            EXPECT_TRUE(bar->isVisible());
+            doubleClick(*bar, GRIP);
+            frame = FloatingFrame(*bar);
+            ASSERT_TRUE(frame);
+            EXPECT_EQ(frame->geometry(), place) << isDragged;
         }
         doubleClick(*frame, CAPTION);
     }
@@ -317,17 +302,17 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
     MainWindow().addToolBar(Qt::RightToolBarArea, &ToolBar());
     Settle();
     takeItem();
-    ASSERT_TRUE(FloatingFrame("Toolbar"));
+    ASSERT_TRUE(FloatingFrame(ToolBar()));
     EXPECT_FALSE(ToolBar().isVisible());
     takeItem();
-    EXPECT_FALSE(FloatingFrame("Toolbar"));
+    EXPECT_FALSE(FloatingFrame(ToolBar()));
     EXPECT_TRUE(ToolBar().isVisible());
     MainWindow().addToolBar(Qt::TopToolBarArea, &ToolBar());
 }
 
 TEST_F(BarsTest, TheMainWindowHasItsKeysBackAfterAMenuOpenedFromAFloatingBar) {
     ToggleFloating();
-    QWidget* const frame = FloatingFrame("Layers & Channels");
+    QWidget* const frame = FloatingFrame(LayerBar());
     ASSERT_TRUE(frame);
     QApplication::setActiveWindow(frame);
     Layers().setFocus();
@@ -360,7 +345,7 @@ TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
         QApplication::sendEvent(&LayerBar(), &event);
         EXPECT_FALSE(Outline()) << end;
         Mouse(LayerBar(), QEvent::MouseButtonRelease, LayerBar().mapToGlobal(QPoint(50, 200)), Qt::NoButton);
-        EXPECT_FALSE(FloatingFrame("Layers & Channels")) << "nothing is dropped";
+        EXPECT_FALSE(FloatingFrame(LayerBar())) << "nothing is dropped";
     }
     BeginDrag();
     Main().DestroyChildren();
@@ -374,7 +359,7 @@ TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
     Layers().setFocus();
     ASSERT_TRUE(WaitFor(hasKeys));
     ToggleFloating();
-    QWidget* const frame = FloatingFrame("Layers & Channels");
+    QWidget* const frame = FloatingFrame(LayerBar());
     ASSERT_TRUE(frame);
     const auto isOnScreen = [&] { return frame->screen()->availableGeometry().contains(frame->geometry()); };
     EXPECT_TRUE(isOnScreen());
