@@ -128,6 +128,12 @@ class WalkTest(ProgramTest):
         caps, num = self.lock_pane("Caps_Lock"), self.lock_pane("Num_Lock")
         self.assertLess(max(caps), min(num))
 
+        self.command("w", "z")
+        self.wait_for_window("Zoom")
+        self.screen.xdotool("type", "abc")
+        self.keys("Return")
+        self.wait_for_window(TITLE)  # the refusal, in front of the dialog
+        self.keys("Return", "Escape")
         for scale in ("2", "1"):
             self.command("w", "z")
             self.answer("Zoom", scale)  # in place of what stood there

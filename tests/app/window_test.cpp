@@ -151,6 +151,11 @@ TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
     EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 64, 24}), before);
 }
 
+TEST_F(WindowTest, APictureThatCannotBeMadeOpensAnEmptyView) {
+    ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8})})));
+    EXPECT_GT(ClientSize().cx, 8);
+}
+
 TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
     ASSERT_TRUE(OpenFile(Picture(8, 8)));
     CComboBox& list = Frame().m_wndLayerCombo;
