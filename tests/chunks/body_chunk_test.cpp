@@ -131,7 +131,6 @@ TEST(BodyChunk, KnowsWhetherItsDataCanFillTheRows) {
     }
 }
 
-// As many bytes as one row takes that is long enough.
 TEST(ByteRun, LengthIsThatOfAllBytesAsOneRow) {
     for (const auto& [packed, length] : Table<Bytes, u64>{
              {Bytes(), 0},
@@ -144,15 +143,6 @@ TEST(ByteRun, LengthIsThatOfAllBytesAsOneRow) {
              {{5, 1, 2}, 2},
          })
         EXPECT_EQ(ByteRunLength(packed.data(), static_cast<u32>(packed.size())), length) << packed.size();
-    Random random(7);
-    Bytes row(128 * 128);
-    for (u32 round = 0; round < 2000; ++round) {
-        const Bytes packed = random.SomeBytes(2 + random.Below(100));
-        const u32 length = static_cast<u32>(ByteRunLength(packed.data(), static_cast<u32>(packed.size())));
-        ByteRunSource enough = {packed.data(), static_cast<u32>(packed.size())}, more = enough;
-        ASSERT_TRUE(UnpackByteRun(row.data(), length, enough)) << round;
-        ASSERT_FALSE(UnpackByteRun(row.data(), length + 1, more)) << round;
-    }
 }
 
 }  // namespace
