@@ -44,6 +44,7 @@ TESTS_ONLY = {"tests/iff": ["chunks/ilbm_chunks.h"]}
 # The same for what else stands beside src/.
 BESIDE_SRC = {
     "tools": CORE + ["tests/support"],
+    "bench/peers": [],
     "bench/startup": [],
     "bench/windows": CORE + ["framework/qt/wnd", "app", "tests/support"],
     "bench": CORE + ["tests/support"],
@@ -55,7 +56,7 @@ BESIDE_SRC = {
 
 # Qt headers stand in the .cpp files of these folders only, and in what window tests share.
 QT_FOLDERS = ["framework/qt/kit", "framework/qt/wnd", "framework/qt/program", "tests/framework_qt_kit", "tests/app",
-              "bench/startup", "bench/windows"]
+              "bench/peers", "bench/startup", "bench/windows"]
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 QT_HEADER = re.compile(r"Q[A-Z]|Qt|q[a-z]*\.h$|private/q")

@@ -15,8 +15,8 @@ static bool Convert(const AVFrame* pFrame) {
     const int width = pFrame->width;
     const int height = pFrame->height;
     if (av_image_alloc(data, sizes, width, height, SHOWN, 32) < 0) return false;
-    SwsContext* const context = sws_getContext(width, height, static_cast<AVPixelFormat>(pFrame->format), width,
-                                               height, SHOWN, SWS_POINT, nullptr, nullptr, nullptr);
+    SwsContext* const context = sws_getContext(width, height, static_cast<AVPixelFormat>(pFrame->format),
+                                               width, height, SHOWN, SWS_POINT, nullptr, nullptr, nullptr);
     const bool done =
         context && sws_scale(context, pFrame->data, pFrame->linesize, 0, height, data, sizes) == height;
     sws_freeContext(context);
@@ -35,7 +35,8 @@ static bool Decode(AVFormatContext* pFormat) {
     decoder->thread_count = 1;
     const bool decoded = avcodec_parameters_to_context(decoder, parameters) >= 0 &&
                          avcodec_open2(decoder, codec, nullptr) >= 0 && av_read_frame(pFormat, packet) >= 0 &&
-                         avcodec_send_packet(decoder, packet) >= 0 && avcodec_receive_frame(decoder, frame) >= 0;
+                         avcodec_send_packet(decoder, packet) >= 0 &&
+                         avcodec_receive_frame(decoder, frame) >= 0;
     const bool done = decoded && Convert(frame);
     av_frame_free(&frame);
     av_packet_free(&packet);

@@ -2,7 +2,6 @@
 #include "peer.h"
 
 #include <OpenImageIO/imageio.h>
-
 #include <memory>
 
 int main(int argc, char** argv) {

@@ -1,5 +1,5 @@
-// What every peer does: it loads a file so often and prints each load's processor time in milliseconds. Whatever
-// the library needs to be told once is told before.
+// What every peer does: it loads a file so often and prints each load's processor time in milliseconds.
+// Whatever the library needs to be told once is told before.
 #pragma once
 
 #include <cstdio>

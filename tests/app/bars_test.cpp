@@ -239,8 +239,7 @@ TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
                  {right, middle, hasSides ? Qt::RightToolBarArea : NONE}, {200, middle, NONE},
                  {200, 5, Qt::TopToolBarArea}}) {
             QWidget* const frame = FloatingFrame(*bar);
-            const QRect outline =
-                Drag(frame ? *frame : *bar, frame ? CAPTION : GRIP, host->mapToGlobal(QPoint(x, y)));
+            const QRect outline = Drag(frame ? *frame : *bar, frame ? CAPTION : GRIP, host->mapToGlobal(QPoint(x, y)));
             EXPECT_EQ(bar->isVisible() ? host->toolBarArea(bar) : NONE, area) << hasSides << " at " << x << ", " << y;
             const QWidget* const floating = FloatingFrame(*bar);
             EXPECT_EQ(floating != nullptr, area == NONE);
@@ -289,7 +288,7 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
             auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             ASSERT_TRUE(menu);
             const QRect window(MainWindow().mapToGlobal(QPoint(0, 0)), MainWindow().size());
-            EXPECT_TRUE(window.contains(menu->geometry()) || FloatingFrame("Toolbar"));
+            EXPECT_TRUE(window.contains(menu->geometry()) || FloatingFrame(ToolBar()));
             menu->setActiveAction(menu->actions()[0]);
             QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
             QApplication::sendEvent(menu, &key);

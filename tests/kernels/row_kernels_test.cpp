@@ -262,5 +262,6 @@ TEST_P(EveryKernel, FindsAValueBeyondTheMapWhereverItStands) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Vectors, EveryKernel, testing::Values("best", "SSSE3", "SSE4", "AVX2", "AVX3", "AVX3_DL", "NEON"),
+INSTANTIATE_TEST_SUITE_P(Vectors, EveryKernel,
+    testing::Values("best", "SSSE3", "SSE4", "AVX2", "AVX3", "AVX3_DL", "NEON"),
     [](const auto& kind) { return std::string(kind.param); });
