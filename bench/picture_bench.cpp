@@ -5,14 +5,18 @@
 #include "chunks/register_chunks.h"
 #include "display/block_decoder.h"
 #include "framework/core/stretch.h"
+#include "kernels/packets.h"
 #include "kernels/row_kernels.h"
+#include "photograph.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/random.h"
 
 #include <benchmark/benchmark.h>
 
+#include <cstring>
 #include <malloc.h>
+#include <vector>
 
 namespace {
 
@@ -58,37 +62,114 @@ void DecodeBlocks(benchmark::State& state) {
 }
 BENCHMARK(DecodeBlocks)->Arg(1)->Arg(5)->ArgName("code")->Unit(benchmark::kMillisecond);
 
-void PackCmyk8(benchmark::State& state) {
-    const Bytes samples = Random(2).SomeBytes(4 * SIDE);
-    Bytes out(3 * SIDE);
-    const u8* const row = samples.data();
+// Kernels alone over a picture of 4096 x 4096 that is there already. Bytes are those written, to be held
+// against those of memcpy.
+constexpr u32 LARGE = 4096;
+constexpr u64 LARGE_BITMAP = u64{LARGE} * LARGE * 3;
+
+void SetWritten(benchmark::State& state) {
+    state.SetBytesProcessed(static_cast<i64>(state.iterations() * LARGE_BITMAP));
+}
+
+LargeBlock Written(u64 nSize) {
+    LargeBlock block = LargeBlock::Allocate(nSize);
+    std::memset(block.Data(), 1, nSize);
+    return block;
+}
+
+void CopyLarge(benchmark::State& state) {
+    const LargeBlock from = Written(LARGE_BITMAP);
+    const LargeBlock to = Written(LARGE_BITMAP);
     for (auto _ : state) {
-        TheRowKernels().Cmyk8(out.data(), row, row + SIDE, row + 2 * SIDE, row + 3 * SIDE, SIDE);
-        benchmark::DoNotOptimize(out.data());
+        std::memcpy(to.Data(), from.Data(), LARGE_BITMAP);
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(static_cast<i64>(state.iterations()) * SIDE);
+    SetWritten(state);
 }
-BENCHMARK(PackCmyk8);
+BENCHMARK(CopyLarge)->Unit(benchmark::kMillisecond);
 
-// Arguments: the scale at which a screenful of a large picture is drawn, and its bits a pixel.
+void PlanesToColours(benchmark::State& state) {
+    const LargeBlock planes = Written(LARGE_BITMAP);
+    const LargeBlock out = Written(LARGE_BITMAP);
+    constexpr u64 PLANE = u64{LARGE} * LARGE;
+    for (auto _ : state)
+        for (u64 y = 0; y < LARGE; ++y) {
+            const u8* const row = planes.Data() + y * LARGE;
+            TheRowKernels().Rgb8(out.Data() + y * LARGE * 3, row, row + PLANE, row + 2 * PLANE, LARGE);
+        }
+    SetWritten(state);
+}
+BENCHMARK(PlanesToColours)->Unit(benchmark::kMillisecond);
+
+void UnpackPhotograph(benchmark::State& state) {
+    Photograph photograph(LARGE);
+    PacketCounts packets;
+    Row packed;
+    for (u32 y = 0; y < 3 * LARGE; ++y) {
+        const Row row = PackRow(photograph.NextRow(y / LARGE, y % LARGE), packets);
+        packed.insert(packed.end(), row.begin(), row.end());
+    }
+    const LargeBlock out = Written(LARGE_BITMAP);
+    for (auto _ : state) {
+        const u8* in = packed.data();
+        for (u64 y = 0; y < 3 * LARGE; ++y) {
+            u8* const to = out.Data() + y * LARGE;
+            PacketRow row = {in, packed.data() + packed.size(), to, to + LARGE};
+            TheRowKernels().UnpackPackBits(row);
+            in = row.pIn;
+        }
+    }
+    SetWritten(state);
+}
+BENCHMARK(UnpackPhotograph)->Unit(benchmark::kMillisecond);
+
+void BitPlanesToColours(benchmark::State& state) {
+    const Bytes planes = Random(4).SomeBytes(LARGE * LARGE);
+    const LargeBlock out = Written(LARGE_BITMAP);
+    std::vector<u32> values(LARGE);
+    std::vector<u32> colours(256);
+    for (u32 i = 0; i < colours.size(); ++i) colours[i] = i * 0x010203;
+    for (auto _ : state)
+        for (u64 y = 0; y < LARGE; ++y) {
+            TheRowKernels().PlanesToValues(values.data(), planes.data() + y * LARGE, LARGE, 8, LARGE / 8);
+            TheRowKernels().ColourMap(out.Data() + y * LARGE * 3, values.data(), LARGE, colours.data(), 256);
+        }
+    SetWritten(state);
+}
+BENCHMARK(BitPlanesToColours)->Unit(benchmark::kMillisecond);
+
+void BlocksToColours(benchmark::State& state) {
+    const Bytes blocks = Random(3).SomeBytes(LARGE / 4 * (LARGE / 4) * 8);
+    const LargeBlock out = Written(LARGE_BITMAP);
+    for (auto _ : state)
+        for (u64 y = 0; y < LARGE; y += 4)
+            TheRowKernels().ColourBlocks(out.Data() + y * LARGE * 3, i64{LARGE} * 3,
+                                         blocks.data() + y / 4 * (LARGE / 4) * 8, 8, LARGE / 4, true);
+    SetWritten(state);
+}
+BENCHMARK(BlocksToColours)->Unit(benchmark::kMillisecond);
+
+// Arguments: the scale at which a screenful of a large picture is drawn, in 32nds, and its bits a pixel.
 void StretchScreen(benchmark::State& state) {
-    const u32 scale = static_cast<u32>(state.range(0));
+    const u32 dest = static_cast<u32>(LARGE * state.range(0) / 32);
     GdiBitmap bitmap;
     bitmap.header.biBitCount = static_cast<u16>(state.range(1));
-    bitmap.nWidth = SIDE;
-    bitmap.nHeight = SIDE;
-    bitmap.bits = LargeBlock::Allocate(SIDE * DibStride(SIDE, bitmap.header.biBitCount));
+    bitmap.nWidth = LARGE;
+    bitmap.nHeight = LARGE;
+    bitmap.bits = Written(LARGE * DibStride(LARGE, bitmap.header.biBitCount));
     std::vector<u32> screen(1920 * 1080);
-    const CRect exposed = {0, 0, static_cast<int>(std::min(1920u, SIDE * scale)),
-                           static_cast<int>(std::min(1080u, SIDE * scale))};
+    const CRect exposed = {0, 0, static_cast<int>(std::min(1920u, dest)),
+                           static_cast<int>(std::min(1080u, dest))};
     for (auto _ : state) {
-        StretchExposed(bitmap, {SIDE, SIDE, SIDE * scale, SIDE * scale}, exposed, screen.data(), 1920);
+        StretchExposed(bitmap, {LARGE, LARGE, dest, dest}, exposed, screen.data(), 1920);
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(static_cast<i64>(state.iterations()) * exposed.Width() * exposed.Height());
 }
-BENCHMARK(StretchScreen)->ArgsProduct({{1, 2, 32}, {8, 24}})->ArgNames({"scale", "bits"});
+BENCHMARK(StretchScreen)
+    ->ArgsProduct({{1, 16, 32, 48, 1024}, {8, 24}})
+    ->ArgNames({"scale32", "bits"})
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -11,6 +11,9 @@
 
 struct RowKernels;
 
+// Vectors whose size the compiler does not know can be kept in no array or structure, as kernels do.
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
+
 // The best that the processor has.
 i64 BestVectors();
 
