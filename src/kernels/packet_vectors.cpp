@@ -27,15 +27,22 @@ using Bytes = hn::CappedTag<u8, 64>;
 
 constexpr i64 PIECE = 64;  // bytes, a multiple of every vector's
 
-// The bytes of a packet from its place nAt on, and what follows them in the source.
-HWY_INLINE void MovePiece(const PacketRow& row, const Packet& packet, hn::Vec<Bytes> fill,
-                          hn::Vec<Bytes> isRun, i64 nAt) {
+// Puts the first piece of a packet. What stands in for the kind of packet has all bits set for a run.
+HWY_INLINE void PutFirstPiece(const PacketRow& row, hn::Vec<Bytes> fill, hn::Vec<Bytes> isRun) {
     const Bytes bytes;
     const i64 step = static_cast<i64>(hn::Lanes(bytes));
-    for (i64 at = nAt; at < nAt + PIECE; at += step) {
+    for (i64 at = 0; at < PIECE; at += step) {
         const auto literal = hn::LoadU(bytes, row.pIn + 1 + at);
         hn::StoreU(hn::Or(hn::And(isRun, fill), hn::AndNot(isRun, literal)), bytes, row.pOut + at);
     }
+}
+
+// The other pieces of one that is longer. A run has nothing more in the source to be read.
+HWY_INLINE void PutFurtherPieces(const PacketRow& row, const Packet& packet, hn::Vec<Bytes> fill) {
+    const Bytes bytes;
+    const i64 step = static_cast<i64>(hn::Lanes(bytes));
+    for (i64 at = PIECE; at < packet.nCount; at += step)
+        hn::StoreU(packet.bIsRun ? fill : hn::LoadU(bytes, row.pIn + 1 + at), bytes, row.pOut + at);
 }
 
 // Goes on as long as the rest of source and row hold the packet and a piece more.
@@ -48,8 +55,8 @@ HWY_INLINE void UnpackPieces(PacketRow& row) {
             break;
         const auto fill = hn::Set(bytes, row.pIn[1]);
         const auto isRun = hn::Set(bytes, static_cast<u8>(-static_cast<i32>(packet.bIsRun)));
-        MovePiece(row, packet, fill, isRun, 0);
-        for (i64 at = PIECE; at < packet.nCount; at += PIECE) MovePiece(row, packet, fill, isRun, at);
+        PutFirstPiece(row, fill, isRun);
+        if (packet.nCount > PIECE) PutFurtherPieces(row, packet, fill);
         row.pIn += packet.nSize;
         row.pOut += packet.nCount;
     }

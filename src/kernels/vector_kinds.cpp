@@ -1,8 +1,18 @@
 #include "kernels/vector_kinds.h"
 
 #define HWY_WANT_AVX3_DL
+#include <cstdio>
+#include <cstdlib>
 #include <hwy/detect_targets.h>
 #include <hwy/targets.h>
+
+// What Highway's headers call where they are misused, which only builds without optimisation look for.
+namespace hwy {
+void Abort(const char* pszFile, int nLine, const char* pszFormat, ...) {
+    std::fprintf(stderr, "%s:%d: %s\n", pszFile, nLine, pszFormat);
+    std::abort();
+}
+}  // namespace hwy
 
 namespace {
 
