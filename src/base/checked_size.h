@@ -1,4 +1,4 @@
-// Sizes made of numbers from a file: products that cannot wrap.
+// Sizes made of numbers from a file: products and sums that cannot wrap.
 #pragma once
 
 #include "base/types.h"
@@ -16,4 +16,15 @@ constexpr u64 SizeProduct(u64 nCount, u64 nSize) {
 template <typename... Rest>
 constexpr u64 SizeProduct(u64 nCount, u64 nSize, Rest... rest) {
     return SizeProduct(SizeProduct(nCount, nSize), rest...);
+}
+
+// Likewise of a sum.
+constexpr u64 SizeSum(u64 nSize, u64 nOther) {
+    u64 sum = 0;
+    return __builtin_add_overflow(nSize, nOther, &sum) ? IMPOSSIBLE_SIZE : sum;
+}
+
+template <typename... Rest>
+constexpr u64 SizeSum(u64 nSize, u64 nOther, Rest... rest) {
+    return SizeSum(SizeSum(nSize, nOther), rest...);
 }

@@ -1,12 +1,13 @@
 #include "base/large_block.h"
 
+#include "base/process_memory.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <sys/mman.h>
-#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -114,9 +115,14 @@ class KeptBlocks {
 };
 
 u64& TheLimit() {
-    static u64 limit =
-        static_cast<u64>(sysconf(_SC_PHYS_PAGES)) * static_cast<u64>(sysconf(_SC_PAGESIZE)) / 2;
+    static u64 limit = MemoryOfProcess() / 2;
     return limit;
+}
+
+// Of all blocks that are in use.
+u64& TheUsedSize() {
+    static u64 used = 0;
+    return used;
 }
 
 std::optional<u8>& TheFill() {
@@ -132,22 +138,31 @@ u8* TakeFresh(u64 nSize, u64& nCapacity) {
     nCapacity = (nSize + unit - 1 + (nSize == 0)) & ~(unit - 1);
     if (nCapacity < nSize) return nullptr;
     const bool large = nSize >= LEAST_ON_HUGE_PAGES;
-    auto* const data = static_cast<u8*>(std::aligned_alloc(large ? HUGE_PAGE : CACHE_LINE, nCapacity));
+    void* place = nullptr;
+    if (posix_memalign(&place, large ? HUGE_PAGE : CACHE_LINE, nCapacity) != 0) return nullptr;
+    auto* const data = static_cast<u8*>(place);
     // A system without them says so, and gives plain pages.
-    if (data && large) madvise(data, nCapacity & ~(PAGE - 1), MADV_HUGEPAGE);
+    if (large) madvise(data, nCapacity & ~(PAGE - 1), MADV_HUGEPAGE);
     return data;
 }
 
 }  // namespace
 
 void KeepOrFree::operator()(u8* pData) const {
+    TheUsedSize() -= nSize;
     KeptBlocks::Get().Put(pData, nCapacity);
+}
+
+MemoryShortage ShortageOf(const std::bad_alloc& exception) {
+    const auto* const beyond = dynamic_cast<const BeyondLimit*>(&exception);
+    return beyond ? beyond->m_shortage : MemoryShortage();
 }
 
 LargeBlock LargeBlock::Try(u64 nSize) {
     LargeBlock block;
-    if (nSize > Limit()) return block;
+    if (nSize > Left()) return block;
     KeptBlocks& kept = KeptBlocks::Get();
+    if (nSize + kept.Size() > Left()) kept.ReleaseAll();
     u64 capacity = 0;
     u8* data = kept.Take(nSize, capacity);
     if (!data) data = TakeFresh(nSize, capacity);
@@ -157,15 +172,21 @@ LargeBlock LargeBlock::Try(u64 nSize) {
     }
     if (!data) return block;
     if (TheFill()) std::memset(data, *TheFill(), nSize);
-    block.m_pData = std::unique_ptr<u8, KeepOrFree>(data, KeepOrFree{capacity});
+    block.m_pData = std::unique_ptr<u8, KeepOrFree>(data, KeepOrFree{capacity, nSize});
     block.m_nSize = nSize;
+    TheUsedSize() += nSize;
     return block;
 }
 
 LargeBlock LargeBlock::Allocate(u64 nSize) {
+    Require(nSize);
     LargeBlock block = Try(nSize);
     if (!block) throw std::bad_alloc();
     return block;
+}
+
+void LargeBlock::Require(u64 nTotal) {
+    if (nTotal > Left()) throw BeyondLimit({nTotal, Left()});
 }
 
 u64 LargeBlock::Limit() {
@@ -174,6 +195,10 @@ u64 LargeBlock::Limit() {
 
 u64 LargeBlock::SetLimit(u64 nLimit) {
     return std::exchange(TheLimit(), nLimit);
+}
+
+u64 LargeBlock::Left() {
+    return TheLimit() - std::min(TheLimit(), TheUsedSize());
 }
 
 u64 LargeBlock::SetKeptLimit(u64 nLimit) {

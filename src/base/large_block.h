@@ -1,5 +1,5 @@
 // Pixel buffers, planes, row tables and whatever else can have a mebibyte: every piece of memory whose size
-// follows from a file comes from here, so that one limit holds for all of them.
+// follows from a file comes from here, so that one limit holds for all of them together.
 //
 // Fresh pages cost more than what is mostly done with them. So large blocks stand on huge pages where the
 // system has them, and a few that were freed are kept for the next request.
@@ -8,12 +8,34 @@
 #include "base/types.h"
 
 #include <memory>
+#include <new>
 #include <optional>
 
 struct KeepOrFree {
     void operator()(u8* pData) const;
     u64 nCapacity = 0;  // bytes that the block really has
+    u64 nSize = 0;      // that were asked for
 };
+
+// Bytes that were wanted, and those that were left of the limit. The system had no more where the first fit
+// into the second.
+struct MemoryShortage {
+    bool IsOfLimit() const { return nWanted > nLeft; }
+
+    u64 nWanted = 0;
+    u64 nLeft = 0;
+};
+
+// What is thrown where the limit has no room.
+class BeyondLimit : public std::bad_alloc {
+  public:
+    explicit BeyondLimit(const MemoryShortage& shortage) : m_shortage(shortage) {}
+    const char* what() const noexcept override { return "beyond the limit on memory"; }
+
+    MemoryShortage m_shortage;
+};
+
+MemoryShortage ShortageOf(const std::bad_alloc& exception);
 
 class LargeBlock {
   public:
@@ -21,18 +43,25 @@ class LargeBlock {
     LargeBlock() = default;
 
     // A block of nSize bytes with undefined contents, aligned for any scalar or vector type; one that holds
-    // nothing when nSize is above Limit() or the memory cannot be had. A size of 0 gives a block.
+    // nothing when the limit has no room for it or the memory cannot be had. A size of 0 gives a block.
     static LargeBlock Try(u64 nSize);
 
-    // The same, but throws std::bad_alloc where the block cannot be had.
+    // The same, but throws BeyondLimit or std::bad_alloc where the block cannot be had.
     static LargeBlock Allocate(u64 nSize);
 
-    // The most bytes that a single block may have: half of the machine's physical memory, unless set
+    // Throws BeyondLimit where the limit has no room for so many bytes: asked before the first of several
+    // blocks that are of use together only.
+    static void Require(u64 nTotal);
+
+    // The most bytes that all blocks may have together: half of what the process may have, unless set
     // otherwise.
     static u64 Limit();
 
     // Returns the limit before.
     static u64 SetLimit(u64 nLimit);
+
+    // Bytes that the limit has room for.
+    static u64 Left();
 
     // The most bytes of freed blocks that are kept together; 0 where sanitizers look for what is freed too
     // early. Returns the limit before.

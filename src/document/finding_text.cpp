@@ -1,5 +1,6 @@
 #include "document/finding_text.h"
 
+#include "base/process_memory.h"
 #include "psd/compression.h"
 #include "psd/psd_image.h"
 
@@ -26,7 +27,7 @@ constexpr std::array<RuleRow, static_cast<size_t>(Rule::Count)> RULES = {{
     {Rule::DataEnds, "the file ends"},
     {Rule::SourceFailed, "the file cannot be read{error}"},
     {Rule::SourceTooLarge, "the file is too large; at most {read} bytes are read"},
-    {Rule::NotEnoughMemory, "there is not enough memory for it"},
+    {Rule::NotEnoughMemory, "there is not enough memory for it{limit}"},
     {Rule::NotAsked, "not asked, since the first had come to no good end"},
     {Rule::PsdSignature, "it does not begin with 8BPS"},
     {Rule::PsdVersion, "version {found}; {versions} read"},
@@ -102,6 +103,12 @@ std::string ErrorText(int nError) {
     return nError == 0 ? std::string() : std::string(": ") + std::strerror(nError);
 }
 
+std::string LimitText(const Finding& finding) {
+    if (finding.nFound == 0) return {};
+    return std::string(". It takes ") + ToSizeText(static_cast<u64>(finding.nFound)).data() + "; " +
+           ToSizeText(static_cast<u64>(finding.nRead)).data() + " is left of the limit";
+}
+
 std::string Quoted(u32 nId) {
     char characters[sizeof(nId)];
     std::memcpy(characters, &nId, sizeof(nId));
@@ -148,6 +155,7 @@ std::string RuleText(const Finding& finding) {
     Replace(text, "{versions}", finding.nRead == PSD_LARGE_VERSION ? "1 and 2 are" : "version 1 is");
     Replace(text, "{depths}", finding.nRead == PSD_FLOAT_DEPTH ? "1, 8, 16 or 32" : "1, 8 or 16");
     if (finding.rule == Rule::IffOutermostId) Replace(text, "{id}", Quoted(static_cast<u32>(finding.nFound)));
+    if (finding.rule == Rule::NotEnoughMemory) Replace(text, "{limit}", LimitText(finding));
     if (finding.rule == Rule::SourceFailed)
         Replace(text, "{error}", ErrorText(static_cast<int>(finding.nFound)));
     return text;

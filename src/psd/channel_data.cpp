@@ -44,9 +44,9 @@ void PsdLayerChannel::FreePlane() {
 bool PsdLayerChannel::ReadChannelData(PsdReading& reading, u32 nRows, u32 nColumns) {
     try {
         return ReadImageData(reading, nRows, nColumns);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc& exception) {
         FreePlane();
-        return reading.RefuseForMemory();
+        return reading.RefuseForMemory(ShortageOf(exception));
     }
 }
 

@@ -308,7 +308,7 @@ bool PsdImage::ReadRawComposite(PsdReading& reading) {
     const u64 rowSize = SampleRowSize(reading.Depth(), m_nWidth);
     const u64 size = SizeProduct(RowCount(), rowSize);
     if (!reading.Require(size)) return false;
-    if (!AllocatePlanes()) return reading.RefuseForMemory();
+    if (!AllocatePlanes()) return reading.RefuseForMemory({PlanesSize(), LargeBlock::Left()});
     if (reading.Depth() == 8) {
         ReadInto(stream, Samples(), static_cast<u32>(size));
     } else if (reading.Depth() == 16) {
@@ -325,7 +325,7 @@ bool PsdImage::ReadPackedComposite(PsdReading& reading) {
     if (!counts.Read(reading, RowCount())) return false;
     const u64 rowSize = SampleRowSize(reading.Depth(), m_nWidth);
     if (!CanExpandTo(reading, counts, rowSize)) return false;
-    if (!AllocatePlanes()) return reading.RefuseForMemory();
+    if (!AllocatePlanes()) return reading.RefuseForMemory({PlanesSize(), LargeBlock::Left()});
     PackedRows rows(reading, rowSize, counts);
     const u64 read = ReadPlanes(reading, rows);
     if (read == counts.RowCount()) return reading.IsGood();
@@ -371,7 +371,7 @@ bool PsdImage::LoadPsd(ByteStream* pStream, const ReadingRules& rules) {
         if (!ReadDocument(reading)) return false;
         if (!HasMergedPicture()) m_passedOver.Add(Passed::NoMergedPicture);
         return true;
-    } catch (const std::bad_alloc&) {
-        return reading.RefuseForMemory();
+    } catch (const std::bad_alloc& exception) {
+        return reading.RefuseForMemory(ShortageOf(exception));
     }
 }

@@ -12,8 +12,16 @@ void PsdImage::Clear() {
     m_GlobalMasks.RemoveAll();
 }
 
+u64 PsdImage::PlanesSize() const {
+    const u64 pointers = SizeProduct(RowCount(), sizeof(u8*));
+    const u64 wordPointers = SampleSize() == sizeof(u16) ? pointers : 0;
+    return SizeSum(SizeProduct(RowCount(), m_nWidth, SampleSize()), pointers, wordPointers,
+                   SizeProduct(m_nChannels, sizeof(u8**)));
+}
+
 bool PsdImage::AllocatePlanes() try {
     FreePlanes();
+    LargeBlock::Require(PlanesSize());
     m_planeTable = LargeBlock::Allocate(SizeProduct(m_nChannels, sizeof(u8**)));
     m_rowPointers = LargeBlock::Allocate(SizeProduct(RowCount(), sizeof(u8*)));
     m_samples = LargeBlock::Allocate(SizeProduct(RowCount(), m_nWidth, SampleSize()));

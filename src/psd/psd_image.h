@@ -80,6 +80,9 @@ class PsdImage {
     // are none then.
     bool AllocatePlanes();
 
+    // Bytes that these take, with their tables.
+    u64 PlanesSize() const;
+
     u32 m_nChannels = 0;  // of the composite
     u32 m_nHeight = 0;    // rows
     u32 m_nWidth = 0;     // columns

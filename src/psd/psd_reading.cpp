@@ -1,5 +1,7 @@
 #include "psd/psd_reading.h"
 
+#include "base/large_block.h"
+
 #include <algorithm>
 
 namespace {
@@ -76,8 +78,11 @@ bool PsdReading::RefuseShort() {
     return IsGood();
 }
 
-bool PsdReading::RefuseForMemory() {
-    return Refuse(Rule::NotEnoughMemory, m_stream.GetPosition());
+bool PsdReading::RefuseForMemory(const MemoryShortage& shortage) {
+    const u32 position = m_stream.GetPosition();
+    if (!shortage.IsOfLimit()) return Refuse(Rule::NotEnoughMemory, position);
+    return Refuse(Rule::NotEnoughMemory, position, static_cast<i64>(shortage.nWanted),
+                  static_cast<i64>(shortage.nLeft));
 }
 
 bool PsdReading::Allows(bool bRule, Passed what) {

@@ -2,6 +2,7 @@
 // the first rule found broken and what was passed over.
 #pragma once
 
+#include "base/large_block.h"
 #include "psd/field_reader.h"
 #include "reading/finding.h"
 #include "reading/passed_over.h"
@@ -69,7 +70,7 @@ class PsdReading {
     // the stream is left in the state that reading it would have left.
     bool RefuseShort();
 
-    bool RefuseForMemory();
+    bool RefuseForMemory(const MemoryShortage& shortage);
 
     void PassOver(Passed what) { m_passedOver.Add(what); }
 

@@ -1,5 +1,6 @@
 #include "base/large_block.h"
 
+#include "base/process_memory.h"
 #include "support/memory_limit.h"
 #include "support/table.h"
 
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -39,6 +41,32 @@ TEST(LargeBlock, ASizeThatCannotBeRoundedUpGivesNone) {
     const MemoryLimit none(~u64{0});
     EXPECT_TRUE(LargeBlock::Try(0));
     for (const u64 less : {0, 1, 62, 63, 64, 65}) EXPECT_FALSE(LargeBlock::Try(~u64{0} - less)) << less;
+}
+
+TEST(LargeBlock, AllTogetherStayWithinTheLimit) {
+    const MemoryLimit limit(10 * MIB);
+    LargeBlock block = LargeBlock::Allocate(6 * MIB);
+    EXPECT_EQ(LargeBlock::Left(), 4 * MIB);
+    LargeBlock::Require(4 * MIB);
+    EXPECT_TRUE(LargeBlock::Try(4 * MIB));
+    EXPECT_FALSE(LargeBlock::Try(4 * MIB + 1));
+    try {
+        LargeBlock::Require(5 * MIB);
+        FAIL();
+    } catch (const BeyondLimit& exception) {
+        EXPECT_EQ(exception.m_shortage.nWanted, 5 * MIB);
+        EXPECT_EQ(exception.m_shortage.nLeft, 4 * MIB);
+    }
+    LargeBlock moved = std::move(block);
+    EXPECT_EQ(LargeBlock::Left(), 4 * MIB);
+    moved = LargeBlock();
+    EXPECT_TRUE(LargeBlock::Try(10 * MIB));
+}
+
+TEST(SizeText, LeavesSomethingInFrontOfThePoint) {
+    for (const auto& [size, text] : Table<u64, const char*>{{0, "0 bytes"}, {1023, "1023 bytes"}, {1024, "1.0 KiB"},
+             {(1 << 20) - 60, "1023.9 KiB"}, {3435973837, "3.2 GiB"}, {~u64{0}, "16777216.0 TiB"}})
+        EXPECT_STREQ(ToSizeText(size).data(), text);
 }
 
 TEST(LargeBlock, ItsDataIsAlignedForVectorsOrHugePages) {

@@ -241,7 +241,9 @@ void RefuseWhatTheSourceOrTheMachineLacks() {
         "The IFF reader stopped at byte 0, the outermost id: the file has 2147483648 bytes; at most 2147483647 are "
         "read");
     const MemoryLimit limit(7999);
-    EXPECT_EQ(ReasonFor(psd), "The Photoshop reader stopped at byte 40, composite: there is not enough memory for it");
+    EXPECT_EQ(ReasonFor(psd),
+        "The Photoshop reader stopped at byte 40, composite: there is not enough memory for it. "
+        "It takes 8.8 KiB; 7.8 KiB is left of the limit");
 }
 
 TEST(Refusal, EveryRuleHasItsPositionAndItsReason) {

@@ -90,10 +90,11 @@ TEST(LoadPsd, WithoutMemoryTheDocumentIsRefused) {
 
 TEST(LoadPsd, WithoutMemoryForSamplesThereIsNoPlane) {
     LoadedPsd loaded(PsdFields{.channels = 3, .rows = 4, .columns = 50, .depth = 16});
-    for (const u64 size : {8 * 3 * 4 - 1, 2 * 3 * 4 * 50 - 1}) {  // of the row table, of the samples
-        EXPECT_TRUE(loaded.image.AllocatePlanes());
-        const MemoryLimit limit(size);
-        EXPECT_FALSE(loaded.image.AllocatePlanes() || loaded.image.m_pppPlanes) << size;
+    const u64 size = 2 * 3 * 4 * 50 + 2 * (8 * 3 * 4) + 8 * 3;  // samples, tables of rows as bytes and as words, planes
+    for (const u64 most : {size - 1, size}) {
+        const MemoryLimit limit(most);
+        EXPECT_EQ(loaded.image.AllocatePlanes(), most == size);
+        EXPECT_EQ(loaded.image.m_pppPlanes != nullptr, most == size);
     }
     const Bytes layered = Psd({.layers = {{.right = 2000, .channels = {{.data = RawData(Bytes(2000))}}}}});
     const MemoryLimit limit(1999);

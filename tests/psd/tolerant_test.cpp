@@ -401,9 +401,9 @@ TEST(Tolerant, APlaneIsMadeWhereItsDataCanFillIt) {
     const Bytes zipped = Joined({0, 2}, Bytes(25)), packed = PackedData({{0x81, 7}, {0x81, 7}});
     const std::string memory = "refused: there is not enough memory for it";
     const std::string none = "ZIP channels; " + UNDECODED;
-    EXPECT_EQ(ruleOf(Channel(zipped, 25, 1032), 20000), memory);
+    EXPECT_EQ(ruleOf(Channel(zipped, 25, 1032), 20000), memory + ". It takes 25.2 KiB; 19.3 KiB is left of the limit");
     EXPECT_EQ(ruleOf(Channel(zipped, 25, 1033), 20000), none);
-    EXPECT_EQ(ruleOf(Channel(packed, 2, 129), 200), memory);
+    EXPECT_EQ(ruleOf(Channel(packed, 2, 129), 200), memory + ". It takes 258 bytes; 180 bytes is left of the limit");
     EXPECT_EQ(ruleOf(Channel(packed, 2, 130), 200), UNDECODED);
     EXPECT_EQ(ruleOf({.rows = 1000, .columns = 30000, .depth = 32, .samples = Bytes(30000)}, 30000),
         "refused: the file ends");

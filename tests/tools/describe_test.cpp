@@ -192,10 +192,11 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
         }
         EXPECT_GT(partly, 0u);
     }
-    const MemoryLimit limit(1999);
+    const MemoryLimit limit(1000);
     const Printed printed = Described(Form("ILBM", {Chunk("BODY", Bytes(2000))}), DescribeResult::NotWhole);
     EXPECT_EQ(printed.out, NOTHING);
-    EXPECT_TRUE(printed.error.ends_with(": There is not enough memory\n"));
+    EXPECT_TRUE(
+        printed.error.ends_with(": There is not enough memory. It takes 2.0 KiB; 1000 bytes is left of the limit\n"));
 }
 
 TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
@@ -214,7 +215,7 @@ TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
         EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), most < 40 ? 1 : 0) << error;
     }
     // A bitmap that memory refuses counts as well.
-    const MemoryLimit limit(79);
+    const MemoryLimit limit(40 + 8 * 8 + 2 * 8 + 31);  // planes and their tables, and not quite the bitmap
     const Printed printed = WhatPrints([&] { DescribeFile(path, stdout, Tolerance::None, 19); });
     EXPECT_NE(printed.error.find("passed 19 pixels"), std::string::npos);
 }

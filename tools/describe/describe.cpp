@@ -47,8 +47,8 @@ bool Guarded(const Names& names, const Call& call) {
     try {
         call();
         return true;
-    } catch (const CMemoryException&) {
-        Say(names, MEMORY_TEXT);
+    } catch (const CMemoryException& exception) {
+        Say(names, AfxMemoryText(exception).data());
     } catch (const std::exception& exception) {
         Say(names, exception.what());
     }
@@ -130,7 +130,7 @@ DescribeResult DescribeFile(const std::string& strPath, std::FILE* pOut, Toleran
     const bool opened = Guarded(names, [&] { file = std::make_unique<CRegularFile>(strPath); });
     return opened ? LoadAndWrite(*file, names, json, tolerance, nMostPixels) : DescribeResult::CannotBeOpened;
 } catch (const CMemoryException&) {
-    std::fprintf(stderr, "%s\n", MEMORY_TEXT);
+    std::fputs("There is not enough memory\n", stderr);
     return DescribeResult::CannotBeOpened;
 }
 

@@ -8,6 +8,7 @@
 #include "tools/describe/json_writer.h"
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,12 +58,13 @@ void WriteNoPicture(JsonWriter& json) {
 }
 
 // False when memory refuses the picture, which is not valid then.
-bool Build(DisplayImage& image, const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
+// What kept memory from it, if anything did.
+std::optional<MemoryText> Build(DisplayImage& image, const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
     try {
         image.BuildBitmap(document, {nLayer, nChannel});
-        return true;
-    } catch (const CMemoryException&) {
-        return false;
+        return std::nullopt;
+    } catch (const CMemoryException& exception) {
+        return AfxMemoryText(exception);
     }
 }
 
@@ -104,13 +106,13 @@ class LayerList {
             WriteNoPicture(m_json);
             return;
         }
-        const bool built = Build(m_image, m_document, nLayer, nChannel);
-        if (!built)
+        const std::optional<MemoryText> failure = Build(m_image, m_document, nLayer, nChannel);
+        if (failure)
             std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", m_strFileName.c_str(), nLayer, nChannel,
-                         MEMORY_TEXT);
+                         failure->data());
         const GdiBitmap* const bitmap = m_image.m_hBitmap;
         // One that memory refused in the end has been made up to there.
-        if (bitmap || !built) m_nPixels += u64{m_image.m_nWidth} * m_image.m_nHeight;
+        if (bitmap || failure) m_nPixels += u64{m_image.m_nWidth} * m_image.m_nHeight;
         // Of an IFF document the view may hold the size of the picture before.
         WritePicture(m_json, m_image, bitmap || m_document.m_nDocType == DOC_PSD);
     }

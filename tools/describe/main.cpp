@@ -1,30 +1,43 @@
 // vistrel-describe: prints what files hold and what the viewer would show of them.
 
+#include "base/large_block.h"
 #include "chunks/register_chunks.h"
 #include "iff/read_only_check.h"
 #include "kernels/row_kernels.h"
 #include "tools/describe/describe.h"
 
 #include <algorithm>
+#include <charconv>
 #include <csignal>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace {
 
 constexpr const char* USAGE =
-    "usage: vistrel-describe [--tolerant] [--kernels NAME] FILE...\n\n"
+    "usage: vistrel-describe [--tolerant] [--kernels NAME] [--memory MIB] FILE...\n\n"
     "Reads each file as the viewer would and prints one JSON object for it on a line\n"
     "of its own: what it holds, what the lists would offer, and a checksum of every\n"
     "picture. For a refused file a line on standard error says why. With --tolerant a\n"
     "file that is refused is read as well as it can be, and what was passed over is\n"
     "printed with it. --kernels makes the pictures with the kernels of that name:\n"
-    "plain, best or a kind of vectors such as AVX2.\n\n"
+    "plain, best or a kind of vectors such as AVX2. --memory sets how many mebibytes\n"
+    "planes, pictures and other large pieces may have together.\n\n"
     "Status: 0 when every file was accepted, 1 when one was refused, 2 for a file that\n"
     "cannot be opened, for bad usage, and when the output cannot be written.\n";
 
 constexpr int BAD = 2;
+
+// In bytes; nothing where the word is no number of them.
+std::optional<u64> Mebibytes(std::string_view word) {
+    constexpr u64 MOST = ~u64{0} >> 20;
+    u64 number = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (error != std::errc() || end != word.data() + word.size() || number > MOST) return std::nullopt;
+    return number << 20;
+}
 
 }  // namespace
 
@@ -43,6 +56,11 @@ int main(int argc, char** argv) {
             ++first;
         } else if (words[first] == "--kernels" && first + 1 < words.size()) {
             kernels = words[first + 1];
+            first += 2;
+        } else if (words[first] == "--memory" && first + 1 < words.size()) {
+            const std::optional<u64> size = Mebibytes(words[first + 1]);
+            if (!size) break;
+            LargeBlock::SetLimit(*size);
             first += 2;
         } else {
             break;

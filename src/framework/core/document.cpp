@@ -28,8 +28,8 @@ bool CDocument::OnOpenDocument(const std::string& strPathName) {
         Serialize(archive);
         SetModifiedFlag(false);
         return true;
-    } catch (const CMemoryException&) {
-        return refuse(MEMORY_TEXT);
+    } catch (const CMemoryException& exception) {
+        return refuse(AfxMemoryText(exception).data());
     } catch (const CArchiveException& exception) {
         const std::string reason = GetRefusalReason();
         return refuse(reason.empty() ? exception.what() : reason);

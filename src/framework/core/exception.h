@@ -2,6 +2,7 @@
 // CException is one sentence without its full stop, fit to be shown to the user.
 #pragma once
 
+#include <array>
 #include <exception>
 #include <new>
 #include <string>
@@ -18,8 +19,10 @@ class CException : public std::exception {
 // Memory that could not be had. What it throws is the allocator's own, whoever asked.
 using CMemoryException = std::bad_alloc;
 
-// What the user is told about it.
-inline constexpr const char* MEMORY_TEXT = "There is not enough memory";
+// What the user is told about it, a sentence or two without the last full stop: where the limit has no room,
+// what it takes and what is left. Takes no memory.
+using MemoryText = std::array<char, 128>;
+MemoryText AfxMemoryText(const CMemoryException& exception);
 
 // A file that cannot be opened, read or positioned.
 class CFileException : public CException {

@@ -9,8 +9,8 @@ void AfxReportException(const std::string& strLead) noexcept {
     try {
         try {
             throw;
-        } catch (const CMemoryException&) {
-            AfxMessageBox(strLead + MEMORY_TEXT + ".");
+        } catch (const CMemoryException& exception) {
+            AfxMessageBox(strLead + AfxMemoryText(exception).data() + ".");
         } catch (const std::exception& exception) {
             AfxMessageBox(strLead + exception.what() + ".");
         } catch (...) {

@@ -1,0 +1,14 @@
+// How much memory the process may have.
+#pragma once
+
+#include "base/types.h"
+
+#include <array>
+
+// Bytes: the least of the machine's memory, of what the process's control groups allow, and of its limit on
+// addresses.
+u64 MemoryOfProcess();
+
+// "3.2 GiB", or in the unit that leaves something in front of the point. Takes no memory.
+using SizeText = std::array<char, 32>;
+SizeText ToSizeText(u64 nBytes);
