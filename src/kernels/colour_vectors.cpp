@@ -1,5 +1,5 @@
 // Colours packed into pixels of 24 bits with vectors of any length: compiled once for each kind of processor,
-// of which the best that is there is chosen when the program starts. What does not fill a vector is left to
+// of which the best that is there is chosen. What does not fill a vector is left to
 // the plain kernels, so nothing outside the rows is read or written.
 
 #include "kernels/plain_kernels.h"

@@ -26,7 +26,8 @@ i64 Supported() {
         !__builtin_cpu_supports("aes"))
         return kinds;
     kinds |= HWY_SSE4;
-    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi2") || !__builtin_cpu_supports("fma"))
+    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi") ||
+        !__builtin_cpu_supports("bmi2") || !__builtin_cpu_supports("f16c") || !__builtin_cpu_supports("fma"))
         return kinds;
     kinds |= HWY_AVX2;
     if (!__builtin_cpu_supports("avx512f") || !__builtin_cpu_supports("avx512vl") ||
@@ -36,7 +37,8 @@ i64 Supported() {
     kinds |= HWY_AVX3;
     if (!__builtin_cpu_supports("avx512vbmi") || !__builtin_cpu_supports("avx512vbmi2") ||
         !__builtin_cpu_supports("avx512vnni") || !__builtin_cpu_supports("avx512bitalg") ||
-        !__builtin_cpu_supports("avx512vpopcntdq") || !__builtin_cpu_supports("vpclmulqdq"))
+        !__builtin_cpu_supports("avx512vpopcntdq") || !__builtin_cpu_supports("vpclmulqdq") ||
+        !__builtin_cpu_supports("vaes"))
         return kinds;
     return kinds | HWY_AVX3_DL;
 #else

@@ -110,7 +110,7 @@ bool PsdLayerChannel::ReadPackedData(PsdReading& reading, u32 nRows, u32 nColumn
     const u64 read = ReadPlane(reading, rows, nRows, nColumns);
     if (read == nRows) return reading.IsGood();
     reading.EnterRow(Place::ChannelRow, static_cast<u32>(read));
-    return reading.RefusePacked(Rule::PsdPackedRow, counts.RowPosition(read), counts.At(read));
+    return reading.Refuse(Rule::PsdPackedRow, counts.RowPosition(read), counts.At(read));
 }
 
 bool PsdLayerChannel::ReadZipData(PsdReading& reading, u32 nRows, u32 nColumns, u32 nEnd, bool bPredicted) {

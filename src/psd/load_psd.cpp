@@ -331,7 +331,7 @@ bool PsdImage::ReadPackedComposite(PsdReading& reading) {
     if (read == counts.RowCount()) return reading.IsGood();
     reading.EnterChannel(Place::CompositeRow, static_cast<u32>(read / m_nHeight));
     reading.EnterRow(Place::CompositeRow, static_cast<u32>(read % m_nHeight));
-    return reading.RefusePacked(Rule::PsdPackedRow, counts.RowPosition(read), counts.At(read));
+    return reading.Refuse(Rule::PsdPackedRow, counts.RowPosition(read), counts.At(read));
 }
 
 // Returns how many rows came out right; the first that did not ends it.

@@ -9,9 +9,6 @@ namespace {
 // Rows or columns; version 1's is a matter of the rules.
 constexpr u32 LONGEST_SIDE_OF_VERSION_2 = 300'000;
 
-// What the stream is left with where its data has ended, in contrast to a source that has failed.
-constexpr u32 BS_ENDED = BS_END | BS_SHORT;
-
 }  // namespace
 
 void PsdReading::EnterNth(Place place, u32 nIndex) {
@@ -62,13 +59,6 @@ bool PsdReading::IsGood() {
 
 bool PsdReading::Refuse(Rule rule, u32 nPosition, i64 nFound, i64 nRead) {
     if (IsGood()) Note(rule, nPosition, nFound, nRead);
-    return false;
-}
-
-bool PsdReading::RefusePacked(Rule rule, u32 nPosition, i64 nFound) {
-    const bool sourceFailed = (m_stream.m_nStatus & ~BS_ENDED) != 0;
-    if (sourceFailed) return IsGood();
-    Note(rule, nPosition, nFound, 0);
     return false;
 }
 

@@ -63,9 +63,6 @@ class PsdReading {
     // breaks no other rule: what was read of it are zeroes.
     bool Refuse(Rule rule, u32 nPosition, i64 nFound = 0, i64 nRead = 0);
 
-    // For packed data that is known to be there, so that where the stream ends it was led beyond it.
-    bool RefusePacked(Rule rule, u32 nPosition, i64 nFound);
-
     // For data that is too short, told before any of it was read. Where no part ends before the data does,
     // the stream is left in the state that reading it would have left.
     bool RefuseShort();

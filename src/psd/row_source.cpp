@@ -22,8 +22,9 @@ PackedRows::PackedRows(PsdReading& reading, u64 nRowSize, const PackedCounts& co
       m_nRowSize(static_cast<u32>(nRowSize)),
       m_counts(counts),
       m_bLoose(reading.Rules().bLooseRows) {
-    const u64 ahead = std::min(counts.Sum(), READ_AHEAD);
-    m_packed = LargeBlock::Allocate(std::max<u64>(counts.Largest(), ahead));
+    // A packet makes at least half of the bytes that it takes. More than that is never read strictly.
+    const u64 longest = m_bLoose ? counts.Largest() : std::min<u64>(counts.Largest(), 2 * nRowSize);
+    m_packed = LargeBlock::Allocate(std::max(longest, std::min(counts.Sum(), READ_AHEAD)));
 }
 
 bool PackedRows::Next(u8* pRow) {
@@ -48,6 +49,7 @@ bool PackedRows::ReadRowsAhead() {
         if (m_nHeld + count > m_packed.Size()) break;
         m_nHeld += count;
     }
+    if (m_nHeld == 0 && m_counts.At(m_nRow) > 0) return false;
     ReadInto(m_reading.Stream(), m_packed.Data(), static_cast<u32>(m_nHeld));
     return m_reading.Stream().IsGood();
 }

@@ -7,6 +7,8 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
+#include <system_error>
+
 namespace {
 
 const QString INTERFACE = QStringLiteral("org.freedesktop.Application");
@@ -51,7 +53,11 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
 ShellOpen::ShellOpen(const std::string& strName, Request request)
     : m_strName(strName), m_pObject(std::make_unique<QObject>()) {
     new ApplicationAdaptor(*m_pObject, std::move(request));
-    m_asking = std::thread([this] { AskForName(); });
+    try {
+        m_asking = std::thread([this] { AskForName(); });
+    } catch (const std::system_error&) {
+        // No more threads can be had. Nothing comes in, as without a bus.
+    }
 }
 
 ShellOpen::~ShellOpen() {

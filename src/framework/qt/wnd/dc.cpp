@@ -4,24 +4,31 @@
 #include "framework/core/stretch.h"
 
 #include <QImage>
+#include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <utility>
 
 namespace {
 
 constexpr int BAND_PIXELS = 64 * 1024;  // 256 KiB, which a cache holds
 
-// A page is handed over whole: rows of pictures side by side would show seams once it is magnified. A window
-// has whole pixels.
-bool DrawsOnPixels(const QPainter& painter) {
-    return painter.paintEngine()->type() == QPaintEngine::Raster;
+// A page is handed over whole: rows of pictures one below the other would show seams once it is magnified. So
+// they would where the pixels of a window are no whole ones of the screen.
+bool DrawsInBands(const QPainter& painter) {
+    return painter.paintEngine()->type() == QPaintEngine::Raster && AfxHasWholePixels(*painter.device());
 }
 
 }  // namespace
+
+bool AfxHasWholePixels(const QPaintDevice& device) {
+    const double ratio = device.devicePixelRatioF();
+    return ratio == std::floor(ratio);
+}
 
 bool CDC::CreateCompatibleDC(const CDC*) {
     m_pPainter = nullptr;
@@ -50,7 +57,7 @@ bool CDC::StretchBlt(int x, int y, int nWidth, int nHeight, const CDC* pSource, 
     if (part.Width() <= 0 || part.Height() <= 0) return true;
     const int height = part.Height();
     const int bandHeight =
-        DrawsOnPixels(*m_pPainter) ? std::clamp(BAND_PIXELS / part.Width(), 1, height) : height;
+        DrawsInBands(*m_pPainter) ? std::clamp(BAND_PIXELS / part.Width(), 1, height) : height;
     QImage pixels(part.Width(), bandHeight, QImage::Format_RGB32);
     if (pixels.isNull()) AfxThrowMemoryException();
     for (int top = part.top; top < part.bottom; top += bandHeight) {

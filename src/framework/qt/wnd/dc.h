@@ -5,9 +5,13 @@
 #include "framework/core/gdi_bitmap.h"
 #include "framework/core/geometry.h"
 
+class QPaintDevice;
 class QPainter;
 
 constexpr u32 SRCCOPY = 0x00CC0020;
+
+// Whether every pixel drawn on covers whole ones of the screen.
+bool AfxHasWholePixels(const QPaintDevice& device);
 
 class CDC {
   public:

@@ -25,12 +25,10 @@ class ViewWidget final : public QWidget {
   protected:
     void paintEvent(QPaintEvent* pEvent) override {
         QPainter painter(this);
-        // What is exposed can be much less than the rectangle around it.
-        for (const QRect& exposed : pEvent->region()) {
-            CDC dc(&painter, {exposed.left(), exposed.top(), exposed.left() + exposed.width(),
-                              exposed.top() + exposed.height()});
-            m_view.Paint(dc);
-        }
+        // What is exposed can be much less than the rectangle around it. Parts that begin within a pixel of
+        // the screen would leave gaps between them.
+        if (!AfxHasWholePixels(*this)) return Paint(painter, pEvent->rect());
+        for (const QRect& exposed : pEvent->region()) Paint(painter, exposed);
     }
 
     void contextMenuEvent(QContextMenuEvent* pEvent) override {
@@ -39,6 +37,12 @@ class ViewWidget final : public QWidget {
     }
 
   private:
+    void Paint(QPainter& painter, const QRect& exposed) {
+        CDC dc(&painter, {exposed.left(), exposed.top(), exposed.left() + exposed.width(),
+                          exposed.top() + exposed.height()});
+        m_view.Paint(dc);
+    }
+
     CView& m_view;
 };
 
