@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstring>
 
-#define HWY_WANT_AVX3_DL  // not among the kinds that are compiled by themselves
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "kernels/colour_vectors.cpp"
 #include <hwy/foreach_target.h>
@@ -195,84 +194,6 @@ void BgraAlpha(u8* pOut, const u8* pPixels, u32 nWidth) {
     PLAIN_ROW_KERNELS.BgraAlpha(pOut + u64{x} * COMPONENTS, pPixels + u64{x} * 4, nWidth - x);
 }
 
-u32 Largest(const u32* pValues, u32 nWidth) {
-    const DoubleWords words;
-    const u32 step = static_cast<u32>(hn::Lanes(words));
-    auto largest = hn::Zero(words);
-    u32 x = 0;
-    for (; x + step <= nWidth; x += step) largest = hn::Max(largest, hn::LoadU(words, pValues + x));
-    u32 result = hn::GetLane(hn::MaxOfLanes(words, largest));
-    for (; x < nWidth; ++x) result = std::max(result, pValues[x]);
-    return result;
-}
-
-#if HWY_TARGET == HWY_AVX3_DL
-
-// The one kind of vectors that looks bytes up in tables of any size: one component of 256 colours.
-constexpr u32 MOST_COLOURS = 256;
-constexpr u32 PARTS = 4;
-constexpr u32 PART_SIZE = 64;
-
-struct Component {
-    hn::Vec<Bytes> parts[PARTS];
-
-    HWY_INLINE hn::Vec<Bytes> operator[](hn::Vec<Bytes> values) const {
-        const auto look = [&](u32 nPart) {
-            return hn::Vec<Bytes>{
-                _mm512_permutex2var_epi8(parts[nPart].raw, values.raw, parts[nPart + 1].raw)};
-        };
-        return hn::IfThenElse(hn::MaskFromVec(values), look(2), look(0));
-    }
-};
-
-HWY_INLINE hn::Vec<Bytes> LowBytesOf(const u32* pValues) {
-    const hn::Half<Bytes> half;
-    const auto low = [&](u32 nFirst) {
-        const auto words = hn::LoadU(DoubleWords(), pValues + nFirst);
-        return hn::Vec<hn::Half<hn::Half<Bytes>>>{_mm512_cvtepi32_epi8(words.raw)};
-    };
-    return hn::Combine(Bytes(), hn::Combine(half, low(48), low(32)), hn::Combine(half, low(16), low(0)));
-}
-
-// Returns how many pixels it has put, in whole vectors.
-u32 PutMapped(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours, u32 nColours) {
-    if (nWidth < MOST_COLOURS || nColours > MOST_COLOURS) return 0;
-    const Bytes bytes;
-    HWY_ALIGN u32 colours[MOST_COLOURS] = {};
-    std::memcpy(colours, pColours, nColours * sizeof(u32));
-    Component blue;
-    Component green;
-    Component red;
-    for (u32 part = 0; part < PARTS; ++part) {
-        const Quads entries(reinterpret_cast<const u8*>(colours + part * PART_SIZE));
-        blue.parts[part] = entries.first;
-        green.parts[part] = entries.second;
-        red.parts[part] = entries.third;
-    }
-    u32 x = 0;
-    for (; nWidth - x >= PART_SIZE; x += PART_SIZE) {
-        const auto values = LowBytesOf(pValues + x);
-        hn::StoreInterleaved3(blue[values], green[values], red[values], bytes, pOut + u64{x} * COMPONENTS);
-    }
-    return x;
-}
-
-#else
-
-u32 PutMapped(u8*, const u32*, u32, const u32*, u32) {
-    return 0;
-}
-
-#endif
-
-// Values are tested a row at once.
-bool ColourMap(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours, u32 nColours) {
-    if (nWidth > 0 && Largest(pValues, nWidth) >= nColours) return false;
-    const u32 x = PutMapped(pOut, pValues, nWidth, pColours, nColours);
-    LookUpColours(pOut + u64{x} * COMPONENTS, pValues + x, nWidth - x, pColours);
-    return true;
-}
-
 void PutKernels(RowKernels& kernels) {
     static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first byte of a word is its lowest");
     kernels.HighBytes = HighBytes;
@@ -282,7 +203,6 @@ void PutKernels(RowKernels& kernels) {
     kernels.Cmyk8 = Cmyk8;
     kernels.Cmyk16 = Cmyk16;
     kernels.GreyValues = GreyValues;
-    kernels.ColourMap = ColourMap;
     kernels.Bgra = Bgra;
     kernels.BgraAlpha = BgraAlpha;
 }

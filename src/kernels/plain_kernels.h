@@ -23,6 +23,7 @@ void LookUpColours(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours
 // Where the build has vectors: each puts its kernels for that kind of them into the table.
 void UseBlockVectors(RowKernels& kernels, i64 nKind);
 void UseColourVectors(RowKernels& kernels, i64 nKind);
+void UseMapVectors(RowKernels& kernels, i64 nKind);
 void UsePacketVectors(RowKernels& kernels, i64 nKind);
 void UsePixelVectors(RowKernels& kernels, i64 nKind);
 void UsePlaneVectors(RowKernels& kernels, i64 nKind);

@@ -113,6 +113,7 @@ static RowKernels KernelsFor(i64 nKind) {
     RowKernels kernels = PLAIN_ROW_KERNELS;
     UseBlockVectors(kernels, nKind);
     UseColourVectors(kernels, nKind);
+    UseMapVectors(kernels, nKind);
     UsePacketVectors(kernels, nKind);
     UsePixelVectors(kernels, nKind);
     UsePlaneVectors(kernels, nKind);
