@@ -11,10 +11,10 @@ enum class Rule : u8 {
 
     // Any file.
     DataEnds,
-    SourceFailed,    // found: the system's error number, 0 where it gave none
-    SourceTooLarge,  // read: the longest source, in bytes
+    SourceFailed,     // found: the system's error number, 0 where it gave none
+    SourceTooLarge,   // read: the longest source, in bytes
     NotEnoughMemory,  // found: the bytes that it takes, read: those left of the limit; 0 without one
-    NotAsked,  // another reader had left the source in a state in which nothing can be read
+    NotAsked,         // another reader had left the source in a state in which nothing can be read
 
     // Photoshop documents.
     PsdSignature,

@@ -11,3 +11,10 @@ struct FailingNew {
 
     static bool HasFailed();
 };
+
+// As long as it lives, all memory that is had, large blocks too, comes filled with this byte.
+struct FilledMemory {
+    explicit FilledMemory(u8 nFill);
+    FilledMemory(const FilledMemory&) = delete;
+    ~FilledMemory();
+};

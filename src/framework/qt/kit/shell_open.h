@@ -15,8 +15,8 @@ class ShellOpen {
     // What to do about a request: open these URIs, or only come to the front where there are none.
     using Request = std::function<void(const std::vector<std::string>&)>;
 
-    // Asks for the name, or waits in line for it. The program goes on meanwhile, as long as the toolkit itself
-    // waits for no bus. Without one nothing comes in.
+    // Asks for the name, or waits in line for it. The program goes on meanwhile, as long as the toolkit
+    // itself waits for no bus. Without one nothing comes in.
     ShellOpen(const std::string& strName, Request request);
     ~ShellOpen();
     ShellOpen(const ShellOpen&) = delete;
