@@ -130,12 +130,18 @@ std::optional<u8>& TheFill() {
     return fill;
 }
 
-// Null where the system has no more, or the capacity wraps.
+// Where a block of no bytes points to.
+u8 g_nothing;
+
+// Null where the system has no more, or the capacity wraps. A capacity of 0 is not to be freed.
 u8* TakeFresh(u64 nSize, u64& nCapacity) {
+    nCapacity = nSize;
+    if (nSize == 0) return &g_nothing;
+    if (nSize < CACHE_LINE) return static_cast<u8*>(std::malloc(nSize));
     // One that is kept may serve a request of all its bytes.
     const bool whole = nSize > LEAST_OF_WHOLE_PAGES - CACHE_LINE;
     const u64 unit = whole ? HUGE_PAGE : CACHE_LINE;
-    nCapacity = (nSize + unit - 1 + (nSize == 0)) & ~(unit - 1);
+    nCapacity = (nSize + unit - 1) & ~(unit - 1);
     if (nCapacity < nSize) return nullptr;
     const bool large = nSize >= LEAST_ON_HUGE_PAGES;
     void* place = nullptr;
@@ -150,7 +156,7 @@ u8* TakeFresh(u64 nSize, u64& nCapacity) {
 
 void KeepOrFree::operator()(u8* pData) const {
     TheUsedSize() -= nSize;
-    KeptBlocks::Get().Put(pData, nCapacity);
+    if (nCapacity > 0) KeptBlocks::Get().Put(pData, nCapacity);
 }
 
 MemoryShortage ShortageOf(const std::bad_alloc& exception) {
@@ -173,7 +179,6 @@ LargeBlock LargeBlock::Try(u64 nSize) {
     if (!data) return block;
     if (TheFill()) std::memset(data, *TheFill(), nSize);
     block.m_pData = std::unique_ptr<u8, KeepOrFree>(data, KeepOrFree{capacity, nSize});
-    block.m_nSize = nSize;
     TheUsedSize() += nSize;
     return block;
 }

@@ -42,8 +42,9 @@ class LargeBlock {
     // Holds nothing.
     LargeBlock() = default;
 
-    // A block of nSize bytes with undefined contents, aligned for any scalar or vector type; one that holds
-    // nothing when the limit has no room for it or the memory cannot be had. A size of 0 gives a block.
+    // A block of nSize bytes with undefined contents, aligned for any scalar type, and for any vector from 64
+    // bytes on. It holds nothing when the limit has no room for it or the memory cannot be had; a size of 0
+    // gives a block.
     static LargeBlock Try(u64 nSize);
 
     // The same, but throws BeyondLimit or std::bad_alloc where the block cannot be had.
@@ -76,9 +77,8 @@ class LargeBlock {
 
     explicit operator bool() const { return m_pData != nullptr; }
     u8* Data() const { return m_pData.get(); }
-    u64 Size() const { return m_nSize; }
+    u64 Size() const { return m_pData ? m_pData.get_deleter().nSize : 0; }
 
   private:
     std::unique_ptr<u8, KeepOrFree> m_pData;
-    u64 m_nSize = 0;
 };

@@ -66,49 +66,51 @@ bool BodyChunk::BeginRows(const ReadingRules& rules) {
     EndRows();
     if (!m_pData || !ReadHeader()) return false;
     PassedOver passedOver;
-    m_layout = LayoutUnder(rules, passedOver);
-    m_pRow = std::make_unique_for_overwrite<u32[]>(m_nWidth);
-    if (m_nCompression != 0) m_pUnpacked = std::make_unique_for_overwrite<u8[]>(m_layout.Size());
+    m_pRows = std::make_unique<Rows>();
+    m_pRows->layout = LayoutUnder(rules, passedOver);
+    m_pRows->pValues = std::make_unique_for_overwrite<u32[]>(m_nWidth);
+    if (m_nCompression != 0)
+        m_pRows->pUnpacked = std::make_unique_for_overwrite<u8[]>(m_pRows->layout.Size());
     m_pCursor = m_pData.Data();
     m_nRemaining = m_nDataSize;
     return true;
 }
 
 const u32* BodyChunk::DecodeRow() {
-    if (!m_pCursor || !m_pRow) return nullptr;
+    if (!m_pCursor || !m_pRows) return nullptr;
     const u8* const planes = NextPlaneRows();
     if (!planes) return nullptr;
-    if (m_layout.bChunky)
-        std::copy_n(planes, m_nWidth, m_pRow.get());
+    u32* const values = m_pRows->pValues.get();
+    const RowLayout& layout = m_pRows->layout;
+    if (layout.bChunky)
+        std::copy_n(planes, m_nWidth, values);
     else
-        TheRowKernels().PlanesToValues(m_pRow.get(), planes, m_nWidth, m_layout.nPlanes,
-                                       m_layout.nPlaneRowSize);
-    return m_pRow.get();
+        TheRowKernels().PlanesToValues(values, planes, m_nWidth, layout.nPlanes, layout.nPlaneRowSize);
+    return values;
 }
 
 void BodyChunk::EndRows() {
     m_pCursor = nullptr;
     m_nRemaining = 0;
-    m_pRow.reset();
-    m_pUnpacked.reset();
+    m_pRows.reset();
 }
 
 bool BodyChunk::CanFillRows(u32 nRows) const {
     if (!m_pCursor) return false;
-    const u64 rowSize = m_layout.Size();
+    const u64 rowSize = m_pRows->layout.Size();
     const u64 leastRowSize = m_nCompression == 0 ? rowSize : LeastByteRunSize(rowSize);
     return leastRowSize * nRows <= m_nDataSize;
 }
 
 // The plane rows of the next row, or null when the data ends before them.
 const u8* BodyChunk::NextPlaneRows() {
-    const u32 rowSize = static_cast<u32>(m_layout.Size());
+    const u32 rowSize = static_cast<u32>(m_pRows->layout.Size());
     if (m_nCompression != 0) {
         ByteRunSource source{m_pCursor, m_nRemaining};
-        const bool whole = UnpackByteRun(m_pUnpacked.get(), rowSize, source);
+        const bool whole = UnpackByteRun(m_pRows->pUnpacked.get(), rowSize, source);
         m_pCursor = source.pCursor;
         m_nRemaining = source.nRemaining;
-        return whole ? m_pUnpacked.get() : nullptr;
+        return whole ? m_pRows->pUnpacked.get() : nullptr;
     }
     const u8* const row = m_pCursor;
     const bool whole = m_nRemaining >= rowSize;

@@ -69,7 +69,11 @@ class BodyChunk : public IffChunk {
     u64 UnpackedSize(const BmhdChunk& header) const;
     const u8* NextPlaneRows();
 
-    RowLayout m_layout;
-    std::unique_ptr<u32[]> m_pRow;      // one value for each pixel
-    std::unique_ptr<u8[]> m_pUnpacked;  // the plane rows of one row
+    // What decoding needs. A tree can hold very many bodies, of which few are ever decoded.
+    struct Rows {
+        RowLayout layout;
+        std::unique_ptr<u32[]> pValues;   // of one row, one for each pixel
+        std::unique_ptr<u8[]> pUnpacked;  // the plane rows of one row
+    };
+    std::unique_ptr<Rows> m_pRows;
 };

@@ -70,7 +70,7 @@ TEST(SizeText, LeavesSomethingInFrontOfThePoint) {
 }
 
 TEST(LargeBlock, ItsDataIsAlignedForVectorsOrHugePages) {
-    for (const u64 size : {u64{1}, MIB, 4 * MIB - 1}) {
+    for (const u64 size : {u64{64}, u64{65}, MIB, 4 * MIB - 1}) {
         const LargeBlock block = LargeBlock::Allocate(size);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.Data()) % 64, 0u) << size;
     }
