@@ -16,6 +16,25 @@ void Abort(const char* pszFile, int nLine, const char* pszFormat, ...) {
 
 namespace {
 
+#if HWY_ARCH_X86
+// Clang has no names for these two. Processors that have what is asked for beside them have them.
+#ifdef __clang__
+bool HasF16c() {
+    return true;
+}
+bool HasVaes() {
+    return true;
+}
+#else
+bool HasF16c() {
+    return __builtin_cpu_supports("f16c") != 0;
+}
+bool HasVaes() {
+    return __builtin_cpu_supports("vaes") != 0;
+}
+#endif
+#endif
+
 // All that the processor has, a bit each.
 i64 Supported() {
 #if HWY_ARCH_X86
@@ -27,7 +46,7 @@ i64 Supported() {
         return kinds;
     kinds |= HWY_SSE4;
     if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi") ||
-        !__builtin_cpu_supports("bmi2") || !__builtin_cpu_supports("f16c") || !__builtin_cpu_supports("fma"))
+        !__builtin_cpu_supports("bmi2") || !HasF16c() || !__builtin_cpu_supports("fma"))
         return kinds;
     kinds |= HWY_AVX2;
     if (!__builtin_cpu_supports("avx512f") || !__builtin_cpu_supports("avx512vl") ||
@@ -37,8 +56,7 @@ i64 Supported() {
     kinds |= HWY_AVX3;
     if (!__builtin_cpu_supports("avx512vbmi") || !__builtin_cpu_supports("avx512vbmi2") ||
         !__builtin_cpu_supports("avx512vnni") || !__builtin_cpu_supports("avx512bitalg") ||
-        !__builtin_cpu_supports("avx512vpopcntdq") || !__builtin_cpu_supports("vpclmulqdq") ||
-        !__builtin_cpu_supports("vaes"))
+        !__builtin_cpu_supports("avx512vpopcntdq") || !__builtin_cpu_supports("vpclmulqdq") || !HasVaes())
         return kinds;
     return kinds | HWY_AVX3_DL;
 #else
