@@ -123,7 +123,7 @@ const IffFile& CVistrelDoc::GetIff(const ReadingRules& rules) const {
 }
 
 std::string CVistrelDoc::GetRefusalReason() const {
-    const std::string reason = m_strStrictReason.empty() ? ReasonOfReaders() : m_strStrictReason;
+    std::string reason = m_strStrictReason.empty() ? ReasonOfReaders() : m_strStrictReason;
     if (!m_bTolerantlyAccepted) return reason;
     return reason + ". It could be read tolerantly (Reading/Tolerant, or --tolerant)";
 }
