@@ -113,7 +113,7 @@ void ArchiveByteStream::Seek(u32 nPosition) {
     CFile* const file = FlushedFile();
     if (!file) return;
     try {
-        file->Seek(nPosition, CFile::begin);
+        if (file->Seek(nPosition, CFile::begin) != nPosition) m_nStatus |= BS_UNSUPPORTED;
     } catch (const CException& exception) {
         NoteFault(BS_UNSUPPORTED, exception);
     }

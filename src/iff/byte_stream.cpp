@@ -31,6 +31,7 @@ u32 ByteStream::ReadBlock(void*, u32) {
 }
 
 void ByteStream::NoteState(Finding& finding) {
+    const u32 length = GetDataLength();  // a source that cannot tell has failed
     finding.nFound = m_nSourceError;
     if (m_nSourceError == EFBIG) {
         finding.rule = Rule::SourceTooLarge;
@@ -41,7 +42,7 @@ void ByteStream::NoteState(Finding& finding) {
         finding.nPosition = GetPosition();
     } else {
         finding.rule = Rule::DataEnds;
-        finding.nPosition = GetDataLength();
+        finding.nPosition = length;
     }
 }
 
