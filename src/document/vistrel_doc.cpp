@@ -17,6 +17,11 @@ bool IsOfTheSource(Rule rule) {
     return rule == Rule::SourceFailed || rule == Rule::SourceTooLarge;
 }
 
+// Nothing of the file is known.
+bool LacksMemoryFromTheStart(const Finding& finding) {
+    return finding.rule == Rule::NotEnoughMemory && finding.place == Place::Signature;
+}
+
 // A reader that got beyond the first bytes has found its own in them.
 bool IsPhotoshop(const Finding& finding) {
     return finding.place != Place::Signature;
@@ -132,7 +137,7 @@ std::string CVistrelDoc::ReasonOfReaders() const {
     const Finding& psd = m_Psd.GetFinding();
     const Finding& iff = m_Iff.GetFinding();
     for (const Finding* const finding : {&psd, &iff})
-        if (IsOfTheSource(finding->rule)) return Sentence(*finding);
+        if (IsOfTheSource(finding->rule) || LacksMemoryFromTheStart(*finding)) return Sentence(*finding);
     if (IsPhotoshop(psd)) return "The Photoshop reader " + FindingText(psd);
     return IsIff(iff) ? "The IFF reader " + FindingText(iff) : std::string();
 }
