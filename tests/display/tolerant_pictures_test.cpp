@@ -3,7 +3,6 @@
 #include "display/tolerance.h"
 #include "document/passed_text.h"
 #include "framework/core/exception.h"
-#include "support/failing_new.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
 #include "support/psd_builder.h"
@@ -235,29 +234,6 @@ TEST(TolerantPicture, IsShownWhereTheSettingSaysSo) {
         EXPECT_EQ(Text(chunky, tolerance), ofIff);
         EXPECT_EQ(Text(Psd({}), tolerance), ": 1x1x0 k");
         EXPECT_EQ(Text(Psd({.version = 3}), tolerance), refused);
-    }
-}
-
-// Other rules find no more memory, but the one request that failed may succeed under them.
-TEST(TolerantPicture, LackOfMemoryIsNoRuleToPassOver) {
-    const Bytes bytes = Psd({.layers = {{.channels = {{.data = RawData({7})}}}}});
-    bool failed = true;
-    for (u64 succeeding = 0; failed; ++succeeding) {
-        MemoryStream source(bytes);
-        CVistrelDoc document;
-        document.m_tolerance = Tolerance::Always;
-        bool accepted = true;
-        {
-            const FailingNew failing(succeeding, true);
-            try {
-                document.Serialize(source.archive);
-            } catch (...) {
-                accepted = false;
-            }
-            failed = FailingNew::HasFailed();
-        }
-        ASSERT_EQ(accepted, !failed) << succeeding;
-        ASSERT_LT(succeeding, 1000u);
     }
 }
 

@@ -13,7 +13,7 @@ TEST(Dispatch, AnIffFileIsReadFromTheBufferThatPhotoshopLeft) {
     document.Serialize(source.archive);
     EXPECT_EQ(document.m_nDocType, DOC_IFF);
     EXPECT_TRUE(document.m_Iff.GetRoot());
-    EXPECT_EQ(source.file.m_nReads, 1u);
+    EXPECT_EQ(source.file.m_reads.nCalls, 1u);
 }
 
 TEST(Dispatch, TheFileIsLeftWhereThePhotoshopDocumentEnds) {
@@ -45,6 +45,6 @@ TEST(Dispatch, TheDocumentMayStandAnywhereInTheFile) {
 
 TEST(Dispatch, FaultsOfTheFilePassThrough) {
     MemoryStream unflushable(PICTURE);
-    unflushable.archive.m_nThrowAtFlush = 0;
+    unflushable.archive.m_flushes.fault.nAt = 0;
     EXPECT_THROW(CVistrelDoc().Serialize(unflushable.archive), CFileException);
 }

@@ -228,11 +228,11 @@ void RefuseIffFiles() {
 
 void RefuseWhatTheSourceOrTheMachineLacks() {
     const Bytes body = Form("ILBM", {Chunk("BODY", Bytes(3000))}), text(5000, 'x'), psd = Psd({.rows = 1000});
-    const auto failsAt = [](u64 nPosition) { return [=](MemoryStream& s) { s.file.m_nThrowAt = nPosition; }; };
+    const auto failsAt = [](u64 nRead) { return [=](MemoryStream& s) { s.file.m_reads.fault.nAt = nRead; }; };
     const auto claims = [](u64 nLength) { return [=](MemoryStream& s) { s.file.m_nClaimedLength = nLength; }; };
     const std::string failed = "The file cannot be read: Input/output error";
-    EXPECT_EQ(ReasonFor(psd, failsAt(500)), failed);
-    EXPECT_EQ(ReasonFor(body, failsAt(2000)), failed) << "inside the body";
+    EXPECT_EQ(ReasonFor(psd, failsAt(1)), failed);
+    EXPECT_EQ(ReasonFor(body, failsAt(1)), failed) << "inside the body";
     EXPECT_EQ(ReasonFor(text, failsAt(0)), failed);
     for (const Bytes& bytes : {psd, body, text})
         EXPECT_EQ(ReasonFor(bytes, claims(1ull << 32)), "The file is too large; at most 4294967295 bytes are read");

@@ -15,7 +15,7 @@ static u8 Next(ByteStream& stream) {
 TEST(ByteStream, DeliversEveryByteOnceAndThenEnds) {
     MemoryStream source(DATA);
     for (const u8 byte : DATA) ASSERT_EQ(Next(source.stream), byte);
-    EXPECT_EQ(source.file.m_nReads, 5u);
+    EXPECT_EQ(source.file.m_reads.nCalls, 5u);
     EXPECT_EQ(source.stream.GetRemaining(), 0u);
     EXPECT_TRUE(source.stream.IsGood());
     u8 block[4] = {};
@@ -30,11 +30,11 @@ TEST(ByteStream, DeliversEveryByteOnceAndThenEnds) {
 TEST(ByteStream, MovesInsideTheBufferTouchNoSource) {
     MemoryStream source(DATA);
     for (int i = 0; i < 100; ++i) Next(source.stream);
-    const u64 calls = source.archive.m_nCalls, seeks = source.file.m_nSeeks;
+    const u64 calls = source.archive.m_nCalls, seeks = source.file.m_seeks.nCalls;
     source.stream.SetPosition(0);
     EXPECT_EQ(Next(source.stream), DATA[0]);
     source.stream.SetPosition(1024);  // the buffer's end
-    EXPECT_TRUE(source.archive.m_nCalls == calls && source.file.m_nSeeks == seeks);
+    EXPECT_TRUE(source.archive.m_nCalls == calls && source.file.m_seeks.nCalls == seeks);
     EXPECT_EQ(Next(source.stream), DATA[1024]);
 }
 
@@ -49,9 +49,10 @@ TEST(ByteStream, WritesEveryByte) {
 
 TEST(ByteStream, FaultsOfTheSourceBecomeStatusBits) {
     for (const auto& [name, spoil, status] : Table<const char*, void (*)(MemoryStream&), u32>{
-             {"reading throws", [](auto& s) { s.file.m_nThrowAt = 2000; }, BS_ERROR | BS_END},
+             {"reading throws", [](auto& s) { s.file.m_reads.fault.nAt = 1; }, BS_ERROR | BS_END},
              {"the file ends early", [](auto& s) { s.file.m_bytes.resize(1500); }, BS_SHORT | BS_END},
-             {"neither position nor length", [](auto& s) { s.file.m_bBroken = true; }, BS_UNSUPPORTED},
+             {"neither position nor length", [](auto& s) { s.file.m_seeks.fault.nAt = s.file.m_lengths.fault.nAt = 0; },
+                 BS_UNSUPPORTED},
              {"a byte less than 4 GiB", [](auto& s) { s.file.m_nClaimedLength = 0xFFFFFFFF; }, 0},
              {"4 GiB", [](auto& s) { s.file.m_nClaimedLength = 1ull << 32; }, BS_UNSUPPORTED},
              {"position beyond", [](auto& s) { s.file.Seek(1ll << 32, CFile::begin); },

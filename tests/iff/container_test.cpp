@@ -117,17 +117,16 @@ TEST(Load, ExceptionsOfTheSourcePassThrough) {
         bool thrown = true;
         for (u64 flushes = 0; thrown; ++flushes) {
             MemoryStream source(bytes);
-            source.archive.m_nThrowAtFlush = flushes;
-            source.archive.m_bThrowOnce = once;
+            source.archive.m_flushes.fault = {flushes, once};
             thrown = false;
             try {
                 EXPECT_TRUE(IffFile().Load(&source.stream));
-                EXPECT_LE(source.archive.m_nFlushes, flushes) << "none is kept back";
+                EXPECT_LE(source.archive.m_flushes.nCalls, flushes) << "none is kept back";
             } catch (const CFileException&) {
                 thrown = true;
             }
             EXPECT_EQ(source.stream.m_nRefs, 1) << flushes;
-            source.archive.m_nThrowAtFlush = MemoryFile::NEVER;
+            source.archive.m_flushes.fault = {};
             ASSERT_LT(flushes, 100u);
         }
     }

@@ -1,5 +1,4 @@
 #include "psd/psd_image.h"
-#include "support/failing_new.h"
 #include "support/memory_limit.h"
 #include "support/psd_builder.h"
 #include "support/table.h"
@@ -68,26 +67,6 @@ TEST(LoadPsd, NothingIsMadeOnTheWordOfAFile) {
     }
 }
 
-TEST(LoadPsd, WithoutMemoryTheDocumentIsRefused) {
-    for (const auto& [bytes, rules, whole] : WholeDocuments())
-        for (const bool once : {false, true}) {
-            bool failed = true;
-            for (u64 succeeding = 0; failed; ++succeeding) {
-                MemoryStream source(bytes);
-                PsdImage image;
-                bool loaded = false;
-                {
-                    const FailingNew failing(succeeding, once);
-                    loaded = image.LoadPsd(&source.stream, rules);
-                    failed = FailingNew::HasFailed();
-                }
-                ASSERT_EQ(loaded, !failed) << succeeding;
-                ASSERT_EQ(image.GetFinding().rule, failed ? Rule::NotEnoughMemory : Rule::None) << succeeding;
-                ASSERT_LT(succeeding, 1000u);
-            }
-        }
-}
-
 TEST(LoadPsd, WithoutMemoryForSamplesThereIsNoPlane) {
     LoadedPsd loaded(PsdFields{.channels = 3, .rows = 4, .columns = 50, .depth = 16});
     const u64 size = 2 * 3 * 4 * 50 + 2 * (8 * 3 * 4) + 8 * 3;  // samples, tables of rows as bytes and as words, planes
@@ -104,22 +83,18 @@ TEST(LoadPsd, WithoutMemoryForSamplesThereIsNoPlane) {
     EXPECT_FALSE(without.image.m_Layers.GetAt(0)->m_Channels.GetAt(0)->m_ppPlane);
 }
 
-TEST(LoadPsd, ACutDocumentAndAFailingSourceLeaveNothingBehind) {
+TEST(LoadPsd, ACutDocumentLeavesNothingBehind) {
     PsdImage image;
     for (const auto& [bytes, rules, whole] : WholeDocuments())
         for (u64 size = 0; size < bytes.size(); ++size) {
             MemoryStream cut(Truncated(bytes, bytes.size() - size));
-            MemoryStream broken(bytes);
             MemoryStream again(bytes);
             MemoryStream last(Psd({}));
-            broken.file.m_nThrowAt = size;
             image.LoadPsd(&cut.stream, rules);
             if (!rules.bBrokenParts) {
                 ASSERT_EQ(image.GetFinding().rule, Rule::DataEnds) << size;
                 ASSERT_EQ(image.GetFinding().nPosition, size);
             }
-            ASSERT_FALSE(image.LoadPsd(&broken.stream, rules));
-            ASSERT_EQ(image.GetFinding().rule, Rule::SourceFailed) << size;
             ASSERT_TRUE(image.LoadPsd(&again.stream, rules));
             ASSERT_EQ(Outcome(image), whole) << "after " << size << " bytes";
             ASSERT_TRUE(image.LoadPsd(&last.stream));

@@ -4,22 +4,20 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <new>
 #include <optional>
 
-static constexpr u64 NEVER = std::numeric_limits<u64>::max();
-static u64 g_nRequests = 0, g_nFailAt = NEVER;
-static bool g_bOnce = false;
+// Read by every thread, and written only while requests are to fail.
+static FaultyCall g_requests;
 static std::optional<u8> g_fill;
 
-FailingNew::FailingNew(u64 nSucceeding, bool bOnce) {
-    g_nRequests = 0;
-    g_bOnce = bOnce;
-    g_nFailAt = nSucceeding;
-}
+FailingNew::FailingNew(const Fault& fault) { g_requests = {.fault = fault}; }
 
-FailingNew::~FailingNew() { g_nFailAt = NEVER; }
+FailingNew::~FailingNew() { g_requests.fault = {}; }
+
+bool FailingNew::HasFailed() { return g_requests.bStruck; }
+
+u64 FailingNew::Requests() { return g_requests.nCalls; }
 
 FilledMemory::FilledMemory(u8 nFill) {
     g_fill = nFill;
@@ -31,12 +29,9 @@ FilledMemory::~FilledMemory() {
     LargeBlock::SetFill(std::nullopt);
 }
 
-bool FailingNew::HasFailed() { return g_nRequests > g_nFailAt; }
-
 void* operator new(std::size_t size) {
-    const u64 request = g_nFailAt == NEVER ? 0 : g_nRequests++;
-    const bool fails = g_bOnce ? request == g_nFailAt : request >= g_nFailAt;
-    void* const block = fails && g_nFailAt != NEVER ? nullptr : std::malloc(size == 0 ? 1 : size);
+    const bool fails = g_requests.fault.nAt != Fault::NEVER && g_requests.Strikes();
+    void* const block = fails ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (!block) throw std::bad_alloc();
     if (g_fill) std::memset(block, *g_fill, size);
     return block;
@@ -44,3 +39,8 @@ void* operator new(std::size_t size) {
 
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+// The sanitizers' own would not come here.
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }

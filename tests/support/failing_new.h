@@ -1,18 +1,20 @@
-// As long as it lives, a request to operator new fails: the one after nSucceeding others, and every later one
-// too unless bOnce. One at a time.
+// What becomes of requests to operator new while one of these lives.
 #pragma once
 
-#include "base/types.h"
+#include "support/fault.h"
 
+// Requests fail as the fault says, whose way is always to throw. One at a time.
 struct FailingNew {
-    FailingNew(u64 nSucceeding, bool bOnce);
+    explicit FailingNew(const Fault& fault);
+    FailingNew(u64 nSucceeding, bool bOnce) : FailingNew(Fault{nSucceeding, bOnce}) {}
     FailingNew(const FailingNew&) = delete;
     ~FailingNew();
 
     static bool HasFailed();
+    static u64 Requests();  // since the last one was made
 };
 
-// As long as it lives, all memory that is had, large blocks too, comes filled with this byte.
+// All memory that is had, large blocks too, comes filled with this byte.
 struct FilledMemory {
     explicit FilledMemory(u8 nFill);
     FilledMemory(const FilledMemory&) = delete;

@@ -5,31 +5,27 @@
 #include "framework/core/exception.h"
 #include "framework/core/file.h"
 #include "support/byte_builder.h"
+#include "support/fault.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
+#include <optional>
 #include <utility>
 
 struct MemoryFile final : public CFile {
     explicit MemoryFile(Bytes bytes = {}) : m_bytes(std::move(bytes)) {}
 
-    u64 GetLength() const override {
-        if (m_bBroken) throw CFileException("no length");
-        return m_nClaimedLength != NEVER ? m_nClaimedLength : m_bytes.size();
-    }
+    u64 GetLength() const override { return Done(m_lengths, m_nClaimedLength.value_or(m_bytes.size())); }
     u64 Seek(i64 nOffset, SeekFrom from) override {
-        ++m_nSeeks;
-        const u64 origin = from == begin ? 0 : from == current ? m_nPosition : GetLength();
-        if (m_bBroken || (nOffset < 0 && static_cast<u64>(-nOffset) > origin)) throw CFileException("no position");
-        return m_nPosition = origin + static_cast<u64>(nOffset);
+        const u64 origin = from == begin ? 0 : from == current ? m_nPosition : m_bytes.size();
+        if (nOffset < 0 && static_cast<u64>(-nOffset) > origin) throw CFileException("no position");
+        const i64 distance = static_cast<i64>(origin + static_cast<u64>(nOffset) - m_nPosition);
+        return m_nPosition += static_cast<u64>(Done(m_seeks, distance));
     }
     u32 Read(void* pData, u32 nCount) override {
-        ++m_nReads;
         const u64 left = m_bytes.size() - std::min<u64>(m_bytes.size(), m_nPosition);
-        const u32 count = static_cast<u32>(std::min<u64>(nCount, left));
-        if (m_nPosition + count > m_nThrowAt) throw CFileException("It cannot be read", EIO);
+        const u32 count = static_cast<u32>(std::min<u64>(Done(m_reads, nCount), left));
         std::copy_n(m_bytes.data() + (m_bytes.size() - left), count, static_cast<u8*>(pData));
         m_nPosition += count;
         return count;
@@ -40,14 +36,22 @@ struct MemoryFile final : public CFile {
         m_nPosition += nCount;
     }
 
-    static constexpr u64 NEVER = std::numeric_limits<u64>::max();
+    bool IsStruck() const { return m_reads.bStruck || m_seeks.bStruck || m_lengths.bStruck; }
 
     Bytes m_bytes;
-    u64 m_nClaimedLength = NEVER;  // what GetLength answers, if not the truth
-    u64 m_nThrowAt = NEVER;        // reading a byte from here on throws
-    bool m_bBroken = false;        // asking where the file stands or ends throws
-    u64 m_nReads = 0, m_nSeeks = 0;
+    std::optional<u64> m_nClaimedLength;  // what GetLength answers, if not the truth
+    FaultyCall m_reads, m_seeks;
+    mutable FaultyCall m_lengths;
     u64 m_nPosition = 0;
+
+  private:
+    // How much of what is asked for is done.
+    template <typename Number>
+    static Number Done(FaultyCall& call, Number nAsked) {
+        if (!call.Strikes()) return nAsked;
+        if (call.fault.way == Fault::Way::Throw) throw CFileException("It cannot be read", EIO);
+        return call.fault.way == Fault::Way::Half ? nAsked / 2 : 0;
+    }
 };
 
 struct CountingArchive final : public CArchive {
@@ -59,12 +63,9 @@ struct CountingArchive final : public CArchive {
     }
     void Flush() override {
         ++m_nCalls;
-        const bool throws = m_bThrowOnce ? m_nFlushes == m_nThrowAtFlush : m_nFlushes >= m_nThrowAtFlush;
-        ++m_nFlushes;
-        if (throws) throw CFileException("no flush");
+        if (m_flushes.Strikes()) throw CFileException("no flush");
     }
 
-    u64 m_nCalls = 0, m_nFlushes = 0;
-    u64 m_nThrowAtFlush = MemoryFile::NEVER;  // flushes that succeed
-    bool m_bThrowOnce = false;                // and those after it succeed again
+    u64 m_nCalls = 0;
+    FaultyCall m_flushes;
 };

@@ -1,0 +1,152 @@
+#include "support/trial.h"
+
+#include "display/catalogue.h"
+#include "display/tolerance.h"
+#include "document/passed_text.h"
+#include "framework/core/exception.h"
+#include "support/failing_new.h"
+#include "support/memory_file.h"
+#include "support/memory_limit.h"
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+// A file can offer thousands of choices; a few of each list reach all the code there is.
+constexpr u32 FIRST_CHOICES = 6;
+
+// Requests for memory, of which the plan's fault strikes one or all from there on, whoever makes them in between.
+struct Requests {
+    // Makes a call of the program's. What came of it; empty where it ended well.
+    template <typename Call>
+    std::string During(const Call& call) {
+        u64 used = 0;
+        std::string failure;
+        try {
+            const FailingNew failing(left);
+            struct Counting {
+                ~Counting() {
+                    used = FailingNew::Requests();
+                    bStruck = bStruck || FailingNew::HasFailed();
+                }
+                u64& used;
+                bool& bStruck;
+            } const counting{used, bStruck};
+            call();
+        } catch (const std::bad_alloc&) {
+            failure = MEMORY;
+        } catch (const CArchiveException&) {
+            failure = "refused";
+        } catch (const CException& exception) {
+            failure = std::string("refused: ") + exception.what();
+        }
+        if (left.nAt != Fault::NEVER && used > left.nAt && left.bOnce) left.nAt = Fault::NEVER;
+        if (left.nAt != Fault::NEVER) left.nAt -= std::min(left.nAt, used);
+        return failure;
+    }
+
+    Fault left;
+    bool bStruck = false;
+};
+
+// FNV-1a, of whole words.
+u64 HashOf(const GdiBitmap& bitmap) {
+    std::vector<u32> row(bitmap.nWidth);
+    u64 hash = 0xCBF29CE484222325;
+    for (u32 y = 0; y < bitmap.nHeight; ++y) {
+        bitmap.ReadPixels(y, 0, bitmap.nWidth, row.data());
+        for (const u32 pixel : row) hash = (hash ^ pixel) * 0x100000001B3;
+    }
+    return hash;
+}
+
+std::string PictureText(const DisplayImage& image) {
+    const std::string text = image.InfoText() + (image.m_bValid ? " valid" : " not valid");
+    return image.m_hBitmap ? text + " " + std::to_string(HashOf(*image.m_hBitmap)) : text;
+}
+
+std::vector<u32> FirstPlaces(size_t nCount) {
+    std::vector<u32> places;
+    for (u32 i = 0; i < std::min<size_t>(nCount, FIRST_CHOICES); ++i) places.push_back(i);
+    if (nCount > FIRST_CHOICES) places.push_back(static_cast<u32>(nCount) - 1);
+    return places;
+}
+
+class Pictures {
+  public:
+    Pictures(const CVistrelDoc& document, DisplayImage& image, Requests& requests)
+        : m_document(document), m_image(image), m_requests(requests) {}
+
+    void BuildAll(size_t nLayers) {
+        for (const u32 layer : FirstPlaces(nLayers))
+            if (Choose(layer))
+                for (const u32 channel : FirstPlaces(m_channels.size())) Build({layer, channel});
+    }
+
+    void Build(const Selection& selection, size_t nLayers) {
+        const u32 layer = static_cast<u32>(selection.nLayer % nLayers);
+        if (Choose(layer)) Build({layer, static_cast<u32>(selection.nChannel % m_channels.size())});
+    }
+
+    std::vector<std::string> texts;
+
+  private:
+    bool Choose(u32 nLayer) {
+        const std::string failure = m_requests.During([&] { m_channels = m_image.ChooseLayer(m_document, nLayer); });
+        if (!failure.empty()) texts.push_back(failure);
+        return failure.empty();
+    }
+
+    void Build(const Selection& selection) {
+        const std::string failure = m_requests.During([&] { m_image.BuildBitmap(m_document, selection); });
+        const bool empty = !m_image.m_hBitmap && m_image.m_bValid == 0;
+        if (failure.empty())
+            texts.push_back(m_channels[selection.nChannel] + ": " + PictureText(m_image));
+        else
+            texts.push_back(empty ? failure : failure + ", but a picture stands");
+    }
+
+    const CVistrelDoc& m_document;
+    DisplayImage& m_image;
+    Requests& m_requests;
+    std::vector<std::string> m_channels;  // of the layer chosen
+};
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& out, const Answer& answer) {
+    out << answer.strLoad;
+    for (const std::string& picture : answer.pictures) out << "\n  " << picture;
+    return out;
+}
+
+Answer Trial::Run(const Bytes& bytes, const Plan& plan) {
+    const MemoryLimit limit(plan.nMemory);
+    MemoryFile file(bytes);
+    file.m_reads.fault = plan.reads;
+    file.m_seeks.fault = plan.seeks;
+    file.m_lengths.fault = plan.lengths;
+    CArchive archive(&file, CArchive::load);
+    Requests requests = {plan.requests};
+    m_document.m_tolerance = plan.tolerance;
+
+    Answer answer;
+    answer.strLoad = requests.During([&] { m_document.Serialize(archive); });
+    if (answer.strLoad == "refused") answer.strLoad += ": " + m_document.GetRefusalReason();
+    if (answer.strLoad.empty()) {
+        std::vector<std::string> layers;
+        PassedOver passedOver;
+        std::string failure = requests.During([&] { layers = LayerNames(m_document); });
+        if (failure.empty()) failure = requests.During([&] { passedOver = PassedOverIn(m_document); });
+        answer.strLoad = failure.empty() ? "opened, passing over: " + PassedText(passedOver) : failure;
+        for (const std::string& layer : layers) answer.strLoad += "; " + layer;
+        Pictures pictures(m_document, m_image, requests);
+        if (failure.empty() && plan.selections.empty()) pictures.BuildAll(layers.size());
+        if (failure.empty())
+            for (const Selection& selection : plan.selections) pictures.Build(selection, layers.size());
+        answer.pictures = std::move(pictures.texts);
+    }
+    answer.bStruck = file.IsStruck() || requests.bStruck;
+    return answer;
+}
