@@ -29,18 +29,26 @@ FilledMemory::~FilledMemory() {
     LargeBlock::SetFill(std::nullopt);
 }
 
-void* operator new(std::size_t size) {
+// Every form of it, since those of the sanitizers would not come here, and do not know what comes from here.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     const bool fails = g_requests.fault.nAt != Fault::NEVER && g_requests.Strikes();
     void* const block = fails ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (!block) throw std::bad_alloc();
-    if (g_fill) std::memset(block, *g_fill, size);
+    if (block && g_fill) std::memset(block, *g_fill, size);
     return block;
 }
 
+void* operator new(std::size_t size) {
+    void* const block = operator new(size, std::nothrow);
+    if (!block) throw std::bad_alloc();
+    return block;
+}
+
+void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return operator new(size, std::nothrow); }
+
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-
-// The sanitizers' own would not come here.
-void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
