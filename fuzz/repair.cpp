@@ -29,7 +29,8 @@ struct Fields {
 constexpr u32 ID_SIZE = 4;
 constexpr u32 SIZE_SIZE = 4;
 constexpr u32 CHUNK_HEADER = ID_SIZE + SIZE_SIZE;
-constexpr u32 DEEPEST = 200;  // containers that are looked into
+constexpr u32 BLOCKS_HEADER = 22;  // its last field is the size of the blocks
+constexpr u32 DEEPEST = 200;       // containers that are looked into
 
 bool IsContainer(const Fields& fields, u64 nAt) {
     for (const std::string_view id : {"FORM", "LIST", "CAT ", "PROP"})
@@ -49,6 +50,8 @@ void RepairContainer(Fields& fields, u64 nAt, u64 nEnd, u32 nDepth) {
         fields.Set(child + ID_SIZE, SIZE_SIZE, size);
         if (IsContainer(fields, child) && size >= ID_SIZE && nDepth < DEEPEST)
             RepairContainer(fields, child, start + size, nDepth + 1);
+        if (fields.Is(child, "S3TC") && size >= BLOCKS_HEADER)
+            fields.Set(start + BLOCKS_HEADER - SIZE_SIZE, SIZE_SIZE, size - BLOCKS_HEADER);
         child = start + size + size % 2;
     }
 }
