@@ -68,7 +68,7 @@ bool BodyChunk::BeginRows(const ReadingRules& rules) {
     PassedOver passedOver;
     m_pRows = std::make_unique<Rows>();
     m_pRows->layout = LayoutUnder(rules, passedOver);
-    m_pRows->pValues = std::make_unique_for_overwrite<u32[]>(m_nWidth);
+    m_pRows->pValues = std::make_unique<u32[]>(m_nWidth);
     if (m_nCompression != 0)
         m_pRows->pUnpacked = std::make_unique_for_overwrite<u8[]>(m_pRows->layout.Size());
     m_pCursor = m_pData.Data();
@@ -82,6 +82,9 @@ const u32* BodyChunk::DecodeRow() {
     if (!planes) return nullptr;
     u32* const values = m_pRows->pValues.get();
     const RowLayout& layout = m_pRows->layout;
+    // No data bounds how many such rows there are, so that they must cost nothing: they stay the zeroes that
+    // they were made as.
+    if (layout.nPlanes == 0) return values;
     if (layout.bChunky)
         std::copy_n(planes, m_nWidth, values);
     else
