@@ -5,10 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-constexpr u32 WINDOW = CRegularFile::WINDOW_SIZE;
-
 TEST(RegularFile, SmallReadsShareOneWindow) {
     const TempFolder folder;
     CRegularFile file(folder.Write(Bytes(100, 'a')));
@@ -26,15 +22,4 @@ TEST(RegularFile, NoPositionBeforeTheFirstByte) {
     EXPECT_THROW(file.Seek(-7, CFile::current), CFileException);
     EXPECT_EQ(file.Seek(-6, CFile::current), 0u);
     EXPECT_THROW(file.Write("x", 1), CFileException);
-}
-
-TEST(RegularFile, OneThatShrinksGivesAShortCount) {
-    const TempFolder folder;
-    const std::string path = folder.Write(Bytes(4 * WINDOW));
-    CRegularFile file(path);
-    Bytes out(3 * WINDOW);
-    ASSERT_EQ(file.Read(out.data(), 10), 10u);
-    ASSERT_EQ(truncate(path.c_str(), WINDOW + 100), 0);
-    EXPECT_EQ(file.Read(out.data(), 3 * WINDOW), WINDOW + 90);
-    EXPECT_EQ(file.Read(out.data(), 10), 0u);
 }

@@ -96,6 +96,7 @@ u32 CRegularFile::ReadAt(u64 nPosition, void* pData, u32 nCount) const {
     const u32 wanted = static_cast<u32>(std::min<u64>(nCount, m_nLength - nPosition));
     u32 done = 0;
     while (done < wanted) {
+        if (s_beforeRead) s_beforeRead();
         const ssize_t got = pread(m_nDescriptor, static_cast<u8*>(pData) + done, wanted - done,
                                   static_cast<off_t>(nPosition + done));
         if (got == 0) break;

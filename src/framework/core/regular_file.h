@@ -5,6 +5,7 @@
 
 #include "framework/core/file.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,10 @@ class CRegularFile final : public CFile {
     u64 GetLength() const override { return m_nLength; }
     u64 Seek(i64 nOffset, SeekFrom from) override;
     u32 Read(void* pData, u32 nCount) override;
+
+    // Called before each read that goes to the system, where there is one. Tests change the file there, as
+    // another program could at any time.
+    inline static std::function<void()> s_beforeRead;
 
   private:
     u32 ReadAt(u64 nPosition, void* pData, u32 nCount) const;
