@@ -9,9 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <new>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -32,10 +34,31 @@ struct TestDocument final : public CDocument {
     std::string m_strRead, m_strReason;
 };
 
+// The superuser reads everything, so what nobody may read is opened as somebody else.
+class OrdinaryUser {
+  public:
+    OrdinaryUser() { Become(m_nBefore == 0 ? NOBODY : m_nBefore); }
+    ~OrdinaryUser() { Become(m_nBefore); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+
+  private:
+    static constexpr uid_t NOBODY = 65534;
+    static void Become(uid_t nUser) {
+        if (seteuid(nUser) != 0) throw std::runtime_error("no other user can be had");
+    }
+
+    const uid_t m_nBefore = geteuid();
+};
+
 TEST(Document, OpensOrSaysWhyNot) {
     const TempFolder folder;
     const std::string pipe = folder.Path("pipe"), socket = folder.Path("socket");
     ASSERT_TRUE(mkfifo(pipe.c_str(), 0600) == 0 && mknod(socket.c_str(), S_IFSOCK | 0600, 0) == 0);
+    const std::string unreadable = folder.Write({'a'}, "unreadable");
+    ASSERT_TRUE(chmod(folder.m_strPath.c_str(), 0755) == 0 && chmod(unreadable.c_str(), 0) == 0);
+    for (const auto& [link, target] : Table<const char*, const char*>{
+             {"to file", "a"}, {"to nothing", "gone"}, {"to itself", "to itself"}, {"to pipe", "pipe"}})
+        std::filesystem::create_symlink(target, folder.Path(link));
     for (const auto& [path, message] : Table<std::string, std::string>{
              {folder.Write({'a'}, "a"), ""},
              {folder.Write({}, "empty"), ""},
@@ -48,9 +71,21 @@ TEST(Document, OpensOrSaysWhyNot) {
              {pipe, "It is a pipe."},
              {socket, "It is a socket."},
              {"/dev/zero", "It is a device."},
+             {"/dev/tty", "It is a device."},
+             {"/proc/self/maps", ""},  // its size is 0, and so nothing is read
+             {folder.Path("to file"), ""},
+             {folder.Path("to nothing"), "No such file or directory."},
+             {folder.Path("to itself"), "Too many levels of symbolic links."},
+             {folder.Path("to pipe"), "It is a pipe."},
+             {folder.Path("a/b"), "Not a directory."},
+             {folder.Path(std::string(256, 'n')), "File name too long."},
+             {folder.Write({'a'}, std::string(255, 'n')), ""},
+             {folder.Write({'a'}, "<b>\n\xFF%41"), ""},
+             {unreadable, "Permission denied."},
          }) {
         RecordedAnswers answers;
         TestDocument document;
+        const OrdinaryUser user;
         EXPECT_EQ(document.OnOpenDocument(path), message.empty());
         EXPECT_EQ(document.m_strRead, message.empty() ? path : "");
         answers.m_messages.push_back("");
