@@ -166,6 +166,16 @@ TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
         SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(bytes));
         EXPECT_EQ(Entries(list).back(), shown);
     }
+    const std::string longest(251, 'n');
+    for (const auto& [bytes, shown] : Table<std::string, std::string>{{"<b>&amp;%41.iff", "<b>&amp;%41.iff"},
+             {"a\nb.iff", "a b.iff"}, {"\xFF\xFE.iff", "\u00ff\u00fe.iff"}, {longest + ".iff", longest + ".iff"}}) {
+        const CDocument* const document = OpenFile(Picture(8, 8), bytes);
+        ASSERT_TRUE(document) << shown;
+        EXPECT_EQ(document->GetPathName(), m_folder.Path(bytes));
+        EXPECT_EQ(Frame().GetSubWindow()->windowTitle().toStdString(), shown);
+        const std::string end = shown.substr(shown.size() - std::min<u64>(shown.size(), 20));
+        EXPECT_TRUE(MenuItem(ID_FILE_MRU_FILE1)->text().replace("&&", "&").toStdString().ends_with(end)) << shown;
+    }
 }
 
 TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
