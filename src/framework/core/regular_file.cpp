@@ -23,6 +23,14 @@ void RefuseUnlessRegular(const struct stat& status) {
     if (!S_ISREG(status.st_mode)) throw CFileException(KindName(status.st_mode));
 }
 
+// The answer of a system call, which is made again where a signal interrupted it.
+template <typename Call>
+auto Uninterrupted(const Call& call) {
+    auto answer = call();
+    while (answer < 0 && errno == EINTR) answer = call();
+    return answer;
+}
+
 constexpr const char* READING = "It cannot be read";
 
 }  // namespace
@@ -31,12 +39,13 @@ CRegularFile::CRegularFile(const std::string& strPath) {
     // Looked at before it is opened, because opening a device can already have an effect, and once more
     // after that, because another file can have taken the name in between.
     struct stat status = {};
-    if (stat(strPath.c_str(), &status) != 0) throw CFileException(errno);
+    if (Uninterrupted([&] { return stat(strPath.c_str(), &status); }) != 0) throw CFileException(errno);
     RefuseUnlessRegular(status);
-    m_nDescriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    m_nDescriptor = Uninterrupted([&] { return open(strPath.c_str(), FLAGS); });
     if (m_nDescriptor < 0) throw CFileException(errno);
     try {
-        if (fstat(m_nDescriptor, &status) != 0) throw CFileException(errno);
+        if (Uninterrupted([&] { return fstat(m_nDescriptor, &status); }) != 0) throw CFileException(errno);
         RefuseUnlessRegular(status);
         m_nLength = static_cast<u64>(status.st_size);
         m_pWindow = std::make_unique_for_overwrite<u8[]>(std::min<u64>(m_nLength, WINDOW_SIZE));
@@ -97,13 +106,13 @@ u32 CRegularFile::ReadAt(u64 nPosition, void* pData, u32 nCount) const {
     u32 done = 0;
     while (done < wanted) {
         if (s_beforeRead) s_beforeRead();
-        const ssize_t got = pread(m_nDescriptor, static_cast<u8*>(pData) + done, wanted - done,
-                                  static_cast<off_t>(nPosition + done));
+        const ssize_t got = Uninterrupted([&] {
+            return pread(m_nDescriptor, static_cast<u8*>(pData) + done, wanted - done,
+                         static_cast<off_t>(nPosition + done));
+        });
+        if (got < 0) throw CFileException(READING, errno);
         if (got == 0) break;
-        if (got > 0)
-            done += static_cast<u32>(got);
-        else if (errno != EINTR)
-            throw CFileException(READING, errno);
+        done += static_cast<u32>(got);
     }
     return done;
 }
