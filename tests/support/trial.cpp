@@ -16,6 +16,8 @@ namespace {
 // A file can offer thousands of choices; a few of each list reach all the code there is.
 constexpr u32 FIRST_CHOICES = 6;
 
+constexpr u32 MOST_HASHED_ROWS = 256;
+
 // Requests for memory, of which the plan's fault strikes one or all from there on, whoever makes them in between.
 struct Requests {
     // Makes a call of the program's. What came of it; empty where it ended well.
@@ -50,11 +52,11 @@ struct Requests {
     bool bStruck = false;
 };
 
-// FNV-1a, of whole words.
+// FNV-1a, of whole words. Of a picture of many rows some do: hashing must not take longer than building.
 u64 HashOf(const GdiBitmap& bitmap) {
     std::vector<u32> row(bitmap.nWidth);
     u64 hash = 0xCBF29CE484222325;
-    for (u32 y = 0; y < bitmap.nHeight; ++y) {
+    for (u32 y = 0; y < bitmap.nHeight; y += 1 + bitmap.nHeight / MOST_HASHED_ROWS) {
         bitmap.ReadPixels(y, 0, bitmap.nWidth, row.data());
         for (const u32 pixel : row) hash = (hash ^ pixel) * 0x100000001B3;
     }
