@@ -1,7 +1,8 @@
 // How the program ends with many windows open. usage:
-//   ending_test close|box|zoom|quit|open|ask  ends it by its main frame: also while a message or a dialog is up,
-//                                             and the way in which a session does at its end, once with a bar
-//                                             afloat; once while a question is up, whose box is ticked
+//   ending_test close|box|zoom|preview|quit|open|ask  ends it by its main frame: also while a message, a dialog or
+//                                                     the preview of a page is up and a file waits to be opened, and
+//                                                     the way in which a session does at its end, once with a bar
+//                                                     afloat; once while a question is up, whose box is ticked
 
 #include "app/resource_ids.h"
 #include "app/tolerance_setting.h"
@@ -45,6 +46,9 @@ int EndWithWindows(const std::string& strHow, char** argv) {
         if (strHow == "ask") QApplication::activeModalWidget()->findChild<QCheckBox*>()->setChecked(true);
         const bool asks = QApplication::activeModalWidget() != nullptr;
         asWanted = theApp.m_pMainWnd->GetChildren().size() == WINDOWS && asks == (strHow != "close");
+        // Under a dialog this one waits, and is not opened any more.
+        if (asks) theApp.OpenLater({"file://" + g_folder.Write(picture, "waiting")});
+        QApplication::processEvents();
         QEvent quit(QEvent::Quit);
         if (strHow == "quit" || strHow == "open")
             QCoreApplication::sendEvent(qApp, &quit);
@@ -63,6 +67,7 @@ int EndWithWindows(const std::string& strHow, char** argv) {
         if (strHow == "box") AfxMessageBox("A message");
         // The view is in the middle of its command when it goes.
         if (strHow == "zoom" || strHow == "quit") theApp.Command(ID_ZOOM);
+        if (strHow == "preview") theApp.Command(ID_FILE_PRINT_PREVIEW);
         if (strHow == "open") {
             theApp.m_pMainWnd->MDIGetActive()->GetSubWindow()->systemMenu()->actions().last()->trigger();
             for (QWidget* const window : QApplication::topLevelWidgets())
