@@ -118,10 +118,12 @@ class Driver final : public Answers {
     void Disturb() {
         auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         ASSERT_TRUE(dialog) << "nothing is up";
-        const u32 requests = m_random.Below(3);
-        for (u32 i = 0; i < requests; ++i) Request();
+        const u64 windows = Main().GetChildren().size();
+        const u32 messages = m_nMessages;
+        for (u32 i = m_random.Below(3); i > 0; --i) Request();
         for (u32 i = m_random.Below(3); i > 0; --i) Settle();
-        EXPECT_EQ(QApplication::activeModalWidget(), dialog) << "what was asked for under a dialog waits for its end";
+        EXPECT_LE(Main().GetChildren().size(), windows) << "a file was opened under a dialog";
+        EXPECT_EQ(m_nMessages, messages) << "a file was refused under a dialog";
         auto* const box = qobject_cast<QMessageBox*>(dialog);
         const bool isQuestion = box && box->standardButtons() & QMessageBox::Yes;
         if (isQuestion && m_random.Below(2) == 0)
