@@ -2,6 +2,7 @@
 // bars and windows change, and whenever a message or a dialog is up, more files ask to be opened. usage:
 //   driver_test [STEPS [SEED]]  1,000 steps, or 20,000 where VISTREL_LONG is set
 
+#include "framework/core/document.h"
 #include "support/private_home.h"
 #include "support/psd_builder.h"
 #include "support/random.h"
@@ -31,7 +32,7 @@ struct Files {
         good = {folder.Write(Picture(64, 24), "picture.iff"), folder.Write(Picture(700, 500), "large.iff"),
             folder.Write(List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {2, 0})}), level}), "levels.iff"),
             folder.Write(Form("ILBM", {Bmhd({.width = 8, .height = 8})}), "no picture.iff"),
-            folder.Write(Psd(LayeredPsd()), "layers.psd")};
+            folder.Write(Psd(LayeredPsd()), "layers.psd"), readEitherWay};
         asking = {folder.Write(
             Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}), "padded.psd")};
         bad = {folder.Write(Bytes(100), "noise.iff"), folder.Write({}, "empty.psd"), folder.Path("missing.tmg"),
@@ -39,6 +40,10 @@ struct Files {
     }
 
     TempFolder folder;
+    // One padded byte for each of its rows, which not all rules take for padding.
+    std::string readEitherWay = folder.Write(
+        Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2, 255), Chunk("BODY", {0xFF, 0, 0xFF, 0})}),
+        "rows.iff");
     Texts good;
     Texts asking;
     Texts bad;
@@ -59,6 +64,8 @@ class Driver final : public Answers {
             {"close", &Driver::Close},
             {"zoom", &Driver::Zoom},
             {"command", &Driver::SomeCommand},
+            {"another command", &Driver::SomeCommand},
+            {"read otherwise", &Driver::ReadOtherwise},
             {"float or dock", &Driver::FloatOrDock},
             {"another state", &Driver::ChangeState},
             {"activate", &Driver::Activate},
@@ -176,13 +183,20 @@ class Driver final : public Answers {
 
     void SomeCommand() {
         constexpr u32 IDS[] = {ID_WINDOW_NEW, ID_WINDOW_NEW, ID_WINDOW_ARRANGE, ID_WINDOW_CASCADE, ID_WINDOW_TILE_HORZ,
-            ID_ZOOM, ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR, ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, ID_READ_TOLERANTLY,
-            ID_FILE_CLOSE, ID_FILE_OPEN, ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP, ID_APP_ABOUT,
-            ID_FILE_MRU_FILE1, ID_NEXT_PANE, ID_WINDOW_MORE, AFX_IDM_FIRST_MDICHILD};
+            ID_ZOOM, ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR, ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, ID_FILE_CLOSE,
+            ID_FILE_OPEN, ID_FILE_PRINT, ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT_SETUP, ID_APP_ABOUT, ID_FILE_MRU_FILE1,
+            ID_NEXT_PANE, ID_WINDOW_MORE, AFX_IDM_FIRST_MDICHILD};
         Settle();
         const u32 id = IDS[m_random.Below(std::size(IDS))];
         std::printf("%u\n", id);
         if (QAction* const item = MenuItem(id)) item->trigger();
+    }
+
+    // Under the other rules, in all windows of the document.
+    void ReadOtherwise() {
+        CChildFrame* const frame = SomeFrame();
+        if (frame && frame->GetActiveView()->GetDocument()->GetPathName() == m_files.readEitherWay)
+            frame->OnCmdMsg(ID_READ_TOLERANTLY, CN_COMMAND, nullptr);
     }
 
     void FloatOrDock() {
@@ -212,7 +226,10 @@ void CheckWindows() {
     EXPECT_FALSE(QApplication::overrideCursor());
     for (const auto& child : Main().GetChildren()) {
         auto& view = static_cast<CVistrelView&>(*child->GetActiveView());
+        const auto isOfIt = [&](const auto& one) { return one->GetActiveView()->GetDocument() == view.GetDocument(); };
+        const auto windows = std::ranges::count_if(Main().GetChildren(), isOfIt);
         EXPECT_EQ(std::ranges::count(view.GetDocument()->GetViews(), &view), 1);
+        EXPECT_EQ(view.GetDocument()->GetViews().size(), static_cast<u64>(windows));
         EXPECT_FALSE(Entries(static_cast<CChildFrame&>(*child).m_wndChannelCombo).empty());
         EXPECT_TRUE(view.m_hBitmap || !view.m_bValid);
     }
