@@ -31,8 +31,10 @@ constexpr u64 LEAST_KEPT = MEBIBYTE;  // smaller ones the heap keeps by itself
 #endif
 #ifdef VISTREL_KEEPS_NOTHING
 constexpr u64 KEPT_LIMIT = 0;
+constexpr bool ROUNDS_UP = false;  // what is read beyond a block's size is to be seen
 #else
 constexpr u64 KEPT_LIMIT = 256 * MEBIBYTE;
+constexpr bool ROUNDS_UP = true;
 #endif
 constexpr size_t MOST_KEPT = 4;  // blocks
 
@@ -141,8 +143,9 @@ u8* TakeFresh(u64 nSize, u64& nCapacity) {
     // One that is kept may serve a request of all its bytes.
     const bool whole = nSize > LEAST_OF_WHOLE_PAGES - CACHE_LINE;
     const u64 unit = whole ? HUGE_PAGE : CACHE_LINE;
-    nCapacity = (nSize + unit - 1) & ~(unit - 1);
-    if (nCapacity < nSize) return nullptr;
+    const u64 rounded = (nSize + unit - 1) & ~(unit - 1);
+    if (rounded < nSize) return nullptr;
+    if (ROUNDS_UP) nCapacity = rounded;
     const bool large = nSize >= LEAST_ON_HUGE_PAGES;
     void* place = nullptr;
     if (posix_memalign(&place, large ? HUGE_PAGE : CACHE_LINE, nCapacity) != 0) return nullptr;
