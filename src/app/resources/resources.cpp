@@ -70,7 +70,7 @@ constexpr StringResource STRINGS[] = {
      "  --                  every word after it names a file\n"
      "  --help              prints this and ends\n"
      "  --version           prints the program's version and ends"},
-    {AFX_IDS_VERSION, "Talvorine Graphics File Viewer 1.12"},
+    {AFX_IDS_VERSION, "Talvorine Graphics File Viewer " VISTREL_VERSION},
 };
 
 constexpr ControlResource LAYER_BAR_CONTROLS[] = {
@@ -83,7 +83,7 @@ constexpr ControlResource LAYER_BAR_CONTROLS[] = {
 constexpr ControlResource ABOUT_CONTROLS[] = {
     {ControlKind::Icon, IDR_MAINFRAME, {11, 17, 31, 37}, ""},
     {ControlKind::PlainText, 0, {39, 7, 169, 15}, "Talvorine Graphics File Viewer"},
-    {ControlKind::Static, 0, {39, 23, 169, 31}, "Version 1.12"},
+    {ControlKind::Static, 0, {39, 23, 169, 31}, "Version " VISTREL_VERSION},
     {ControlKind::DefaultButton, IDOK, {178, 7, 210, 21}, "OK"},
 };
 
@@ -205,6 +205,7 @@ constexpr VersionString VERSION_STRINGS[] = {
     {"ProductName", "Vistrel Application"},
 };
 
+// The properties have kept this number through all releases; the release is VISTREL_VERSION.
 constexpr VersionResource VERSION = {"1.0.0.1", "1.0.0.1", VERSION_STRINGS};
 
 }  // namespace
