@@ -15,9 +15,6 @@ from pathlib import Path
 from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, picture, wait_for
 
 
-SHARE = Path(__file__).resolve().parents[2] / "share"
-
-
 class DesktopTest(ProgramTest):
     def setUp(self):
         super().setUp()
@@ -83,16 +80,6 @@ class DesktopTest(ProgramTest):
         self.hand_over(self.path("third.iff", picture()))
         self.wait_for_title("third.iff")
         self.assertEqual(self.screen.windows(f"{TITLE} - second.iff"), [])
-
-    def test_registers_its_files(self):
-        self.started("first.iff")
-        entry = Path(self.folder.name, "data", "applications", "com.talvorine.Vistrel.desktop")
-        subprocess.run(["desktop-file-validate", entry], check=True)
-        self.assertTrue(Path(self.folder.name, "data", "icons", "hicolor", "scalable", "apps",
-                             "com.talvorine.Vistrel.svg").exists())
-        package = Path(self.folder.name, "data", "mime", "packages", "com.talvorine.Vistrel.xml").read_text()
-        self.assertEqual(package, Path(SHARE, "com.talvorine.Vistrel.xml").read_text())
-        self.assertIn(f"\nTryExec={os.path.realpath(PROGRAM)}\n", entry.read_text())
 
 
 if __name__ == "__main__":

@@ -2,11 +2,13 @@
 
 #include "framework/core/doc_string.h"
 #include "framework/core/resource.h"
+#include "framework/qt/program/shell_file_types.h"
 #include "window_case.h"
 
 TEST(Registration, TheDesktopKnowsTheKindsThatTheTemplatesRegister) {
     const std::string package = AfxLoadString(AFX_IDS_SHELL_PACKAGE);
-    const std::string entry = AfxLoadString(AFX_IDS_SHELL_ENTRY);
+    const std::string installed = AfxLoadString(AFX_IDS_SHELL_ENTRY);
+    const std::string entry = AfxMakeDesktopEntry(installed, "/vistrel");
     // The pattern is left to whoever claims it more strongly.
     for (const auto& [id, kind, mime, pattern] : Table<u32, std::string, std::string, std::string>{
              {IDR_IFF_TYPE, "Vistrel.StdGraphic", "image/x-vistrel-stdgraphic", "*.iff"},
@@ -24,5 +26,7 @@ TEST(Registration, TheDesktopKnowsTheKindsThatTheTemplatesRegister) {
     for (const u32 id : {IDR_ALL_TYPES, IDR_PSD_TYPE})
         EXPECT_EQ(GetDocString(AfxLoadString(id), DocStringField::RegFileTypeId), "");
     EXPECT_EQ(entry.find("photoshop"), std::string::npos) << entry;
+    EXPECT_NE(installed.find("image/x-ilbm;image/vnd.adobe.photoshop;\n"), std::string::npos) << installed;
+    EXPECT_EQ(package.find("photoshop"), std::string::npos) << package;
     EXPECT_NE(entry.find("\nIcon=" + AfxLoadString(AFX_IDS_SHELL_NAME) + "\n"), std::string::npos) << entry;
 }

@@ -8,3 +8,10 @@ TEST(ShellFileTypes, AnyPathOfTheProgramIsOneWordOfOneLine) {
         "[Desktop Entry]\nTryExec=/a b/100%\"`$\\\\\\n/program\n"
         "Exec=\"/a b/100%%\\\\\"\\\\`\\\\$\\\\\\\\\\n/program\" -dde %F\nIcon=program\n");
 }
+
+TEST(ShellFileTypes, TheEntryOfOneUserLacksWhatOnlyAnInstallationCanSay) {
+    EXPECT_EQ(AfxMakeDesktopEntry("# What is installed.\n[Desktop Entry]\n#user MimeType=a;\nMimeType=a;b;\n#user\n"
+                                  "DBusActivatable=true\nTerminal=false\n",
+                  "/program"),
+        "[Desktop Entry]\nMimeType=a;\nTerminal=false\n");
+}

@@ -6,11 +6,13 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QSaveFile>
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <cassert>
 #include <sstream>
 #include <string_view>
 
@@ -66,52 +68,83 @@ void RunDetached(const QString& program, const QString& folder) {
     process.startDetached();
 }
 
-// Puts the text into a file of this folder, and has what the desktop gathers from all such files gathered
-// anew.
-void Register(const QString& folder, const QString& name, const QByteArray& text, const QString& gatherer,
-              const QString& gathered) {
-    const QString path = folder + u'/' + name;
-    if (HasContent(path, text) || !QDir().mkpath(folder) || !ReplaceFile(path, text)) return;
-    RunDetached(gatherer, gathered);
+// One of the files by which the desktop knows a program, and the command that gathers what all of them say.
+struct ShellFile {
+    QString folder;
+    QString name;
+    QByteArray text;
+    QString gatherer;
+    QString gathered;  // the folder that it is called with
+
+    QString GetPath() const { return folder + u'/' + name; }
+};
+
+void Write(const ShellFile& file) {
+    const QString path = file.GetPath();
+    if (HasContent(path, file.text) || !QDir().mkpath(file.folder) || !ReplaceFile(path, file.text)) return;
+    RunDetached(file.gatherer, file.gathered);
 }
 
-// The desktop looks at the time of the theme's folder to see whether there are new icons in it.
-void RegisterIcon(const QString& data, const QString& name, const PictureResource& picture) {
-    const QString theme = QStringLiteral("/icons/hicolor");
-    const QString folder = theme + QStringLiteral("/scalable/apps");
-    for (const QString& other : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
-        if (other != data && QFile::exists(other + folder + u'/' + name)) return;
-    Register(data + folder, name, picture.pszSvg, QStringLiteral("touch"), data + theme);
+void Remove(const ShellFile& file) {
+    if (QFile::remove(file.GetPath())) RunDetached(file.gatherer, file.gathered);
+}
+
+// The user's own folder can be named among those of all users, too, and by another path.
+bool IsInstalledForAll(const QString& userFolder, const QString& entry) {
+    const QString user = QFileInfo(userFolder).canonicalFilePath();
+    const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+    return std::ranges::any_of(folders, [&](const QString& folder) {
+        return QFile::exists(folder + u'/' + entry) && QFileInfo(folder).canonicalFilePath() != user;
+    });
 }
 
 }  // namespace
 
 std::string AfxMakeDesktopEntry(const std::string& strEntry, const std::string& strProgram) {
+    static constexpr std::string_view USER = "#user";
     std::string made;
     std::istringstream lines(strEntry);
-    for (std::string line; std::getline(lines, line); made += line + "\n") {
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(USER)) {
+            std::string installed;
+            std::getline(lines, installed);
+            line.erase(0, USER.size() + 1);
+        }
+        if (line.empty() || line.starts_with('#')) continue;
         if (line.starts_with("TryExec="))
             line = "TryExec=" + EscapeValue(strProgram);
         else if (line.starts_with("Exec="))
             line.replace(0, line.find(' '), "Exec=" + EscapeValue(QuoteArgument(strProgram)));
+        made += line + "\n";
     }
     return made;
 }
 
-// A path that is no UTF-8 cannot stand in either text: nothing is registered then.
 void AfxRegisterShellFileTypes(u32 nIDIcon) {
-    const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
-    if (!QUtf8StringView(program).isValidUtf8()) return;
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     const QString name = QString::fromStdString(AfxLoadString(AFX_IDS_SHELL_NAME));
     const QString mime = data + QStringLiteral("/mime");
     const QString entries = data + QStringLiteral("/applications");
-    const std::string package = AfxLoadString(AFX_IDS_SHELL_PACKAGE);
-    const std::string entry = AfxMakeDesktopEntry(AfxLoadString(AFX_IDS_SHELL_ENTRY), program.toStdString());
-    if (const PictureResource* const icon = AfxFindPicture(nIDIcon))
-        RegisterIcon(data, name + QStringLiteral(".svg"), *icon);
-    Register(mime + QStringLiteral("/packages"), name + QStringLiteral(".xml"),
-             QByteArray::fromStdString(package), QStringLiteral("update-mime-database"), mime);
-    Register(entries, name + QStringLiteral(".desktop"), QByteArray::fromStdString(entry),
-             QStringLiteral("update-desktop-database"), entries);
+    const QString icons = data + QStringLiteral("/icons/hicolor");
+    const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
+    const PictureResource* const icon = AfxFindPicture(nIDIcon);
+    assert(icon);
+    // The desktop looks at the time of the theme's folder to see whether there are new icons in it.
+    const ShellFile files[] = {
+        {icons + QStringLiteral("/scalable/apps"), name + QStringLiteral(".svg"), icon->pszSvg,
+         QStringLiteral("touch"), icons},
+        {mime + QStringLiteral("/packages"), name + QStringLiteral(".xml"),
+         QByteArray::fromStdString(AfxLoadString(AFX_IDS_SHELL_PACKAGE)),
+         QStringLiteral("update-mime-database"), mime},
+        {entries, name + QStringLiteral(".desktop"),
+         QByteArray::fromStdString(
+             AfxMakeDesktopEntry(AfxLoadString(AFX_IDS_SHELL_ENTRY), program.toStdString())),
+         QStringLiteral("update-desktop-database"), entries},
+    };
+    if (IsInstalledForAll(data, QStringLiteral("applications/") + name + QStringLiteral(".desktop"))) {
+        std::ranges::for_each(files, Remove);
+    } else if (QUtf8StringView(program).isValidUtf8()) {
+        // A path that is no UTF-8 cannot stand in an entry.
+        std::ranges::for_each(files, Write);
+    }
 }
