@@ -56,3 +56,17 @@ TEST_F(IniProfileTest, ADamagedFileIsWrittenAnewAndOneThatCannotBeIsLeft) {
     std::filesystem::create_directories(m_folder / "Maker/Other.ini");
     EXPECT_FALSE(IniProfile("Maker", "Other").ChangeSection("List", [](ProfileSection&) {}));
 }
+
+TEST_F(IniProfileTest, ALinkAndPermissionsStay) {
+    using std::filesystem::perms;
+    std::filesystem::create_directories(m_folder / "Maker");
+    const std::filesystem::path target = m_home.m_folder.Write({}, "mine.ini");
+    std::filesystem::permissions(target, perms::owner_read | perms::owner_write | perms::group_read);
+    std::filesystem::create_symlink(target, m_folder / "Maker/Program.ini");
+    IniProfile profile("Maker", "Program");
+    EXPECT_TRUE(profile.ChangeSection("List", [](ProfileSection& section) { section["a"] = "b"; }));
+    EXPECT_TRUE(std::filesystem::is_symlink(m_folder / "Maker/Program.ini"));
+    EXPECT_GT(std::filesystem::file_size(target), 0u);
+    EXPECT_EQ(
+        std::filesystem::status(target).permissions(), perms::owner_read | perms::owner_write | perms::group_read);
+}

@@ -1,15 +1,21 @@
 #include "framework/qt/kit/ini_profile.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSaveFile>
-#include <QSettings>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include "base/types.h"
+#include "framework/core/exception.h"
+#include "framework/core/ini_text.h"
+#include "framework/core/regular_file.h"
+#include "framework/core/replace_file.h"
 
+#include <QFile>
+#include <QStandardPaths>
+
+#include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <filesystem>
+#include <optional>
 #include <sys/file.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -46,30 +52,21 @@ class FileLock {
     bool m_bHeld = false;
 };
 
-// Puts what the one file holds into the other at once.
-bool Replace(const QString& path, const QString& by) {
-    QFile source(by);
-    QSaveFile file(path);
-    if (!source.open(QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly)) return false;
-    file.write(source.readAll());
-    return file.commit();
-}
+// More than settings come to. What is larger is none of ours, and stays.
+constexpr u64 MAX_SIZE = 4 * 1024 * 1024;
 
-ProfileSection Read(QSettings& settings, const QString& section) {
-    ProfileSection entries;
-    settings.beginGroup(section);
-    for (const QString& name : settings.childKeys())
-        entries[name.toStdString()] = settings.value(name).toString().toStdString();
-    settings.endGroup();
-    return entries;
-}
-
-void Write(QSettings& settings, const QString& section, const ProfileSection& entries) {
-    settings.remove(section);
-    settings.beginGroup(section);
-    for (const auto& [name, text] : entries)
-        settings.setValue(QString::fromStdString(name), QString::fromStdString(text));
-    settings.endGroup();
+// Nothing where there is a file that cannot be read.
+std::optional<IniSections> ReadFile(const std::string& strPath) {
+    try {
+        CRegularFile file(strPath);
+        if (file.GetLength() > MAX_SIZE) return std::nullopt;
+        std::string text(static_cast<std::size_t>(file.GetLength()), '\0');
+        text.resize(file.Read(text.data(), static_cast<u32>(text.size())));
+        return ParseIni(text);
+    } catch (const CFileException& exception) {
+        if (exception.m_nError == ENOENT) return IniSections();
+        return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -84,28 +81,23 @@ IniProfile::IniProfile(const std::string& strCompany, const std::string& strAppl
 }
 
 ProfileSection IniProfile::ReadSection(const std::string& strSection) const {
-    QSettings settings(QFile::decodeName(m_strPath.c_str()), QSettings::IniFormat);
-    return Read(settings, QString::fromStdString(strSection));
+    const std::optional<IniSections> sections = ReadFile(m_strPath);
+    if (!sections) return {};
+    const auto section = sections->find(strSection);
+    return section == sections->end() ? ProfileSection() : section->second;
 }
 
-// The toolkit's own lock outlives a program that is killed, and its settings of one file are shared within
-// the program and may be old. So it works on a copy in a folder that nobody else knows.
+// Not by the toolkit's settings: they take a file that cannot be read for an empty one, and report as written
+// what found no room on the disk. Their lock outlives a program that is killed.
 bool IniProfile::ChangeSection(const std::string& strSection,
                                const std::function<void(ProfileSection&)>& change) {
-    const QString folder = QFile::decodeName(m_strFolder.c_str());
-    const QString path = QFile::decodeName(m_strPath.c_str());
-    if (!QDir().mkpath(folder)) return false;
+    std::error_code failed;
+    std::filesystem::create_directories(m_strFolder, failed);
+    if (failed) return false;
     const FileLock lock(m_strFolder + "/.lock");
     if (!lock.IsHeld()) return false;
-    const QTemporaryDir beside(folder + QStringLiteral("/.new-XXXXXX"));
-    const QString copy = beside.filePath(QStringLiteral("settings.ini"));
-    if (!beside.isValid() || (QFile::exists(path) && !QFile::copy(path, copy))) return false;
-
-    QSettings settings(copy, QSettings::IniFormat);
-    const QString section = QString::fromStdString(strSection);
-    ProfileSection entries = Read(settings, section);
-    change(entries);
-    Write(settings, section, entries);
-    settings.sync();
-    return settings.status() != QSettings::AccessError && Replace(path, copy);
+    std::optional<IniSections> sections = ReadFile(m_strPath);
+    if (!sections) return false;
+    change((*sections)[strSection]);
+    return ReplaceFile(m_strPath, FormatIni(*sections));
 }
