@@ -39,12 +39,20 @@ std::optional<u64> Mebibytes(std::string_view word) {
     return number << 20;
 }
 
+// What is left in the buffer goes out here, so only now it is known.
+bool IsWritten() {
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return true;
+    std::fputs("vistrel-describe: the output cannot be written\n", stderr);
+    return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);  // a closed output is an answer, not an end
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
         std::fputs(USAGE, stdout);
-        return 0;
+        return IsWritten() ? 0 : BAD;
     }
     const std::vector<std::string_view> words(argv + 1, argv + argc);
     Tolerance tolerance = Tolerance::None;
@@ -79,7 +87,6 @@ int main(int argc, char** argv) {
                      kernels.c_str());
         return 0;
     }
-    std::signal(SIGPIPE, SIG_IGN);  // a closed output is an answer, not an end
     CheckIffReadOnly();
     RegisterChunks();
 
@@ -88,10 +95,7 @@ int main(int argc, char** argv) {
         const DescribeResult result = DescribeFile(std::string(words[first]), stdout, tolerance);
         if (result == DescribeResult::Refused) status = std::max(status, 1);
         if (result == DescribeResult::NotWhole || result == DescribeResult::CannotBeOpened) status = BAD;
-        if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-            std::fputs("vistrel-describe: the output cannot be written\n", stderr);
-            return BAD;
-        }
+        if (!IsWritten()) return BAD;
     }
     return status;
 }
