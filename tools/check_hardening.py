@@ -5,7 +5,8 @@ usage: tools/check_hardening.py PROGRAM...
 
 Reads from each program that it can be loaded anywhere (PIE), that what the loader fills in cannot be written
 afterwards (full RELRO), that its stack is guarded, that calls of the C library are checked where sizes are known, and
-that nothing in it is both writable and executable. Prints what is missing, and ends with status 1 then.
+those of the standard library's containers, and that nothing in it is both writable and executable. Prints what is
+missing, and ends with status 1 then.
 """
 
 import subprocess
@@ -23,7 +24,8 @@ def missing(program):
         "RELRO": "GNU_RELRO" in segments,
         "binding at once": "BIND_NOW" in dynamic or "NOW" in dynamic.split("FLAGS_1")[-1].split("\n")[0],
         "a guarded stack": "__stack_chk_fail" in symbols,
-        "checked calls": "_chk@" in symbols.replace("__stack_chk_fail", ""),
+        "checked calls": "_chk@" in symbols,
+        "checked containers": "__glibcxx_assert_fail" in symbols,
         "a stack that is no code": not any("GNU_STACK" in line and "E" in line.split()[6]
                                            for line in segments.splitlines() if "GNU_STACK" in line),
         "segments that are written or run": not any("LOAD" in line and "RWE" in line for line in segments.splitlines()),
