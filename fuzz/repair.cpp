@@ -1,5 +1,7 @@
 #include "fuzz/repair.h"
 
+#include "base/wrapping.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
@@ -83,8 +85,8 @@ u64 RepairResources(Fields& fields, u64 nAt) {
     return end;
 }
 
-// Layer records and their channels' data.
-u64 EndOfLayers(Fields& fields, u64 nAt, u32 nLengthSize) {
+// Layer records and their channels' data. Lengths of 64 bits wrap, and are the reader's to refuse.
+VISTREL_WRAPS u64 EndOfLayers(Fields& fields, u64 nAt, u32 nLengthSize) {
     const u64 layers = static_cast<u64>(std::abs(static_cast<i16>(fields.Get(nAt, 2))));
     u64 at = nAt + 2;
     u64 data = 0;

@@ -1,5 +1,6 @@
 #include "iff/archive_byte_stream.h"
 
+#include "base/wrapping.h"
 #include "framework/core/archive.h"
 #include "framework/core/exception.h"
 #include "framework/core/file.h"
@@ -21,7 +22,7 @@ void ArchiveByteStream::Close() {
 u32 ArchiveByteStream::GetRemaining() {
     if (!FlushedFile()) return 0;
     const std::optional<u32> length = LengthOfFile();
-    if (length) return *length - (Tell() + m_nWritePos + m_nReadPos);
+    if (length) return WrappingDifference(*length, Tell() + m_nWritePos + m_nReadPos);
     m_nStatus |= BS_UNSUPPORTED;
     return 0;
 }

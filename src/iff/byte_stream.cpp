@@ -1,5 +1,7 @@
 #include "iff/byte_stream.h"
 
+#include "base/wrapping.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <limits>
@@ -79,7 +81,7 @@ void ByteStream::Sync() {
 }
 
 void ByteStream::SetPosition(u32 nPosition) {
-    const u32 offset = nPosition - Tell();
+    const u32 offset = WrappingDifference(nPosition, Tell());
     if (offset > m_nLimit) {
         Sync();
         Seek(nPosition);

@@ -1,5 +1,7 @@
 #include "iff/stream_archive.h"
 
+#include "base/wrapping.h"
+
 #include <algorithm>
 #include <limits>
 #include <type_traits>
@@ -49,7 +51,7 @@ IffStreamArchive::IffStreamArchive(IffStreamArchive& parent, u32 nStart, u32 nSi
     : IffArchive(true, parent.GetDepth() + 1, parent.m_noted, parent.m_passedOver, parent.GetRules()),
       m_pStream(parent.m_pStream),
       m_nRemaining(static_cast<i32>(nSize)),
-      m_nEnd(nStart + nSize),
+      m_nEnd(WrappingSum(nStart, nSize)),
       m_nSize(nSize),
       m_nSizeAt(nStart - SIZE_OF_SIZE) {}
 

@@ -1,4 +1,5 @@
 #include "base/checked_size.h"
+#include "base/wrapping.h"
 #include "psd/compression.h"
 #include "psd/pack_bits.h"
 #include "psd/psd_layer.h"
@@ -77,7 +78,7 @@ bool PsdLayerChannel::ReadImageData(PsdReading& reading, u32 nRows, u32 nColumns
 bool PsdLayerChannel::HasLength(PsdReading& reading, Rule rule, u32 nHeld, u64 nSize) {
     if (nHeld == nSize) return true;
     if (nHeld > nSize && reading.Allows(reading.Rules().bLooseRows, Passed::LooseRows)) return true;
-    const u32 taken = m_nLength - nHeld;
+    const u32 taken = WrappingDifference(m_nLength, nHeld);
     return reading.Refuse(rule, m_nLengthAt, m_nLength, static_cast<i64>(taken + nSize));
 }
 
@@ -85,7 +86,7 @@ bool PsdLayerChannel::ReadRawData(PsdReading& reading, u32 nRows, u32 nColumns, 
     ByteStream& stream = reading.Stream();
     const u64 rowSize = SampleRowSize(reading.LayerDepth(), nColumns);
     const u64 size = SizeProduct(nRows, rowSize);
-    const u32 held = nEnd - stream.GetPosition();
+    const u32 held = WrappingDifference(nEnd, stream.GetPosition());
     if (!HasLength(reading, Rule::PsdRawLength, held, size)) return false;
     if (!reading.Require(size)) return false;
     AllocatePlane(nRows, nColumns);
@@ -101,7 +102,7 @@ bool PsdLayerChannel::ReadPackedData(PsdReading& reading, u32 nRows, u32 nColumn
     ByteStream& stream = reading.Stream();
     PackedCounts counts;
     if (!counts.Read(reading, nRows)) return false;
-    const u32 held = nEnd - stream.GetPosition();
+    const u32 held = WrappingDifference(nEnd, stream.GetPosition());
     if (!HasLength(reading, Rule::PsdPackedLength, held, counts.Sum())) return false;
     const u64 rowSize = SampleRowSize(reading.LayerDepth(), nColumns);
     if (!CanExpandTo(reading, counts, rowSize)) return false;

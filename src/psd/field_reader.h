@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/types.h"
+#include "base/wrapping.h"
 #include "iff/byte_stream.h"
 
 #include <memory>
@@ -49,7 +50,7 @@ struct LengthField {
 
 // The position moves modulo 2^32, so a count of 0xFFFFFFFF is one byte back.
 inline void Skip(ByteStream& stream, u32 nCount) {
-    stream.SetPosition(stream.GetPosition() + nCount);
+    stream.SetPosition(WrappingSum(stream.GetPosition(), nCount));
 }
 
 // Reads nCount bytes: from the buffer when it holds them all, otherwise past it, straight into memory.

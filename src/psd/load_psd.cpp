@@ -1,4 +1,5 @@
 #include "base/checked_size.h"
+#include "base/wrapping.h"
 #include "psd/compression.h"
 #include "psd/pack_bits.h"
 #include "psd/psd_image.h"
@@ -23,7 +24,7 @@ bool EndsWith(PsdReading& reading, const LengthField& section) {
     const u32 position = reading.Stream().GetPosition();
     if (position == section.End()) return reading.IsGood();
     return reading.Refuse(Rule::PsdSectionLength, section.nAt, static_cast<i64>(section.nLength),
-                          position - section.Start());
+                          WrappingDifference(position, section.Start()));
 }
 
 // What reads like a compression where "8BIM" or "8B64" begins a block.
@@ -186,7 +187,7 @@ bool PsdImage::ReadLayers(PsdReading& reading, const LengthField& section) {
     }
     reading.Enter(Place::Layers);
     const u32 position = stream.GetPosition();
-    const u32 padding = section.End() - position;
+    const u32 padding = WrappingDifference(section.End(), position);
     if (padding > MOST_PADDING && position < section.End()) {
         if (reading.Allows(rules.bPadding, Passed::Padding)) return true;
         return reading.Refuse(Rule::PsdLayersPadded, section.nAt, padding, MOST_PADDING);

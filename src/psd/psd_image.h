@@ -49,8 +49,8 @@ constexpr bool IsPsdDepth(u32 nDepth) {
 }
 constexpr u32 PSD_FLOAT_DEPTH = 32;  // where the rules let it; it becomes 8
 
-constexpr u32 PSD_VERSION = 1;
-constexpr u32 PSD_LARGE_VERSION = 2;  // likewise
+constexpr i32 PSD_VERSION = 1;
+constexpr i32 PSD_LARGE_VERSION = 2;  // likewise
 
 constexpr u32 PSD_PALETTE_SIZE = 256;  // entries
 

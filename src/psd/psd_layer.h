@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/large_block.h"
+#include "base/wrapping.h"
 #include "psd/psd_object.h"
 #include "reading/finding.h"
 
@@ -18,7 +19,7 @@ constexpr i32 PSD_CHANNEL_REAL_USER_MASK = -3;  // beside the one that goes with
 
 // Between two edges. Unsigned, so that a rectangle turned inside out counts as too large.
 constexpr u32 PsdDistance(i32 nFrom, i32 nTo) {
-    return static_cast<u32>(nTo) - static_cast<u32>(nFrom);
+    return WrappingDifference(static_cast<u32>(nTo), static_cast<u32>(nFrom));
 }
 
 // Of a layer or a mask.

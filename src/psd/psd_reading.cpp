@@ -94,10 +94,9 @@ bool PsdReading::SkipWithin(u64 nCount) {
 }
 
 bool PsdReading::ReadSignature(std::string_view signature, Rule rule) {
-    u32 read = 0;
+    const u32 start = m_stream.GetPosition();
     for (const char c : signature) {
-        ++read;
-        if (ReadU8(m_stream) != static_cast<u8>(c)) return Refuse(rule, m_stream.GetPosition() - read);
+        if (ReadU8(m_stream) != static_cast<u8>(c)) return Refuse(rule, start);
     }
     return true;
 }

@@ -29,6 +29,15 @@ FilledMemory::~FilledMemory() {
     LargeBlock::SetFill(std::nullopt);
 }
 
+#if defined(__has_feature)
+#define KNOWS_OF_MEMORY __has_feature(memory_sanitizer)
+#else
+#define KNOWS_OF_MEMORY 0
+#endif
+
+// The memory sanitizer's own have to stay: no request fails then, and nothing is filled.
+#if !KNOWS_OF_MEMORY
+
 // Every form of it, since those of the sanitizers would not come here, and do not know what comes from here.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     const bool fails = g_requests.fault.nAt != Fault::NEVER && g_requests.Strikes();
@@ -52,3 +61,5 @@ void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(bl
 void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
+
+#endif

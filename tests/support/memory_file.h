@@ -18,10 +18,11 @@ struct MemoryFile final : public CFile {
 
     u64 GetLength() const override { return Done(m_lengths, m_nClaimedLength.value_or(m_bytes.size())); }
     u64 Seek(i64 nOffset, SeekFrom from) override {
-        const u64 origin = from == begin ? 0 : from == current ? m_nPosition : m_bytes.size();
-        if (nOffset < 0 && static_cast<u64>(-nOffset) > origin) throw CFileException("no position");
-        const i64 distance = static_cast<i64>(origin + static_cast<u64>(nOffset) - m_nPosition);
-        return m_nPosition += static_cast<u64>(Done(m_seeks, distance));
+        const i64 position = static_cast<i64>(m_nPosition);
+        const i64 origin = from == begin ? 0 : from == current ? position : std::ssize(m_bytes);
+        if (nOffset < -origin) throw CFileException("no position");
+        m_nPosition = static_cast<u64>(position + Done(m_seeks, origin + nOffset - position));
+        return m_nPosition;
     }
     u32 Read(void* pData, u32 nCount) override {
         const u64 left = m_bytes.size() - std::min<u64>(m_bytes.size(), m_nPosition);

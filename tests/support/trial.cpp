@@ -1,5 +1,6 @@
 #include "support/trial.h"
 
+#include "base/wrapping.h"
 #include "display/catalogue.h"
 #include "display/tolerance.h"
 #include "document/passed_text.h"
@@ -53,7 +54,7 @@ struct Requests {
 };
 
 // FNV-1a, of whole words. Of a picture of many rows some do: hashing must not take longer than building.
-u64 HashOf(const GdiBitmap& bitmap) {
+VISTREL_WRAPS u64 HashOf(const GdiBitmap& bitmap) {
     std::vector<u32> row(bitmap.nWidth);
     u64 hash = 0xCBF29CE484222325;
     for (u32 y = 0; y < bitmap.nHeight; y += 1 + bitmap.nHeight / MOST_HASHED_ROWS) {
