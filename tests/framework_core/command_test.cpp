@@ -15,16 +15,18 @@ struct Target final : public CCmdTarget {
     void OnUpdateFirst(CCmdUI* pUi) { pUi->Enable(false); }
     void OnUpdateSecond(CCmdUI* pUi) { pUi->m_bContinueRouting = true; }
 
-    static inline const MessageEntry s_baseEntries[] = {
-        OnCommand<&Target::OnBase>(FIRST), OnCommand<&Target::OnBase>(SECOND)};
-    static inline const MessageMap s_base = {&s_messageMap, s_baseEntries};
-    static inline const MessageEntry s_entries[] = {OnUpdateCommandUi<&Target::OnUpdateFirst>(FIRST),
-        OnUpdateCommandUi<&Target::OnUpdateSecond>(SECOND), OnCommand<&Target::OnFirst>(FIRST)};
-    static inline const MessageMap s_map = {&s_base, s_entries};
+    static const MessageMap s_base;
+    static const MessageMap s_map;
     const MessageMap& GetMessageMap() const override { return s_map; }
 
     std::string m_log;
 };
+
+const MessageEntry BASE_ENTRIES[] = {OnCommand<&Target::OnBase>(FIRST), OnCommand<&Target::OnBase>(SECOND)};
+const MessageMap Target::s_base = {&s_messageMap, BASE_ENTRIES};
+const MessageEntry ENTRIES[] = {OnUpdateCommandUi<&Target::OnUpdateFirst>(FIRST),
+    OnUpdateCommandUi<&Target::OnUpdateSecond>(SECOND), OnCommand<&Target::OnFirst>(FIRST)};
+const MessageMap Target::s_map = {&s_base, ENTRIES};
 
 struct RecordedUi final : public CCmdUI {
     using CCmdUI::CCmdUI;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 const Bytes DATA = Random(1).SomeBytes(5000);
 
 static u8 Next(ByteStream& stream) {
@@ -66,4 +68,41 @@ TEST(ByteStream, FaultsOfTheSourceBecomeStatusBits) {
     ArchiveByteStream none(nullptr, 16);
     Next(none);
     EXPECT_EQ(none.m_nStatus, BS_UNSUPPORTED | BS_END) << "without an archive";
+}
+
+// Has a place, and nothing else that a source can have.
+struct PlaceOnly final : public ByteStream {
+    PlaceOnly() : ByteStream(16) {}
+    u32 Tell() override { return 0; }
+    void Seek(u32) override {}
+};
+
+TEST(ByteStream, WhatASourceCannotDoIsSaidAndNotDone) {
+    MemoryStream closed(DATA);
+    Next(closed.stream);
+    closed.stream.Close();
+    ArchiveByteStream without(nullptr, 16);
+    PlaceOnly place;
+    u32 limit = 1;
+    for (ByteStream* const stream : std::initializer_list<ByteStream*>{&closed.stream, &without, &place}) {
+        u8 block[4] = {7, 7, 7, 7};
+        const std::function<void()> calls[] = {
+            [&] { EXPECT_EQ(stream->ReadBlock(block, 4), 0u); },
+            [&] { stream->WriteBlock(block, 4); },
+            [&] { EXPECT_EQ(stream->AcquireReadBuffer(&limit, 4), nullptr); },
+            [&] { stream->ReleaseReadBuffer(0); },
+            [&] { stream->ReleaseWriteBuffer(0); },
+        };
+        for (const auto& call : calls) {
+            stream->m_nStatus = 0;
+            call();
+            EXPECT_EQ(stream->m_nStatus, BS_UNSUPPORTED);
+        }
+        EXPECT_EQ(block[0], 7);
+    }
+    EXPECT_EQ(closed.stream.GetRemaining(), 0u);
+    EXPECT_EQ(closed.stream.GetDataLength(), 0u);
+    EXPECT_EQ(place.GetRemaining(), 0xFFFFFFFF) << "who does not know bounds nothing";
+    EXPECT_EQ(place.GetDataLength(), 0xFFFFFFFF);
+    EXPECT_EQ(place.AcquireWriteBuffer(&limit, 4), nullptr);
 }

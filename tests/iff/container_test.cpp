@@ -53,6 +53,27 @@ TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
     }
 }
 
+TEST(IffArchive, IntegersAreBigEndianAndKeepTheirSign) {
+    MemoryStream source(Bytes{0x80, 1, 2, 3, 4, 5, 6, 7, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0xFE,
+        0xFF, 0xFF, 0xFF, 0xFE, 0xFE});
+    Finding finding;
+    PassedOver passedOver;
+    const auto root = CountedPtr<IffArchive>::Adopt(new IffStreamArchive(finding, passedOver));
+    root->Attach(&source.stream);
+    const auto next = [&](auto value) {
+        root->Transfer(value);
+        return value;
+    };
+    EXPECT_EQ(next(u64{}), 0x8001020304050607u);
+    EXPECT_EQ(next(i64{}), -2);
+    EXPECT_EQ(next(i16{}), -2);
+    EXPECT_EQ(next(i32{}), -2);
+    EXPECT_EQ(next(i8{}), -2);
+    EXPECT_FALSE(root->HasFailed());
+    next(u8{});
+    EXPECT_TRUE(root->HasFailed());
+}
+
 TEST(IffChunkRegistry, TheLatestOfOneKeyAnswers) {
     const IffId key("TEST");
     RegisterChunk<BmhdChunk>(key);

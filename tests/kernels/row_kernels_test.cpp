@@ -16,8 +16,7 @@
 
 namespace {
 
-constexpr u32 LARGEST_PIXEL = 4;  // bytes
-constexpr u32 EDGE = 16;          // bytes of offset, and beyond a row's end
+constexpr u32 EDGE = 16;  // bytes of offset, and beyond a row's end
 constexpr u8 UNTOUCHED = 0xC3;
 
 // The kernel of one table; planes of as many bytes a sample as it reads.
