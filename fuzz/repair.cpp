@@ -1,10 +1,9 @@
 #include "fuzz/repair.h"
 
-#include "base/wrapping.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -85,21 +84,27 @@ u64 RepairResources(Fields& fields, u64 nAt) {
     return end;
 }
 
-// Layer records and their channels' data. Lengths of 64 bits wrap, and are the reader's to refuse.
-VISTREL_WRAPS u64 EndOfLayers(Fields& fields, u64 nAt, u32 nLengthSize) {
+// Layer records, and the data of their channels after all of them.
+u64 RepairLayers(Fields& fields, u64 nAt, u32 nLengthSize) {
     const u64 layers = static_cast<u64>(std::abs(static_cast<i16>(fields.Get(nAt, 2))));
-    u64 at = nAt + 2;
-    u64 data = 0;
-    for (u64 layer = 0; layer < layers && fields.Holds(at, RECT_SIZE); ++layer) {
-        const u64 channels = fields.Get(at + RECT_SIZE, 2);
-        at += RECT_SIZE + 2;
-        for (u64 channel = 0; channel < channels && fields.Holds(at, 2 + nLengthSize); ++channel) {
-            data += fields.Get(at + 2, nLengthSize);
-            at += 2 + nLengthSize;
+    std::vector<u64> lengthsAt;
+    u64 end = nAt + 2;
+    for (u64 layer = 0; layer < layers && fields.Holds(end, RECT_SIZE); ++layer) {
+        const u64 channels = fields.Get(end + RECT_SIZE, 2);
+        end += RECT_SIZE + 2;
+        for (u64 channel = 0; channel < channels && fields.Holds(end, 2 + nLengthSize); ++channel) {
+            lengthsAt.push_back(end + 2);
+            end += 2 + nLengthSize;
         }
-        at = RepairLength(fields, at + BLEND_SIZE);
+        end = RepairLength(fields, end + BLEND_SIZE);
     }
-    return at + data;
+    for (const u64 at : lengthsAt) {
+        const u64 room = fields.file.size() - std::min<u64>(end, fields.file.size());
+        const u64 length = std::min(fields.Get(at, nLengthSize), room);
+        fields.Set(at, nLengthSize, length);
+        end += length;
+    }
+    return end;
 }
 
 void RepairPhotoshop(Fields& fields) {
@@ -110,15 +115,16 @@ void RepairPhotoshop(Fields& fields) {
     const u64 countAt = layersAt + lengthSize;
     u64 end = countAt;
     if (fields.Get(layersAt, lengthSize) != 0) {
-        end = EndOfLayers(fields, countAt, lengthSize);
+        end = RepairLayers(fields, countAt, lengthSize);
         end += end % 2 != countAt % 2;
-        if (end > fields.file.size()) return;
         fields.Set(layersAt, lengthSize, end - countAt);
     }
     end = RepairLength(fields, end);
+    const u64 size = fields.file.size();
+    if (end > size) return;
     // Longer sections have tagged blocks after these.
     const u64 section = fields.Get(sectionAt, lengthSize);
-    if (section < end - layersAt || section > fields.file.size() - layersAt)
+    if (section < end - layersAt || section > size - layersAt)
         fields.Set(sectionAt, lengthSize, end - layersAt);
 }
 
