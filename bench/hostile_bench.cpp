@@ -8,86 +8,18 @@
 #include "display/display_image.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
-#include "support/iff_builder.h"
+#include "support/hostile_files.h"
 #include "support/memory_file.h"
-#include "support/psd_builder.h"
 
 #include <benchmark/benchmark.h>
 
 #include <fstream>
-#include <functional>
 #include <malloc.h>
 #include <string>
-#include <vector>
 
 namespace {
 
 constexpr u32 LEAST = 1 << 12;
-constexpr u32 MANY = 1 << 20;
-
-Bytes Times(u32 nCount, const Bytes& part) {
-    ByteBuilder parts;
-    parts.reserve(nCount * part.size());
-    for (u32 i = 0; i < nCount; ++i) parts.Append(part);
-    return parts;
-}
-
-Bytes Picture(const Parts& parts) {
-    Parts all = {Bmhd({.width = 8, .height = 1}), GreyCmap(2)};
-    all.insert(all.end(), parts.begin(), parts.end());
-    return Form("ILBM", all);
-}
-
-Bytes Properties(u32 nCount) {
-    const Bytes prop = Prop("ILBM", {Bmhd({.width = 8, .height = 1})});
-    const Bytes form = Form("ILBM", {Chunk("BODY", {1})});
-    return List("ILBM", {Times(nCount / 2, prop), Times(nCount / 2, form)});
-}
-
-Bytes LevelsAmongSiblings(u32 nCount) {
-    const Bytes levels = Form("MIPM", {Chunk("CONT", {255, 0})});
-    return List("ILBM", {levels, Times(nCount, Chunk("JUNK", {})), Times(255, List("ILBM", {}))});
-}
-
-Bytes Resources(u32 nCount) {
-    return Psd({.resources = std::vector<PsdResourceFields>(nCount)});
-}
-
-Bytes Names(u32 nCount) {
-    return Psd({.channels = 2, .resources = {{.id = PSD_RESOURCE_ALPHA_NAMES, .data = Bytes(nCount)}}});
-}
-
-Bytes Layers(u32 nCount) {
-    return Psd({.layers = std::vector<PsdLayerFields>(nCount)});
-}
-
-Bytes Channels(u32 nCount) {
-    return Psd({.layers = {{.channels = std::vector<PsdChannelFields>(nCount, {.data = RawData({7})})}}});
-}
-
-struct Kind {
-    const char* pszName;
-    std::function<Bytes(u32)> make;
-    u32 nMost;
-};
-
-const std::vector<Kind>& Kinds() {
-    static const std::vector<Kind> kinds = {
-        {"chunks",
-         [](u32 n) {
-             return Picture({Times(n, Chunk("JUNK", {})), Chunk("BODY", {1})});
-         },
-         MANY},
-        {"bodies", [](u32 n) { return Picture({Times(n, Chunk("BODY", {}))}); }, MANY},
-        {"properties", Properties, MANY},
-        {"siblings-of-levels", LevelsAmongSiblings, MANY},
-        {"resources", Resources, MANY},
-        {"names", Names, MANY},
-        {"layers", Layers, 32767},
-        {"channels-of-a-layer", Channels, 65535},
-    };
-    return kinds;
-}
 
 void RestartPeakMemory() {
     malloc_trim(0);
@@ -119,7 +51,7 @@ void Open(const Bytes& bytes) {
     image.BuildBitmap(document, {0, 0});
 }
 
-void Run(benchmark::State& state, const Kind& kind, bool bCut) {
+void Run(benchmark::State& state, const HostileFile& kind, bool bCut) {
     const u32 count = static_cast<u32>(state.range(0));
     const Bytes bytes = Truncated(kind.make(count), bCut ? 1 : 0);
     RestartPeakMemory();
@@ -135,7 +67,7 @@ void Run(benchmark::State& state, const Kind& kind, bool bCut) {
 
 int main(int argc, char** argv) {
     RegisterChunks();
-    for (const Kind& kind : Kinds())
+    for (const HostileFile& kind : HostileFiles())
         for (const bool cut : {false, true})
             benchmark::RegisterBenchmark(
                 (std::string(kind.pszName) + (cut ? "/refused" : "/accepted")).c_str(),

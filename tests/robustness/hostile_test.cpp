@@ -1,0 +1,35 @@
+// Files of very many small parts: whole they open, and without their last byte the reader that knows them says where
+// they end.
+#include "support/failing_new.h"
+#include "support/hostile_files.h"
+#include "support/trial.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr u32 COUNT = 4096;
+
+TEST(Hostile, FilesOfManyPartsAreReadOrRefusedAlike) {
+    for (const HostileFile& file : HostileFiles()) {
+        SCOPED_TRACE(file.pszName);
+        const Bytes bytes = file.make(COUNT);
+        const Answer whole = Trial().Run(bytes);
+        EXPECT_TRUE(whole.IsOpen()) << whole;
+        const bool shows = std::any_of(whole.pictures.begin(), whole.pictures.end(),
+            [](const std::string& picture) { return picture.find(" not valid") == std::string::npos; });
+        EXPECT_EQ(shows, file.bHasPicture) << whole;
+        const Answer cut = Trial().Run(Truncated(bytes, 1));
+        EXPECT_TRUE(cut.strLoad.starts_with("refused")) << cut;
+        EXPECT_NE(cut.strLoad.find("the file ends"), std::string::npos) << cut;
+        for (const u8 fill : {u8{0x00}, u8{0xFF}}) {
+            const FilledMemory memory(fill);
+            EXPECT_EQ(Trial().Run(bytes), whole);
+            EXPECT_EQ(Trial().Run(Truncated(bytes, 1)), cut);
+        }
+    }
+}
+
+}  // namespace
