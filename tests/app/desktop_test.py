@@ -2,12 +2,13 @@
 """The program among other running copies of itself and in front of the desktop.
 
 usage: dbus-run-session -- desktop_test.py PROGRAM
-Needs gdbus.
+Needs gdbus, xprop, and openbox for a window manager.
 """
 
 import os
 import re
 import subprocess
+import time
 import unittest
 import urllib.parse
 from pathlib import Path
@@ -35,9 +36,13 @@ class DesktopTest(ProgramTest):
         self.start(*switches, self.path(name, picture()))
         self.wait_for_title(name)
 
-    def hand_over(self, *words):
-        done = subprocess.run([PROGRAM, "-dde", *words], env=self.screen.environment, timeout=DEADLINE)
-        self.assertEqual(done.returncode, 0)
+    def hand_over(self, *words, **variables):
+        """Without a display, which whoever only hands over has no use for."""
+        environment = {**self.screen.environment, **variables}
+        environment.pop("DISPLAY")
+        done = subprocess.run([PROGRAM, "-dde", *words], env=environment, cwd=self.folder.name, timeout=DEADLINE,
+                              stderr=subprocess.PIPE)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
 
     def call(self, method, *words):
         subprocess.run(["gdbus", "call", "--session", "--dest", "com.talvorine.Vistrel", "--object-path",
@@ -58,7 +63,7 @@ class DesktopTest(ProgramTest):
         for name in names:
             Path(os.fsdecode(os.fsencode(self.folder.name) + b"/" + name)).write_bytes(picture())
         paths = [os.fsencode(self.folder.name) + b"/" + name for name in names]
-        self.hand_over(*paths[:3], self.path("bad.iff", b"nothing"))
+        self.hand_over(names[0], *paths[1:3], self.path("bad.iff", b"nothing"))
         box = wait_for(lambda: self.screen.windows(TITLE), "the refusal")[0]
         self.hand_over(paths[3])
         self.call("Application.Open", "['file://%s']" % self.path("by%20bus.iff"), "{}")
@@ -80,6 +85,20 @@ class DesktopTest(ProgramTest):
         self.hand_over(self.path("third.iff", picture()))
         self.wait_for_title("third.iff")
         self.assertEqual(self.screen.windows(f"{TITLE} - second.iff"), [])
+
+    def test_comes_to_the_front_for_whoever_asked(self):
+        self.manage_windows()
+        self.started("first.iff")
+        self.start(self.path("other.iff", picture()))  # waits in line for the name
+        self.wait_for_title("other.iff")
+        first, other = (self.screen.windows(f"{TITLE} - {name}.iff")[0] for name in ("first", "other"))
+        for token in ("launcher-1_TIME%d" % (time.monotonic() * 1000), "launcher-2_TIMEless"):
+            self.screen.xdotool("windowactivate", "--sync", other)
+            self.hand_over(DESKTOP_STARTUP_ID=token)
+            wait_for(lambda: self.screen.xdotool("getactivewindow") == [first], "the program in front")
+            said = subprocess.run(["xprop", "-id", first, "-notype", "_NET_STARTUP_ID"], env=self.screen.environment,
+                                  check=True, capture_output=True, text=True, timeout=DEADLINE).stdout
+            self.assertEqual(said, f'_NET_STARTUP_ID = "{token}"\n')
 
 
 if __name__ == "__main__":

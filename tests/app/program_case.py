@@ -155,6 +155,15 @@ class ProgramTest(unittest.TestCase):
         self.program = None
         self.addCleanup(self.end_program)
 
+    def manage_windows(self):
+        """Starts a window manager; a window that comes before it is up may never be shown."""
+        managed = Path(self.folder.name, "managed")
+        manager = subprocess.Popen(["openbox", "--startup", f"touch {managed}"], env=self.screen.environment,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(manager.wait)
+        self.addCleanup(manager.kill)
+        wait_for(managed.exists, "the window manager")
+
     def end_program(self):
         if self.program:
             self.program.kill()

@@ -38,18 +38,9 @@ class WalkTest(ProgramTest):
     def setUp(self):
         super().setUp()
         self.screen.environment["HOME"] = self.folder.name
-        # A window that comes before its manager is up may never be shown.
-        managed = Path(self.folder.name, "managed")
-        self.manager = subprocess.Popen(["openbox", "--startup", f"touch {managed}"], env=self.screen.environment,
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.addCleanup(self.end_manager)
-        wait_for(managed.exists, "the window manager")
+        self.manage_windows()
         self.program = subprocess.Popen([PROGRAM], env=self.screen.environment, cwd=self.folder.name)
         self.wait_for_window(TITLE)
-
-    def end_manager(self):
-        self.manager.kill()
-        self.manager.wait()
 
     def wait_for_window(self, title):
         """Waits until the window has the keyboard."""

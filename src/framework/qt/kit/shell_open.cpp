@@ -13,6 +13,24 @@ namespace {
 
 const QString INTERFACE = QStringLiteral("org.freedesktop.Application");
 
+// What a desktop adds to its requests.
+const QString STARTUP_ID = QStringLiteral("desktop-startup-id");
+const QString ACTIVATION_TOKEN = QStringLiteral("activation-token");
+
+QVariantMap ToPlatformData(const StartupToken& token) {
+    QVariantMap data;
+    const auto add = [&](const QString& key, const std::string& strValue) {
+        if (!strValue.empty()) data[key] = QString::fromStdString(strValue);
+    };
+    add(STARTUP_ID, token.strStartupId);
+    add(ACTIVATION_TOKEN, token.strActivationToken);
+    return data;
+}
+
+StartupToken FromPlatformData(const QVariantMap& data) {
+    return {data[STARTUP_ID].toString().toStdString(), data[ACTIVATION_TOKEN].toString().toStdString()};
+}
+
 QString ObjectPath(const std::string& strName) {
     return u'/' + QString::fromStdString(strName).replace(u'.', u'/');
 }
@@ -24,13 +42,13 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    ApplicationAdaptor(QObject& object, ShellOpen::Request request)
-        : QDBusAbstractAdaptor(&object), m_request(std::move(request)) {}
+    ApplicationAdaptor(QObject& object, ShellOpen::OnRequest onRequest)
+        : QDBusAbstractAdaptor(&object), m_onRequest(std::move(onRequest)) {}
 
   public slots:
     // The names are those of the bus; the last argument is what the caller's desktop adds.
-    void Activate(const QVariantMap&) { Pass({}); }
-    void Open(const QStringList& uris, const QVariantMap&) { Pass(uris); }
+    void Activate(const QVariantMap& platformData) { Pass({}, platformData); }
+    void Open(const QStringList& uris, const QVariantMap& platformData) { Pass(uris, platformData); }
     void ActivateAction(const QString&, const QVariantList&, const QVariantMap&,
                         const QDBusMessage& message) {
         message.setDelayedReply(true);
@@ -39,20 +57,43 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
     }
 
   private:
-    void Pass(const QStringList& uris) {
-        std::vector<std::string> passed;
-        for (const QString& uri : uris) passed.push_back(uri.toStdString());
-        AfxGuardedCall([&] { m_request(passed); });
+    void Pass(const QStringList& uris, const QVariantMap& platformData) {
+        ShellRequest request;
+        for (const QString& uri : uris) request.uris.push_back(uri.toStdString());
+        request.token = FromPlatformData(platformData);
+        AfxGuardedCall([&] { m_onRequest(request); });
     }
 
-    ShellOpen::Request m_request;
+    ShellOpen::OnRequest m_onRequest;
 };
+
+bool HandOverOn(const QDBusConnection& bus, const std::string& strName, const ShellRequest& request) {
+    if (!bus.isConnected()) return false;
+    QStringList words;
+    for (const std::string& uri : request.uris) words.append(QString::fromStdString(uri));
+    const auto findOwner = [&] {
+        return bus.interface()->serviceOwner(QString::fromStdString(strName)).value();
+    };
+    for (QString owner = findOwner(); !owner.isEmpty() && owner != bus.baseService();) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            owner, ObjectPath(strName), INTERFACE,
+            words.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
+        if (!words.isEmpty()) call << words;
+        call << ToPlatformData(request.token);
+        const QDBusMessage reply = bus.call(call);
+        if (reply.type() == QDBusMessage::ReplyMessage) return true;
+        // An owner that is still there is busy, and finds the request when it has time.
+        const QString before = std::exchange(owner, findOwner());
+        if (owner == before) return reply.errorName() == QDBusError::errorString(QDBusError::NoReply);
+    }
+    return false;
+}
 
 }  // namespace
 
-ShellOpen::ShellOpen(const std::string& strName, Request request)
+ShellOpen::ShellOpen(const std::string& strName, OnRequest onRequest)
     : m_strName(strName), m_pObject(std::make_unique<QObject>()) {
-    new ApplicationAdaptor(*m_pObject, std::move(request));
+    new ApplicationAdaptor(*m_pObject, std::move(onRequest));
     try {
         m_asking = std::thread([this] { AskForName(); });
     } catch (const std::system_error&) {
@@ -81,28 +122,18 @@ void ShellOpen::WaitForBus() {
     if (m_asking.joinable()) m_asking.join();
 }
 
-bool ShellOpen::HandOver(const std::vector<std::string>& uris) {
+bool ShellOpen::HandOver(const ShellRequest& request) {
     WaitForBus();
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return false;
-    QStringList words;
-    for (const std::string& uri : uris) words.append(QString::fromStdString(uri));
-    const auto findOwner = [&] {
-        return bus.interface()->serviceOwner(QString::fromStdString(m_strName)).value();
-    };
-    for (QString owner = findOwner(); !owner.isEmpty() && owner != bus.baseService();) {
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            owner, ObjectPath(m_strName), INTERFACE,
-            words.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
-        if (!words.isEmpty()) call << words;
-        call << QVariantMap();
-        const QDBusMessage reply = bus.call(call);
-        if (reply.type() == QDBusMessage::ReplyMessage) return true;
-        // An owner that is still there is busy, and finds the request when it has time.
-        const QString before = std::exchange(owner, findOwner());
-        if (owner == before) return reply.errorName() == QDBusError::errorString(QDBusError::NoReply);
-    }
-    return false;
+    return HandOverOn(QDBusConnection::sessionBus(), m_strName, request);
+}
+
+// On a connection of its own: the program's one outlives this, and belongs to whoever listens.
+bool AfxHandOver(const std::string& strName, const ShellRequest& request) {
+    const QString connection = QStringLiteral("hand over");
+    const bool handed =
+        HandOverOn(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection), strName, request);
+    QDBusConnection::disconnectFromBus(connection);
+    return handed;
 }
 
 #include "shell_open.moc"

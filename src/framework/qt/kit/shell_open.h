@@ -2,6 +2,8 @@
 // and the next one takes over when that ends, and the requests that come in under it.
 #pragma once
 
+#include "framework/qt/kit/activation.h"
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,20 +12,25 @@
 
 class QObject;
 
+// To open these URIs, or only to come to the front where there are none.
+struct ShellRequest {
+    std::vector<std::string> uris;
+    StartupToken token;
+};
+
 class ShellOpen {
   public:
-    // What to do about a request: open these URIs, or only come to the front where there are none.
-    using Request = std::function<void(const std::vector<std::string>&)>;
+    using OnRequest = std::function<void(const ShellRequest&)>;
 
     // Asks for the name, or waits in line for it. The program goes on meanwhile, as long as the toolkit
     // itself waits for no bus. Without one nothing comes in.
-    ShellOpen(const std::string& strName, Request request);
+    ShellOpen(const std::string& strName, OnRequest onRequest);
     ~ShellOpen();
     ShellOpen(const ShellOpen&) = delete;
     ShellOpen& operator=(const ShellOpen&) = delete;
 
     // Passes the request on to the copy that owns the name. False when no other one does.
-    bool HandOver(const std::vector<std::string>& uris);
+    bool HandOver(const ShellRequest& request);
 
   private:
     void AskForName();
@@ -33,3 +40,7 @@ class ShellOpen {
     std::unique_ptr<QObject> m_pObject;  // stands for the program on the bus
     std::thread m_asking;
 };
+
+// Passes the request on to the copy of the program that owns the name, from one that owns nothing on the bus
+// itself. False when there is none.
+bool AfxHandOver(const std::string& strName, const ShellRequest& request);

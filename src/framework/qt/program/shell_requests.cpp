@@ -4,17 +4,17 @@
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/file_uri.h"
-#include "framework/qt/kit/shell_open.h"
 
 #include <QApplication>
 #include <QScopedValueRollback>
 
-CShellRequests::CShellRequests() = default;
+CShellRequests::CShellRequests() : m_startup(AfxGetStartupToken()) {}
+
 CShellRequests::~CShellRequests() = default;
 
 void CShellRequests::Listen() {
     m_pShellOpen = std::make_unique<ShellOpen>(AfxLoadString(AFX_IDS_SHELL_NAME),
-                                               [this](const std::vector<std::string>& uris) { Add(uris); });
+                                               [this](const ShellRequest& request) { Add(request); });
 }
 
 void CShellRequests::Close() {
@@ -22,9 +22,11 @@ void CShellRequests::Close() {
 }
 
 bool CShellRequests::HandOver(const std::vector<std::string>& paths) {
-    std::vector<std::string> uris;
-    for (const std::string& path : paths) uris.push_back(ToFileUri(GetFullPath(path)));
-    return m_pShellOpen && m_pShellOpen->HandOver(uris);
+    ShellRequest request;
+    for (const std::string& path : paths) request.uris.push_back(ToFileUri(GetFullPath(path)));
+    request.token = m_startup;
+    if (m_pShellOpen) return m_pShellOpen->HandOver(request);
+    return AfxHandOver(AfxLoadString(AFX_IDS_SHELL_NAME), request);
 }
 
 // A menu stays open on the list of recent files that it shows.
@@ -33,15 +35,15 @@ bool CShellRequests::CanOpen() const {
            !QApplication::activePopupWidget();
 }
 
-void CShellRequests::Open(const std::function<void()>& comeToFront,
+void CShellRequests::Open(const std::function<void(const StartupToken&)>& comeToFront,
                           const std::function<void(const std::vector<std::string>&)>& open) {
     while (CanOpen()) {
-        const std::vector<std::string> uris = m_waiting.front();
+        const ShellRequest request = m_waiting.front();
         m_waiting.pop_front();
-        comeToFront();
+        comeToFront(request.token);
         const QScopedValueRollback<bool> opening(m_bOpening, true);
         std::vector<std::string> paths;
-        for (const std::string& uri : uris) {
+        for (const std::string& uri : request.uris) {
             if (const std::optional<std::string> path = FromFileUri(uri))
                 paths.push_back(*path);
             else

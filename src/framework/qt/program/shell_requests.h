@@ -2,13 +2,13 @@
 // until no dialog and no menu is up.
 #pragma once
 
+#include "framework/qt/kit/shell_open.h"
+
 #include <deque>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
-
-class ShellOpen;
 
 class CShellRequests {
   public:
@@ -19,21 +19,23 @@ class CShellRequests {
     void Listen();
     void Close();
 
-    // Passes the paths on to the copy of the program that runs already. False when there is none.
+    // Passes the paths on to the copy of the program that runs already, with what the desktop started this
+    // one by. False when there is none. Needs no Listen before it, and no display.
     bool HandOver(const std::vector<std::string>& paths);
 
-    void Add(const std::vector<std::string>& uris) { m_waiting.push_back(uris); }
+    void Add(const ShellRequest& request) { m_waiting.push_back(request); }
     bool IsEmpty() const { return m_waiting.empty(); }
 
     // Whether one waits and can be carried out now.
     bool CanOpen() const;
 
     // Carries them out in their order: comeToFront for each, then open for all of its paths.
-    void Open(const std::function<void()>& comeToFront,
+    void Open(const std::function<void(const StartupToken&)>& comeToFront,
               const std::function<void(const std::vector<std::string>&)>& open);
 
   private:
     std::unique_ptr<ShellOpen> m_pShellOpen;
-    std::deque<std::vector<std::string>> m_waiting;  // lists of URIs
+    std::deque<ShellRequest> m_waiting;
+    const StartupToken m_startup;  // read before the toolkit starts
     bool m_bOpening = false;
 };

@@ -57,6 +57,10 @@ class PlainButtonStyle final : public QProxyStyle {
 };
 
 std::unique_ptr<ToolkitApplication> g_pToolkit;
+
+// The words of the command line are the program's; the toolkit gets none of them.
+int g_nToolkitArgc = 1;
+
 const char* g_pszProgram = "";  // as it was called
 
 bool IsSet(const char* pszVariable) {
@@ -93,6 +97,16 @@ void OnExit() {
 
 }  // namespace
 
+void AfxCallWithoutDisplay(char** argv, const std::function<void()>& call) {
+    g_pszProgram = argv[0];
+    const QtMessageHandler before = qInstallMessageHandler(OnStartMessage);
+    {
+        const QCoreApplication core(g_nToolkitArgc, argv);
+        call();
+    }
+    qInstallMessageHandler(before);
+}
+
 bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks) {
     g_pszProgram = argv[0];
     if (!bOnScreen) {
@@ -101,11 +115,9 @@ bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks) {
         SayNoDisplay();
         return false;
     }
-    // The words of the command line are the program's; the toolkit gets none of them.
-    static int toolkitArgc = 1;
     QGuiApplication::setDesktopFileName(QString::fromStdString(AfxLoadString(AFX_IDS_SHELL_NAME)));
     const QtMessageHandler before = qInstallMessageHandler(OnStartMessage);
-    g_pToolkit = std::make_unique<ToolkitApplication>(toolkitArgc, argv, hooks);
+    g_pToolkit = std::make_unique<ToolkitApplication>(g_nToolkitArgc, argv, hooks);
     qInstallMessageHandler(before);
     std::atexit(OnExit);
     QApplication::setStyle(new PlainButtonStyle);

@@ -3,6 +3,9 @@
 
 #include <functional>
 
+// Makes the call with as much of the toolkit as needs no display.
+void AfxCallWithoutDisplay(char** argv, const std::function<void()>& call);
+
 struct ToolkitHooks {
     std::function<void()> onIdle;        // nothing is left to be done
     std::function<void()> onSessionEnd;  // the session ends, and every window has been closed

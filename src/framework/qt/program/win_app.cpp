@@ -63,6 +63,10 @@ CWinApp::~CWinApp() = default;
 std::optional<int> CWinApp::Start(int argc, char** argv) {
     m_commandLine.ParseCommandLine(argc, argv);
     if (const std::optional<int> status = Answer(m_commandLine, argv[0])) return status;
+    bool handedOver = false;
+    if (m_commandLine.m_nShellCommand == CCommandLineInfo::FileDDE)
+        AfxCallWithoutDisplay(argv, [&] { handedOver = HandOver(); });
+    if (handedOver) return EXIT_SUCCESS;
     // A page needs no screen, and what there is to say of it no box.
     const bool onScreen = !m_commandLine.IsPrint();
     if (!AfxStartToolkit(argv, onScreen, {[this] { OnIdle(); }, [this] { End(); }})) return EXIT_FAILURE;
@@ -163,14 +167,19 @@ bool CWinApp::Print(const CCommandLineInfo& info) {
     return all;
 }
 
+// What switches of its own say is for this run alone, and would be lost on another copy.
+bool CWinApp::HandOver() {
+    return !m_commandLine.HasOwnSwitches() && m_requests.HandOver(m_commandLine.m_strFileNames);
+}
+
 bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
     if (info.IsPrint()) {
         if (Print(info)) m_nExitStatus = EXIT_SUCCESS;
         return false;
     }
     const bool isDde = info.m_nShellCommand == CCommandLineInfo::FileDDE;
-    // What switches of its own say is for this run alone, and would be lost on another copy.
-    if (isDde && !info.HasOwnSwitches() && m_requests.HandOver(info.m_strFileNames)) {
+    // One that was started at the same time may have been quicker.
+    if (isDde && HandOver()) {
         m_nExitStatus = EXIT_SUCCESS;
         return false;
     }
@@ -292,7 +301,7 @@ bool CWinApp::CanOpenRequests() const {
 
 void CWinApp::OpenRequests() {
     if (CanOpenRequests())
-        m_requests.Open([this] { m_pMainWnd->BringToFront(); },
+        m_requests.Open([this](const StartupToken& token) { m_pMainWnd->BringToFront(token); },
                         [this](const std::vector<std::string>& paths) { OpenDocumentFiles(paths); });
 }
 

@@ -26,7 +26,7 @@ class CWinApp : public CCmdTarget {
     ~CWinApp() override;
 
     // Reads the command line and starts the toolkit. A status says that the program has to end with it: it
-    // has answered on the terminal, or there is no display.
+    // has answered on the terminal, the program that runs already has the files, or there is no display.
     std::optional<int> Start(int argc, char** argv);
 
     // Makes the main window and opens what the command line names. False ends the program.
@@ -88,7 +88,7 @@ class CWinApp : public CCmdTarget {
 
     // Opens what the URIs name, in their order, and comes to the front, as soon as no dialog is up and
     // nothing that came before is waiting.
-    void OpenLater(const std::vector<std::string>& uris) { m_requests.Add(uris); }
+    void OpenLater(const std::vector<std::string>& uris) { m_requests.Add({uris, {}}); }
 
     // Runs the update handlers of everything that shows a state.
     void OnIdle();
@@ -126,6 +126,7 @@ class CWinApp : public CCmdTarget {
     void OnUpdateRecentFile(CCmdUI* pUi);
     void OnOpenRecentFile(u32 nID);
     void WriteRecentFilesWhenSeen();
+    bool HandOver();
     bool CanOpenRequests() const;
     void OpenRequests();
     bool Print(const CCommandLineInfo& info);

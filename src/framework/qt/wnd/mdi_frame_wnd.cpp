@@ -2,6 +2,7 @@
 
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
+#include "framework/qt/kit/activation.h"
 #include "framework/qt/kit/convert.h"
 #include "framework/qt/kit/picture.h"
 #include "framework/qt/wnd/menu_bar.h"
@@ -149,10 +150,10 @@ bool CMDIFrameWnd::IsExposed() const {
     return window && window->isExposed();
 }
 
-void CMDIFrameWnd::BringToFront() {
+void CMDIFrameWnd::BringToFront(const StartupToken& token) {
     GetWidget()->setWindowState(GetWidget()->windowState() & ~Qt::WindowMinimized);
     GetWidget()->raise();
-    GetWidget()->activateWindow();
+    AfxActivate(*GetWidget(), token);
 }
 
 void CMDIFrameWnd::OnIdle() {

@@ -6,6 +6,7 @@
 #include <functional>
 
 struct MenuResource;
+struct StartupToken;
 class QMenu;
 
 class CMDIFrameWnd : public CFrameWnd {
@@ -28,7 +29,7 @@ class CMDIFrameWnd : public CFrameWnd {
     bool IsExposed() const;
 
     // In front of other programs, and no longer minimised.
-    void BringToFront();
+    void BringToFront(const StartupToken& token);
 
     // Brings the title, the menu and all bars up to date.
     void OnIdle();
