@@ -6,20 +6,13 @@ usage: end_to_end_test.py PROGRAM
 
 import functools
 import os
-import struct
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from program_case import (COLOURS, DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, in_colour, in_rows,
-                          picture, private_home, wait_for)
-
-
-def cut_picture():
-    """Lacks the pad byte of a chunk at its end, which is passed over once the user has been asked."""
-    body = picture()[8:] + struct.pack(">4sI3s", b"NOTE", 3, b"odd")
-    return b"FORM" + struct.pack(">I", len(body)) + body
+from program_case import (COLOURS, DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, cut_picture, in_colour,
+                          in_rows, picture, private_home, wait_for)
 
 
 class EndToEndTest(ProgramTest):

@@ -3,6 +3,7 @@
 #include "framework/core/resource.h"
 #include "framework/qt/kit/key_locks.h"
 #include "framework/qt/kit/report_later.h"
+#include "framework/qt/program/end_signals.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -57,6 +58,7 @@ class PlainButtonStyle final : public QProxyStyle {
 };
 
 std::unique_ptr<ToolkitApplication> g_pToolkit;
+std::unique_ptr<CEndSignals> g_pEndSignals;  // while there is a loop to tell of them
 
 // The words of the command line are the program's; the toolkit gets none of them.
 int g_nToolkitArgc = 1;
@@ -127,9 +129,12 @@ bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks) {
     QObject::connect(g_pToolkit.get(), &QGuiApplication::applicationStateChanged, &AfxAskForLocks);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      g_pToolkit.get(), hooks.onIdle);
+    // A page is printed without any loop, and what would take it down is the signal itself.
+    if (bOnScreen) g_pEndSignals = std::make_unique<CEndSignals>(hooks.onSignal);
     return true;
 }
 
 void AfxStopToolkit() {
+    g_pEndSignals.reset();
     g_pToolkit.reset();
 }

@@ -23,6 +23,8 @@
 
 namespace {
 
+constexpr int SIGNAL_STATUS = 128;
+
 // What a command line that only asks is answered with; its status. Nothing for one that opens the program.
 std::optional<int> Answer(const CCommandLineInfo& info, const char* pszProgram) {
     switch (info.m_nShellCommand) {
@@ -69,7 +71,10 @@ std::optional<int> CWinApp::Start(int argc, char** argv) {
     if (handedOver) return EXIT_SUCCESS;
     // A page needs no screen, and what there is to say of it no box.
     const bool onScreen = !m_commandLine.IsPrint();
-    if (!AfxStartToolkit(argv, onScreen, {[this] { OnIdle(); }, [this] { End(); }})) return EXIT_FAILURE;
+    const ToolkitHooks hooks = {.onIdle = [this] { OnIdle(); },
+                                .onSessionEnd = [this] { End(); },
+                                .onSignal = [this](int nSignal) { EndBySignal(nSignal); }};
+    if (!AfxStartToolkit(argv, onScreen, hooks)) return EXIT_FAILURE;
     if (onScreen) InstallAnswers(&AfxGetBoxAnswers());
     return std::nullopt;
 }
@@ -107,10 +112,16 @@ void CWinApp::OnAppExit() {
     SendMessageA(m_pMainWnd.get(), WM_CLOSE, 0, 0);
 }
 
+void CWinApp::EndBySignal(int nSignal) {
+    if (m_bEnding || !m_pMainWnd) return;
+    m_nEndStatus = SIGNAL_STATUS + nSignal;
+    OnAppExit();
+}
+
 void CWinApp::End() {
     m_bEnding = true;
     InstallAnswers(nullptr);
-    m_nExitStatus = EXIT_SUCCESS;
+    m_nExitStatus = m_nEndStatus;
     QCoreApplication::exit(m_nExitStatus);
 }
 

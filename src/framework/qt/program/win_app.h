@@ -35,6 +35,10 @@ class CWinApp : public CCmdTarget {
     // Runs until the main window is closed; the program's status.
     int Run();
 
+    // A signal asks the program to end. It does so as if its main window were closed, with the status that
+    // shells give to what a signal ended.
+    void EndBySignal(int nSignal);
+
     // The program is to end, whatever is going on: no file opens any more and no box, so that what goes
     // through a list of files comes to its end too.
     void End();
@@ -137,6 +141,7 @@ class CWinApp : public CCmdTarget {
     CRecentFilesMenu m_recentFiles;
     CShellRequests m_requests;
     int m_nExitStatus = EXIT_FAILURE;
+    int m_nEndStatus = EXIT_SUCCESS;  // that of a program whose main window is closed
     bool m_bEnding = false;
     bool m_bSeen = false;  // the main window has been on the screen
     bool m_bInIdle = false;
