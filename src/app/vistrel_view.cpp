@@ -8,6 +8,7 @@
 #include "display/tolerance.h"
 #include "document/passed_text.h"
 #include "document/vistrel_doc.h"
+#include "framework/core/exception.h"
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/dc.h"
 
@@ -205,7 +206,9 @@ void CVistrelView::OnDraw(CDC* pDC) {
     pDC->StretchBlt(0, 0, destination.cx, destination.cy, &memory, 0, 0, source.cx, source.cy, SRCCOPY);
 }
 
+// Whoever chooses to print sees what there is; a page that nobody looks at first would just come out empty.
 bool CVistrelView::OnPreparePrinting(CPrintInfo* pInfo) {
+    if (pInfo->m_bDirect && !m_hBitmap) throw CException("It has no picture that can be shown");
     return DoPreparePrinting(pInfo);
 }
 

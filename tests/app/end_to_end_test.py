@@ -11,8 +11,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from program_case import (COLOURS, DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, cut_picture, in_colour,
-                          in_rows, picture, private_home, wait_for)
+from program_case import (COLOURS, DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, chunk, cut_picture,
+                          in_colour, in_rows, picture, private_home, wait_for)
 
 
 class EndToEndTest(ProgramTest):
@@ -62,7 +62,8 @@ class WithoutScreenTest(unittest.TestCase):
 
     def test_answers_that_need_none(self):
         for words, status, out, err in [(["--help"], 0, "usage: .*", ""), (["--version", "x.iff"], 0, TITLE + " 1.12\n", ""),
-                                        (["--nonsense"], 2, "", ".*--nonsense.*")]:
+                                        *((words, 2, "", f"[^\n]*switch {words[0]} [^\n]*\n")
+                                          for words in (["--nonsense", "x.iff"], ["-p"], ["-pt", "x.iff"]))]:
             with self.subTest(words):
                 done = self.run_program(*words)
                 self.assertEqual(done.returncode, status)
@@ -92,11 +93,14 @@ class WithoutScreenTest(unittest.TestCase):
             pixels = Path(folder, "image-000.ppm").read_bytes()[-3 * WIDTH * HEIGHT:]
             self.assertEqual(pixels, b"".join(bytes(COLOURS[value]) for value in VALUES))
 
-            for words in [("-pt", file, "no such printer"), ("-p", file + ".missing"),
+            empty, no_page = os.path.join(folder, "empty.iff"), os.path.join(folder, "empty.pdf")
+            Path(empty).write_bytes(chunk(b"FORM", b"ILBM" + picture()[12:40]))  # nothing after the header
+            for words in [("-pt", file, "no such printer"), ("-p", file + ".missing"), ("-pt", empty, no_page),
                           ("-pt", file, os.path.join(folder, "missing", "page.pdf"))]:
                 done = self.run_program(*words)
                 self.assertEqual((done.returncode, done.stdout), (1, ""))
                 self.assertTrue(done.stderr.startswith(TITLE), done.stderr)
+            self.assertFalse(os.path.exists(no_page))
 
     def test_says_in_one_line_that_there_is_none(self):
         for variables in [{}, {"DISPLAY": ":4711"}, {"QT_QPA_PLATFORM": "nonsense"}]:
