@@ -47,6 +47,7 @@ class SignalsTest(ProgramTest):
                                 ([], ["ctrl+o"], "Open"),
                                 ([], ["ctrl+p"], "Print"),
                                 ([], ["alt+f", "v"], "Print Preview"),
+                                ([], ["alt+f", "r"], "Page Setup"),
                                 ([], ["alt+h", "a"], "About Vistrel")]:
             for number in SIGNALS:
                 with self.subTest(words=words, keys=keys, signal=number.name):

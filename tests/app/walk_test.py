@@ -38,8 +38,11 @@ class WalkTest(ProgramTest):
     def setUp(self):
         super().setUp()
         self.screen.environment["HOME"] = self.folder.name
+        self.screen.environment["XDG_RUNTIME_DIR"] = self.folder.name
         self.manage_windows()
-        self.program = subprocess.Popen([PROGRAM], env=self.screen.environment, cwd=self.folder.name)
+        self.said = Path(self.path("said"))
+        with self.said.open("wb") as said:
+            self.program = subprocess.Popen([PROGRAM], env=self.screen.environment, cwd=self.folder.name, stderr=said)
         self.wait_for_window(TITLE)
 
     def wait_for_window(self, title):
@@ -142,6 +145,12 @@ class WalkTest(ProgramTest):
             self.keys(key)
             self.wait_for_window(f"{TITLE} - chain.iff:{number}")
 
+        self.command("f", "v")
+        self.wait_for_window("Print Preview")
+        self.keys("Escape")
+        self.wait_for_window(f"{TITLE} - chain.iff:2")
+        self.command("f", "r")
+        self.answer("Page Setup", "")
         self.keys("ctrl+p")
         self.wait_for_window("Print")
         self.keys("Return")
@@ -160,6 +169,7 @@ class WalkTest(ProgramTest):
         self.wait_for_window(f"{TITLE} - chain.iff")
         self.command("f", "x")
         self.assertEqual(self.program.wait(timeout=DEADLINE), 0)
+        self.assertEqual(self.said.read_text(), "")
 
 
 if __name__ == "__main__":

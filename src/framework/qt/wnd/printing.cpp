@@ -182,6 +182,11 @@ void AfxPreviewPage(CPrintable& printable, CPrintInfo& info) {
 
 void AfxSetUpPrinter() {
     QPrinter& printer = AfxGetPrinter();
+    // The pages of a file are set up as those of a printer are, but the toolkit grumbles about it when it
+    // makes the dialog.
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QPageSetupDialog dialog(&printer, AfxGetDialogOwner());
+    qInstallMessageHandler(before);
     Ask(ID_FILE_PRINT_SETUP, printer, dialog);
 }
