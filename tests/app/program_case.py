@@ -51,6 +51,7 @@ class Screen:
         self.environment = {**os.environ, **private_home(folder), "DISPLAY": self.display}
         self.environment.pop("QT_QPA_PLATFORM", None)
         self.environment.pop("WAYLAND_DISPLAY", None)
+        self.environment["LC_ALL"] = "C.UTF-8"  # the toolkit's dialogs are known by their titles
         # In a build with sanitizers a fault of the program is no status of its own; what the bus library keeps
         # is none of it.
         suppressions = os.path.join(folder, "suppressions")

@@ -8,7 +8,10 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QProxyStyle>
+#include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
@@ -84,6 +87,16 @@ void TellVersion(QObject& application) {
         application.setProperty(text.pszName, QString::fromUtf8(text.pszText));
 }
 
+// The toolkit's own dialogs and buttons speak the user's language, where its words are installed. The
+// program's texts are in one language, so windows keep the order in which that is read.
+void SpeakUsersLanguage(QObject& application) {
+    auto* const words = new QTranslator(&application);
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (words->load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"), folder))
+        QCoreApplication::installTranslator(words);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 // While the toolkit starts, what it has to say is how it looks for a display; without one it would abort.
 void OnStartMessage(QtMsgType type, const QMessageLogContext&, const QString&) {
     if (type != QtFatalMsg) return;
@@ -124,6 +137,7 @@ bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks) {
     std::atexit(OnExit);
     QApplication::setStyle(new PlainButtonStyle);
     TellVersion(*g_pToolkit);
+    SpeakUsersLanguage(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
     AfxAskForLocks();
     QObject::connect(g_pToolkit.get(), &QGuiApplication::applicationStateChanged, &AfxAskForLocks);
