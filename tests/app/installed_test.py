@@ -1,0 +1,111 @@
+#!/usr/bin/env python3
+"""What is installed, started from the desktop: by the bus where its user's session has one, by its command line else.
+
+usage: installed_test.py PROGRAM CMAKE BUILD
+Needs gio, gdbus, update-mime-database and update-desktop-database.
+"""
+
+import os
+import re
+import signal
+import subprocess
+import sys
+import unittest
+import urllib.parse
+from pathlib import Path
+
+BUILD = sys.argv.pop()
+CMAKE = sys.argv.pop()
+
+from program_case import DEADLINE, TITLE, ProgramTest, picture, wait_for  # takes the program's path off the words
+
+ID = "com.talvorine.Vistrel"
+
+
+class InstalledTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.usr = Path(self.path("usr"))
+        subprocess.run([CMAKE, "--install", BUILD, "--prefix", self.usr], check=True, stdout=subprocess.DEVNULL)
+        environment = self.screen.environment
+        environment["HOME"] = self.folder.name
+        environment["XDG_DATA_DIRS"] = f"{self.usr}/share:/usr/local/share:/usr/share"
+        environment["PATH"] = f"{self.usr}/bin:{environment['PATH']}"
+        share = self.usr / "share"
+        self.run_tool("update-mime-database", share / "mime")
+        self.run_tool("update-desktop-database", share / "applications")
+        self.entry = share / "applications" / (ID + ".desktop")
+        self.names = [b"a b.iff", b"100%41.iff", b"\xff\xfe.iff", b"bad.iff", b"last.iff"]
+        for name in self.names:
+            Path(os.fsdecode(os.fsencode(self.folder.name) + b"/" + name)).write_bytes(
+                b"This is no picture.\n" if name == b"bad.iff" else picture())
+
+    def start_bus(self):
+        """What it starts has the environment that the bus has."""
+        bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; exec cat'],
+                               env=self.screen.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                               stderr=subprocess.DEVNULL)
+        self.addCleanup(bus.communicate)
+        self.screen.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        self.addCleanup(self.end_owner)
+
+    def run_tool(self, *words):
+        """What it starts can have its output, and go on after it."""
+        subprocess.run(words, env=self.screen.environment, cwd=self.folder.name, check=True, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, timeout=DEADLINE)
+
+    def owner(self):
+        """The process that has the program's name on the bus, or None."""
+        said = subprocess.run(["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+                               "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", ID],
+                              env=self.screen.environment, capture_output=True, text=True, timeout=DEADLINE).stdout
+        return int(re.search(r"uint32 (\d+)", said)[1]) if said else None
+
+    def end_owner(self):
+        if process := self.owner():
+            os.kill(process, signal.SIGTERM)
+        wait_for(lambda: not self.owner(), "the end of the program")
+
+    def recent(self):
+        files = Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
+        uris = re.findall("=file://(.*)", files.read_text()) if files.exists() else []
+        return [os.path.basename(urllib.parse.unquote_to_bytes(uri)) for uri in uris]
+
+    def answer_refusal(self):
+        box = wait_for(lambda: [window for window in self.screen.windows(TITLE) if self.is_small(window)], "the refusal")
+        self.screen.press(box[0], "Return")
+
+    def is_small(self, window):
+        """As a box is; the main window without a file has the same title."""
+        return self.screen.place_of_window(window)[2] < 700
+
+    def open_all(self, tool, words):
+        """First where nothing runs, then where it does. The words are those that the program was started with."""
+        self.start_bus()
+        self.run_tool(*tool, self.names[0])
+        wait_for(lambda: self.screen.windows(f"{TITLE} - a b.iff"), "the first file")
+        first = self.owner()
+        self.assertEqual(Path(f"/proc/{first}/cmdline").read_bytes().split(b"\0")[1:-1], words)
+        self.run_tool(*tool, *self.names[1:])
+        self.answer_refusal()
+        # Each file can come by itself, in any order.
+        wait_for(lambda: set(self.recent()) == {*self.names} - {b"bad.iff"}, "the recent files")
+        self.assertEqual(self.owner(), first)
+
+    def test_by_the_bus(self):
+        self.open_all(["gio", "open"], [b"-dde"])
+
+    def test_by_its_command_line(self):
+        self.open_all(["gio", "launch", self.entry], [b"-dde", os.fsencode(self.folder.name) + b"/a b.iff"])
+
+    def test_by_the_bus_with_all_files_at_once(self):
+        self.start_bus()
+        uris = ["file://" + urllib.parse.quote(os.fsencode(self.folder.name) + b"/" + name) for name in self.names]
+        self.run_tool("gdbus", "call", "--session", "--dest", ID, "--object-path", "/" + ID.replace(".", "/"), "--method",
+                      "org.freedesktop.Application.Open", str(uris), "{}")
+        self.answer_refusal()
+        wait_for(lambda: self.recent() == [b"last.iff", *self.names[2::-1]], "the recent files")
+
+
+if __name__ == "__main__":
+    unittest.main()
