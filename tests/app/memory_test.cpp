@@ -9,24 +9,25 @@ namespace {
 
 constexpr u64 STEP = 8;  // bytes, fewer than any plane has
 constexpr u64 MOST = 64 * 1024;
+constexpr const char* EMPTY = ", and the view is empty";
+const std::string NO_PICTURE = std::string(": <invalid bitmap>") + EMPTY;
 
 struct MemoryTest : public WindowTest {
-    // A line for each layer, with what the information pane says of each of its channels.
+    // A line for each channel of each layer, with what the information pane says of it.
     Texts Walk() {
         Texts lines;
         const int layers = ListOf(Frame().m_wndLayerCombo).count();
         Press(Frame().m_wndLayerCombo, Qt::Key_Home);
         for (int layer = 0; layer < layers; ++layer) {
-            std::string line;
             const int channels = ListOf(Frame().m_wndChannelCombo).count();
             Press(Frame().m_wndChannelCombo, Qt::Key_Home);
             for (int channel = 0; channel < channels; ++channel) {
                 Settle();
-                line += ListOf(Frame().m_wndChannelCombo).currentText().toStdString() + ' ' +
-                        PaneText(Frame().m_wndInfoBar) + (View().m_bValid == 0 ? " empty; " : "; ");
+                lines.push_back(ListOf(Frame().m_wndLayerCombo).currentText().toStdString() + ", " +
+                                ListOf(Frame().m_wndChannelCombo).currentText().toStdString() + ": " +
+                                PaneText(Frame().m_wndInfoBar) + (View().m_bValid == 0 ? EMPTY : ""));
                 Press(Frame().m_wndChannelCombo, Qt::Key_Down);
             }
-            lines.push_back(line);
             Press(Frame().m_wndLayerCombo, Qt::Key_Down);
         }
         return lines;
@@ -61,6 +62,8 @@ TEST_F(MemoryTest, AnyLimitRefusesTheFileOrLeavesOutPictures) {
                 EXPECT_NE(message.find("not enough memory"), std::string::npos) << message;
             EXPECT_TRUE(!lines.empty() || m_answers.m_messages.size() == 1);
             EXPECT_EQ(lines.size(), lines.empty() ? 0 : whole.size()) << "both lists are filled";
+            for (size_t i = 0; i < lines.size() && i < whole.size(); ++i)
+                EXPECT_TRUE(lines[i] == whole[i] || lines[i].ends_with(NO_PICTURE)) << lines[i];
             EXPECT_EQ(LargeBlock::Left(), left) << "nothing is kept of it";
             EXPECT_EQ(OpenAndWalk(path), whole);
         }
