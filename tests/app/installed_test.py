@@ -56,8 +56,9 @@ class InstalledTest(ProgramTest):
 
     def owner(self):
         """The process that has the program's name on the bus, or None."""
-        said = subprocess.run(["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
-                               "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", ID],
+        method = "org.freedesktop.DBus.GetConnectionUnixProcessID"
+        said = subprocess.run(["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
+                               "--object-path", "/org/freedesktop/DBus", "--method", method, ID],
                               env=self.screen.environment, capture_output=True, text=True, timeout=DEADLINE).stdout
         return int(re.search(r"uint32 (\d+)", said)[1]) if said else None
 
@@ -72,7 +73,7 @@ class InstalledTest(ProgramTest):
         return [os.path.basename(urllib.parse.unquote_to_bytes(uri)) for uri in uris]
 
     def answer_refusal(self):
-        box = wait_for(lambda: [window for window in self.screen.windows(TITLE) if self.is_small(window)], "the refusal")
+        box = wait_for(lambda: list(filter(self.is_small, self.screen.windows(TITLE))), "the refusal")
         self.screen.press(box[0], "Return")
 
     def is_small(self, window):
@@ -101,8 +102,8 @@ class InstalledTest(ProgramTest):
     def test_by_the_bus_with_all_files_at_once(self):
         self.start_bus()
         uris = ["file://" + urllib.parse.quote(os.fsencode(self.folder.name) + b"/" + name) for name in self.names]
-        self.run_tool("gdbus", "call", "--session", "--dest", ID, "--object-path", "/" + ID.replace(".", "/"), "--method",
-                      "org.freedesktop.Application.Open", str(uris), "{}")
+        self.run_tool("gdbus", "call", "--session", "--dest", ID, "--object-path", "/" + ID.replace(".", "/"),
+                      "--method", "org.freedesktop.Application.Open", str(uris), "{}")
         self.answer_refusal()
         wait_for(lambda: self.recent() == [b"last.iff", *self.names[2::-1]], "the recent files")
 
