@@ -10,6 +10,7 @@
 #include <QPageSetupDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QToolBar>
 
 #include <algorithm>
 
@@ -72,11 +73,13 @@ TEST_F(WindowTest, ThePreviewShowsThePictureAndPrintsByTheSameQuestion) {
     };
     const auto preview = [&](ModalDialog&) {
         auto& dialog = OpenQuestion<QPrintPreviewDialog>();
+        EXPECT_TRUE(dialog.windowTitle().endsWith(QStringLiteral("picture.iff")));
         dialog.show();
         EXPECT_TRUE(WaitFor([&] { return ShowsRed(dialog.grab().toImage()); })) << "the page is empty";
         const QList<QAction*> actions = dialog.findChildren<QAction*>();
         const auto button = std::ranges::find(actions, QPrintPreviewDialog::tr("Print"), &QAction::text);
         if (button == actions.end()) throw std::runtime_error("the preview has no button to print");
+        EXPECT_TRUE(dialog.findChild<QToolBar*>()->widgetForAction(*button)->isVisible());
         for (const int next : {IDCANCEL, IDOK}) {
             answer = next;
             (*button)->trigger();

@@ -17,7 +17,10 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QScreen>
+#include <QToolBar>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -166,10 +169,20 @@ void PrintFromPreview(QPrintPreviewDialog& dialog, CPrintable& printable, const 
     }
 }
 
+// The button that prints is the last one, and in a narrow dialog is not to be seen.
+void ShowWholeToolBar(QPrintPreviewDialog& dialog) {
+    const auto* const toolBar = dialog.findChild<QToolBar*>();
+    if (!toolBar) return;
+    const int room = dialog.screen()->availableGeometry().width();
+    dialog.setMinimumWidth(std::min(toolBar->sizeHint().width(), room));
+}
+
 }  // namespace
 
 void AfxPreviewPage(CPrintable& printable, CPrintInfo& info) {
     QPrinter& printer = *info.m_pPrinter;
+    // In the dialog's caption, where the document that was printed last would stand otherwise.
+    printer.setDocName(ToDisplayText(printable.GetPrintTitle()));
     QPrintPreviewDialog dialog(&printer, AfxGetDialogOwner());
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested,
                      [&printable, info](QPrinter* pPrinter) mutable {
@@ -177,6 +190,7 @@ void AfxPreviewPage(CPrintable& printable, CPrintInfo& info) {
                          AfxGuardedCall([&] { AfxPrintPage(printable, info); });
                      });
     PrintFromPreview(dialog, printable, info);
+    ShowWholeToolBar(dialog);
     Ask(ID_FILE_PRINT_PREVIEW, printer, dialog);
 }
 
