@@ -38,11 +38,11 @@ def private_home(folder):
 class Screen:
     """An X server without a window manager."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, size="1000x700"):
         self.folder = folder
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1000x700x24", "-fbdir", folder, "-nolisten", "tcp",
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24", "-fbdir", folder, "-nolisten", "tcp",
              "-noreset"],  # or it would turn away whoever comes while it starts over for want of clients
             pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
