@@ -48,5 +48,9 @@ class PictureEngine final : public QIconEngine {
 
 QIcon AfxLoadIcon(u32 nID) {
     const PictureResource* const picture = AfxFindPicture(nID);
-    return picture ? QIcon(new PictureEngine(picture->pszSvg)) : QIcon();
+    return picture ? AfxDrawnIcon(picture->pszSvg) : QIcon();
+}
+
+QIcon AfxDrawnIcon(const char* pszSvg) {
+    return QIcon(new PictureEngine(pszSvg));
 }

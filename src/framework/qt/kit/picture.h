@@ -7,3 +7,6 @@ class QIcon;
 
 // Follows the colours of the theme. Empty when no table holds the picture.
 QIcon AfxLoadIcon(u32 nID);
+
+// The picture of a description, which is borrowed; its currentColor is that of the theme's buttons.
+QIcon AfxDrawnIcon(const char* pszSvg);

@@ -2,6 +2,7 @@
 
 #include "framework/core/resource.h"
 #include "framework/qt/kit/key_locks.h"
+#include "framework/qt/kit/program_style.h"
 #include "framework/qt/kit/report_later.h"
 #include "framework/qt/program/end_signals.h"
 
@@ -10,7 +11,6 @@
 #include <QKeyEvent>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QProxyStyle>
 #include <QTranslator>
 
 #include <cstdio>
@@ -47,17 +47,6 @@ class ToolkitApplication final : public QApplication {
 
   private:
     const ToolkitHooks m_hooks;
-};
-
-// The desktop's style, but for this: the toolkit puts pictures on the buttons of its own questions, and those
-// of the program's dialogs have none.
-class PlainButtonStyle final : public QProxyStyle {
-  public:
-    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
-                  QStyleHintReturn* pReturn) const override {
-        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
-        return QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
-    }
 };
 
 std::unique_ptr<ToolkitApplication> g_pToolkit;
@@ -135,7 +124,7 @@ bool AfxStartToolkit(char** argv, bool bOnScreen, const ToolkitHooks& hooks) {
     g_pToolkit = std::make_unique<ToolkitApplication>(g_nToolkitArgc, argv, hooks);
     qInstallMessageHandler(before);
     std::atexit(OnExit);
-    QApplication::setStyle(new PlainButtonStyle);
+    QApplication::setStyle(AfxMakeStyle());
     TellVersion(*g_pToolkit);
     SpeakUsersLanguage(*g_pToolkit);
     QApplication::setQuitOnLastWindowClosed(false);
