@@ -72,6 +72,7 @@ def named_paths(command, tree):
 
 
 def exists(path, tree):
+    path = os.path.normpath(path)
     if path.startswith("build/") and not path.startswith("build/release/"):
         return True  # of a build that may not have been made
     return bool(glob.glob(str(tree / path)))
