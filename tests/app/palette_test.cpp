@@ -12,13 +12,14 @@ namespace {
 
 constexpr int READABLE = 128;  // lightness against a dark window, of 256
 
-int LightestIn(QWidget& widget, const QRect& rect) {
-    const QImage image = widget.grab(rect).toImage();
+int LightestIn(const QImage& image) {
     int lightest = 0;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x) lightest = std::max(lightest, image.pixelColor(x, y).lightness());
     return lightest;
 }
+
+int LightestIn(QWidget& widget, const QRect& rect) { return LightestIn(widget.grab(rect).toImage()); }
 
 class PaletteTest : public WindowTest {
   protected:
@@ -34,7 +35,7 @@ class PaletteTest : public WindowTest {
     QPalette m_before;
 };
 
-TEST_F(PaletteTest, ButtonsOfACaptionAndOfANarrowBarAreReadable) {
+TEST_F(PaletteTest, WhatAChildWindowIsManagedByIsReadable) {
     ASSERT_TRUE(OpenFile(Picture(150, 100), "back.iff"));
     ASSERT_TRUE(OpenFile(Picture(150, 100), "front.iff"));
     const auto children = Main().GetBarHost()->findChildren<QMdiSubWindow*>();
@@ -42,6 +43,11 @@ TEST_F(PaletteTest, ButtonsOfACaptionAndOfANarrowBarAreReadable) {
     ASSERT_NE(back, children.end());
     const QRect caption(0, 0, (*back)->width(), (*back)->style()->pixelMetric(QStyle::PM_TitleBarHeight));
     EXPECT_GT(LightestIn(**back, caption.adjusted(caption.width() - 50, 4, -8, -4)), READABLE);
+
+    for (const QAction* const item : (*back)->systemMenu()->actions()) {
+        if (item->icon().isNull()) continue;
+        EXPECT_GT(LightestIn(item->icon().pixmap(16).toImage()), READABLE) << item->text().toStdString();
+    }
 
     auto* const more = (*back)->findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"));
     ASSERT_TRUE(more);

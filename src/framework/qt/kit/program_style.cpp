@@ -9,13 +9,39 @@
 
 namespace {
 
-// Two chevrons, in the direction in which a bar that is too short goes on.
-constexpr const char* TO_THE_RIGHT = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">
-<path d="M3 4l4 4-4 4M9 4l4 4-4 4" fill="none" stroke="currentColor" stroke-width="1.8"/></svg>)";
-constexpr const char* TO_THE_LEFT = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">
-<path d="M13 4l-4 4 4 4M7 4l-4 4 4 4" fill="none" stroke="currentColor" stroke-width="1.8"/></svg>)";
-constexpr const char* DOWNWARDS = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">
-<path d="M4 3l4 4 4-4M4 9l4 4 4-4" fill="none" stroke="currentColor" stroke-width="1.8"/></svg>)";
+// Drawn in the theme's colour, where the toolkit's own are black on any palette: chevrons in the direction in
+// which a bar that is too short goes on, and what stands before the items of a child window's menu.
+#define DRAWING(PATH)                                              \
+    "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'>" \
+    "<path d='" PATH "' fill='none' stroke='currentColor' stroke-width='1.5'/></svg>"
+constexpr const char* TO_THE_RIGHT = DRAWING("M3 4l4 4-4 4M9 4l4 4-4 4");
+constexpr const char* TO_THE_LEFT = DRAWING("M13 4l-4 4 4 4M7 4l-4 4 4 4");
+constexpr const char* DOWNWARDS = DRAWING("M4 3l4 4 4-4M4 9l4 4 4-4");
+constexpr const char* MINIMISE = DRAWING("M3 12h10");
+constexpr const char* MAXIMISE = DRAWING("M3 3.5h10v9H3zM3 5h10");
+constexpr const char* RESTORE = DRAWING("M5.5 5V2.5h8v7H11M2.5 6h8v7.5h-8z");
+constexpr const char* CLOSE = DRAWING("M3.5 3.5l9 9M12.5 3.5l-9 9");
+#undef DRAWING
+
+// Null where the toolkit's own is shown.
+const char* DrawingOf(QStyle::StandardPixmap which, bool bLeftwards) {
+    switch (which) {
+        case QStyle::SP_ToolBarHorizontalExtensionButton:
+            return bLeftwards ? TO_THE_LEFT : TO_THE_RIGHT;
+        case QStyle::SP_ToolBarVerticalExtensionButton:
+            return DOWNWARDS;
+        case QStyle::SP_TitleBarMinButton:
+            return MINIMISE;
+        case QStyle::SP_TitleBarMaxButton:
+            return MAXIMISE;
+        case QStyle::SP_TitleBarNormalButton:
+            return RESTORE;
+        case QStyle::SP_TitleBarCloseButton:
+            return CLOSE;
+        default:
+            return nullptr;
+    }
+}
 
 constexpr int DARK = 128;  // lightness below which a colour is dark, of 256
 
@@ -35,14 +61,10 @@ class ProgramStyle final : public QProxyStyle {
         return QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
     }
 
-    // The toolkit's own chevrons are black on any palette.
     QIcon standardIcon(StandardPixmap which, const QStyleOption* pOption,
                        const QWidget* pWidget) const override {
-        if (which == SP_ToolBarVerticalExtensionButton) return AfxDrawnIcon(DOWNWARDS);
-        if (which != SP_ToolBarHorizontalExtensionButton)
-            return QProxyStyle::standardIcon(which, pOption, pWidget);
-        const bool leftwards = pOption && pOption->direction == Qt::RightToLeft;
-        return AfxDrawnIcon(leftwards ? TO_THE_LEFT : TO_THE_RIGHT);
+        const char* const drawing = DrawingOf(which, pOption && pOption->direction == Qt::RightToLeft);
+        return drawing ? AfxDrawnIcon(drawing) : QProxyStyle::standardIcon(which, pOption, pWidget);
     }
 
     // Fusion draws the buttons of an inactive child window in black on any palette. Those of an active one
