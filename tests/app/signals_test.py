@@ -46,7 +46,7 @@ class SignalsTest(ProgramTest):
                                 ([], ["alt+w", "z"], "Zoom"),
                                 ([], ["ctrl+o"], "Open"),
                                 ([], ["ctrl+p"], "Print"),
-                                ([], ["alt+f", "v"], "Print Preview"),
+                                ([], ["alt+f", "v"], "Print Preview: good.iff"),
                                 ([], ["alt+f", "r"], "Page Setup"),
                                 ([], ["alt+h", "a"], "About Vistrel")]:
             for number in SIGNALS:

@@ -146,7 +146,7 @@ class WalkTest(ProgramTest):
             self.wait_for_window(f"{TITLE} - chain.iff:{number}")
 
         self.command("f", "v")
-        self.wait_for_window("Print Preview")
+        self.wait_for_window("Print Preview: chain.iff")
         self.keys("Escape")
         self.wait_for_window(f"{TITLE} - chain.iff:2")
         self.command("f", "r")
