@@ -7,6 +7,7 @@
 #include "support/random.h"
 #include "support/table.h"
 #include "support/temp_folder.h"
+#include "tools/common/messages.h"
 
 #include <gtest/gtest.h>
 

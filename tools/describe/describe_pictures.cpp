@@ -3,12 +3,11 @@
 #include "display/catalogue.h"
 #include "display/display_image.h"
 #include "document/vistrel_doc.h"
-#include "framework/core/exception.h"
+#include "tools/common/pictures.h"
 #include "tools/describe/checksum.h"
 #include "tools/describe/json_writer.h"
 
 #include <cstdio>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,21 +56,10 @@ void WriteNoPicture(JsonWriter& json) {
     json.EndObject();
 }
 
-// False when memory refuses the picture, which is not valid then.
-// What kept memory from it, if anything did.
-std::optional<MemoryText> Build(DisplayImage& image, const CVistrelDoc& document, u32 nLayer, u32 nChannel) {
-    try {
-        image.BuildBitmap(document, {nLayer, nChannel});
-        return std::nullopt;
-    } catch (const CMemoryException& exception) {
-        return AfxMemoryText(exception);
-    }
-}
-
 class LayerList {
   public:
-    LayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName, u64 nMostPixels)
-        : m_json(json), m_document(document), m_strFileName(strFileName), m_nMostPixels(nMostPixels) {}
+    LayerList(JsonWriter& json, const CVistrelDoc& document, const FileNames& names, u64 nMostPixels)
+        : m_json(json), m_document(document), m_names(names), m_nMostPixels(nMostPixels) {}
 
     void Write() {
         const std::vector<std::string> layers = LayerNames(m_document);
@@ -106,13 +94,10 @@ class LayerList {
             WriteNoPicture(m_json);
             return;
         }
-        const std::optional<MemoryText> failure = Build(m_image, m_document, nLayer, nChannel);
-        if (failure)
-            std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", m_strFileName.c_str(), nLayer, nChannel,
-                         failure->data());
+        const bool built = BuildPicture(m_image, m_document, {nLayer, nChannel}, m_names);
         const GdiBitmap* const bitmap = m_image.m_hBitmap;
         // One that memory refused in the end has been made up to there.
-        if (bitmap || failure) m_nPixels += u64{m_image.m_nWidth} * m_image.m_nHeight;
+        if (bitmap || !built) m_nPixels += u64{m_image.m_nWidth} * m_image.m_nHeight;
         // Of an IFF document the view may hold the size of the picture before.
         WritePicture(m_json, m_image, bitmap || m_document.m_nDocType == DOC_PSD);
     }
@@ -120,13 +105,13 @@ class LayerList {
     void SayOnce() {
         if (!m_bSaid)
             std::fprintf(stderr, "%s: its pictures have passed %llu pixels; no more are built\n",
-                         m_strFileName.c_str(), static_cast<unsigned long long>(m_nMostPixels));
+                         m_names.plain.c_str(), static_cast<unsigned long long>(m_nMostPixels));
         m_bSaid = true;
     }
 
     JsonWriter& m_json;
     const CVistrelDoc& m_document;
-    const std::string& m_strFileName;
+    const FileNames& m_names;
     const u64 m_nMostPixels;
     DisplayImage m_image;
     u64 m_nPixels = 0;  // of all pictures built, or tried
@@ -135,7 +120,7 @@ class LayerList {
 
 }  // namespace
 
-void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName,
+void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const FileNames& names,
                        u64 nMostPixels) {
-    LayerList(json, document, strFileName, nMostPixels).Write();
+    LayerList(json, document, names, nMostPixels).Write();
 }

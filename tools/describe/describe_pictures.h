@@ -3,12 +3,11 @@
 
 #include "base/types.h"
 
-#include <string>
-
 class CVistrelDoc;
 class JsonWriter;
+struct FileNames;
 
-// strFileName: for the lines on standard error that name pictures which memory refuses. Every key of a
+// names: for the lines on standard error that name pictures which memory refuses. Every key of a
 // picture is null once those before it have passed nMostPixels together.
-void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const std::string& strFileName,
+void DescribeLayerList(JsonWriter& json, const CVistrelDoc& document, const FileNames& names,
                        u64 nMostPixels);

@@ -4,6 +4,7 @@
 #include "chunks/register_chunks.h"
 #include "iff/read_only_check.h"
 #include "kernels/row_kernels.h"
+#include "tools/common/messages.h"
 #include "tools/describe/describe.h"
 
 #include <algorithm>
@@ -28,6 +29,7 @@ constexpr const char* USAGE =
     "Status: 0 when every file was accepted, 1 when one was refused, 2 for a file that\n"
     "cannot be opened, for bad usage, and when the output cannot be written.\n";
 
+constexpr const char* PROGRAM = "vistrel-describe";
 constexpr int BAD = 2;
 
 // In bytes; nothing where the word is no number of them.
@@ -39,20 +41,13 @@ std::optional<u64> Mebibytes(std::string_view word) {
     return number << 20;
 }
 
-// What is left in the buffer goes out here, so only now it is known.
-bool IsWritten() {
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return true;
-    std::fputs("vistrel-describe: the output cannot be written\n", stderr);
-    return false;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);  // a closed output is an answer, not an end
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
         std::fputs(USAGE, stdout);
-        return IsWritten() ? 0 : BAD;
+        return IsOutputWritten(PROGRAM) ? 0 : BAD;
     }
     const std::vector<std::string_view> words(argv + 1, argv + argc);
     Tolerance tolerance = Tolerance::None;
@@ -95,7 +90,7 @@ int main(int argc, char** argv) {
         const DescribeResult result = DescribeFile(std::string(words[first]), stdout, tolerance);
         if (result == DescribeResult::Refused) status = std::max(status, 1);
         if (result == DescribeResult::NotWhole || result == DescribeResult::CannotBeOpened) status = BAD;
-        if (!IsWritten()) return BAD;
+        if (!IsOutputWritten(PROGRAM)) return BAD;
     }
     return status;
 }

@@ -1,0 +1,33 @@
+#include "tools/common/pictures.h"
+
+#include "display/display_image.h"
+#include "framework/core/exception.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+bool BuildPicture(DisplayImage& image, const CVistrelDoc& document, const Selection& selection,
+                  const FileNames& names) {
+    try {
+        image.BuildBitmap(document, selection);
+        return true;
+    } catch (const CMemoryException& exception) {
+        std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", names.plain.c_str(), selection.nLayer,
+                     selection.nChannel, AfxMemoryText(exception).data());
+        return false;
+    }
+}
+
+void CopyRgbRow(const GdiBitmap& bitmap, u32 y, u8* pOut) {
+    std::array<u32, 256> pixels;
+    for (u32 first = 0; first < bitmap.nWidth; first += static_cast<u32>(pixels.size())) {
+        const u32 count = std::min<u32>(static_cast<u32>(pixels.size()), bitmap.nWidth - first);
+        bitmap.ReadPixels(y, first, count, pixels.data());
+        for (u32 i = 0; i < count; ++i) {
+            *pOut++ = static_cast<u8>(pixels[i] >> 16);
+            *pOut++ = static_cast<u8>(pixels[i] >> 8);
+            *pOut++ = static_cast<u8>(pixels[i]);
+        }
+    }
+}
