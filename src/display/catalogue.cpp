@@ -205,3 +205,31 @@ std::vector<std::string> LayerNames(const CVistrelDoc& document) {
     }
     return names;
 }
+
+namespace {
+
+u32 AlphaOfIff(const CVistrelDoc& document, u32 nLayer) {
+    IffContainer* const part = FindLayerPart(document, nLayer, document.GetRules());
+    PassedOver passedOver;
+    return part && OffersAlpha(ChoosePicture(*part, document.GetRules(), passedOver)) ? 1 : 0;
+}
+
+u32 AlphaOfPsd(const PsdImage& psd) {
+    const u32 colours = PsdColourCount(psd.m_nMode);
+    return colours > 0 && psd.m_nChannels > colours ? colours + 1 : 0;
+}
+
+u32 AlphaOfLayer(const PsdLayer& layer) {
+    for (u32 i = 0; i < layer.m_Channels.GetCount(); ++i)
+        if (layer.m_Channels.GetAt(i)->m_nId == PSD_CHANNEL_TRANSPARENCY) return i + 1;
+    return 0;
+}
+
+}  // namespace
+
+u32 AlphaChannel(const CVistrelDoc& document, u32 nLayer) {
+    if (document.m_nDocType == DOC_IFF) return AlphaOfIff(document, nLayer);
+    if (document.m_nDocType != DOC_PSD) return 0;
+    return nLayer == 0 ? AlphaOfPsd(document.m_Psd)
+                       : AlphaOfLayer(*document.m_Psd.m_Layers.GetAt(nLayer - 1));
+}

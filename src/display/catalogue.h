@@ -24,6 +24,10 @@ std::vector<std::string> ChannelNames(const PsdImage& psd);
 // A layer's channels are called after the document's colours where the rules say so.
 std::vector<std::string> ChannelNames(const PsdLayer& layer, u32 nMode, const ReadingRules& rules);
 
+// The entry of the Channel list whose picture is the transparency of the layer's composite: its position, 0
+// where there is none. Of the whole image of a Photoshop document it is the first channel behind the colours.
+u32 AlphaChannel(const CVistrelDoc& document, u32 nLayer);
+
 // The part of an IFF document that a position in the Layer list stands for; null where the file lacks it.
 IffContainer* FindLayerPart(const CVistrelDoc& document, u32 nLayer, const ReadingRules& rules);
 

@@ -2,6 +2,7 @@
 
 #include "base/wrapping.h"
 #include "display/catalogue.h"
+#include "display/thumbnail.h"
 #include "display/tolerance.h"
 #include "document/passed_text.h"
 #include "framework/core/exception.h"
@@ -18,6 +19,9 @@ namespace {
 constexpr u32 FIRST_CHOICES = 6;
 
 constexpr u32 MOST_HASHED_ROWS = 256;
+
+// Less than the sides of some samples, and no divisor of them.
+constexpr u32 THUMBNAIL_SIDE = 3;
 
 // Requests for memory, of which the plan's fault strikes one or all from there on, whoever makes them in between.
 struct Requests {
@@ -53,13 +57,17 @@ struct Requests {
     bool bStruck = false;
 };
 
-// FNV-1a, of whole words. Of a picture of many rows some do: hashing must not take longer than building.
-VISTREL_WRAPS u64 HashOf(const GdiBitmap& bitmap) {
+// FNV-1a, of whole words.
+constexpr u64 HASH_START = 0xCBF29CE484222325;
+VISTREL_WRAPS constexpr u64 Hashed(u64 nHash, u32 nWord) { return (nHash ^ nWord) * 0x100000001B3; }
+
+// Of a picture of many rows some do: hashing must not take longer than building.
+u64 HashOf(const GdiBitmap& bitmap) {
     std::vector<u32> row(bitmap.nWidth);
-    u64 hash = 0xCBF29CE484222325;
+    u64 hash = HASH_START;
     for (u32 y = 0; y < bitmap.nHeight; y += 1 + bitmap.nHeight / MOST_HASHED_ROWS) {
         bitmap.ReadPixels(y, 0, bitmap.nWidth, row.data());
-        for (const u32 pixel : row) hash = (hash ^ pixel) * 0x100000001B3;
+        for (const u32 pixel : row) hash = Hashed(hash, pixel);
     }
     return hash;
 }
@@ -90,6 +98,15 @@ class Pictures {
     void Build(const Selection& selection, size_t nLayers) {
         const u32 layer = static_cast<u32>(selection.nLayer % nLayers);
         if (Choose(layer)) Build({layer, static_cast<u32>(selection.nChannel % m_channels.size())});
+    }
+
+    void BuildThumbnail() {
+        Thumbnail thumbnail;
+        const std::string failure = m_requests.During([&] { thumbnail = ThumbnailOf(m_document, THUMBNAIL_SIDE); });
+        const u8* const pixels = thumbnail.pixels.Data();
+        u64 hash = HASH_START;
+        for (u64 i = 0; i < thumbnail.pixels.Size(); ++i) hash = Hashed(hash, pixels[i]);
+        texts.push_back(failure.empty() ? "Thumbnail: " + std::to_string(hash) : failure);
     }
 
     std::vector<std::string> texts;
@@ -145,6 +162,7 @@ Answer Trial::Run(const Bytes& bytes, const Plan& plan) {
         answer.strLoad = failure.empty() ? "opened, passing over: " + PassedText(passedOver) : failure;
         for (const std::string& layer : layers) answer.strLoad += "; " + layer;
         Pictures pictures(m_document, m_image, requests);
+        if (failure.empty()) pictures.BuildThumbnail();
         if (failure.empty() && plan.selections.empty()) pictures.BuildAll(layers.size());
         if (failure.empty())
             for (const Selection& selection : plan.selections) pictures.Build(selection, layers.size());

@@ -1,6 +1,6 @@
-// A document's whole way under a plan: its file is loaded, its lists are filled and its pictures are built, while
-// calls fail, memory is short or rules are strict as the plan says. What came of it are texts, so that two runs can
-// be compared.
+// A document's whole way under a plan: its file is loaded, its lists are filled, its pictures and its thumbnail are
+// built, while calls fail, memory is short or rules are strict as the plan says. What came of it are texts, so that two
+// runs can be compared.
 #pragma once
 
 #include "display/display_image.h"
@@ -28,7 +28,7 @@ struct Answer {
 
     // "opened" with what was passed over, "refused" with the reason, or MEMORY.
     std::string strLoad;
-    std::vector<std::string> pictures;  // each with its names and a hash of its pixels, or MEMORY
+    std::vector<std::string> pictures;  // the thumbnail, and each with its names and a hash of its pixels, or MEMORY
 
     bool bStruck = false;  // whether any of the faults was put in
 };
