@@ -3,8 +3,10 @@
 #include "base/types.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdio>
 #include <string_view>
+#include <unistd.h>
 
 namespace {
 
@@ -18,6 +20,13 @@ size_t PlainLength(std::string_view text) {
         if ((text[i] & 0xC0) != 0x80) return 0;
     const bool isControl = lead == 0xC2 && static_cast<u8>(text[1]) < 0xA0;
     return isControl ? 0 : length;
+}
+
+bool g_bProgressShown = false;
+
+void EndProgress() {
+    if (g_bProgressShown) std::fputs("\r\x1B[K", stderr);
+    g_bProgressShown = false;
 }
 
 }  // namespace
@@ -36,8 +45,21 @@ FileNames NamesOf(const std::string& strPath) {
     return {strPath, PlainText(strPath)};
 }
 
-void Say(const FileNames& names, const char* pszText) {
-    std::fprintf(stderr, "%s: %s\n", names.plain.c_str(), pszText);
+void Say(const FileNames& names, const char* pszFormat, ...) {
+    EndProgress();
+    std::fprintf(stderr, "%s: ", names.plain.c_str());
+    std::va_list values;
+    va_start(values, pszFormat);
+    std::vfprintf(stderr, pszFormat, values);
+    va_end(values);
+    std::fputc('\n', stderr);
+}
+
+void ShowProgress(const std::string& strText) {
+    EndProgress();
+    if (strText.empty() || isatty(STDERR_FILENO) == 0) return;
+    std::fputs(strText.c_str(), stderr);
+    g_bProgressShown = true;
 }
 
 bool IsOutputWritten(const char* pszProgram) {

@@ -17,7 +17,11 @@ struct FileNames {
 
 FileNames NamesOf(const std::string& strPath);
 
-void Say(const FileNames& names, const char* pszText);
+[[gnu::format(printf, 2, 3)]] void Say(const FileNames& names, const char* pszFormat, ...);
+
+// Shows how far things are, on a line whose place the next thing said takes; an empty text takes it away.
+// Only on a terminal.
+void ShowProgress(const std::string& strText);
 
 // False when the call ended with an exception, which is told.
 template <typename Call>
@@ -26,9 +30,9 @@ bool Guarded(const FileNames& names, const Call& call) {
         call();
         return true;
     } catch (const CMemoryException& exception) {
-        Say(names, AfxMemoryText(exception).data());
+        Say(names, "%s", AfxMemoryText(exception).data());
     } catch (const std::exception& exception) {
-        Say(names, exception.what());
+        Say(names, "%s", exception.what());
     }
     return false;
 }

@@ -30,7 +30,7 @@ Loading LoadDocument(CVistrelDoc& document, CFile& file, const FileNames& names)
             refused = true;
         }
     });
-    if (refused) Guarded(names, [&] { Say(names, RefusalText(document).c_str()); });
+    if (refused) Guarded(names, [&] { Say(names, "%s", RefusalText(document).c_str()); });
     if (!loaded) return Loading::Failed;
     return refused ? Loading::Refused : Loading::Read;
 }

@@ -5,7 +5,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
+
+void SayTooManyPixels(const FileNames& names, u64 nMostPixels) {
+    Say(names, "its pictures have passed %llu pixels; no more are built",
+        static_cast<unsigned long long>(nMostPixels));
+}
 
 bool BuildPicture(DisplayImage& image, const CVistrelDoc& document, const Selection& selection,
                   const FileNames& names) {
@@ -13,8 +17,8 @@ bool BuildPicture(DisplayImage& image, const CVistrelDoc& document, const Select
         image.BuildBitmap(document, selection);
         return true;
     } catch (const CMemoryException& exception) {
-        std::fprintf(stderr, "%s: layer %u, channel %u: %s\n", names.plain.c_str(), selection.nLayer,
-                     selection.nChannel, AfxMemoryText(exception).data());
+        Say(names, "layer %u, channel %u: %s", selection.nLayer, selection.nChannel,
+            AfxMemoryText(exception).data());
         return false;
     }
 }

@@ -12,6 +12,8 @@ struct Selection;
 // Once the pictures built for one file have passed so many pixels together, no more are built.
 constexpr u64 MOST_PIXELS = u64{1} << 32;
 
+void SayTooManyPixels(const FileNames& names, u64 nMostPixels = MOST_PIXELS);
+
 // Makes the bitmap of a selection whose layer has been chosen. False, without a bitmap, when memory refuses
 // it, which is told.
 bool BuildPicture(DisplayImage& image, const CVistrelDoc& document, const Selection& selection,

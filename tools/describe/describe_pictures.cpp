@@ -7,7 +7,6 @@
 #include "tools/describe/checksum.h"
 #include "tools/describe/json_writer.h"
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -103,9 +102,7 @@ class LayerList {
     }
 
     void SayOnce() {
-        if (!m_bSaid)
-            std::fprintf(stderr, "%s: its pictures have passed %llu pixels; no more are built\n",
-                         m_names.plain.c_str(), static_cast<unsigned long long>(m_nMostPixels));
+        if (!m_bSaid) SayTooManyPixels(m_names, m_nMostPixels);
         m_bSaid = true;
     }
 

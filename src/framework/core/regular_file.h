@@ -33,6 +33,9 @@ class CRegularFile final : public CFile {
     u64 Seek(i64 nOffset, SeekFrom from) override;
     u32 Read(void* pData, u32 nCount) override;
 
+    // Borrowed. All that is read comes from there by pread.
+    int GetDescriptor() const { return m_nDescriptor; }
+
     // Called before each read that goes to the system, where there is one. Tests change the file there, as
     // another program could at any time.
     inline static std::function<void()> s_beforeRead;

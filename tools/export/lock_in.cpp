@@ -1,0 +1,86 @@
+#include "tools/export/lock_in.h"
+
+#include "base/large_block.h"
+#include "kernels/row_kernels.h"
+
+#include <malloc.h>
+#include <seccomp.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+bool Limit(__rlimit_resource resource, u64 nMost) {
+    rlimit limit = {};
+    if (getrlimit(resource, &limit) != 0) return false;
+    if (limit.rlim_max != RLIM_INFINITY && limit.rlim_max < nMost) nMost = limit.rlim_max;
+    limit = {nMost, nMost};
+    return setrlimit(resource, &limit) == 0;
+}
+
+bool LimitResources() {
+    return Limit(RLIMIT_AS, MOST_ADDRESSES) && Limit(RLIMIT_CPU, MOST_SECONDS) && Limit(RLIMIT_CORE, 0);
+}
+
+// What is looked up when it is needed first, in files or from calls that will be gone by then.
+void LookUpWhatWillBeNeeded() {
+    LargeBlock::Limit();
+    TheRowKernels();
+    // Else the heap asks how many processors there are when it has no more.
+    mallopt(M_ARENA_MAX, 1);
+}
+
+class Filter {
+  public:
+    Filter() : m_context(seccomp_init(SCMP_ACT_KILL_PROCESS)) {
+        if (m_context)
+            m_bGood = seccomp_attr_set(m_context, SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS) == 0;
+    }
+    Filter(const Filter&) = delete;
+    Filter& operator=(const Filter&) = delete;
+    ~Filter() { seccomp_release(m_context); }
+
+    template <typename... Conditions>
+    void Allow(int nCall, Conditions... conditions) {
+        m_bGood = m_bGood && seccomp_rule_add(m_context, SCMP_ACT_ALLOW, nCall, sizeof...(conditions),
+                                              conditions...) == 0;
+    }
+
+    bool Load() { return m_bGood && seccomp_load(m_context) == 0; }
+
+  private:
+    scmp_filter_ctx m_context;
+    bool m_bGood = false;
+};
+
+scmp_arg_cmp IsDescriptor(int nDescriptor) {
+    return SCMP_A0_32(SCMP_CMP_EQ, static_cast<u32>(nDescriptor));
+}
+
+void AllowMemory(Filter& filter) {
+    const scmp_arg_cmp isNoCode = SCMP_A2_32(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0);
+    filter.Allow(SCMP_SYS(mmap), isNoCode, SCMP_A3_32(SCMP_CMP_MASKED_EQ, MAP_ANONYMOUS, MAP_ANONYMOUS));
+    filter.Allow(SCMP_SYS(mprotect), isNoCode);
+    for (const int call : {SCMP_SYS(brk), SCMP_SYS(madvise), SCMP_SYS(mremap), SCMP_SYS(munmap)})
+        filter.Allow(call);
+}
+
+bool ForbidCalls(int nInput, int nOutput) {
+    Filter filter;
+    filter.Allow(SCMP_SYS(pread64), IsDescriptor(nInput));
+    filter.Allow(SCMP_SYS(write), IsDescriptor(nOutput));
+    filter.Allow(SCMP_SYS(write), IsDescriptor(STDERR_FILENO));
+    AllowMemory(filter);
+    for (const int call : {SCMP_SYS(close), SCMP_SYS(exit), SCMP_SYS(exit_group), SCMP_SYS(rt_sigreturn)})
+        filter.Allow(call);
+    return filter.Load();
+}
+
+}  // namespace
+
+bool LockIn(int nInput, int nOutput) {
+    if (!LimitResources()) return false;
+    LookUpWhatWillBeNeeded();
+    return ForbidCalls(nInput, nOutput);
+}

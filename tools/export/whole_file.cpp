@@ -1,0 +1,80 @@
+#include "tools/export/whole_file.h"
+
+#include "framework/core/exception.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t MODE = 0666;  // less what the user keeps from others
+
+std::string FolderOf(const std::string& strPath) {
+    const size_t slash = strPath.rfind('/');
+    return slash == std::string::npos ? "./" : strPath.substr(0, slash + 1);
+}
+
+// Of what has no name yet.
+std::string DescriptorPath(int nDescriptor) {
+    return "/proc/self/fd/" + std::to_string(nDescriptor);
+}
+
+// Calls make(path) with names beside strPath until one is free, and returns that.
+template <typename Make>
+std::string WithFreeName(const std::string& strPath, const Make& make) {
+    const std::string lead = FolderOf(strPath) + ".vistrel-export-" + std::to_string(getpid());
+    for (unsigned number = 0;; ++number) {
+        const std::string path = lead + "-" + std::to_string(number);
+        if (make(path)) return path;
+        if (errno != EEXIST) throw CFileException("It cannot be written", errno);
+    }
+}
+
+// Without anybody losing a file that has the name. Not every file system can do it the first way.
+bool RenameToFree(const char* pszFrom, const char* pszTo) {
+    if (renameat2(AT_FDCWD, pszFrom, AT_FDCWD, pszTo, RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return link(pszFrom, pszTo) == 0 && unlink(pszFrom) == 0;
+}
+
+}  // namespace
+
+WholeFile::WholeFile(const std::string& strPath) : m_strPath(strPath) {
+    // A nameless file goes by itself when the program is killed. Not every file system has them.
+    m_nDescriptor = open(FolderOf(strPath).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, MODE);
+    if (m_nDescriptor >= 0 && access(DescriptorPath(m_nDescriptor).c_str(), F_OK) == 0) return;
+    if (m_nDescriptor >= 0) close(m_nDescriptor);
+    OpenBeside();
+}
+
+WholeFile::~WholeFile() {
+    close(m_nDescriptor);
+    if (!m_strBeside.empty()) unlink(m_strBeside.c_str());
+}
+
+void WholeFile::OpenBeside() {
+    m_strBeside = WithFreeName(m_strPath, [this](const std::string& strName) {
+        m_nDescriptor = open(strName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, MODE);
+        return m_nDescriptor >= 0;
+    });
+}
+
+void WholeFile::LinkBeside() {
+    const std::string nameless = DescriptorPath(m_nDescriptor);
+    m_strBeside = WithFreeName(m_strPath, [&](const std::string& strName) {
+        return linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, strName.c_str(), AT_SYMLINK_FOLLOW) == 0;
+    });
+}
+
+void WholeFile::Put(bool bReplace) {
+    // Some disks tell only here that they were full or have failed. Others have nothing to be told.
+    const bool synced = fdatasync(m_nDescriptor) == 0 || errno == EINVAL || errno == EROFS;
+    if (!synced) throw CFileException("It cannot be written", errno);
+    if (m_strBeside.empty()) LinkBeside();
+    const bool put = bReplace ? std::rename(m_strBeside.c_str(), m_strPath.c_str()) == 0
+                              : RenameToFree(m_strBeside.c_str(), m_strPath.c_str());
+    if (!put) throw CFileException("It cannot be written", errno);
+    m_strBeside.clear();
+}

@@ -1,0 +1,29 @@
+// A file that appears whole or not at all: it is written where nobody looks and gets its name at the end.
+#pragma once
+
+#include <string>
+
+class WholeFile {
+  public:
+    // strPath: the name that it is to get. Throws CFileException where nothing can be written beside it.
+    explicit WholeFile(const std::string& strPath);
+    WholeFile(const WholeFile&) = delete;
+    WholeFile& operator=(const WholeFile&) = delete;
+    // What has not got its name is gone then.
+    ~WholeFile();
+
+    // To write into. Borrowed.
+    int Descriptor() const { return m_nDescriptor; }
+
+    // Gives it its name, once the disk has it. Throws CFileException when that fails, and where the name is
+    // taken, unless bReplace is set: then whoever has the name keeps it.
+    void Put(bool bReplace);
+
+  private:
+    void OpenBeside();
+    void LinkBeside();
+
+    std::string m_strPath;
+    std::string m_strBeside;  // its name until then; empty while it has none
+    int m_nDescriptor = -1;
+};
