@@ -1,9 +1,11 @@
+#include "display/block_decoder.h"
 #include "display/dib_rows.h"
 #include "display/display_image.h"
 #include "kernels/row_kernels.h"
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -27,20 +29,49 @@ class PlaneRows {
     LargeBlock m_absent;
 };
 
-}  // namespace
+// Few enough to stay in the cache until somebody has taken them. Blocks are decoded in bands that divide it.
+constexpr u32 HANDED_ROWS = 16;
+static_assert(HANDED_ROWS % S3TC_BAND_ROWS == 0);
 
-void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, LargeBlock bits) {
+HBITMAP MakeBitmap(BITMAPINFO& info, u32 nWidth, u32 nHeight, LargeBlock bits) {
     BITMAPINFOHEADER& header = info.bmiHeader;
     header.biSize = sizeof(BITMAPINFOHEADER);
-    header.biWidth = static_cast<i32>(m_nWidth);
-    header.biHeight = static_cast<i32>(m_nHeight);
+    header.biWidth = static_cast<i32>(nWidth);
+    header.biHeight = static_cast<i32>(nHeight);
     header.biPlanes = 1;
     header.biCompression = BI_RGB;
     header.biSizeImage = 0;
     header.biXPelsPerMeter = 1024;
     header.biYPelsPerMeter = 1024;
     header.biClrImportant = header.biClrUsed;
-    m_hBitmap = CreateDIBitmap(nullptr, &header, CBM_INIT, std::move(bits), &info, DIB_RGB_COLORS);
+    return CreateDIBitmap(nullptr, &header, CBM_INIT, std::move(bits), &info, DIB_RGB_COLORS);
+}
+
+}  // namespace
+
+void DisplayImage::CreateDisplayBitmap(BITMAPINFO& info, LargeBlock bits) {
+    m_hBitmap = MakeBitmap(info, m_nWidth, m_nHeight, std::move(bits));
+}
+
+u32 DisplayImage::BandRows(u32 nHeight) const {
+    return m_pTaker ? std::min(HANDED_ROWS, nHeight) : nHeight;
+}
+
+void DisplayImage::Deliver(BITMAPINFO& info, DibRows rows, u32 nTop) {
+    info.bmiHeader.biBitCount = static_cast<u16>(rows.BitCount());
+    if (!m_pTaker) {
+        CreateDisplayBitmap(info, rows.TakeBits());
+        return;
+    }
+    const std::unique_ptr<GdiBitmap, void (*)(HBITMAP)> band(
+        MakeBitmap(info, rows.Width(), rows.Height(), rows.TakeBits()), DeleteObject);
+    if (band) m_pTaker->Take(*band, nTop, m_nHeight);
+}
+
+void DisplayImage::DeliverTrueColour(DibRows rows, u32 nTop) {
+    BITMAPINFO info;
+    info.bmiHeader.biClrUsed = 0;
+    Deliver(info, std::move(rows), nTop);
 }
 
 void DisplayImage::FillGreyPalette(BITMAPINFO& info, u32 nCount) {
@@ -60,10 +91,12 @@ void DisplayImage::FillPaletteFromRgb(BITMAPINFO& info, const u8* pTriplets, u32
 // packRow(out, y) fills the buffer row of picture row y.
 template <typename PackRow>
 void DisplayImage::PackRows(BITMAPINFO& info, u16 nBitCount, PackRow packRow) {
-    DibRows rows(m_nWidth, m_nHeight, nBitCount);
-    for (u32 y = 0; y < m_nHeight; ++y) packRow(rows.Row(y), y);
-    info.bmiHeader.biBitCount = nBitCount;
-    CreateDisplayBitmap(info, rows.TakeBits());
+    const auto make = [&](const DibRows& rows, u32 nTop) {
+        for (u32 y = 0; y < rows.Height(); ++y) packRow(rows.Row(y), nTop + y);
+        return true;
+    };
+    MakeInBands(m_nWidth, m_nHeight, nBitCount, BandRows(m_nHeight), make,
+                [&](DibRows rows, u32 nTop) { Deliver(info, std::move(rows), nTop); });
 }
 
 template <typename PackRow>

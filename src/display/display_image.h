@@ -13,6 +13,7 @@
 class CVistrelDoc;
 class PsdImage;
 class PsdLayer;
+class DibRows;
 struct PsdSize;
 
 // One pointer for each picture row, top row first, to that row's samples: bytes, or native 16-bit words.
@@ -23,6 +24,16 @@ using RowTable16 = const u16* const*;
 struct Selection {
     u32 nLayer = 0;
     u32 nChannel = 0;
+};
+
+// Whoever wants pictures band by band, where one as a whole would take memory and time for nothing.
+class BandTaker {
+  public:
+    virtual ~BandTaker() = default;
+
+    // Rows of a picture of so many, from nTop on; they come from the top down. The band is borrowed for the
+    // call.
+    virtual void Take(const GdiBitmap& band, u32 nTop, u32 nHeight) = 0;
 };
 
 class DisplayImage {
@@ -61,6 +72,10 @@ class DisplayImage {
     // bitmap, which takes the bits over.
     void CreateDisplayBitmap(BITMAPINFO& info, LargeBlock bits);
 
+    // From now on pictures go to the taker, which is borrowed, and no bitmap is made. One that turns out to
+    // be none halfway stops there.
+    void HandTo(BandTaker* pTaker) { m_pTaker = pTaker; }
+
     // Text of the information pane: width, height and colours, or "<invalid bitmap>".
     std::string InfoText() const;
 
@@ -75,7 +90,13 @@ class DisplayImage {
 
   private:
     void DiscardBitmap();
-    void CreateTrueColourBitmap(LargeBlock bits);
+
+    // How many rows of a picture are made at a time: all of them, unless they are handed to somebody.
+    u32 BandRows(u32 nHeight) const;
+    // Makes the bitmap of a picture's rows from nTop on, or hands them over. Its size, the colour table and
+    // biClrUsed are set.
+    void Deliver(BITMAPINFO& info, DibRows rows, u32 nTop);
+    void DeliverTrueColour(DibRows rows, u32 nTop);
 
     // Each answers whether the selection can give a picture at all.
     bool BuildIffPicture(u32 nChannel, const ReadingRules& rules);
@@ -103,4 +124,6 @@ class DisplayImage {
     void PackRows(BITMAPINFO& info, u16 nBitCount, PackRow packRow);
     template <typename PackRow>
     void PackRows24(PackRow packRow);
+
+    BandTaker* m_pTaker = nullptr;  // borrowed; null where bitmaps are made
 };

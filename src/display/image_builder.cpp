@@ -33,23 +33,17 @@ void PackAlphaRow(u8* pOut, const u32* pValues, u32 nAlphaWidth, u32 nWidth) {
     std::fill(pOut + u64{shown} * 3, pOut + u64{nWidth} * 3, u8{0});
 }
 
-void PackAlphaBands(const DibRows& rows, const S3tcBands& bands, u32 nWidth, u32 nHeight) {
+// The rows of a picture from nTop on.
+void PackAlphaBands(const DibRows& rows, const S3tcBands& bands, u32 nTop, u32 nWidth) {
     const LargeBlock band = LargeBlock::Allocate(bands.BandSize());
-    for (u32 top = 0; top < nHeight; top += S3TC_BAND_ROWS) {
-        const u32 count = bands.Decode(top, band.Data());
+    for (u32 top = 0; top < rows.Height(); top += S3TC_BAND_ROWS) {
+        const u32 count = bands.Decode(nTop + top, band.Data());
         for (u32 y = 0; y < count; ++y)
             TheRowKernels().BgraAlpha(rows.Row(top + y), band.Data() + u64{y} * nWidth * 4, nWidth);
     }
 }
 
 }  // namespace
-
-void DisplayImage::CreateTrueColourBitmap(LargeBlock bits) {
-    BITMAPINFO info;
-    info.bmiHeader.biBitCount = 24;
-    info.bmiHeader.biClrUsed = 0;
-    CreateDisplayBitmap(info, std::move(bits));
-}
 
 bool DisplayImage::BuildIffPicture(u32 nChannel, const ReadingRules& rules) {
     if (m_pBody) return BuildIlbm(*m_pBody, nChannel, rules);
@@ -71,20 +65,23 @@ bool DisplayImage::BuildIlbm(BodyChunk& body, u32 nChannel, const ReadingRules& 
     const RowsInProgress decoding(*source, rules);
     // Asked before the buffer is had: a few bytes of file can claim gigabytes of picture.
     if (!source->CanFillRows(height)) return false;
-    DibRows rows(width, height, 24);
-    for (u32 y = 0; y < height; ++y) {
-        const u32* const values = source->DecodeRow();
-        if (!values) return false;
-        if (isAlpha)
-            PackAlphaRow(rows.Row(y), values, source->m_nWidth, width);
-        else if (!colours.PutRow(rows.Row(y), values, width))
-            return false;
-    }
-    m_nWidth = width;
-    m_nHeight = height;
-    m_nColours = colours.Count();
-    CreateTrueColourBitmap(rows.TakeBits());
-    return true;
+    const auto make = [&](const DibRows& rows, u32) {
+        for (u32 y = 0; y < rows.Height(); ++y) {
+            const u32* const values = source->DecodeRow();
+            if (!values) return false;
+            if (isAlpha)
+                PackAlphaRow(rows.Row(y), values, source->m_nWidth, width);
+            else if (!colours.PutRow(rows.Row(y), values, width))
+                return false;
+        }
+        return true;
+    };
+    return MakeInBands(width, height, 24, BandRows(height), make, [&](DibRows rows, u32 nTop) {
+        m_nWidth = width;
+        m_nHeight = height;
+        m_nColours = colours.Count();
+        DeliverTrueColour(std::move(rows), nTop);
+    });
 }
 
 bool DisplayImage::BuildS3tc(const S3tcChunk& chunk, u32 nChannel) {
@@ -94,12 +91,14 @@ bool DisplayImage::BuildS3tc(const S3tcChunk& chunk, u32 nChannel) {
     m_nColours = 0;
     const S3tcBands bands(chunk);
     if (!bands.CanDecode()) return true;
-    DibRows rows(m_nWidth, m_nHeight, 24);
-    if (nChannel == 0)
-        for (u32 top = 0; top < m_nHeight; top += S3TC_BAND_ROWS)
-            bands.PutColours(top, rows.Row(top), rows.Pitch());
-    else
-        PackAlphaBands(rows, bands, m_nWidth, m_nHeight);
-    CreateTrueColourBitmap(rows.TakeBits());
-    return true;
+    const auto make = [&](const DibRows& rows, u32 nTop) {
+        if (nChannel == 0)
+            for (u32 y = 0; y < rows.Height(); y += S3TC_BAND_ROWS)
+                bands.PutColours(nTop + y, rows.Row(y), rows.Pitch());
+        else
+            PackAlphaBands(rows, bands, nTop, m_nWidth);
+        return true;
+    };
+    return MakeInBands(m_nWidth, m_nHeight, 24, BandRows(m_nHeight), make,
+                       [&](DibRows rows, u32 nTop) { DeliverTrueColour(std::move(rows), nTop); });
 }

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cassert>
 
 namespace {
 
@@ -28,43 +27,35 @@ bool IsGreyRamp(const GdiBitmap& bitmap) {
     return true;
 }
 
-// The rows of a bitmap, in the layout that takes the least to bring them into.
-class SourceRows {
-  public:
-    explicit SourceRows(const GdiBitmap& bitmap) : m_bitmap(bitmap) {
-        if (bitmap.header.biBitCount != 8) return;
-        if (IsGreyRamp(bitmap)) {
-            m_layout = GREY_BYTES;
-            return;
-        }
-        m_layout = WORDS;
-        m_words = LargeBlock::Allocate(SizeProduct(bitmap.nWidth, sizeof(u32)));
-    }
+// The layout that rows of the bitmap are brought into with the least effort.
+const PixelLayout& LayoutOf(const GdiBitmap& bitmap) {
+    if (bitmap.header.biBitCount != 8) return BGR_BYTES;
+    return IsGreyRamp(bitmap) ? GREY_BYTES : WORDS;
+}
 
-    const PixelLayout& Layout() const { return m_layout; }
-
-    // Lasts until the next one is asked for.
-    const u8* Row(u32 y) const {
-        if (!m_words) return m_bitmap.Row(y);
-        m_bitmap.ReadPixels(y, 0, m_bitmap.nWidth, reinterpret_cast<u32*>(m_words.Data()));
-        return m_words.Data();
-    }
-
-  private:
-    const GdiBitmap& m_bitmap;
-    PixelLayout m_layout = BGR_BYTES;
-    LargeBlock m_words;
-};
+}  // namespace
 
 // Sums of rows, byte by byte. Most rows count whole: these are added up in half the width first.
 class RowSums {
   public:
-    RowSums(u32 nBytes, u32 nWhole)
-        : m_nBytes(nBytes),
+    // nWhole: the weight of a row that counts whole.
+    RowSums(u32 nWidth, const PixelLayout& layout, u32 nWhole)
+        : m_layout(layout),
+          m_nBytes(nWidth * layout.nStep),
           m_nWhole(nWhole),
-          m_sums(LargeBlock::Allocate(SizeProduct(nBytes, sizeof(u32)))),
-          m_wholes(LargeBlock::Allocate(SizeProduct(nBytes, sizeof(u16)))) {
+          m_words(LargeBlock::Allocate(layout.nStep == WORDS.nStep ? SizeProduct(nWidth, sizeof(u32)) : 0)),
+          m_sums(LargeBlock::Allocate(SizeProduct(m_nBytes, sizeof(u32)))),
+          m_wholes(LargeBlock::Allocate(SizeProduct(m_nBytes, sizeof(u16)))) {
         Clear();
+    }
+
+    const PixelLayout& Layout() const { return m_layout; }
+
+    // A row of a bitmap in that layout. Lasts until the next one is asked for.
+    const u8* RowOf(const GdiBitmap& bitmap, u32 y) const {
+        if (m_words.Size() == 0) return bitmap.Row(y);
+        bitmap.ReadPixels(y, 0, bitmap.nWidth, reinterpret_cast<u32*>(m_words.Data()));
+        return m_words.Data();
     }
 
     void Add(const u8* pRow, u32 nWeight) {
@@ -109,49 +100,55 @@ class RowSums {
     u32* Sums() const { return reinterpret_cast<u32*>(m_sums.Data()); }
     u16* Wholes() const { return reinterpret_cast<u16*>(m_wholes.Data()); }
 
+    const PixelLayout m_layout;
     const u32 m_nBytes;
-    const u32 m_nWhole;  // the weight of a row that counts whole
+    const u32 m_nWhole;
     u32 m_nWaiting = 0;  // rows in m_wholes
+    LargeBlock m_words;  // a row of an indexed bitmap
     LargeBlock m_sums;
     LargeBlock m_wholes;
 };
 
-// Calls take(source, weight) for each of nSource places that destination place nPlace of nDest covers. A
-// source place that is covered whole weighs nDest, and all together nSource.
-template <typename Take>
-void ForEachCovered(u32 nPlace, u32 nSource, u32 nDest, const Take& take) {
-    u64 at = u64{nPlace} * nSource;
-    const u64 end = at + nSource;
-    while (at < end) {
-        const u64 source = at / nDest;
-        const u64 next = std::min((source + 1) * nDest, end);
-        take(static_cast<u32>(source), static_cast<u32>(next - at));
-        at = next;
-    }
-}
+namespace {
 
 struct ColourSums {
+    void Add(const u32* pPixel, const PixelLayout& layout, u64 nWeight) {
+        nRed += nWeight * pPixel[layout.nRed];
+        nGreen += nWeight * pPixel[layout.nGreen];
+        nBlue += nWeight * pPixel[layout.nBlue];
+    }
+
     u64 nRed = 0;
     u64 nGreen = 0;
     u64 nBlue = 0;
 };
 
+// Means of columns as wide as nSourceWidth, where those of the source are as wide as nWidth. pSums are of
+// rows, and become means of pixels times fScale.
 void ShrinkRow(const u32* pSums, const PixelLayout& layout, u32 nSourceWidth, u32 nWidth, double fScale,
                u8* pOut) {
     const auto mean = [fScale](u64 nSum) {
         return static_cast<u8>(static_cast<double>(nSum) * fScale + 0.5);
     };
+    u32 left = nWidth;  // of the source column that was come to
     for (u32 x = 0; x < nWidth; ++x) {
         ColourSums colours;
-        ForEachCovered(x, nSourceWidth, nWidth, [&](u32 nColumn, u32 nWeight) {
-            const u32* const pixel = pSums + u64{nColumn} * layout.nStep;
-            colours.nRed += u64{nWeight} * pixel[layout.nRed];
-            colours.nGreen += u64{nWeight} * pixel[layout.nGreen];
-            colours.nBlue += u64{nWeight} * pixel[layout.nBlue];
-        });
-        *pOut++ = mean(colours.nRed);
-        *pOut++ = mean(colours.nGreen);
-        *pOut++ = mean(colours.nBlue);
+        u32 missing = nSourceWidth;
+        if (left < nWidth) {
+            colours.Add(pSums, layout, left);
+            pSums += layout.nStep;
+            missing -= left;
+        }
+        ColourSums wholes;
+        for (; missing >= nWidth; missing -= nWidth) {
+            wholes.Add(pSums, layout, 1);
+            pSums += layout.nStep;
+        }
+        if (missing > 0) colours.Add(pSums, layout, missing);
+        left = nWidth - missing;
+        *pOut++ = mean(colours.nRed + nWidth * wholes.nRed);
+        *pOut++ = mean(colours.nGreen + nWidth * wholes.nGreen);
+        *pOut++ = mean(colours.nBlue + nWidth * wholes.nBlue);
     }
 }
 
@@ -168,20 +165,43 @@ SideLengths FitInto(const SideLengths& sides, u32 nMost) {
     return {Fraction(sides.nWidth, nMost, longest), Fraction(sides.nHeight, nMost, longest)};
 }
 
-LargeBlock Shrink(const GdiBitmap& bitmap, const SideLengths& sides) {
-    assert(sides.nWidth > 0 && sides.nWidth <= bitmap.nWidth);
-    assert(sides.nHeight > 0 && sides.nHeight <= bitmap.nHeight);
-    const u64 rowSize = u64{sides.nWidth} * 3;
-    LargeBlock shrunk = LargeBlock::Allocate(SizeProduct(sides.nHeight, rowSize));
-    const SourceRows source(bitmap);
-    RowSums sums(bitmap.nWidth * source.Layout().nStep, sides.nHeight);
-    const double scale = 1.0 / (static_cast<double>(bitmap.nWidth) * static_cast<double>(bitmap.nHeight));
-    for (u32 y = 0; y < sides.nHeight; ++y) {
-        ForEachCovered(y, bitmap.nHeight, sides.nHeight,
-                       [&](u32 nRow, u32 nWeight) { sums.Add(source.Row(nRow), nWeight); });
-        ShrinkRow(sums.Finish(), source.Layout(), bitmap.nWidth, sides.nWidth, scale,
-                  shrunk.Data() + y * rowSize);
-        sums.Clear();
+Shrinker::Shrinker(u32 nMostSide) : m_nMostSide(nMostSide) {}
+
+Shrinker::~Shrinker() = default;
+
+void Shrinker::Begin(const GdiBitmap& band, u32 nHeight) {
+    m_nTaken = 0;
+    m_nDone = 0;
+    m_picture = {band.nWidth, nHeight};
+    m_sides = FitInto(m_picture, m_nMostSide);
+    m_pixels = LargeBlock::Allocate(SizeProduct(m_sides.nHeight, m_sides.nWidth, 3));
+    m_pSums = std::make_unique<RowSums>(band.nWidth, LayoutOf(band), m_sides.nHeight);
+}
+
+void Shrinker::Take(const GdiBitmap& band, u32 nTop, u32 nHeight) {
+    if (nTop == 0) Begin(band, nHeight);
+    for (u32 y = 0; y < band.nHeight; ++y) TakeRow(m_pSums->RowOf(band, y));
+}
+
+// A row of the picture is as high as the other has rows, and the other way round.
+void Shrinker::TakeRow(const u8* pRow) {
+    u64 at = u64{m_nTaken} * m_sides.nHeight;
+    const u64 end = at + m_sides.nHeight;
+    while (at < end) {
+        const u64 border = (u64{m_nDone} + 1) * m_picture.nHeight;
+        const u64 next = std::min(end, border);
+        m_pSums->Add(pRow, static_cast<u32>(next - at));
+        at = next;
+        if (at == border) FinishRow();
     }
-    return shrunk;
+    ++m_nTaken;
+}
+
+void Shrinker::FinishRow() {
+    const double scale =
+        1.0 / (static_cast<double>(m_picture.nWidth) * static_cast<double>(m_picture.nHeight));
+    ShrinkRow(m_pSums->Finish(), m_pSums->Layout(), m_picture.nWidth, m_sides.nWidth, scale,
+              m_pixels.Data() + u64{m_nDone} * m_sides.nWidth * 3);
+    m_pSums->Clear();
+    ++m_nDone;
 }

@@ -10,11 +10,25 @@
 
 namespace {
 
-bool Build(DisplayImage& image, const CVistrelDoc& document, u32 nLayer) {
-    image.ChooseLayer(document, nLayer);
-    image.BuildBitmap(document, {nLayer, 0});
-    return image.m_hBitmap != nullptr;
-}
+// Tries the pictures that may stand for a document.
+class Attempts {
+  public:
+    Attempts(const CVistrelDoc& document, Shrinker& shrinker) : m_document(document), m_shrinker(shrinker) {
+        m_image.HandTo(&shrinker);
+    }
+
+    // The composite of a layer. Whether there is one.
+    bool Try(u32 nLayer) {
+        m_image.ChooseLayer(m_document, nLayer);
+        m_image.BuildBitmap(m_document, {nLayer, 0});
+        return m_shrinker.IsWhole();
+    }
+
+  private:
+    const CVistrelDoc& m_document;
+    Shrinker& m_shrinker;
+    DisplayImage m_image;
+};
 
 // Some programs leave the composite out, and write a blank one in its place.
 bool IsCompositeBlank(const CVistrelDoc& document) {
@@ -37,25 +51,26 @@ std::vector<u32> LayersBySize(const CVistrelDoc& document) {
     return layers;
 }
 
-// Whether the image then holds the picture that stands for the document.
-bool BuildPicture(DisplayImage& image, const CVistrelDoc& document) {
+// Whether there is a picture that stands for the document.
+bool TryAll(Attempts& attempts, const CVistrelDoc& document) {
     const bool blank = document.m_nDocType == DOC_PSD && IsCompositeBlank(document);
-    if (!blank && Build(image, document, 0)) return true;
+    if (!blank && attempts.Try(0)) return true;
     for (const u32 layer : LayersBySize(document))
-        if (Build(image, document, layer)) return true;
-    return blank && Build(image, document, 0);
+        if (attempts.Try(layer)) return true;
+    return blank && attempts.Try(0);
 }
 
 }  // namespace
 
 Thumbnail ThumbnailOf(const CVistrelDoc& document, u32 nMostSide) {
+    Shrinker shrinker(nMostSide);
+    Attempts attempts(document, shrinker);
     Thumbnail thumbnail;
-    DisplayImage image;
-    if (!BuildPicture(image, document)) return thumbnail;
-    const SideLengths picture = {image.m_hBitmap->nWidth, image.m_hBitmap->nHeight};
+    if (!TryAll(attempts, document)) return thumbnail;
     const bool hasSize = document.m_nDocType == DOC_PSD;
-    thumbnail.original = hasSize ? SideLengths{document.m_Psd.m_nWidth, document.m_Psd.m_nHeight} : picture;
-    thumbnail.sides = FitInto(picture, nMostSide);
-    thumbnail.pixels = Shrink(*image.m_hBitmap, thumbnail.sides);
+    thumbnail.original =
+        hasSize ? SideLengths{document.m_Psd.m_nWidth, document.m_Psd.m_nHeight} : shrinker.Picture();
+    thumbnail.sides = shrinker.Sides();
+    thumbnail.pixels = shrinker.TakePixels();
     return thumbnail;
 }

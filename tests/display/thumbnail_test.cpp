@@ -31,24 +31,28 @@ Bytes MeanOfParts(const GdiBitmap& bitmap, const SideLengths& sides) {
     return means;
 }
 
+Bytes Shrunk(const GdiBitmap& bitmap, u32 nMost) {
+    Shrinker shrinker(nMost);
+    shrinker.Take(bitmap, 0, bitmap.nHeight);
+    EXPECT_TRUE(shrinker.IsWhole());
+    const LargeBlock pixels = shrinker.TakePixels();
+    return Bytes(pixels.Data(), pixels.Data() + pixels.Size());
+}
+
 TEST(Shrink, EachPixelIsTheMeanOfItsArea) {
-    constexpr u32 WIDTH = 7, HEIGHT = 5;
-    const Bytes samples = Random(1).SomeBytes(3 * WIDTH * HEIGHT);
-    for (const auto& [mode, channels, bits] :
-        Table<u32, u32, u32>{{PSD_RGB, 3, 24}, {PSD_GREYSCALE, 1, 8}, {PSD_INDEXED, 1, 8}}) {
-        PsdFields fields = {.channels = channels, .rows = HEIGHT, .columns = WIDTH, .mode = mode};
-        fields.samples = Bytes(samples.begin(), samples.begin() + channels * WIDTH * HEIGHT);
-        if (mode == PSD_INDEXED) fields.colourData = Random(2).SomeBytes(768);
-        const Shown shown(Psd(fields));
-        ASSERT_EQ(shown.image.m_hBitmap->header.biBitCount, bits);
-        for (u32 height = 1; height <= HEIGHT; ++height)
-            for (u32 width = 1; width <= WIDTH; ++width) {
-                const LargeBlock shrunk = Shrink(*shown.image.m_hBitmap, {width, height});
-                EXPECT_EQ(Bytes(shrunk.Data(), shrunk.Data() + shrunk.Size()),
-                    MeanOfParts(*shown.image.m_hBitmap, {width, height}))
-                    << "mode " << mode << ", " << width << " x " << height;
-            }
-    }
+    for (const auto& [width, height] : Table<u32, u32>{{7, 5}, {5, 7}, {12, 12}, {3, 40}})
+        for (const auto& [mode, channels, bits] :
+            Table<u32, u32, u32>{{PSD_RGB, 3, 24}, {PSD_GREYSCALE, 1, 8}, {PSD_INDEXED, 1, 8}}) {
+            PsdFields fields = {.channels = channels, .rows = height, .columns = width, .mode = mode};
+            fields.samples = Random(1).SomeBytes(channels * width * height);
+            if (mode == PSD_INDEXED) fields.colourData = Random(2).SomeBytes(768);
+            const Shown shown(Psd(fields));
+            ASSERT_EQ(shown.image.m_hBitmap->header.biBitCount, bits);
+            for (u32 most = 1; most <= std::max(width, height); ++most)
+                EXPECT_EQ(Shrunk(*shown.image.m_hBitmap, most),
+                    MeanOfParts(*shown.image.m_hBitmap, FitInto({width, height}, most)))
+                    << "mode " << mode << ", " << width << " x " << height << " into " << most;
+        }
 }
 
 // Sums of so many rows, and of so many columns, do not fit into fewer bits than they have.
@@ -59,8 +63,7 @@ TEST(Shrink, LongSidesOverflowNothing) {
             const PsdFields fields = {
                 .channels = 3, .rows = rows, .columns = columns, .mode = PSD_RGB, .samples = Bytes(6 * length, 255)};
             const Shown shown(Psd(fields));
-            const LargeBlock shrunk = Shrink(*shown.image.m_hBitmap, {1, 1});
-            EXPECT_EQ(Bytes(shrunk.Data(), shrunk.Data() + 3), Bytes(3, 255)) << length;
+            EXPECT_EQ(Shrunk(*shown.image.m_hBitmap, 1), Bytes(3, 255)) << length;
         }
 }
 
@@ -71,6 +74,35 @@ TEST(Shrink, FitsIntoASquareAndNeverGrows) {
         const SideLengths fitted = FitInto({width, height}, most);
         EXPECT_EQ(fitted.nWidth, fittedWidth) << width << " x " << height;
         EXPECT_EQ(fitted.nHeight, fittedHeight) << width << " x " << height;
+    }
+}
+
+// Pictures of each kind, one band and several high, in the bands that they are handed over in.
+TEST(Thumbnail, IsThatOfTheBitmap) {
+    constexpr u32 WIDTH = 9;
+    for (const u32 height : {1u, 15u, 16u, 17u, 18u, 33u, 48u}) {
+        const u32 blocks = (WIDTH + 3) / 4 * ((height + 3) / 4);
+        const auto psd = [height](u32 nMode, u32 nChannels) {
+            PsdFields fields = {.channels = nChannels, .rows = height, .columns = WIDTH, .mode = nMode};
+            fields.samples = Random(3).SomeBytes(nChannels * height * WIDTH);
+            if (nMode == PSD_INDEXED) fields.colourData = Random(4).SomeBytes(768);
+            return Psd(fields);
+        };
+        const Bytes body = Chunk("BODY", Random(5).SomeBytes(2 * 8 * height));
+        for (const Bytes& bytes : {psd(PSD_RGB, 3), psd(PSD_INDEXED, 1), psd(PSD_GREYSCALE, 1), psd(PSD_CMYK, 4),
+                 Form("ILBM", {Bmhd({.width = WIDTH, .height = height, .planes = 8}), GreyCmap(256), body}),
+                 Form("ILBM", {S3tc({.code = "DXT1",
+                              .width = WIDTH,
+                              .height = height,
+                              .data = Random(6).SomeBytes(blocks * 8)})})}) {
+            const Shown shown(bytes);
+            for (const u32 most : {64u, 5u}) {
+                const Thumbnail thumbnail = ThumbnailOf(shown.document, most);
+                EXPECT_EQ(Bytes(thumbnail.pixels.Data(), thumbnail.pixels.Data() + thumbnail.pixels.Size()),
+                    Shrunk(*shown.image.m_hBitmap, most))
+                    << height << " rows into " << most;
+            }
+        }
     }
 }
 
