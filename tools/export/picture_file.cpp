@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int COMPRESSION_LEVEL = 6;
-
 // Indices of a file's pixels that are beyond the table show as their lookup says, so that has entries for
 // them.
 std::vector<u32> TableOf(const GdiBitmap& bitmap) {
@@ -28,7 +26,6 @@ bool WriteOpaquePng(ByteSink& sink, const GdiBitmap& bitmap) {
     PngPicture png = {.nWidth = bitmap.nWidth,
                       .nHeight = bitmap.nHeight,
                       .pixels = isIndexed ? PngPixels::Indices : PngPixels::Bgr,
-                      .nLevel = COMPRESSION_LEVEL,
                       .row = [&](u32 y) { return bitmap.Row(y); }};
     if (isIndexed) png.table = TableOf(bitmap);
     return WritePng(sink, png);
@@ -48,11 +45,8 @@ bool WritePngWithAlpha(ByteSink& sink, const GdiBitmap& bitmap, const GdiBitmap&
         }
         return pixels.Data();
     };
-    return WritePng(sink, {.nWidth = bitmap.nWidth,
-                           .nHeight = bitmap.nHeight,
-                           .pixels = PngPixels::Rgba,
-                           .nLevel = COMPRESSION_LEVEL,
-                           .row = row});
+    return WritePng(
+        sink, {.nWidth = bitmap.nWidth, .nHeight = bitmap.nHeight, .pixels = PngPixels::Rgba, .row = row});
 }
 
 bool WritePpm(ByteSink& sink, const GdiBitmap& bitmap) {

@@ -7,10 +7,12 @@
 #include <cerrno>
 #include <csetjmp>
 #include <png.h>
+#include <zlib.h>
 
 namespace {
 
 constexpr size_t COMPRESSION_BUFFER = 64 * 1024;
+constexpr int LEVEL = 6;
 
 [[noreturn]] void JumpOut(png_structp pPng, png_const_charp) {
     png_longjmp(pPng, 1);
@@ -80,7 +82,9 @@ void SetText(const Writer& writer, const PngText& text) {
 void WriteHead(const Writer& writer, const PngPicture& picture) {
     const bool isIndexed = picture.pixels == PngPixels::Indices;
     const int depth = isIndexed ? IndexDepth(picture.table.size()) : 8;
-    png_set_compression_level(writer.pPng, picture.nLevel);
+    const bool isQuick = picture.effort == PngEffort::Quick;
+    png_set_compression_level(writer.pPng, isQuick ? Z_BEST_SPEED : LEVEL);
+    png_set_compression_strategy(writer.pPng, isQuick ? Z_RLE : Z_DEFAULT_STRATEGY);
     png_set_compression_buffer_size(writer.pPng, COMPRESSION_BUFFER);
     // Neighbours in a table have no more to do with each other than any two entries. Elsewhere the difference
     // to the pixel on the left does nearly as well as the best of all filters, in a small part of the time.

@@ -12,6 +12,10 @@ class ByteSink;
 
 enum class PngPixels : u8 { Rgb, Bgr, Rgba, Indices };  // bytes; indices are one each
 
+// Small: what takes several times as long to write as to make. Quick: files that are larger by a third, and
+// soon read by another program.
+enum class PngEffort : u8 { Small, Quick };
+
 struct PngText {
     const char* pszKey;
     std::string value;  // Latin-1
@@ -23,7 +27,7 @@ struct PngPicture {
     PngPixels pixels = PngPixels::Rgb;
     std::vector<u32> table = {};  // of indices, 1 to 256 entries of 0xFFRRGGBB
     std::vector<PngText> texts = {};
-    int nLevel = 0;                            // of compression, 0 to 9
+    PngEffort effort = PngEffort::Small;
     std::function<const u8*(u32 y)> row = {};  // called once for each, the top one first
 };
 

@@ -19,16 +19,13 @@
 
 namespace {
 
-// The whole costs less than the picture that it is made of.
-constexpr int COMPRESSION_LEVEL = 1;
-
 void Write(ByteSink& sink, const Thumbnail& thumbnail) {
     const u64 rowSize = u64{thumbnail.sides.nWidth} * 3;
     const PngPicture png = {.nWidth = thumbnail.sides.nWidth,
                             .nHeight = thumbnail.sides.nHeight,
                             .texts = {{"Thumb::Image::Width", std::to_string(thumbnail.original.nWidth)},
                                       {"Thumb::Image::Height", std::to_string(thumbnail.original.nHeight)}},
-                            .nLevel = COMPRESSION_LEVEL,
+                            .effort = PngEffort::Quick,
                             .row = [&](u32 y) { return thumbnail.pixels.Data() + y * rowSize; }};
     if (!WritePng(sink, png) || !sink.Flush()) throw CFileException("It cannot be written", errno);
 }
