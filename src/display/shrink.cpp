@@ -46,6 +46,7 @@ class RowSums {
           m_words(LargeBlock::Allocate(layout.nStep == WORDS.nStep ? SizeProduct(nWidth, sizeof(u32)) : 0)),
           m_sums(LargeBlock::Allocate(SizeProduct(m_nBytes, sizeof(u32)))),
           m_wholes(LargeBlock::Allocate(SizeProduct(m_nBytes, sizeof(u16)))) {
+        std::fill_n(Wholes(), m_nBytes, u16{0});
         Clear();
     }
 
@@ -69,17 +70,13 @@ class RowSums {
         ++m_nWaiting;
     }
 
-    // Each sum of bytes times their weights since the last call of Clear.
+    // Each sum of bytes times their weights since the last call of Clear, which follows.
     const u32* Finish() {
         AddWaiting();
         return Sums();
     }
 
-    void Clear() {
-        std::fill_n(Sums(), m_nBytes, u32{0});
-        std::fill_n(Wholes(), m_nBytes, u16{0});
-        m_nWaiting = 0;
-    }
+    void Clear() { std::fill_n(Sums(), m_nBytes, u32{0}); }
 
   private:
     static constexpr u32 MOST_WAITING = 257;  // as many times 255 fit into 16 bits
@@ -90,6 +87,7 @@ class RowSums {
     }
 
     void AddWaiting() {
+        if (m_nWaiting == 0) return;
         u32* const sums = Sums();
         u16* const wholes = Wholes();
         for (u32 i = 0; i < m_nBytes; ++i) sums[i] += m_nWhole * wholes[i];
@@ -112,10 +110,11 @@ class RowSums {
 namespace {
 
 struct ColourSums {
-    void Add(const u32* pPixel, const PixelLayout& layout, u64 nWeight) {
-        nRed += nWeight * pPixel[layout.nRed];
-        nGreen += nWeight * pPixel[layout.nGreen];
-        nBlue += nWeight * pPixel[layout.nBlue];
+    template <PixelLayout LAYOUT>
+    void Add(const u32* pPixel, u64 nWeight) {
+        nRed += nWeight * pPixel[LAYOUT.nRed];
+        nGreen += nWeight * pPixel[LAYOUT.nGreen];
+        nBlue += nWeight * pPixel[LAYOUT.nBlue];
     }
 
     u64 nRed = 0;
@@ -125,8 +124,8 @@ struct ColourSums {
 
 // Means of columns as wide as nSourceWidth, where those of the source are as wide as nWidth. pSums are of
 // rows, and become means of pixels times fScale.
-void ShrinkRow(const u32* pSums, const PixelLayout& layout, u32 nSourceWidth, u32 nWidth, double fScale,
-               u8* pOut) {
+template <PixelLayout LAYOUT>
+void ShrinkRow(const u32* pSums, u32 nSourceWidth, u32 nWidth, double fScale, u8* pOut) {
     const auto mean = [fScale](u64 nSum) {
         return static_cast<u8>(static_cast<double>(nSum) * fScale + 0.5);
     };
@@ -135,20 +134,33 @@ void ShrinkRow(const u32* pSums, const PixelLayout& layout, u32 nSourceWidth, u3
         ColourSums colours;
         u32 missing = nSourceWidth;
         if (left < nWidth) {
-            colours.Add(pSums, layout, left);
-            pSums += layout.nStep;
+            colours.Add<LAYOUT>(pSums, left);
+            pSums += LAYOUT.nStep;
             missing -= left;
         }
         ColourSums wholes;
         for (; missing >= nWidth; missing -= nWidth) {
-            wholes.Add(pSums, layout, 1);
-            pSums += layout.nStep;
+            wholes.Add<LAYOUT>(pSums, 1);
+            pSums += LAYOUT.nStep;
         }
-        if (missing > 0) colours.Add(pSums, layout, missing);
+        if (missing > 0) colours.Add<LAYOUT>(pSums, missing);
         left = nWidth - missing;
         *pOut++ = mean(colours.nRed + nWidth * wholes.nRed);
         *pOut++ = mean(colours.nGreen + nWidth * wholes.nGreen);
         *pOut++ = mean(colours.nBlue + nWidth * wholes.nBlue);
+    }
+}
+
+using RowShrinker = void (*)(const u32* pSums, u32 nSourceWidth, u32 nWidth, double fScale, u8* pOut);
+
+RowShrinker ShrinkerOf(const PixelLayout& layout) {
+    switch (layout.nStep) {
+        case GREY_BYTES.nStep:
+            return ShrinkRow<GREY_BYTES>;
+        case BGR_BYTES.nStep:
+            return ShrinkRow<BGR_BYTES>;
+        default:
+            return ShrinkRow<WORDS>;
     }
 }
 
@@ -200,7 +212,8 @@ void Shrinker::TakeRow(const u8* pRow) {
 void Shrinker::FinishRow() {
     const double scale =
         1.0 / (static_cast<double>(m_picture.nWidth) * static_cast<double>(m_picture.nHeight));
-    ShrinkRow(m_pSums->Finish(), m_pSums->Layout(), m_picture.nWidth, m_sides.nWidth, scale,
+    const RowShrinker shrinkRow = ShrinkerOf(m_pSums->Layout());
+    shrinkRow(m_pSums->Finish(), m_picture.nWidth, m_sides.nWidth, scale,
               m_pixels.Data() + u64{m_nDone} * m_sides.nWidth * 3);
     m_pSums->Clear();
     ++m_nDone;
