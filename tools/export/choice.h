@@ -9,8 +9,8 @@
 // Each word is a position in its list where it is a number, and else a name as the list shows it, byte by
 // byte. Without words it is the first entry of the list, or, with bAll, every one.
 struct Choice {
-    std::vector<std::string> layers;
-    std::vector<std::string> channels;
+    std::vector<std::string> layers = {};
+    std::vector<std::string> channels = {};
     bool bAll = false;
 };
 

@@ -18,15 +18,15 @@ struct ThumbnailOrder {
 };
 
 struct Options {
-    std::vector<std::string> files;
-    Choice choice;
+    std::vector<std::string> files = {};
+    Choice choice = {};
     std::string folder = ".";
     PictureFormat format = PictureFormat::Png;
     bool bList = false;
     bool bStrict = false;
     bool bMergeAlpha = false;
     bool bForce = false;
-    std::optional<ThumbnailOrder> thumbnail;  // alone, beside bStrict
+    std::optional<ThumbnailOrder> thumbnail = {};  // alone, beside bStrict
 };
 
 // Nothing where the words do not go together.
