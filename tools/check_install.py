@@ -54,6 +54,17 @@ def complaints(usr):
     return found
 
 
+def mime_types(file):
+    return first_match(r"^MimeType=(.*)$", file.read_text())
+
+
+def differences_of_types(usr):
+    """Thumbnails are made of the types that the program opens."""
+    opened = mime_types(usr / "share" / "applications" / f"{ID}.desktop")
+    return [] if mime_types(usr / "share" / "thumbnailers" / "vistrel.thumbnailer") == opened else [
+        "vistrel.thumbnailer: other types than in the desktop entry"]
+
+
 def wrong_icons(usr):
     wrong = []
     for icon in sorted((usr / "share" / "icons").rglob("*.png")):
@@ -92,7 +103,7 @@ def main():
         subprocess.run(["cmake", "--install", build, "--prefix", "/usr"], env={**os.environ, "DESTDIR": folder},
                        check=True, stdout=subprocess.DEVNULL)
         usr = Path(folder, "usr")
-        wrong = differences_of_list(usr) or complaints(usr) + wrong_icons(usr) + differences_of_release(build, usr)
+        wrong = differences_of_list(usr) or complaints(usr) + differences_of_types(usr) + wrong_icons(usr) + differences_of_release(build, usr)
     for line in wrong:
         print(line)
     return 1 if wrong else 0
