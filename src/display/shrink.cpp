@@ -109,6 +109,8 @@ class RowSums {
 
 namespace {
 
+constexpr double HALF = 0.5;  // sums are never negative
+
 struct ColourSums {
     template <PixelLayout LAYOUT>
     void Add(const u32* pPixel, u64 nWeight) {
@@ -127,7 +129,7 @@ struct ColourSums {
 template <PixelLayout LAYOUT>
 void ShrinkRow(const u32* pSums, u32 nSourceWidth, u32 nWidth, double fScale, u8* pOut) {
     const auto mean = [fScale](u64 nSum) {
-        return static_cast<u8>(static_cast<double>(nSum) * fScale + 0.5);
+        return static_cast<u8>(static_cast<double>(nSum) * fScale + HALF);
     };
     u32 left = nWidth;  // of the source column that was come to
     for (u32 x = 0; x < nWidth; ++x) {

@@ -159,6 +159,7 @@ TEST(ExportChoice, NamesAndPositions) {
              {{}, {"Black"}, false, "01 "},
              {{}, {"1"}, true, "01 11 "},
              {{"sky"}, {"0: Red"}, false, "11 "},
+             {{"Sky"}, {"9"}, false, "; it has no layer \"Sky\""},
              {{"Sky", "4", "2"}, {"1"}, false,
                  "; it has no layer \"Sky\"; it has no layer \"4\"; it has no channel \"1\""},
          })

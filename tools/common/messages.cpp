@@ -58,7 +58,8 @@ void Say(const FileNames& names, const char* pszFormat, ...) {
 void ShowProgress(const std::string& strText) {
     EndProgress();
     if (strText.empty() || isatty(STDERR_FILENO) == 0) return;
-    std::fputs(strText.c_str(), stderr);
+    // What is wider than the terminal is cut, for only one line can be taken away.
+    std::fprintf(stderr, "\x1B[?7l%s\x1B[?7h", strText.c_str());
     g_bProgressShown = true;
 }
 

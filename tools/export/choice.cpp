@@ -25,6 +25,8 @@ class Words {
         return taken;
     }
 
+    bool MeantAny() const { return m_words.empty() || std::ranges::find(m_met, true) != m_met.end(); }
+
     void TellLacking(const std::string& strKind, std::vector<std::string>& lacking) const {
         for (size_t i = 0; i < m_words.size(); ++i)
             if (!m_met[i]) lacking.push_back("it has no " + strKind + " \"" + PlainText(m_words[i]) + "\"");
@@ -47,6 +49,7 @@ Chosen Choose(const std::vector<ListedPicture>& list, const Choice& choice) {
             channels.Take(picture.selection.nChannel, picture.channel))
             chosen.pictures.push_back(picture);
     layers.TellLacking("layer", chosen.lacking);
-    channels.TellLacking("channel", chosen.lacking);
+    // Without a layer nobody knows which channels there would be.
+    if (layers.MeantAny()) channels.TellLacking("channel", chosen.lacking);
     return chosen;
 }

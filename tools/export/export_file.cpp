@@ -125,7 +125,7 @@ void TellPassedOver(const CVistrelDoc& document, const FileNames& names) {
     if (!passed.empty()) Say(names, "read tolerantly, passing over: %s", passed.c_str());
 }
 
-// What a list shows, or a composite has beside its alpha, is one picture a layer.
+// A list shows everything where nothing is chosen, and only composites have an alpha.
 Choice ChoiceOf(const Options& options) {
     Choice choice = options.choice;
     if (options.bList && choice.layers.empty() && choice.channels.empty()) choice.bAll = true;

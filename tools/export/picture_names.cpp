@@ -36,7 +36,7 @@ std::string Joined(std::array<std::string, 3> parts, size_t nMost) {
 std::string PictureNames::Next(const std::string& strFile, const std::string& strLayer,
                                const std::string& strChannel) {
     const std::array<std::string, 3> parts = {Harmless(strFile), Harmless(strLayer), Harmless(strChannel)};
-    const std::string plain = Joined(parts, MOST_BYTES - m_strExtension.size()) + m_strExtension;
+    std::string plain = Joined(parts, MOST_BYTES - m_strExtension.size()) + m_strExtension;
     u32 number = 1;
     const auto [given, isNew] = m_given.try_emplace(plain, number);
     if (isNew) return plain;

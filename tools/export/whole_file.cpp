@@ -26,7 +26,7 @@ template <typename Make>
 std::string WithFreeName(const std::string& strPath, const Make& make) {
     const std::string lead = FolderOf(strPath) + ".vistrel-export-" + std::to_string(getpid());
     for (unsigned number = 0;; ++number) {
-        const std::string path = lead + "-" + std::to_string(number);
+        std::string path = lead + "-" + std::to_string(number);
         if (make(path)) return path;
         if (errno != EEXIST) throw CFileException("It cannot be written", errno);
     }
