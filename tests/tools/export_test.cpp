@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -97,6 +98,21 @@ TEST(WholeFile, AppearsAtTheEndAndReplacesOnlyWhenTold) {
     EXPECT_EQ(ReadFile(path), "a");
     write("c", true);
     EXPECT_EQ(ReadFile(path), "c");
+    EXPECT_EQ(CountIn(folder), 1u);
+    // An empty file is filled where it stands, and only an empty one.
+    EXPECT_FALSE(WholeFile(path).FillEmpty());
+    fs::resize_file(path, 0);
+    const int open = ::open(path.c_str(), O_RDONLY);
+    {
+        WholeFile file(path);
+        const std::string text(10'000, 'e');
+        EXPECT_EQ(::write(file.Descriptor(), text.data(), text.size()), static_cast<ssize_t>(text.size()));
+        EXPECT_TRUE(file.FillEmpty());
+        std::string found(text.size() + 1, ' ');
+        EXPECT_EQ(::pread(open, found.data(), found.size(), 0), static_cast<ssize_t>(text.size()));
+        EXPECT_EQ(found, text + ' ');
+    }
+    close(open);
     EXPECT_EQ(CountIn(folder), 1u);
     // A link that leads nowhere is a name that is taken, too.
     fs::remove(path);

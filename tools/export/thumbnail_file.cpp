@@ -87,7 +87,7 @@ bool WriteThumbnail(const ThumbnailOrder& order, bool bStrict) {
         if (process < 0) throw CFileException("No process can be had", errno);
         if (process == 0) MakeLockedIn(*input, output.Descriptor(), order, bStrict);
         made = WaitFor(process, names);
-        if (made) output.Put(true);
+        if (made && !output.FillEmpty()) output.Put(true);
     });
     return put && made;
 }

@@ -1,15 +1,20 @@
 #include "tools/export/whole_file.h"
 
+#include "base/types.h"
 #include "framework/core/exception.h"
+#include "tools/export/byte_sink.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr mode_t MODE = 0666;  // less what the user keeps from others
+constexpr size_t COPIED_SIZE = 4096;  // bytes at a time
+constexpr mode_t MODE = 0666;         // less what the user keeps from others
 
 std::string FolderOf(const std::string& strPath) {
     const size_t slash = strPath.rfind('/');
@@ -43,7 +48,7 @@ bool RenameToFree(const char* pszFrom, const char* pszTo) {
 
 WholeFile::WholeFile(const std::string& strPath) : m_strPath(strPath) {
     // A nameless file goes by itself when the program is killed. Not every file system has them.
-    m_nDescriptor = open(FolderOf(strPath).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, MODE);
+    m_nDescriptor = open(FolderOf(strPath).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, MODE);
     if (m_nDescriptor >= 0 && access(DescriptorPath(m_nDescriptor).c_str(), F_OK) == 0) return;
     if (m_nDescriptor >= 0) close(m_nDescriptor);
     OpenBeside();
@@ -56,7 +61,7 @@ WholeFile::~WholeFile() {
 
 void WholeFile::OpenBeside() {
     m_strBeside = WithFreeName(m_strPath, [this](const std::string& strName) {
-        m_nDescriptor = open(strName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, MODE);
+        m_nDescriptor = open(strName.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, MODE);
         return m_nDescriptor >= 0;
     });
 }
@@ -68,10 +73,39 @@ void WholeFile::LinkBeside() {
     });
 }
 
-void WholeFile::Put(bool bReplace) {
+void WholeFile::Sync() const {
     // Some disks tell only here that they were full or have failed. Others have nothing to be told.
     const bool synced = fdatasync(m_nDescriptor) == 0 || errno == EINVAL || errno == EROFS;
     if (!synced) throw CFileException("It cannot be written", errno);
+}
+
+bool WholeFile::CopyInto(int nTarget) const {
+    ByteSink sink(nTarget);
+    std::array<u8, COPIED_SIZE> bytes;
+    off_t at = 0;
+    ssize_t count = 0;
+    while ((count = pread(m_nDescriptor, bytes.data(), bytes.size(), at)) > 0) {
+        if (!sink.Write(bytes.data(), static_cast<size_t>(count))) return false;
+        at += count;
+    }
+    return count == 0 && sink.Flush();
+}
+
+bool WholeFile::FillEmpty() {
+    const int target = open(m_strPath.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (target < 0) return false;
+    struct stat status = {};
+    const bool empty = fstat(target, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
+    const bool copied = empty && CopyInto(target);
+    const int error = errno;
+    if (empty && !copied && ftruncate(target, 0) != 0) unlink(m_strPath.c_str());
+    close(target);
+    if (empty && !copied) throw CFileException("It cannot be written", error);
+    return copied;
+}
+
+void WholeFile::Put(bool bReplace) {
+    Sync();
     if (m_strBeside.empty()) LinkBeside();
     const bool put = bReplace ? std::rename(m_strBeside.c_str(), m_strPath.c_str()) == 0
                               : RenameToFree(m_strBeside.c_str(), m_strPath.c_str());

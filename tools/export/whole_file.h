@@ -19,7 +19,14 @@ class WholeFile {
     // taken, unless bReplace is set: then whoever has the name keeps it.
     void Put(bool bReplace);
 
+    // Puts what was written into the file that has the name already, where that is empty: whoever made it may
+    // have it open and look there. False where there is none such. Throws CFileException when that fails; it
+    // is empty again then.
+    bool FillEmpty();
+
   private:
+    void Sync() const;
+    bool CopyInto(int nTarget) const;
     void OpenBeside();
     void LinkBeside();
 
