@@ -2,6 +2,7 @@
 
 #include "base/checked_size.h"
 #include "framework/core/gdi_bitmap.h"
+#include "kernels/row_kernels.h"
 
 #include <algorithm>
 #include <bit>
@@ -65,8 +66,7 @@ class RowSums {
             return;
         }
         if (m_nWaiting == MOST_WAITING) AddWaiting();
-        u16* const wholes = Wholes();
-        for (u32 i = 0; i < m_nBytes; ++i) wholes[i] = static_cast<u16>(wholes[i] + pRow[i]);
+        TheRowKernels().AddBytes(Wholes(), pRow, m_nBytes);
         ++m_nWaiting;
     }
 

@@ -1,4 +1,4 @@
-// Pixels of 24 bits made pixels of 32 bits with vectors.
+// Pixels of 24 bits made pixels of 32 bits, and bytes added up, with vectors.
 
 #include "kernels/plain_kernels.h"
 #include "kernels/vector_kinds.h"
@@ -60,10 +60,23 @@ void Columns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidth) {
     }
 }
 
+void AddBytes(u16* pSums, const u8* pBytes, u32 nWidth) {
+    const hn::ScalableTag<u16> sums;
+    const hn::Rebind<u8, decltype(sums)> bytes;
+    const u32 together = static_cast<u32>(hn::Lanes(sums));
+    u32 x = 0;
+    for (; nWidth - x >= together; x += together) {
+        const auto added = hn::PromoteTo(sums, hn::LoadU(bytes, pBytes + x));
+        hn::StoreU(hn::Add(hn::LoadU(sums, pSums + x), added), sums, pSums + x);
+    }
+    PLAIN_ROW_KERNELS.AddBytes(pSums + x, pBytes + x, nWidth - x);
+}
+
 void PutKernels(RowKernels& kernels) {
     static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first byte of a word is its lowest");
     kernels.Pixels24 = Pixels24;
     kernels.Columns24 = Columns24;
+    kernels.AddBytes = AddBytes;
 }
 
 #endif

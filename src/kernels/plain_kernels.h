@@ -16,6 +16,7 @@ void PlainIndexedPixels(u32* pOut, const u8* pIndices, u32 nWidth, const u32* pC
 void PlainPixels24(u32* pOut, const u8* pPixels, u32 nWidth);
 void PlainIndexedColumns(u32* pOut, const u8* pIndices, const u32* pColumns, u32 nWidth, const u32* pColours);
 void PlainColumns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidth);
+void PlainAddBytes(u16* pSums, const u8* pBytes, u32 nWidth);
 
 // The colour map of values that all have a colour.
 void LookUpColours(u8* pOut, const u32* pValues, u32 nWidth, const u32* pColours);

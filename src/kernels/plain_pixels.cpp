@@ -24,3 +24,7 @@ void PlainIndexedColumns(u32* pOut, const u8* pIndices, const u32* pColumns, u32
 void PlainColumns24(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidth) {
     for (u32 x = 0; x < nWidth; ++x) pOut[x] = Pixel(pPixels + u64{pColumns[x]} * 3);
 }
+
+void PlainAddBytes(u16* pSums, const u8* pBytes, u32 nWidth) {
+    for (u32 x = 0; x < nWidth; ++x) pSums[x] = static_cast<u16>(pSums[x] + pBytes[x]);
+}

@@ -106,7 +106,8 @@ const RowKernels PLAIN_ROW_KERNELS = {HighBytes,
                                       PlainIndexedPixels,
                                       PlainPixels24,
                                       PlainIndexedColumns,
-                                      PlainColumns24};
+                                      PlainColumns24,
+                                      PlainAddBytes};
 
 #ifdef VISTREL_VECTORS
 static RowKernels KernelsFor(i64 nKind) {

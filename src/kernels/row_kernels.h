@@ -51,6 +51,9 @@ struct RowKernels {
     void (*IndexedColumns)(u32* pOut, const u8* pIndices, const u32* pColumns, u32 nWidth,
                            const u32* pColours);
     void (*Columns24)(u32* pOut, const u8* pPixels, const u32* pColumns, u32 nWidth);
+
+    // Adds each byte to the sum in its place, modulo 2^16.
+    void (*AddBytes)(u16* pSums, const u8* pBytes, u32 nWidth);
 };
 
 extern const RowKernels PLAIN_ROW_KERNELS;

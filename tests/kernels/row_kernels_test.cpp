@@ -87,6 +87,8 @@ const std::vector<KernelRow>& AllKernels() {
          })},
         {"Columns24", 1, 3, 4,
             Always([](auto& k, u8* out, auto& p, u32 n) { k.Columns24(Words32(out), p[0], ColumnsOf(n).data(), n); })},
+        {"AddBytes", 1, 1, 2,
+            Always([](auto& k, u8* out, auto& p, u32 n) { k.AddBytes(reinterpret_cast<u16*>(out), p[0], n); })},
     };
     return rows;
 }
@@ -124,7 +126,7 @@ void Compare(const KernelRow& row, u32 width, u32 offset, Random& random) {
     }
     for (const Bytes& block : blocks) planes.push_back(block.data() + block.size() - u64{width} * row.nSampleSize);
     const u32 size = width * row.nPixelSize;
-    const u32 start = row.nPixelSize == 4 ? offset / 4 * 4 : offset;
+    const u32 start = row.nPixelSize == 3 ? offset : offset / row.nPixelSize * row.nPixelSize;
     Bytes expected(start + size + EDGE, UNTOUCHED);
     Bytes made = expected;
     ASSERT_TRUE(row.call(PLAIN_ROW_KERNELS, expected.data() + start, planes, width));
