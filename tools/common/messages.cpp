@@ -46,13 +46,13 @@ FileNames NamesOf(const std::string& strPath) {
 }
 
 void Say(const FileNames& names, const char* pszFormat, ...) {
-    EndProgress();
-    std::fprintf(stderr, "%s: ", names.plain.c_str());
     std::va_list values;
     va_start(values, pszFormat);
+    EndProgress();
+    std::fprintf(stderr, "%s: ", names.plain.c_str());
     std::vfprintf(stderr, pszFormat, values);
-    va_end(values);
     std::fputc('\n', stderr);
+    va_end(values);
 }
 
 void ShowProgress(const std::string& strText) {

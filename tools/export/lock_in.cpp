@@ -55,13 +55,18 @@ class Filter {
     bool m_bGood = false;
 };
 
+// Of the lower half of an argument, since numbers of 32 bits leave the upper one to chance.
+scmp_arg_cmp HasBits(u32 nArgument, u32 nMask, u32 nBits) {
+    return {nArgument, SCMP_CMP_MASKED_EQ, nMask, nBits};
+}
+
 scmp_arg_cmp IsDescriptor(int nDescriptor) {
-    return SCMP_A0_32(SCMP_CMP_EQ, static_cast<u32>(nDescriptor));
+    return HasBits(0, ~u32{0}, static_cast<u32>(nDescriptor));
 }
 
 void AllowMemory(Filter& filter) {
-    const scmp_arg_cmp isNoCode = SCMP_A2_32(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0);
-    filter.Allow(SCMP_SYS(mmap), isNoCode, SCMP_A3_32(SCMP_CMP_MASKED_EQ, MAP_ANONYMOUS, MAP_ANONYMOUS));
+    const scmp_arg_cmp isNoCode = HasBits(2, PROT_EXEC, 0);
+    filter.Allow(SCMP_SYS(mmap), isNoCode, HasBits(3, MAP_ANONYMOUS, MAP_ANONYMOUS));
     filter.Allow(SCMP_SYS(mprotect), isNoCode);
     for (const int call : {SCMP_SYS(brk), SCMP_SYS(madvise), SCMP_SYS(mremap), SCMP_SYS(munmap)})
         filter.Allow(call);
@@ -74,7 +79,7 @@ bool ForbidCalls(int nInput, int nOutput) {
     filter.Allow(SCMP_SYS(write), IsDescriptor(STDERR_FILENO));
     AllowMemory(filter);
     // Initialising once, as the first exception does, wakes whoever might wait for it.
-    filter.Allow(SCMP_SYS(futex), SCMP_A1_32(SCMP_CMP_MASKED_EQ, 0x7F, FUTEX_WAKE));
+    filter.Allow(SCMP_SYS(futex), HasBits(1, FUTEX_CMD_MASK, FUTEX_WAKE));
     for (const int call : {SCMP_SYS(close), SCMP_SYS(exit), SCMP_SYS(exit_group), SCMP_SYS(rt_sigreturn)})
         filter.Allow(call);
     return filter.Load();
