@@ -1,9 +1,8 @@
 #include "app/vistrel_view.h"
 
 #include "app/child_frame.h"
-#include "app/frame_fit.h"
+#include "app/choice_list.h"
 #include "app/resource_ids.h"
-#include "app/zoom_dialog.h"
 #include "display/catalogue.h"
 #include "display/tolerance.h"
 #include "document/passed_text.h"
@@ -12,22 +11,7 @@
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/dc.h"
 
-#include <algorithm>
 #include <cmath>
-#include <exception>
-#include <limits>
-
-namespace {
-
-// Selects the entry at a place, or the first one where there is none.
-void FillList(CComboBox& list, const std::vector<std::string>& names, u32 nSelected) {
-    SendMessageA(&list, CB_RESETCONTENT, 0, 0);
-    for (const std::string& name : names)
-        SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>(name.c_str()));
-    SendMessageA(&list, CB_SETCURSEL, nSelected < names.size() ? nSelected : 0, 0);
-}
-
-}  // namespace
 
 const MessageMap& CVistrelView::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
@@ -116,81 +100,10 @@ u32 CVistrelView::GetContextMenu() const {
     return IDR_VIEW_MENU;
 }
 
-// Reads the file again under the other rules, for all windows of the document. Where that fails, which has
-// been reported then, everything stays as it was.
-void CVistrelView::OnReadTolerantly() {
-    const auto document = std::make_shared<CVistrelDoc>();
-    document->m_tolerance = GetDoc().IsReadTolerantly() ? Tolerance::Never : Tolerance::Always;
-    const CWaitCursor wait;
-    const std::string path = GetDoc().GetPathName();
-    if (!document->OnOpenDocument(path)) return;
-    document->SetPathName(path);
-    // All are on the one document, and memory of the other is free, before the first picture is made.
-    const std::vector<CView*> views = GetDocument()->GetViews();
-    for (CView* const view : views) view->SetDocument(document);
-    std::exception_ptr failure;
-    for (CView* const view : views) {
-        try {
-            dynamic_cast<CVistrelView&>(*view).ShowOtherReading(view == this);
-        } catch (...) {
-            failure = std::current_exception();
-        }
-    }
-    if (failure) std::rethrow_exception(failure);
-}
-
-// What only the tolerant rules read has no other reading.
-void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
-    const bool passesOver = !m_strPassedOver.empty();
-    pUi->Enable(passesOver && !GetDoc().IsStrictlyRefused());
-    pUi->SetCheck(passesOver && GetDoc().IsReadTolerantly());
-}
-
-// Layer and channel stay chosen where the document has them.
-void CVistrelView::ShowOtherReading(bool bActive) {
-    const Selection before = m_selection;
-    const bool hadPicture = m_bValid != 0;
-    const u32 width = m_nWidth;
-    const u32 height = m_nHeight;
-    LeaveEmpty();
-    NotePassedOver();
-    CChildFrame* const frame = GetFrame();
-    FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()), before.nLayer);
-    const bool sameLayer = frame->GetSelection().nLayer == before.nLayer;
-    BuildChannelList(frame, sameLayer ? before.nChannel : 0);
-    OnUpdate(nullptr, 0, nullptr);
-    const bool hasItsSize = hadPicture && m_nWidth == width && m_nHeight == height;
-    if (!m_bValid || hasItsSize) return;
-    if (bActive)
-        FitFrameToImage(PictureScale());
-    else if (!frame->IsZoomed() && !frame->IsIconic())
-        SizeFrameToImage(PictureScale());
-}
-
 void CVistrelView::OnChannelChanged(CChildFrame* pFrame) {
     const CWaitCursor wait;
     m_selection = pFrame->GetSelection();
     OnUpdate(nullptr, 0, nullptr);
-}
-
-void CVistrelView::FitFrameToImage(float fScale) {
-    const CWaitCursor wait;
-    CChildFrame* const frame = GetFrame();
-    if (frame->IsZoomed() || frame->IsIconic()) frame->MDIRestore();
-    SizeFrameToImage(fScale);
-    frame->ScrollToCaption();
-}
-
-void CVistrelView::SizeFrameToImage(float fScale) {
-    CChildFrame* const frame = GetFrame();
-    CRect place = frame->GetWindowRect();
-    const CRect client = GetClientRect();
-    const int dx = place.Width() - client.Width();
-    const int dy = place.Height() - client.Height();
-    frame->GetParent()->ScreenToClient(&place);
-    const CSize size = FittedClientSize(m_nWidth, m_nHeight, fScale);
-    frame->MoveWindow({place.left, place.top, place.left + size.cx + dx, place.top + size.cy + dy});
-    m_fScale = std::min(fScale, std::numeric_limits<float>::max());
 }
 
 void CVistrelView::OnDraw(CDC* pDC) {
@@ -210,20 +123,6 @@ void CVistrelView::OnDraw(CDC* pDC) {
 bool CVistrelView::OnPreparePrinting(CPrintInfo* pInfo) {
     if (pInfo->m_bDirect && !m_hBitmap) throw CException("It has no picture that can be shown");
     return DoPreparePrinting(pInfo);
-}
-
-void CVistrelView::OnZoom() {
-    CZoomDlg dialog;
-    dialog.m_fScale = m_fScale;
-    if (dialog.DoModal() == IDOK) FitFrameToImage(dialog.m_fScale);
-}
-
-// The framework enables what has a handler.
-void CVistrelView::OnUpdateZoom(CCmdUI* pUi) {
-    if (m_hBitmap)
-        pUi->m_bContinueRouting = true;
-    else
-        pUi->Enable(false);
 }
 
 void CVistrelView::OnUpdateInfoPane(CCmdUI* pUi) {
