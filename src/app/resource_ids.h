@@ -18,6 +18,9 @@ constexpr u32 ID_ZOOM = 32771;
 constexpr u32 ID_TOGGLE_INFO_BAR = 32772;
 constexpr u32 ID_TOGGLE_LAYER_BAR = 32773;
 constexpr u32 ID_READ_TOLERANTLY = 32774;
+constexpr u32 ID_ZOOM_IN = 32775;
+constexpr u32 ID_ZOOM_OUT = 32776;
+constexpr u32 ID_ACTUAL_SIZE = 32777;
 
 // Panes, bars and controls.
 constexpr u32 ID_INDICATOR_INFO = 101;
@@ -40,5 +43,5 @@ constexpr u32 IDR_IFF_TYPE = 131;
 constexpr u32 IDR_TMG_TYPE = 132;
 constexpr u32 IDR_PSD_TYPE = 133;
 
-// The view's own menu.
-constexpr u32 IDR_VIEW_MENU = 134;
+// The view's own menu and keys.
+constexpr u32 IDR_VIEW = 134;

@@ -20,6 +20,12 @@ const MessageMap& CVistrelView::GetMessageMap() const {
         OnCommand<&CVistrelView::OnFilePrintPreview>(ID_FILE_PRINT_PREVIEW),
         OnCommand<&CVistrelView::OnZoom>(ID_ZOOM),
         OnUpdateCommandUi<&CVistrelView::OnUpdateZoom>(ID_ZOOM),
+        OnCommand<&CVistrelView::OnZoomIn>(ID_ZOOM_IN),
+        OnUpdateCommandUi<&CVistrelView::OnUpdateZoomIn>(ID_ZOOM_IN),
+        OnCommand<&CVistrelView::OnZoomOut>(ID_ZOOM_OUT),
+        OnUpdateCommandUi<&CVistrelView::OnUpdateZoomOut>(ID_ZOOM_OUT),
+        OnCommand<&CVistrelView::OnActualSize>(ID_ACTUAL_SIZE),
+        OnUpdateCommandUi<&CVistrelView::OnUpdateActualSize>(ID_ACTUAL_SIZE),
         OnUpdateCommandUi<&CVistrelView::OnUpdateInfoPane>(ID_INDICATOR_INFO),
         OnCommand<&CVistrelView::OnReadTolerantly>(ID_READ_TOLERANTLY),
         OnUpdateCommandUi<&CVistrelView::OnUpdateReadTolerantly>(ID_READ_TOLERANTLY),
@@ -97,7 +103,7 @@ std::string CVistrelView::GetIdleMessage() const {
 }
 
 u32 CVistrelView::GetContextMenu() const {
-    return IDR_VIEW_MENU;
+    return IDR_VIEW;
 }
 
 void CVistrelView::OnChannelChanged(CChildFrame* pFrame) {

@@ -18,6 +18,7 @@ class CVistrelView : public CView, public DisplayImage {
     void OnDraw(CDC* pDC) override;
     std::string GetIdleMessage() const override;
     u32 GetContextMenu() const override;
+    void OnControlWheel(int nNotches, const CPoint& point) override;
     bool OnPreparePrinting(CPrintInfo* pInfo) override;
 
     // Refills the Channel list for the selected layer, selects the channel or, where there is none such, the
@@ -37,6 +38,12 @@ class CVistrelView : public CView, public DisplayImage {
   private:
     void OnZoom();
     void OnUpdateZoom(CCmdUI* pUi);
+    void OnZoomIn();
+    void OnUpdateZoomIn(CCmdUI* pUi);
+    void OnZoomOut();
+    void OnUpdateZoomOut(CCmdUI* pUi);
+    void OnActualSize();
+    void OnUpdateActualSize(CCmdUI* pUi);
     void OnUpdateInfoPane(CCmdUI* pUi);
     void OnReadTolerantly();
     void OnUpdateReadTolerantly(CCmdUI* pUi);
@@ -50,6 +57,9 @@ class CVistrelView : public CView, public DisplayImage {
     // The document is another one, of the same file. Only the frame of the active view may be restored, or
     // the area scrolled to it: the others stay as they stand.
     void ShowOtherReading(bool bActive);
+
+    // Whether the picture can be shown at a scale so many steps further.
+    bool CanZoomBy(int nSteps) const;
 
     // The frame stands for itself: it is neither maximised nor minimised.
     void SizeFrameToImage(float fScale);

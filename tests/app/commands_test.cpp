@@ -14,10 +14,14 @@
 // What a menu shows after a text is the key that works.
 TEST(Commands, AMenusItemsDifferInTheirMnemonicsAndNameTheirAccelerators) {
     std::set<std::string> keys;
-    for (const AcceleratorResource& key : AfxGetAccelerators()) {
-        keys.insert(std::to_string(key.nId) + '\t' + key.pszKeys);
-        EXPECT_FALSE(QKeySequence(QString::fromLatin1(key.pszKeys)).isEmpty()) << key.pszKeys;
-    }
+    std::set<QKeySequence> different;
+    for (const AcceleratorTable& table : AfxGetAccelerators())
+        for (const AcceleratorResource& key : table.keys) {
+            keys.insert(std::to_string(key.nId) + '\t' + key.pszKeys);
+            const QKeySequence sequence(QString::fromLatin1(key.pszKeys));
+            EXPECT_FALSE(sequence.isEmpty()) << key.pszKeys;
+            EXPECT_TRUE(different.insert(sequence).second) << key.pszKeys;
+        }
     for (const MenuResource& menu : g_resources.menus)
         for (const PopupResource& popup : menu.popups) {
             std::set<QKeySequence> mnemonics;

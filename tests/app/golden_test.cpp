@@ -54,11 +54,17 @@ void PutToolBar(std::ostream& out) {
                 << (button->icon().isNull() ? " | no icon" : " | icon") << State(*button) << '\n';
 }
 
-void PutKeys(std::ostream& out) {
+bool IsOfTheView(const QKeySequence& keys) {
+    for (const AcceleratorTable& table : AfxGetAccelerators())
+        for (const AcceleratorResource& key : table.keys)
+            if (table.nId == IDR_VIEW && QKeySequence(QString::fromLatin1(key.pszKeys)) == keys) return true;
+    return false;
+}
+
+void PutKeys(std::ostream& out, bool bOfTheView) {
     std::multiset<QString> keys;
     for (const QShortcut* const key : Main().GetWidget()->findChildren<QShortcut*>(Qt::FindDirectChildrenOnly))
-        keys.insert(key->key().toString());
-    out << "keys\n";
+        if (IsOfTheView(key->key()) == bOfTheView) keys.insert(key->key().toString());
     for (const QString& key : keys) out << "  " << key << '\n';
 }
 
@@ -96,7 +102,8 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     out << "menus without a document\n";
     PutMenus(out);
     PutToolBar(out);
-    PutKeys(out);
+    out << "keys\n";
+    PutKeys(out, false);
     out << "panes of the main window\n";
     PutPanes(out, *Main().GetControlBar(ID_VIEW_STATUS_BAR));
     Command(ID_FILE_OPEN);
@@ -121,6 +128,12 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     };
     Command(ID_APP_ABOUT);
     Command(ID_ZOOM);
+
+    out << "keys of the view\n";
+    PutKeys(out, true);
+    out << "menu of the view\n";
+    for (const MenuItemResource& item : AfxFindMenu(IDR_VIEW)->popups[0].items)
+        out << "  " << item.nId << ' ' << QString::fromUtf8(item.pszText) << " | " << AfxLoadPrompt(item.nId) << '\n';
 
     const char* const wish = std::getenv("VISTREL_WRITE_GOLDEN");
     if (wish && *wish) std::ofstream(VISTREL_GOLDEN) << out.str();

@@ -23,6 +23,9 @@ constexpr StringResource STRINGS[] = {
     {ID_ZOOM, "Resize the window for a specific scale factor\nZoom"},
     {ID_TOGGLE_INFO_BAR, "Show or hide the information bar\nToggle Info Bar"},
     {ID_TOGGLE_LAYER_BAR, "Shows or hides the Layer and Channel bar\nToggle Layer & Channel Bar"},
+    {ID_ZOOM_IN, "Show the picture at the next larger scale\nZoom In"},
+    {ID_ZOOM_OUT, "Show the picture at the next smaller scale\nZoom Out"},
+    {ID_ACTUAL_SIZE, "Show each pixel of the picture as one of the screen\nActual Size"},
     {ID_READ_TOLERANTLY,
      "Read the file again and pass over what breaks the rules of its format\nRead Tolerantly"},
     {ID_FILE_NEW, "Create a new document\nNew"},
@@ -163,6 +166,8 @@ constexpr MenuItemResource WINDOW_ITEMS[] = {
 };
 
 constexpr MenuItemResource VIEW_MENU_ITEMS[] = {
+    {ID_ZOOM_IN, "Zoom &In\tCtrl++"},         {ID_ZOOM_OUT, "Zoom &Out\tCtrl+-"},
+    {ID_ACTUAL_SIZE, "&Actual Size\tCtrl+0"}, SEPARATOR,
     {ID_READ_TOLERANTLY, "&Read Tolerantly"},
 };
 
@@ -178,15 +183,26 @@ constexpr PopupResource DOCUMENT_POPUPS[] = {
 constexpr MenuResource MENUS[] = {
     {IDR_MAINFRAME, MAIN_POPUPS},    {IDR_ALL_TYPES, DOCUMENT_POPUPS}, {IDR_TFF_TYPE, DOCUMENT_POPUPS},
     {IDR_IFF_TYPE, DOCUMENT_POPUPS}, {IDR_TMG_TYPE, DOCUMENT_POPUPS},  {IDR_PSD_TYPE, DOCUMENT_POPUPS},
-    {IDR_VIEW_MENU, VIEW_MENU},
+    {IDR_VIEW, VIEW_MENU},
 };
 
-constexpr AcceleratorResource ACCELERATORS[] = {
+constexpr AcceleratorResource MAIN_KEYS[] = {
     {ID_FILE_NEW, "Ctrl+N"},       {ID_FILE_OPEN, "Ctrl+O"},      {ID_FILE_SAVE, "Ctrl+S"},
     {ID_FILE_PRINT, "Ctrl+P"},     {ID_EDIT_UNDO, "Ctrl+Z"},      {ID_EDIT_CUT, "Ctrl+X"},
     {ID_EDIT_COPY, "Ctrl+C"},      {ID_EDIT_PASTE, "Ctrl+V"},     {ID_EDIT_UNDO, "Alt+Backspace"},
     {ID_EDIT_CUT, "Shift+Delete"}, {ID_EDIT_COPY, "Ctrl+Insert"}, {ID_EDIT_PASTE, "Shift+Insert"},
     {ID_NEXT_PANE, "F6"},          {ID_PREV_PANE, "Shift+F6"},
+};
+
+constexpr AcceleratorResource VIEW_KEYS[] = {
+    {ID_ZOOM_IN, "Ctrl++"},
+    {ID_ZOOM_OUT, "Ctrl+-"},
+    {ID_ACTUAL_SIZE, "Ctrl+0"},
+};
+
+constexpr AcceleratorTable ACCELERATORS[] = {
+    {IDR_MAINFRAME, MAIN_KEYS},
+    {IDR_VIEW, VIEW_KEYS},
 };
 
 constexpr u32 TOOLBAR_ITEMS[] = {

@@ -1,8 +1,15 @@
-// Sizes and rectangles in logical pixels, or in whatever unit their user names. Right and bottom edges are
-// outside the rectangle.
+// Points, sizes and rectangles in logical pixels, or in whatever unit their user names. Right and bottom
+// edges are outside the rectangle.
 #pragma once
 
 #include "base/types.h"
+
+struct CPoint {
+    int x = 0;
+    int y = 0;
+
+    bool operator==(const CPoint&) const = default;
+};
 
 struct CSize {
     int cx = 0;

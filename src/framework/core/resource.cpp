@@ -42,8 +42,8 @@ const MenuResource* AfxFindMenu(u32 nId) {
     return g_pTables ? FindById(g_pTables->menus, nId) : nullptr;
 }
 
-std::span<const AcceleratorResource> AfxGetAccelerators() {
-    return g_pTables ? g_pTables->accelerators : std::span<const AcceleratorResource>();
+std::span<const AcceleratorTable> AfxGetAccelerators() {
+    return g_pTables ? g_pTables->accelerators : std::span<const AcceleratorTable>();
 }
 
 VersionResource AfxGetVersion() {

@@ -84,6 +84,12 @@ struct AcceleratorResource {
     const char* pszKeys;  // as in "Ctrl+N"
 };
 
+// Keys that act together; a window takes all tables.
+struct AcceleratorTable {
+    u32 nId;
+    std::span<const AcceleratorResource> keys;
+};
+
 struct VersionString {
     const char* pszName;
     const char* pszText;
@@ -111,7 +117,7 @@ struct ResourceTables {
     std::span<const StringResource> strings;
     std::span<const DialogResource> dialogs;
     std::span<const MenuResource> menus;
-    std::span<const AcceleratorResource> accelerators;
+    std::span<const AcceleratorTable> accelerators;
     std::span<const ToolBarResource> toolBars;
     std::span<const PictureResource> pictures;
     VersionResource version;
@@ -128,7 +134,7 @@ std::string AfxLoadPrompt(u32 nId);
 std::string AfxLoadTip(u32 nId);
 const DialogResource* AfxFindDialog(u32 nId);
 const MenuResource* AfxFindMenu(u32 nId);
-std::span<const AcceleratorResource> AfxGetAccelerators();
+std::span<const AcceleratorTable> AfxGetAccelerators();
 VersionResource AfxGetVersion();
 const ToolBarResource* AfxFindToolBar(u32 nId);
 const PictureResource* AfxFindPicture(u32 nId);

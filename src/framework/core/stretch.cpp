@@ -8,19 +8,18 @@ void StretchExposed(const GdiBitmap& bitmap, const StretchSizes& sizes, const CR
     const u32 width = static_cast<u32>(exposed.Width());
     std::vector<u32> columns(width);
     for (u32 x = 0; x < width; ++x)
-        columns[x] =
-            static_cast<u32>(u64{static_cast<u32>(exposed.left) + x} * sizes.nSourceWidth / sizes.nDestWidth);
+        columns[x] = StretchSource(static_cast<u32>(exposed.left) + x, sizes.nSourceWidth, sizes.nDestWidth);
 
     const bool contiguous = sizes.nSourceWidth == sizes.nDestWidth;
     u64 shown = ~u64{0};  // the source row in the row above
     for (int y = exposed.top; y < exposed.bottom; ++y, pOut += nPitch) {
-        const u64 sourceY = u64{static_cast<u32>(y)} * sizes.nSourceHeight / sizes.nDestHeight;
+        const u32 sourceY = StretchSource(static_cast<u32>(y), sizes.nSourceHeight, sizes.nDestHeight);
         if (sourceY == shown)
             std::memcpy(pOut, pOut - nPitch, u64{width} * sizeof(u32));
         else if (contiguous)
-            bitmap.ReadPixels(static_cast<u32>(sourceY), static_cast<u32>(exposed.left), width, pOut);
+            bitmap.ReadPixels(sourceY, static_cast<u32>(exposed.left), width, pOut);
         else
-            bitmap.GatherPixels(static_cast<u32>(sourceY), columns.data(), width, pOut);
+            bitmap.GatherPixels(sourceY, columns.data(), width, pOut);
         shown = sourceY;
     }
 }

@@ -14,8 +14,12 @@ struct StretchSizes {
     u32 nDestHeight;
 };
 
-// Fills the pixels of one exposed part of the destination, nearest neighbour: column x shows the source
-// column floor(x * source width / destination width), rows likewise. exposed lies within the destination; its
-// rows go to pOut, nPitch words apart.
+// The source position that a destination position shows: nearest neighbour.
+constexpr u32 StretchSource(u32 nPosition, u32 nSource, u32 nDest) {
+    return static_cast<u32>(u64{nPosition} * nSource / nDest);
+}
+
+// Fills the pixels of one exposed part of the destination. exposed lies within the destination; its rows
+// go to pOut, nPitch words apart.
 void StretchExposed(const GdiBitmap& bitmap, const StretchSizes& sizes, const CRect& exposed, u32* pOut,
                     u64 nPitch);

@@ -199,6 +199,15 @@ CSize CMDIChildWnd::GetViewSize() {
     return {view.width() - PROBE.width(), view.height() - PROBE.height()};
 }
 
+bool CMDIChildWnd::IsLargerThanArea() const {
+    const CSize visible = m_pArea->GetVisibleSize();
+    return GetSubWindow()->width() > visible.cx || GetSubWindow()->height() > visible.cy;
+}
+
+void CMDIChildWnd::ScrollArea(const CSize& distance) {
+    m_pArea->ScrollBy(distance);
+}
+
 bool CMDIChildWnd::ShowsFloatingBars() const {
     return m_pArea->GetArea()->currentSubWindow() == GetSubWindow() && !IsIconic();
 }

@@ -24,6 +24,8 @@ class CMDIChildWnd : public CFrameWnd {
     void ScrollToCaption();
 
     CSize GetViewSize() override;
+    bool IsLargerThanArea() const override;
+    void ScrollArea(const CSize& distance) override;
 
     // Only over the active child, and not when that shows its caption only.
     bool ShowsFloatingBars() const override;

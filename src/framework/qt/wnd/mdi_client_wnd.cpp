@@ -89,8 +89,13 @@ void CMDIClientWnd::ArrangeWindows(void (QMdiArea::*arrange)()) {
 
 void CMDIClientWnd::ScrollIntoView(const CRect& rect) {
     const CSize visible = GetVisibleSize();
+    ScrollBy({ScrollDistance(rect.left, rect.right, visible.cx),
+              ScrollDistance(rect.top, rect.bottom, visible.cy)});
+}
+
+void CMDIClientWnd::ScrollBy(const CSize& distance) {
     QScrollBar* const across = GetArea()->horizontalScrollBar();
     QScrollBar* const down = GetArea()->verticalScrollBar();
-    across->setValue(across->value() + ScrollDistance(rect.left, rect.right, visible.cx));
-    down->setValue(down->value() + ScrollDistance(rect.top, rect.bottom, visible.cy));
+    across->setValue(across->value() + distance.cx);
+    down->setValue(down->value() + distance.cy);
 }

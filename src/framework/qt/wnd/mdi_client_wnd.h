@@ -29,6 +29,9 @@ class CMDIClientWnd : public CWnd {
     // visible.
     void ScrollIntoView(const CRect& rect);
 
+    // To the right and down, as far as it goes.
+    void ScrollBy(const CSize& distance);
+
     // What a child leaves to whoever holds it: the targets after it, and itself once it has been closed.
     std::function<bool(const Visitor&)> m_visitAfterChild;
     std::function<void(CMDIChildWnd&)> m_childClosed;

@@ -113,6 +113,15 @@ void FillMenu(QMenu& menu, const PopupResource& popup, CCmdTarget& target) {
     menu.setStyle(MenuStyle::Get());
 }
 
+void AddAccelerator(QWidget& window, CCmdTarget& target, const AcceleratorResource& accelerator) {
+    auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
+    QObject::connect(shortcut, &QShortcut::activated, &window, [&target, nID = accelerator.nId] {
+        AfxGuardedCall([&] {
+            if (AfxIsCommandEnabled(target, nID)) target.OnCmdMsg(nID, CN_COMMAND, nullptr);
+        });
+    });
+}
+
 }  // namespace
 
 void AfxFillMenuBar(QMenuBar& bar, const MenuResource& menu, CCmdTarget& target) {
@@ -149,14 +158,8 @@ QMenu* AfxFindPopup(const QMenuBar& bar, u32 nID) {
 }
 
 void AfxAddAccelerators(QWidget& window, CCmdTarget& target) {
-    for (const AcceleratorResource& accelerator : AfxGetAccelerators()) {
-        auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
-        QObject::connect(shortcut, &QShortcut::activated, &window, [&target, nID = accelerator.nId] {
-            AfxGuardedCall([&] {
-                if (AfxIsCommandEnabled(target, nID)) target.OnCmdMsg(nID, CN_COMMAND, nullptr);
-            });
-        });
-    }
+    for (const AcceleratorTable& table : AfxGetAccelerators())
+        for (const AcceleratorResource& accelerator : table.keys) AddAccelerator(window, target, accelerator);
 }
 
 bool AfxIsCommandEnabled(CCmdTarget& target, u32 nID) {

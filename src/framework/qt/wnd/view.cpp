@@ -1,6 +1,7 @@
 #include "framework/qt/wnd/view.h"
 
 #include "framework/core/document.h"
+#include "framework/core/guarded_call.h"
 #include "framework/qt/kit/report_later.h"
 #include "framework/qt/wnd/dc.h"
 #include "framework/qt/wnd/menu_bar.h"
@@ -8,6 +9,7 @@
 #include <QContextMenuEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include <exception>
@@ -33,7 +35,24 @@ class ViewWidget final : public QWidget {
 
     void contextMenuEvent(QContextMenuEvent* pEvent) override {
         const MenuResource* const menu = AfxFindMenu(m_view.GetContextMenu());
-        if (menu) AfxTrackPopupMenu(*this, *menu, pEvent->globalPos(), m_view);
+        if (menu) AfxTrackPopupMenu(*this, *menu, pEvent->globalPos(), *m_view.GetParent());
+    }
+
+    // Fine wheels send parts of a notch. Without the Control key the wheel is the area's.
+    void wheelEvent(QWheelEvent* pEvent) override {
+        if (!(pEvent->modifiers() & Qt::ControlModifier)) {
+            m_nWheel = 0;
+            return QWidget::wheelEvent(pEvent);
+        }
+        const int turned = pEvent->angleDelta().y();
+        const bool turnsBack = (m_nWheel < 0) != (turned < 0);
+        m_nWheel = turnsBack ? turned : m_nWheel + turned;
+        const int notches = m_nWheel / QWheelEvent::DefaultDeltasPerStep;
+        m_nWheel %= QWheelEvent::DefaultDeltasPerStep;
+        pEvent->accept();
+        if (notches == 0) return;
+        const QPoint place = pEvent->position().toPoint();
+        AfxGuardedCall([&] { m_view.OnControlWheel(notches, {place.x(), place.y()}); });
     }
 
   private:
@@ -44,6 +63,7 @@ class ViewWidget final : public QWidget {
     }
 
     CView& m_view;
+    int m_nWheel = 0;  // eighths of a degree that make no whole notch yet
 };
 
 }  // namespace

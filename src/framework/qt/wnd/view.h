@@ -17,6 +17,12 @@ class CViewPlace {
     // The size that the frame leaves to its view: its own less what borders and bars take. Negative where
     // these alone do not find room.
     virtual CSize GetViewSize() = 0;
+
+    // Whether there is more of the frame than what surrounds it shows at a time.
+    virtual bool IsLargerThanArea() const { return false; }
+
+    // Moves what is shown of a frame that is, by so many pixels or as far as it goes.
+    virtual void ScrollArea(const CSize& /*distance*/) {}
 };
 
 class CView : public CWnd, public CPrintable {
@@ -52,6 +58,10 @@ class CView : public CWnd, public CPrintable {
 
     virtual void OnDraw(CDC* pDC) = 0;
 
+    // The wheel was turned with the Control key held, away from the user for a positive number, over a point
+    // of the client area.
+    virtual void OnControlWheel(int /*nNotches*/, const CPoint& /*point*/) {}
+
     // Puts the view on a page. False when the user thinks better of it, or cannot: that has been told then.
     bool Print(bool bDirect);
 
@@ -68,6 +78,8 @@ class CView : public CWnd, public CPrintable {
     bool VisitTargets(const Visitor& visit) override;
 
   protected:
+    CViewPlace& GetPlace() const { return *m_pPlace; }
+
     bool DoPreparePrinting(CPrintInfo* pInfo);
 
     // For the message map of a view that prints.
