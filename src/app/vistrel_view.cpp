@@ -2,6 +2,7 @@
 
 #include "app/child_frame.h"
 #include "app/choice_list.h"
+#include "app/pixel_text.h"
 #include "app/resource_ids.h"
 #include "display/catalogue.h"
 #include "display/tolerance.h"
@@ -9,6 +10,7 @@
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
 #include "framework/core/resource.h"
+#include "framework/core/stretch.h"
 #include "framework/qt/wnd/dc.h"
 
 #include <cmath>
@@ -100,6 +102,18 @@ std::string CVistrelView::GetIdleMessage() const {
     if (m_strPassedOver.empty()) return {};
     return GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
                                        : m_strPassedOver + ": right-click to read tolerantly";
+}
+
+// As OnDraw stretches the picture.
+std::string CVistrelView::GetPointerMessage(const CPoint& point) const {
+    const CRect client = GetClientRect();
+    const bool isInside =
+        point.x >= 0 && point.x < client.Width() && point.y >= 0 && point.y < client.Height();
+    if (!m_hBitmap || !isInside) return {};
+    const u32 x = StretchSource(static_cast<u32>(point.x), m_nWidth, static_cast<u32>(client.Width()));
+    const u32 y = StretchSource(static_cast<u32>(point.y), m_nHeight, static_cast<u32>(client.Height()));
+    if (x >= m_hBitmap->nWidth || y >= m_hBitmap->nHeight) return {};
+    return PixelText(*m_hBitmap, x, y, m_nColours != 0);
 }
 
 u32 CVistrelView::GetContextMenu() const {

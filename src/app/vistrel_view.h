@@ -17,6 +17,7 @@ class CVistrelView : public CView, public DisplayImage {
     void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override;
     void OnDraw(CDC* pDC) override;
     std::string GetIdleMessage() const override;
+    std::string GetPointerMessage(const CPoint& point) const override;
     u32 GetContextMenu() const override;
     void OnControlWheel(int nNotches, const CPoint& point) override;
     bool OnPreparePrinting(CPrintInfo* pInfo) override;

@@ -7,10 +7,8 @@
 
 #include <QCheckBox>
 #include <QContextMenuEvent>
-#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMessageBox>
-#include <QStatusBar>
 
 #include <algorithm>
 #include <cstdlib>
@@ -41,12 +39,6 @@ class ToleranceTest : public WindowTest {
     static std::string Kept() { return theApp.GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, ""); }
 
     u32 OpenWindows() { return static_cast<u32>(theApp.m_pMainWnd->GetChildren().size()); }
-
-    // What the main window says while nothing else is to be said.
-    static std::string IdleText() {
-        Settle();
-        return theApp.m_pMainWnd->GetBarHost()->findChild<QStatusBar*>()->findChild<QLabel*>()->text().toStdString();
-    }
 
     // The item of the view's own menu, as the menu shows it; opened by the pointer or by its key.
     QAction* MenuItemOf(QContextMenuEvent::Reason reason) {
@@ -191,10 +183,10 @@ TEST_F(ToleranceTest, TheBoxHasItsButtonsAndItsCheckBox) {
 TEST_F(ToleranceTest, ThePictureThatOnlyTolerantRulesReadSaysSo) {
     m_answers.m_nextAnswer.nButton = IDYES;
     ASSERT_TRUE(OpenFile(Psd({}), "sound.psd"));
-    EXPECT_EQ(IdleText(), "Ready");
+    EXPECT_EQ(MainPane(), "Ready");
     EXPECT_EQ(MenuState(), "grey");
     ASSERT_TRUE(OpenFile(Padded(), "padded.psd"));
-    EXPECT_EQ(IdleText(), "Read tolerantly: padded layer information");
+    EXPECT_EQ(MainPane(), "Read tolerantly: padded layer information");
     EXPECT_EQ(MenuState(), "grey, checked");
 }
 
@@ -202,11 +194,11 @@ TEST_F(ToleranceTest, TheMenuReadsAnIffFileUnderTheOtherRulesForAllItsWindows) {
     ASSERT_TRUE(OpenFile(PaddedRows()));
     Press(Frame().m_wndChannelCombo, Qt::Key_Down);
     theApp.m_pMainWnd->OnCmdMsg(ID_WINDOW_NEW, CN_COMMAND, nullptr);
-    EXPECT_EQ(IdleText(), "padded plane rows: right-click to read tolerantly");
+    EXPECT_EQ(MainPane(), "padded plane rows: right-click to read tolerantly");
     EXPECT_EQ(ShownRows(), "#.") << "the second row is the first one's padding";
     EXPECT_EQ(MenuState(), "enabled");
     ReadOtherwise();
-    EXPECT_EQ(IdleText(), "Read tolerantly: padded plane rows");
+    EXPECT_EQ(MainPane(), "Read tolerantly: padded plane rows");
     EXPECT_EQ(ShownRows(), "##");
     EXPECT_EQ(MenuState(), "enabled, checked");
     auto& other = static_cast<CChildFrame&>(*theApp.m_pMainWnd->GetChildren().front());

@@ -81,6 +81,12 @@ inline void Press(const CComboBox& list, Qt::Key key) { QTest::keyClick(&ListOf(
 // Of a bar's first pane, as it shows.
 inline std::string PaneText(const CWnd& bar) { return bar.GetWidget()->findChild<QLabel*>()->text().toStdString(); }
 
+// What the main window's message pane says.
+inline std::string MainPane() {
+    Settle();
+    return PaneText(*Main().GetControlBar(ID_VIEW_STATUS_BAR));
+}
+
 // The item of a command as its menu shows it now; none where no menu has it.
 inline QAction* MenuItem(u32 nID) {
     for (const QAction* const title : Main().GetBarHost()->menuBar()->actions()) {

@@ -119,6 +119,8 @@ int CMDIFrameWnd::OnCreate(const CCreateContext&) {
 }
 
 std::string CMDIFrameWnd::GetIdleMessage() const {
+    const std::string pointed = AfxGetPointerMessage();
+    if (!pointed.empty()) return pointed;
     const CMDIChildWnd* const child = MDIGetActive();
     const std::string message = child ? child->GetActiveView()->GetIdleMessage() : "";
     return message.empty() ? CFrameWnd::GetIdleMessage() : message;

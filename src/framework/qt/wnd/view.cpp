@@ -7,8 +7,10 @@
 #include "framework/qt/wnd/menu_bar.h"
 
 #include <QContextMenuEvent>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWheelEvent>
 #include <QWidget>
 
@@ -16,13 +18,25 @@
 
 namespace {
 
+// Where the pointer was last seen over a view. What has moved under it since then, as windows do that scroll,
+// has told nobody of it.
+struct SeenPointer {
+    QPointer<QWidget> window;  // none where it has left the view
+    QPoint place;              // on the screen
+};
+
+SeenPointer g_pointer;
+
 class ViewWidget final : public QWidget {
   public:
     explicit ViewWidget(CView& view) : m_view(view) {
         setBackgroundRole(QPalette::Base);
         setAutoFillBackground(true);
         setFocusPolicy(Qt::StrongFocus);
+        setMouseTracking(true);
     }
+
+    const CView& GetView() const { return m_view; }
 
   protected:
     void paintEvent(QPaintEvent* pEvent) override {
@@ -36,6 +50,21 @@ class ViewWidget final : public QWidget {
     void contextMenuEvent(QContextMenuEvent* pEvent) override {
         const MenuResource* const menu = AfxFindMenu(m_view.GetContextMenu());
         if (menu) AfxTrackPopupMenu(*this, *menu, pEvent->globalPos(), *m_view.GetParent());
+    }
+
+    void enterEvent(QEnterEvent* pEvent) override {
+        g_pointer = {window(), pEvent->globalPosition().toPoint()};
+        QWidget::enterEvent(pEvent);
+    }
+
+    void leaveEvent(QEvent* pEvent) override {
+        g_pointer = {};
+        QWidget::leaveEvent(pEvent);
+    }
+
+    void mouseMoveEvent(QMouseEvent* pEvent) override {
+        g_pointer = {window(), pEvent->globalPosition().toPoint()};
+        QWidget::mouseMoveEvent(pEvent);
     }
 
     // Fine wheels send parts of a notch. Without the Control key the wheel is the area's.
@@ -67,6 +96,16 @@ class ViewWidget final : public QWidget {
 };
 
 }  // namespace
+
+std::string AfxGetPointerMessage() {
+    const QWidget* const window = g_pointer.window;
+    if (!window) return {};
+    const QWidget* const under = window->childAt(window->mapFromGlobal(g_pointer.place));
+    const auto* const view = dynamic_cast<const ViewWidget*>(under);
+    if (!view) return {};
+    const QPoint place = view->mapFromGlobal(g_pointer.place);
+    return view->GetView().GetPointerMessage({place.x(), place.y()});
+}
 
 CView::~CView() {
     if (m_pDocument) m_pDocument->RemoveView(this);

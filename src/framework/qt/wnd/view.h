@@ -43,6 +43,9 @@ class CView : public CWnd, public CPrintable {
     // What the main window says of it while nothing else is to be said; empty for the program's own message.
     virtual std::string GetIdleMessage() const { return {}; }
 
+    // The same while the pointer is over a point of the client area, in place of it; empty for nothing.
+    virtual std::string GetPointerMessage(const CPoint& /*point*/) const { return {}; }
+
     // The id of the menu that a right click, or its key, opens; 0 for none.
     virtual u32 GetContextMenu() const { return 0; }
 
@@ -92,3 +95,6 @@ class CView : public CWnd, public CPrintable {
     CViewPlace* m_pPlace = nullptr;
     bool m_bDrawFailed = false;
 };
+
+// What the view has to say that the pointer is over; empty where it is over none, or the view says nothing.
+std::string AfxGetPointerMessage();
