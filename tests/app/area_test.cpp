@@ -170,6 +170,58 @@ TEST_F(AreaTest, ArrangedIconsComeIntoViewWhereverTheAreaIsScrolledTo) {
     EXPECT_EQ(Main().MDIGetActive(), &Frame());
 }
 
+// In the window's own pixels; the one that is grabbed stays under the pointer.
+TEST_F(AreaTest, AViewThatIsHeldAndDraggedScrollsTheArea) {
+    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    Window(0).move(0, 0);
+    QWidget& view = *View().GetWidget();
+    const auto send = [&](QEvent::Type type, const QPoint& place, Qt::MouseButtons buttons, Qt::MouseButton button) {
+        QMouseEvent event(type, view.mapFromGlobal(place), place, button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(&view, &event);
+    };
+    const QPoint start = Area().mapToGlobal(QPoint(300, 300));
+    const auto press = [&](Qt::MouseButton button) { send(QEvent::MouseButtonPress, start, button, button); };
+    const auto move = [&](int x, int y) {
+        send(QEvent::MouseMove, start + QPoint(x, y), Qt::LeftButton, Qt::NoButton);
+        return Scrolled();
+    };
+    const auto release = [&] { send(QEvent::MouseButtonRelease, start, Qt::NoButton, Qt::LeftButton); };
+
+    press(Qt::LeftButton);
+    EXPECT_EQ(move(-100, -50), QPoint(0, 0)) << "all of it shows";
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    release();
+
+    View().FitFrameToImage(32.0f);
+    ScrollTo(500, 400);
+    const int threshold = QApplication::startDragDistance();
+    press(Qt::RightButton);
+    EXPECT_EQ(move(-100, -50), QPoint(500, 400)) << "the other button";
+    press(Qt::LeftButton);
+    EXPECT_EQ(move(threshold - 1, 0), QPoint(500, 400)) << "a click that trembles";
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(move(-threshold, 0), QPoint(500 + threshold, 400));
+    EXPECT_EQ(view.cursor().shape(), Qt::ClosedHandCursor);
+    EXPECT_EQ(move(-100, 50), QPoint(600, 350));
+    EXPECT_EQ(move(0, 900), QPoint(500, 0)) << "no further than the area goes";
+    EXPECT_EQ(move(3, 2), QPoint(497, 398)) << "and it is where it was grabbed again";
+    release();
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(move(-100, -50), QPoint(497, 398));
+
+    press(Qt::LeftButton);
+    move(-100, 0);
+    send(QEvent::MouseMove, start, Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor) << "let go where nobody told of it";
+    Area().verticalScrollBar()->setValue(0);
+    View().FitFrameToImage(1.0f);
+    Frame().MoveWindow({0, 0, 200, Area().viewport()->height() + 1});
+    press(Qt::LeftButton);
+    move(0, -50);
+    EXPECT_EQ(view.cursor().shape(), Qt::ClosedHandCursor) << "one side is enough";
+    release();
+}
+
 TEST_F(AreaTest, TheWindowMenuListsNineWindowsAndADialogAllOfThem) {
     for (int i = 1; i <= 11; ++i) {
         ASSERT_TRUE(OpenFile(Picture(20, 20), std::to_string(i) + ".iff"));

@@ -4,6 +4,7 @@
 #include "framework/core/runtime_class.h"
 #include "framework/qt/wnd/control_bar.h"
 #include "framework/qt/wnd/view.h"
+#include "framework/qt/wnd/view_place.h"
 
 #include <memory>
 

@@ -4,7 +4,9 @@
 #include "framework/core/guarded_call.h"
 #include "framework/qt/kit/report_later.h"
 #include "framework/qt/wnd/dc.h"
+#include "framework/qt/wnd/hold_drag.h"
 #include "framework/qt/wnd/menu_bar.h"
+#include "framework/qt/wnd/view_place.h"
 
 #include <QContextMenuEvent>
 #include <QMouseEvent>
@@ -29,7 +31,7 @@ SeenPointer g_pointer;
 
 class ViewWidget final : public QWidget {
   public:
-    explicit ViewWidget(CView& view) : m_view(view) {
+    ViewWidget(CView& view, CViewPlace& place) : m_view(view), m_drag(*this, place) {
         setBackgroundRole(QPalette::Base);
         setAutoFillBackground(true);
         setFocusPolicy(Qt::StrongFocus);
@@ -62,9 +64,20 @@ class ViewWidget final : public QWidget {
         QWidget::leaveEvent(pEvent);
     }
 
+    void mousePressEvent(QMouseEvent* pEvent) override {
+        m_drag.OnPress(*pEvent);
+        if (!m_drag.IsHeld()) QWidget::mousePressEvent(pEvent);
+    }
+
     void mouseMoveEvent(QMouseEvent* pEvent) override {
         g_pointer = {window(), pEvent->globalPosition().toPoint()};
-        QWidget::mouseMoveEvent(pEvent);
+        m_drag.OnMove(*pEvent);
+        if (!m_drag.IsHeld()) QWidget::mouseMoveEvent(pEvent);
+    }
+
+    void mouseReleaseEvent(QMouseEvent* pEvent) override {
+        m_drag.OnRelease(*pEvent);
+        QWidget::mouseReleaseEvent(pEvent);
     }
 
     // Fine wheels send parts of a notch. Without the Control key the wheel is the area's.
@@ -92,6 +105,7 @@ class ViewWidget final : public QWidget {
     }
 
     CView& m_view;
+    CHoldDrag m_drag;
     int m_nWheel = 0;  // eighths of a degree that make no whole notch yet
 };
 
@@ -112,7 +126,7 @@ CView::~CView() {
 }
 
 void CView::Create(CWnd& frame, CViewPlace& place, std::shared_ptr<CDocument> document) {
-    Attach(new ViewWidget(*this), &frame);
+    Attach(new ViewWidget(*this, place), &frame);
     m_pPlace = &place;
     SetDocument(std::move(document));
 }

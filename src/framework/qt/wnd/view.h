@@ -8,22 +8,7 @@
 
 class CDC;
 class CDocument;
-
-// What a view asks of the frame around it.
-class CViewPlace {
-  public:
-    virtual ~CViewPlace() = default;
-
-    // The size that the frame leaves to its view: its own less what borders and bars take. Negative where
-    // these alone do not find room.
-    virtual CSize GetViewSize() = 0;
-
-    // Whether there is more of the frame than what surrounds it shows at a time.
-    virtual bool IsLargerThanArea() const { return false; }
-
-    // Moves what is shown of a frame that is, by so many pixels or as far as it goes.
-    virtual void ScrollArea(const CSize& /*distance*/) {}
-};
+class CViewPlace;
 
 class CView : public CWnd, public CPrintable {
   public:
@@ -81,8 +66,6 @@ class CView : public CWnd, public CPrintable {
     bool VisitTargets(const Visitor& visit) override;
 
   protected:
-    CViewPlace& GetPlace() const { return *m_pPlace; }
-
     bool DoPreparePrinting(CPrintInfo* pInfo);
 
     // For the message map of a view that prints.
