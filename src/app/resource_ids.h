@@ -21,6 +21,8 @@ constexpr u32 ID_READ_TOLERANTLY = 32774;
 constexpr u32 ID_ZOOM_IN = 32775;
 constexpr u32 ID_ZOOM_OUT = 32776;
 constexpr u32 ID_ACTUAL_SIZE = 32777;
+constexpr u32 ID_RELOAD = 32778;
+constexpr u32 ID_FILE_CHANGED = 32779;  // told, never chosen: a file is another one than was read
 
 // Panes, bars and controls.
 constexpr u32 ID_INDICATOR_INFO = 101;

@@ -34,6 +34,9 @@ CVistrelApp::CVistrelApp() {
 const MessageMap& CVistrelApp::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
         OnCommand<&CVistrelApp::OnAppAbout>(ID_APP_ABOUT),
+        OnCommand<&CVistrelApp::OnReload>(ID_RELOAD),
+        OnUpdateCommandUi<&CVistrelApp::OnUpdateReload>(ID_RELOAD),
+        OnCommand<&CVistrelApp::OnFileChanged>(ID_FILE_CHANGED),
     };
     static const MessageMap map = {&CWinApp::GetMessageMap(), entries};
     return map;
@@ -59,6 +62,11 @@ bool CVistrelApp::AskForConsent(const std::vector<std::shared_ptr<CDocument>>& d
     if (answer.bChecked && !WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, yes ? "always" : "never"))
         AfxMessageBox("The settings could not be written. The answer counts until the program ends.");
     return yes;
+}
+
+CVistrelView* CVistrelApp::GetActiveView() const {
+    const CMDIChildWnd* const child = m_pMainWnd->MDIGetActive();
+    return child ? dynamic_cast<CVistrelView*>(child->GetActiveView()) : nullptr;
 }
 
 void CVistrelApp::OnAppAbout() {

@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+class CVistrelView;
+
 class CVistrelApp : public CWinApp {
   public:
     CVistrelApp();
@@ -22,5 +24,13 @@ class CVistrelApp : public CWinApp {
 
   private:
     Tolerance GetTolerance() const;
+    CVistrelView* GetActiveView() const;  // null without any
+
+    // Where the file cannot be read, or is not to be shown, the document stays, and the user has been told.
+    void Reload(CVistrelView& view);
+
     void OnAppAbout();
+    void OnReload();
+    void OnUpdateReload(CCmdUI* pUi);
+    void OnFileChanged();
 };

@@ -45,10 +45,10 @@ CChildFrame* CVistrelView::GetFrame() const {
 }
 
 void CVistrelView::OnInitialUpdate() {
-    CChildFrame* const frame = GetFrame();
-    FillList(frame->m_wndLayerCombo, LayerNames(GetDoc()), 0);
-    BuildChannelList(frame);
+    FillLayerList(LayerNames(GetDoc()), 0);
+    BuildChannelList(GetFrame());
     NotePassedOver();
+    WatchFile();
     CView::OnInitialUpdate();
     if (m_bValid) FitFrameToImage(1.0f);
 }
@@ -61,9 +61,16 @@ void CVistrelView::LeaveEmpty() {
     Invalidate();
 }
 
-void CVistrelView::BuildChannelList(CChildFrame* pFrame, u32 nChannel) {
+void CVistrelView::FillLayerList(const std::vector<std::string>& names, u32 nSelected) {
+    m_layerNames = names;
+    FillList(GetFrame()->m_wndLayerCombo, names, nSelected);
+}
+
+void CVistrelView::BuildChannelList(CChildFrame* pFrame, const ListEntry& channel) {
     try {
-        FillList(pFrame->m_wndChannelCombo, ChooseLayer(GetDoc(), pFrame->GetSelection().nLayer), nChannel);
+        m_channelNames = ChooseLayer(GetDoc(), pFrame->GetSelection().nLayer);
+        const u32 selected = FindAgain(channel, m_channelNames).value_or(0);
+        FillList(pFrame->m_wndChannelCombo, m_channelNames, selected);
         m_selection = pFrame->GetSelection();
     } catch (...) {
         LeaveEmpty();
@@ -99,6 +106,7 @@ void CVistrelView::NotePassedOver() {
 }
 
 std::string CVistrelView::GetIdleMessage() const {
+    if (HasFileChanged()) return GetDoc().GetTitle() + " has changed; F5 reads it again";
     if (m_strPassedOver.empty()) return {};
     return GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
                                        : m_strPassedOver + ": right-click to read tolerantly";

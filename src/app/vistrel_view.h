@@ -2,14 +2,18 @@
 // picture made, stretches it over its client area and fits the frame to it.
 #pragma once
 
+#include "app/choice_list.h"
 #include "display/display_image.h"
 #include "framework/qt/wnd/view.h"
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 class CChildFrame;
 class CVistrelDoc;
+class FileWatch;
 
 class CVistrelView : public CView, public DisplayImage {
   public:
@@ -24,7 +28,7 @@ class CVistrelView : public CView, public DisplayImage {
 
     // Refills the Channel list for the selected layer, selects the channel or, where there is none such, the
     // first one, and makes the picture choice.
-    void BuildChannelList(CChildFrame* pFrame, u32 nChannel = 0);
+    void BuildChannelList(CChildFrame* pFrame, const ListEntry& channel = {});
 
     void OnLayerChanged(CChildFrame* pFrame);
     void OnChannelChanged(CChildFrame* pFrame);
@@ -32,6 +36,16 @@ class CVistrelView : public CView, public DisplayImage {
     // Resizes the frame so that the client area takes the picture's size times the scale. The frame keeps its
     // place; one that is maximised or minimised is restored first.
     void FitFrameToImage(float fScale);
+
+    const CVistrelDoc& GetDoc() const;
+
+    // Takes what was read from the same file once more in place of the document, in all of its windows. Each
+    // keeps its layer, its channel and its scale where they still exist.
+    void Reload(const std::shared_ptr<CVistrelDoc>& document);
+
+    // Whether the file is another one than was read; and the same once for each change.
+    bool HasFileChanged() const;
+    bool TakeFileNews();
 
   protected:
     const MessageMap& GetMessageMap() const override;
@@ -49,15 +63,24 @@ class CVistrelView : public CView, public DisplayImage {
     void OnReadTolerantly();
     void OnUpdateReadTolerantly(CCmdUI* pUi);
 
-    const CVistrelDoc& GetDoc() const;
     CChildFrame* GetFrame() const;
+    void FillLayerList(const std::vector<std::string>& names, u32 nSelected);
     void LeaveEmpty();
     float PictureScale() const;
     void NotePassedOver();
 
-    // The document is another one, of the same file. Only the frame of the active view may be restored, or
-    // the area scrolled to it: the others stay as they stand.
+    void WatchFile();
+
+    // Puts another reading of the file in place of the document and has each of its windows show it. A window
+    // that cannot keeps none of the others from it.
+    void ReplaceDocument(const std::shared_ptr<CVistrelDoc>& document,
+                         const std::function<void(CVistrelView&)>& show);
+
+    // The document is another one: fills the lists, selects the entries that are still there and makes the
+    // picture. Whether it has another size than the one before.
+    bool ShowOtherDocument(const ListEntry& layer, const ListEntry& channel);
     void ShowOtherReading(bool bActive);
+    void ShowReload();
 
     // Whether the picture can be shown at a scale so many steps further.
     bool CanZoomBy(int nSteps) const;
@@ -65,6 +88,12 @@ class CVistrelView : public CView, public DisplayImage {
     // The frame stands for itself: it is neither maximised nor minimised.
     void SizeFrameToImage(float fScale);
 
-    Selection m_selection;        // that is on show
-    std::string m_strPassedOver;  // in the document, by the tolerant rules
+    // Likewise, unless it is one of the two; then it stays as it is.
+    void SizeFreeFrame(float fScale);
+
+    Selection m_selection;                    // that is on show
+    std::vector<std::string> m_layerNames;    // of the entries of the two lists
+    std::vector<std::string> m_channelNames;  // likewise
+    std::string m_strPassedOver;              // in the document, by the tolerant rules
+    std::shared_ptr<FileWatch> m_pWatch;      // of the document's file
 };

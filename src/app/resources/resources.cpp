@@ -26,6 +26,7 @@ constexpr StringResource STRINGS[] = {
     {ID_ZOOM_IN, "Show the picture at the next larger scale\nZoom In"},
     {ID_ZOOM_OUT, "Show the picture at the next smaller scale\nZoom Out"},
     {ID_ACTUAL_SIZE, "Show each pixel of the picture as one of the screen\nActual Size"},
+    {ID_RELOAD, "Read the file again\nReload"},
     {ID_READ_TOLERANTLY,
      "Read the file again and pass over what breaks the rules of its format\nRead Tolerantly"},
     {ID_FILE_NEW, "Create a new document\nNew"},
@@ -168,6 +169,7 @@ constexpr MenuItemResource WINDOW_ITEMS[] = {
 constexpr MenuItemResource VIEW_MENU_ITEMS[] = {
     {ID_ZOOM_IN, "Zoom &In\tCtrl++"},         {ID_ZOOM_OUT, "Zoom &Out\tCtrl+-"},
     {ID_ACTUAL_SIZE, "&Actual Size\tCtrl+0"}, SEPARATOR,
+    {ID_RELOAD, "Re&load\tF5"},
     {ID_READ_TOLERANTLY, "&Read Tolerantly"},
 };
 
@@ -198,6 +200,7 @@ constexpr AcceleratorResource VIEW_KEYS[] = {
     {ID_ZOOM_IN, "Ctrl++"},
     {ID_ZOOM_OUT, "Ctrl+-"},
     {ID_ACTUAL_SIZE, "Ctrl+0"},
+    {ID_RELOAD, "F5"},
 };
 
 constexpr AcceleratorTable ACCELERATORS[] = {

@@ -14,20 +14,20 @@ bool CDocument::OnNewDocument() {
     return true;
 }
 
-bool CDocument::OnOpenDocument(const std::string& strPathName) {
+std::optional<std::string> CDocument::ReadFile(const std::string& strPathName) {
     const auto refuse = [&](const std::string& strReason) {
         DeleteContents();
-        AfxMessageBox("\"" + strPathName + "\" was not opened. " + strReason + ".");
-        return false;
+        return strReason;
     };
     try {
         CRegularFile file(strPathName);
         CArchive archive(&file, CArchive::load);
         archive.m_strFileName = strPathName;
         DeleteContents();
+        m_stamp = file.GetStamp();
         Serialize(archive);
         SetModifiedFlag(false);
-        return true;
+        return std::nullopt;
     } catch (const CMemoryException& exception) {
         return refuse(AfxMemoryText(exception).data());
     } catch (const CArchiveException& exception) {
@@ -36,6 +36,12 @@ bool CDocument::OnOpenDocument(const std::string& strPathName) {
     } catch (const std::exception& exception) {
         return refuse(exception.what());
     }
+}
+
+bool CDocument::OnOpenDocument(const std::string& strPathName) {
+    const std::optional<std::string> refusal = ReadFile(strPathName);
+    if (refusal) AfxMessageBox("\"" + strPathName + "\" was not opened. " + *refusal + ".");
+    return !refusal;
 }
 
 void CDocument::Serialize(CArchive&) {}

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "framework/core/cmd_target.h"
+#include "framework/core/file_stamp.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +17,11 @@ class CDocument : public CCmdTarget {
 
     virtual bool OnNewDocument();
 
-    // Reads the file through Serialize. What leaves it as an exception is reported to the user, after a call
-    // of DeleteContents; false then.
+    // Reads the file through Serialize. What leaves it as an exception is why it was not opened, in a
+    // sentence without its full stop, after a call of DeleteContents; nothing where the file was read.
+    std::optional<std::string> ReadFile(const std::string& strPathName);
+
+    // The same, but reports to the user why a file was not opened; false then.
     virtual bool OnOpenDocument(const std::string& strPathName);
 
     virtual void Serialize(CArchive& archive);
@@ -37,6 +42,9 @@ class CDocument : public CCmdTarget {
     const std::string& GetTitle() const { return m_strTitle; }
     void SetPathName(const std::string& strPathName);
 
+    // Of the file, as it was read last.
+    const FileStamp& GetStamp() const { return m_stamp; }
+
     // Views are borrowed; each adds itself when it is made and takes itself out before it goes.
     void AddView(CView* pView) { m_views.push_back(pView); }
     void RemoveView(CView* pView) { std::erase(m_views, pView); }
@@ -45,6 +53,7 @@ class CDocument : public CCmdTarget {
   private:
     std::string m_strPathName;
     std::string m_strTitle;
+    FileStamp m_stamp;
     std::vector<CView*> m_views;
     bool m_bModified = false;
 };

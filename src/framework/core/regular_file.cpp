@@ -47,7 +47,8 @@ CRegularFile::CRegularFile(const std::string& strPath) {
     try {
         if (Uninterrupted([&] { return fstat(m_nDescriptor, &status); }) != 0) throw CFileException(errno);
         RefuseUnlessRegular(status);
-        m_nLength = static_cast<u64>(status.st_size);
+        m_stamp = ToFileStamp(status);
+        m_nLength = m_stamp.nSize;
         m_pWindow = std::make_unique_for_overwrite<u8[]>(std::min<u64>(m_nLength, WINDOW_SIZE));
     } catch (...) {
         close(m_nDescriptor);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "framework/core/file.h"
+#include "framework/core/file_stamp.h"
 
 #include <functional>
 #include <memory>
@@ -29,6 +30,9 @@ class CRegularFile final : public CFile {
     explicit CRegularFile(const std::string& strPath);
     ~CRegularFile() override;
 
+    // As it was when the file was opened.
+    const FileStamp& GetStamp() const { return m_stamp; }
+
     u64 GetLength() const override { return m_nLength; }
     u64 Seek(i64 nOffset, SeekFrom from) override;
     u32 Read(void* pData, u32 nCount) override;
@@ -46,6 +50,7 @@ class CRegularFile final : public CFile {
     void FillWindow();
 
     int m_nDescriptor = -1;
+    FileStamp m_stamp;
     u64 m_nLength = 0;    // as it was when the file was opened
     u64 m_nPosition = 0;  // where the next byte is read
     std::unique_ptr<u8[]> m_pWindow;
