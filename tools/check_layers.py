@@ -29,7 +29,7 @@ ARROWS = {
     "psd": ["iff/byte_stream.h", "kernels", "reading"],
     "document": ["framework/core", "iff", "psd", "reading"],
     "display": ["document", "chunks", "iff", "kernels", "psd", "reading", "framework/core"],
-    "app": CORE + ["framework/qt/kit/file_watch.h", "framework/qt/wnd", "framework/qt/program"],
+    "app": CORE + ["framework/qt/kit/file_watch.h", "framework/qt/kit/natural_order.h", "framework/qt/wnd", "framework/qt/program"],
 }
 
 UNITS = ["src/framework/qt/"]

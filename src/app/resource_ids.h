@@ -22,6 +22,8 @@ constexpr u32 ID_ZOOM_IN = 32775;
 constexpr u32 ID_ZOOM_OUT = 32776;
 constexpr u32 ID_ACTUAL_SIZE = 32777;
 constexpr u32 ID_RELOAD = 32778;
+constexpr u32 ID_NEXT_FILE = 32780;
+constexpr u32 ID_PREVIOUS_FILE = 32781;
 constexpr u32 ID_FILE_CHANGED = 32779;  // told, never chosen: a file is another one than was read
 
 // Panes, bars and controls.

@@ -105,6 +105,16 @@ void CVistrelView::ShowReload() {
     SizeFreeFrame(isSameLayer ? m_fScale : PictureScale());
 }
 
+void CVistrelView::ShowFromTheStart() {
+    CChildFrame* const frame = GetFrame();
+    const bool isZoomed = frame->IsZoomed();
+    ShowOtherDocument({}, {});
+    if (!m_bValid) return;
+    // Its own size is that of the picture, too, for when it is restored.
+    FitFrameToImage(1.0f);
+    if (isZoomed) frame->MDIMaximize();
+}
+
 void CVistrelView::SizeFreeFrame(float fScale) {
     if (!GetFrame()->IsZoomed() && !GetFrame()->IsIconic()) SizeFrameToImage(fScale);
 }

@@ -34,6 +34,10 @@ CVistrelApp::CVistrelApp() {
 const MessageMap& CVistrelApp::GetMessageMap() const {
     static constexpr MessageEntry entries[] = {
         OnCommand<&CVistrelApp::OnAppAbout>(ID_APP_ABOUT),
+        OnCommand<&CVistrelApp::OnNextFile>(ID_NEXT_FILE),
+        OnUpdateCommandUi<&CVistrelApp::OnUpdateNextFile>(ID_NEXT_FILE),
+        OnCommand<&CVistrelApp::OnPreviousFile>(ID_PREVIOUS_FILE),
+        OnUpdateCommandUi<&CVistrelApp::OnUpdatePreviousFile>(ID_PREVIOUS_FILE),
         OnCommand<&CVistrelApp::OnReload>(ID_RELOAD),
         OnUpdateCommandUi<&CVistrelApp::OnUpdateReload>(ID_RELOAD),
         OnCommand<&CVistrelApp::OnFileChanged>(ID_FILE_CHANGED),

@@ -9,6 +9,7 @@
 #include <vector>
 
 class CVistrelView;
+class Neighbours;
 
 class CVistrelApp : public CWinApp {
   public:
@@ -29,7 +30,17 @@ class CVistrelApp : public CWinApp {
     // Where the file cannot be read, or is not to be shown, the document stays, and the user has been told.
     void Reload(CVistrelView& view);
 
+    Neighbours NeighboursOf(const CVistrelView& view) const;
+
+    // Whether there is another file after or before the active one in its folder, and going to it.
+    bool CanGo(bool bAfter) const;
+    void Go(bool bAfter);
+
     void OnAppAbout();
+    void OnNextFile();
+    void OnUpdateNextFile(CCmdUI* pUi);
+    void OnPreviousFile();
+    void OnUpdatePreviousFile(CCmdUI* pUi);
     void OnReload();
     void OnUpdateReload(CCmdUI* pUi);
     void OnFileChanged();

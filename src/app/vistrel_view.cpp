@@ -107,6 +107,7 @@ void CVistrelView::NotePassedOver() {
 
 std::string CVistrelView::GetIdleMessage() const {
     if (HasFileChanged()) return GetDoc().GetTitle() + " has changed; F5 reads it again";
+    if (!m_strFolderPlace.empty()) return m_strFolderPlace;
     if (m_strPassedOver.empty()) return {};
     return GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
                                        : m_strPassedOver + ": right-click to read tolerantly";

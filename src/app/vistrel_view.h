@@ -43,6 +43,13 @@ class CVistrelView : public CView, public DisplayImage {
     // keeps its layer, its channel and its scale where they still exist.
     void Reload(const std::shared_ptr<CVistrelDoc>& document);
 
+    // The document is another one, and is shown as one that was just opened. A frame that is maximised stays
+    // so.
+    void ShowFromTheStart();
+
+    // Which file of its folder the document is; empty where nobody has gone through the folder.
+    void SetFolderPlace(const std::string& strPlace) { m_strFolderPlace = strPlace; }
+
     // Whether the file is another one than was read; and the same once for each change.
     bool HasFileChanged() const;
     bool TakeFileNews();
@@ -95,5 +102,6 @@ class CVistrelView : public CView, public DisplayImage {
     std::vector<std::string> m_layerNames;    // of the entries of the two lists
     std::vector<std::string> m_channelNames;  // likewise
     std::string m_strPassedOver;              // in the document, by the tolerant rules
-    std::shared_ptr<FileWatch> m_pWatch;      // of the document's file
+    std::string m_strFolderPlace;
+    std::shared_ptr<FileWatch> m_pWatch;  // of the document's file
 };

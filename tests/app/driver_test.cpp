@@ -3,6 +3,7 @@
 //   driver_test [STEPS [SEED]]  1,000 steps, or 20,000 where VISTREL_LONG is set
 
 #include "framework/core/document.h"
+#include "framework/qt/wnd/menu_bar.h"
 #include "support/private_home.h"
 #include "support/psd_builder.h"
 #include "support/random.h"
@@ -66,6 +67,7 @@ class Driver final : public Answers {
             {"command", &Driver::SomeCommand},
             {"another command", &Driver::SomeCommand},
             {"read otherwise", &Driver::ReadOtherwise},
+            {"view command", &Driver::ViewCommand},
             {"float or dock", &Driver::FloatOrDock},
             {"another state", &Driver::ChangeState},
             {"activate", &Driver::Activate},
@@ -197,6 +199,13 @@ class Driver final : public Answers {
         CChildFrame* const frame = SomeFrame();
         if (frame && frame->GetActiveView()->GetDocument()->GetPathName() == m_files.readEitherWay)
             frame->OnCmdMsg(ID_READ_TOLERANTLY, CN_COMMAND, nullptr);
+    }
+
+    void ViewCommand() {
+        constexpr u32 IDS[] = {ID_ZOOM_IN, ID_ZOOM_OUT, ID_ACTUAL_SIZE, ID_RELOAD, ID_NEXT_FILE, ID_PREVIOUS_FILE};
+        const u32 id = IDS[m_random.Below(std::size(IDS))];
+        std::printf("%u\n", id);
+        if (AfxIsCommandEnabled(Main(), id)) Command(id);
     }
 
     void FloatOrDock() {

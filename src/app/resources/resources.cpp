@@ -27,6 +27,8 @@ constexpr StringResource STRINGS[] = {
     {ID_ZOOM_OUT, "Show the picture at the next smaller scale\nZoom Out"},
     {ID_ACTUAL_SIZE, "Show each pixel of the picture as one of the screen\nActual Size"},
     {ID_RELOAD, "Read the file again\nReload"},
+    {ID_NEXT_FILE, "Show the next file of the folder in this window\nNext"},
+    {ID_PREVIOUS_FILE, "Show the previous file of the folder in this window\nPrevious"},
     {ID_READ_TOLERANTLY,
      "Read the file again and pass over what breaks the rules of its format\nRead Tolerantly"},
     {ID_FILE_NEW, "Create a new document\nNew"},
@@ -170,6 +172,8 @@ constexpr MenuItemResource VIEW_MENU_ITEMS[] = {
     {ID_ZOOM_IN, "Zoom &In\tCtrl++"},         {ID_ZOOM_OUT, "Zoom &Out\tCtrl+-"},
     {ID_ACTUAL_SIZE, "&Actual Size\tCtrl+0"}, SEPARATOR,
     {ID_RELOAD, "Re&load\tF5"},
+    {ID_NEXT_FILE, "&Next\tCtrl+Page Down"},
+    {ID_PREVIOUS_FILE, "&Previous\tCtrl+Page Up"},
     {ID_READ_TOLERANTLY, "&Read Tolerantly"},
 };
 
@@ -201,6 +205,8 @@ constexpr AcceleratorResource VIEW_KEYS[] = {
     {ID_ZOOM_OUT, "Ctrl+-"},
     {ID_ACTUAL_SIZE, "Ctrl+0"},
     {ID_RELOAD, "F5"},
+    {ID_NEXT_FILE, "Ctrl+Page Down"},
+    {ID_PREVIOUS_FILE, "Ctrl+Page Up"},
 };
 
 constexpr AcceleratorTable ACCELERATORS[] = {

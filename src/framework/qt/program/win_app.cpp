@@ -230,6 +230,10 @@ const CMultiDocTemplate& CWinApp::TemplateFor(const std::string& strPath) const 
     return *chosen;
 }
 
+bool CWinApp::HasTemplateFor(const std::string& strPath) const {
+    return std::ranges::any_of(m_templates, [&](const auto& kind) { return kind->MatchDocType(strPath); });
+}
+
 std::vector<CDocument*> CWinApp::Show(const std::vector<ReadDocument>& documents) {
     std::vector<CDocument*> shown;
     for (const ReadDocument& one : documents) {

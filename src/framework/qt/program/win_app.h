@@ -116,6 +116,13 @@ class CWinApp : public CCmdTarget {
     // Whether documents that were read, and need consent, are shown.
     virtual bool AskForConsent(const std::vector<std::shared_ptr<CDocument>>&) { return true; }
 
+    // Of the file's extension, or the first one where it has none; and whether there is one for it.
+    const CMultiDocTemplate& TemplateFor(const std::string& strPath) const;
+    bool HasTemplateFor(const std::string& strPath) const;
+
+    // The first child that shows the file; null for none.
+    CMDIChildWnd* FindOpen(const std::string& strPathName) const;
+
     CCommandLineInfo m_commandLine;
 
   private:
@@ -124,9 +131,7 @@ class CWinApp : public CCmdTarget {
         const CMultiDocTemplate* pTemplate;
     };
 
-    const CMultiDocTemplate& TemplateFor(const std::string& strPath) const;
     std::vector<CDocument*> Show(const std::vector<ReadDocument>& documents);
-    CMDIChildWnd* FindOpen(const std::string& strPathName) const;
     void OnUpdateRecentFile(CCmdUI* pUi);
     void OnOpenRecentFile(u32 nID);
     void WriteRecentFilesWhenSeen();

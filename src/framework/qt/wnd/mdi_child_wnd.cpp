@@ -97,12 +97,9 @@ constexpr QSize UNFITTED(400, 300);
 
 bool CMDIChildWnd::LoadFrame(CMDIClientWnd& area, u32 nIDResource, const CCreateContext& context) {
     m_pArea = &area;
-    m_pTemplate = context.pNewDocTemplate;
-    m_pMenu = AfxFindMenu(nIDResource);
     auto* const window = new SubWindow(*this, area);
     Attach(window, &area);
-    const QIcon icon = AfxLoadIcon(nIDResource);
-    window->setWindowIcon(icon.isNull() ? QApplication::windowIcon() : icon);
+    SetDocTemplate(nIDResource, *context.pNewDocTemplate);
     m_pBarHost = new QMainWindow;
     m_pBarHost->setAnimated(false);
     m_pBarHost->setContextMenuPolicy(Qt::NoContextMenu);
@@ -115,6 +112,13 @@ bool CMDIChildWnd::LoadFrame(CMDIClientWnd& area, u32 nIDResource, const CCreate
         area.NextCascadeStep() * window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
     window->setGeometry(QRect(QPoint(step, step), UNFITTED));
     return OnCreate(context) != -1;
+}
+
+void CMDIChildWnd::SetDocTemplate(u32 nIDResource, const CDocTemplate& kind) {
+    m_pTemplate = &kind;
+    m_pMenu = AfxFindMenu(nIDResource);
+    const QIcon icon = AfxLoadIcon(nIDResource);
+    GetSubWindow()->setWindowIcon(icon.isNull() ? QApplication::windowIcon() : icon);
 }
 
 const MessageMap& CMDIChildWnd::GetMessageMap() const {
@@ -177,6 +181,10 @@ bool CMDIChildWnd::IsIconic() const {
 
 void CMDIChildWnd::MDIRestore() {
     GetSubWindow()->showNormal();
+}
+
+void CMDIChildWnd::MDIMaximize() {
+    GetSubWindow()->showMaximized();
 }
 
 CSize CMDIChildWnd::GetViewSize() {

@@ -13,12 +13,16 @@ class CMDIChildWnd : public CFrameWnd {
     // False when OnCreate refuses.
     bool LoadFrame(CMDIClientWnd& area, u32 nIDResource, const CCreateContext& context);
 
+    // Its icon and its menu become those of this id, and further windows are of this kind.
+    void SetDocTemplate(u32 nIDResource, const CDocTemplate& kind);
+
     // Shows it in front of the others; a minimised one is restored.
     void ActivateFrame();
 
     bool IsZoomed() const;  // fills the whole area
     bool IsIconic() const;  // shows its caption only
     void MDIRestore();      // back to its own size
+    void MDIMaximize();
 
     // Scrolls the area until the caption is in view, or its beginning.
     void ScrollToCaption();

@@ -25,6 +25,9 @@ class CMDIFrameWnd : public CFrameWnd {
     void AddChild(std::unique_ptr<CMDIChildWnd> child);
     void DestroyChildren() { m_children.clear(); }
 
+    // Titles all children by their documents.
+    void UpdateFrameCounts();
+
     // Whether anything of it is on the screen.
     bool IsExposed() const;
 
@@ -58,7 +61,6 @@ class CMDIFrameWnd : public CFrameWnd {
     void AddWindowList(QMenu& menu);
     void FillWindowList(QMenu& menu);
     void ChooseWindow();
-    void UpdateFrameCounts();
     bool VisitAfterChild(const Visitor& visit);
     void DestroyChildLater(CMDIChildWnd& child);
     void UpdateFrameTitle();

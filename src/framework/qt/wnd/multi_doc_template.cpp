@@ -54,6 +54,13 @@ bool CMultiDocTemplate::ShowDocument(CMDIFrameWnd& mainFrame,
     return shown;
 }
 
+void CMultiDocTemplate::ReplaceDocument(CMDIFrameWnd& mainFrame, CMDIChildWnd& child,
+                                        const std::shared_ptr<CDocument>& document) const {
+    child.GetActiveView()->SetDocument(document);
+    child.SetDocTemplate(m_nIDResource, *this);
+    mainFrame.UpdateFrameCounts();
+}
+
 CMDIChildWnd* CMultiDocTemplate::CreateNewFrame(CMDIFrameWnd& mainFrame,
                                                 const std::shared_ptr<CDocument>& document) const {
     auto frame = CreateObjectAs<CMDIChildWnd>(m_frameClass);

@@ -37,6 +37,11 @@ class CMultiDocTemplate : public CDocTemplate {
     // exception has been reported then, a frame that could not be made has not.
     bool ShowDocument(CMDIFrameWnd& mainFrame, const std::shared_ptr<CDocument>& document) const;
 
+    // Puts a document in the place of the one that a child shows, which becomes one of this kind. What the
+    // view shows of it is left to the caller.
+    void ReplaceDocument(CMDIFrameWnd& mainFrame, CMDIChildWnd& child,
+                         const std::shared_ptr<CDocument>& document) const;
+
     CMDIChildWnd* CreateNewFrame(CMDIFrameWnd& mainFrame,
                                  const std::shared_ptr<CDocument>& document) const override;
 
