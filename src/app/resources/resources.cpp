@@ -169,12 +169,15 @@ constexpr MenuItemResource WINDOW_ITEMS[] = {
 };
 
 constexpr MenuItemResource VIEW_MENU_ITEMS[] = {
-    {ID_ZOOM_IN, "Zoom &In\tCtrl++"},         {ID_ZOOM_OUT, "Zoom &Out\tCtrl+-"},
-    {ID_ACTUAL_SIZE, "&Actual Size\tCtrl+0"}, SEPARATOR,
+    {ID_ZOOM_IN, "Zoom &In\tCtrl++"},
+    {ID_ZOOM_OUT, "Zoom &Out\tCtrl+-"},
+    {ID_ACTUAL_SIZE, "&Actual Size\tCtrl+0"},
+    SEPARATOR,
     {ID_RELOAD, "Re&load\tF5"},
     {ID_NEXT_FILE, "&Next\tCtrl+Page Down"},
     {ID_PREVIOUS_FILE, "&Previous\tCtrl+Page Up"},
-    {ID_READ_TOLERANTLY, "&Read Tolerantly"},
+    SEPARATOR,
+    {ID_READ_TOLERANTLY, "&Read Tolerantly\tShift+F5"},
 };
 
 constexpr PopupResource VIEW_MENU[] = {
@@ -201,12 +204,10 @@ constexpr AcceleratorResource MAIN_KEYS[] = {
 };
 
 constexpr AcceleratorResource VIEW_KEYS[] = {
-    {ID_ZOOM_IN, "Ctrl++"},
-    {ID_ZOOM_OUT, "Ctrl+-"},
-    {ID_ACTUAL_SIZE, "Ctrl+0"},
-    {ID_RELOAD, "F5"},
-    {ID_NEXT_FILE, "Ctrl+Page Down"},
-    {ID_PREVIOUS_FILE, "Ctrl+Page Up"},
+    {ID_ZOOM_IN, "Ctrl++"},           {ID_ZOOM_OUT, "Ctrl+-"},
+    {ID_ACTUAL_SIZE, "Ctrl+0"},       {ID_RELOAD, "F5"},
+    {ID_NEXT_FILE, "Ctrl+Page Down"}, {ID_PREVIOUS_FILE, "Ctrl+Page Up"},
+    {ID_READ_TOLERANTLY, "Shift+F5"},
 };
 
 constexpr AcceleratorTable ACCELERATORS[] = {
