@@ -83,6 +83,7 @@ TEST_F(ZoomTest, KeysFitTheFrameAsTheZoomDialogDoes) {
 
 TEST_F(ZoomTest, WithoutABitmapNothingIsFitted) {
     ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8})})));
+    Settle();
     const CRect place = Frame().GetWindowRect();
     for (const char* keys : {"Ctrl++", "Ctrl+-", "Ctrl+0"}) {
         Press(keys);
