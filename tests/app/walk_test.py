@@ -1,17 +1,20 @@
 #!/usr/bin/env python3
-"""One walk through the program as a person takes it, with real keys and clicks.
+"""Walks through the program as a person takes them, with real keys and clicks.
 
 usage: walk_test.py PROGRAM
 Needs a window manager: openbox.
 """
 
+import hashlib
+import os
 import struct
 import subprocess
+import time
 import unittest
 from pathlib import Path
 
 from program_case import (DEADLINE, HEIGHT, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, chunk, form, in_colour, in_rows,
-                          planes_of, value_at, wait_for)
+                          picture, planes_of, value_at, wait_for)
 
 BAR = "Layers & Channels"
 AWAY = ("mousemove", "1", "1")  # the pointer hides what is under it
@@ -99,6 +102,113 @@ class WalkTest(ProgramTest):
         self.screen.xdotool("key", key)
         wait_for(lambda: corner() == before, f"{key} to show no longer")
         return range(min(columns), max(columns) + 1)
+
+    def pane(self):
+        """What the message pane shows, as a digest of its pixels."""
+        left, top, _, height = self.screen.place_of_window(self.main)
+        rows = self.screen.rows()[top + height - 60:top + height]
+        return hashlib.sha256(b"".join(row[4 * left:4 * (left + 400)] for row in rows)).hexdigest()
+
+    def settled_pane(self):
+        """Not while it is being drawn."""
+        def settled():
+            pane = self.pane()
+            time.sleep(0.1)
+            return pane if pane == self.pane() else None
+        return wait_for(settled, "the pane to be drawn")
+
+    def point_at(self, place, x, y):
+        """The pane with the pointer over a place of the picture."""
+        before = self.settled_pane()
+        self.screen.xdotool("mousemove", str(place[0] + x), str(place[1] + y))
+        wait_for(lambda: self.pane() != before, f"the pixel at {x}, {y}")
+        shown = self.settled_pane()
+        self.screen.xdotool(*AWAY)
+        wait_for(lambda: self.pane() == before, "the pane as it was")
+        return shown
+
+    def test_at_hand(self):
+        path = self.path("1.iff", picture())
+        self.path("2.iff", b"noise")
+        self.path("10.iff", form(LEVEL, WIDTH // 2, HEIGHT // 2))
+        self.main = self.screen.xdotool("getactivewindow")[0]
+        self.keys("ctrl+o")
+        self.answer("Open", path)
+        self.screen.xdotool(*AWAY)
+        whole = in_colour(VALUES)
+        place = self.wait_for_picture(whole, WIDTH)
+        ready = self.settled_pane()
+
+        # One pixel has one text, whatever the scale; its neighbours have others.
+        texts = [self.point_at(place, 12, 10), self.point_at(place, 13, 10), self.point_at(place, 12, 11)]
+        self.keys("ctrl+plus")
+        place = self.wait_for_picture(whole, WIDTH, 2.0)
+        self.assertEqual([self.point_at(place, 24 + x, 20 + y) for x, y in ((1, 1), (2, 0), (0, 2))], texts)
+        self.keys("ctrl+plus")
+        self.wait_for_picture(whole, WIDTH, 4.0)
+        self.keys("ctrl+0")
+        self.wait_for_picture(whole, WIDTH)
+        self.keys("ctrl+minus")
+        place = self.wait_for_picture(whole, WIDTH, 0.5)
+        self.assertEqual(self.point_at(place, 6, 5), texts[0])
+        self.assertNotIn(self.point_at(place, 7, 5), texts)
+        self.keys("ctrl+0")
+        self.wait_for_picture(whole, WIDTH)
+
+        # As programs do that save.
+        others = [31 - value for value in VALUES]
+        os.replace(self.path("new", form(others, WIDTH, HEIGHT)), path)
+        wait_for(lambda: self.pane() != ready, "the pane to say that the file has changed")
+        self.wait_for_picture(whole, WIDTH)
+        self.keys("F5")
+        self.wait_for_picture(in_colour(others), WIDTH)
+        wait_for(lambda: self.pane() == ready, "the pane as it was")
+
+        self.keys("ctrl+Next")
+        self.wait_for_window(f"{TITLE} - 10.iff")
+        self.wait_for_picture(in_colour(LEVEL), WIDTH // 2)
+        self.keys("ctrl+Prior")
+        self.wait_for_window(f"{TITLE} - 1.iff")
+        place = self.wait_for_picture(in_colour(others), WIDTH)
+
+        # The menu of the view: the right button, and the key with its mnemonics.
+        self.screen.xdotool("mousemove", str(place[0] + 5), str(place[1] + 5), "click", "3")
+        self.keys("i")
+        self.screen.xdotool(*AWAY)
+        self.wait_for_picture(in_colour(others), WIDTH, 2.0)
+        self.keys("Menu", "n")
+        self.wait_for_window(f"{TITLE} - 10.iff")
+        self.keys("ctrl+Prior")
+        self.wait_for_window(f"{TITLE} - 1.iff")
+
+        # Under the wheel the pixel stays, once the area has room for that; what is held follows the hand.
+        self.keys("ctrl+plus", "ctrl+plus", "ctrl+plus")
+        place = self.wait_for_picture(in_colour(others), WIDTH, 8.0)
+        self.keys("ctrl+plus")
+        shown = in_colour(others)[4 * WIDTH + 8][:3]
+
+        def shows(left, top, size):
+            """Whether the pixel stands there."""
+            rows = self.screen.rows()
+            last = size - 1
+
+            def at(x, y):
+                return rows[top + y][4 * (left + x):4 * (left + x) + 3] == shown
+
+            return (at(0, 0) and at(last, 0) and at(0, last) and at(last, last)
+                    and not any((at(-1, 0), at(0, -1), at(size, 0), at(0, size))))
+
+        left, top = place[0] + 8 * 16, place[1] + 4 * 16
+        wait_for(lambda: shows(left, top, 16), "the picture at 16")
+        self.screen.xdotool("mousemove", str(left + 8), str(top + 8), "keydown", "ctrl", "click", "4", "keyup", "ctrl",
+                            *AWAY)
+        left, top = left - 9, top - 9  # the middle of a pixel has one half on each side
+        wait_for(lambda: shows(left, top, 32), "the pixel under the pointer")
+        self.drag((left, top), (left - 90, top - 30))
+        wait_for(lambda: shows(left - 90, top - 30, 32), "the picture to follow the hand")
+
+        self.command("f", "x")
+        self.assertEqual(self.program.wait(timeout=DEADLINE), 0)
 
     def test_walk(self):
         whole, level, alpha = in_colour(VALUES), in_colour(LEVEL), [bytes([a, a, a, 0]) for a in ALPHA]
