@@ -92,13 +92,15 @@ class DesktopTest(ProgramTest):
         self.start(self.path("other.iff", picture()))  # waits in line for the name
         self.wait_for_title("other.iff")
         first, other = (self.screen.windows(f"{TITLE} - {name}.iff")[0] for name in ("first", "other"))
-        for token in ("launcher-1_TIME%d" % (time.monotonic() * 1000), "launcher-2_TIMEless"):
+        now = int(time.monotonic() * 1000)
+        for token in (f"launcher-1_TIME{now}", "launcher-2_TIMEless", "launcher-3_TIME0"):
             self.screen.xdotool("windowactivate", "--sync", other)
             self.hand_over(DESKTOP_STARTUP_ID=token)
             wait_for(lambda: self.screen.xdotool("getactivewindow") == [first], "the program in front")
-            said = subprocess.run(["xprop", "-id", first, "-notype", "_NET_STARTUP_ID"], env=self.screen.environment,
-                                  check=True, capture_output=True, text=True, timeout=DEADLINE).stdout
-            self.assertEqual(said, f'_NET_STARTUP_ID = "{token}"\n')
+            said = subprocess.run(["xprop", "-id", first, "-notype", "_NET_STARTUP_ID", "_NET_WM_USER_TIME"],
+                                  env=self.screen.environment, check=True, capture_output=True, text=True,
+                                  timeout=DEADLINE).stdout
+            self.assertRegex(said, f'^_NET_STARTUP_ID = "{token}"\n_NET_WM_USER_TIME = [1-9]')
 
 
 if __name__ == "__main__":

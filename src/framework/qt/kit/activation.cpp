@@ -26,7 +26,9 @@ std::string Variable(const char* pszName) {
     return value ? value : "";
 }
 
-// The server's time of what the user did, in milliseconds, with which an id ends.
+// The server's time of what the user did, in milliseconds, with which an id ends. Who started a program
+// without any such thing, as from a terminal, writes 0, which to window managers means that it is not to come
+// to the front.
 std::optional<u32> TimeOf(const std::string& strStartupId) {
     static constexpr std::string_view MARK = "_TIME";
     const std::size_t mark = strStartupId.rfind(MARK);
@@ -34,7 +36,7 @@ std::optional<u32> TimeOf(const std::string& strStartupId) {
     const char* const end = strStartupId.data() + strStartupId.size();
     u32 time = 0;
     const auto [stop, failed] = std::from_chars(strStartupId.data() + mark + MARK.size(), end, time);
-    if (failed != std::errc() || stop != end) return std::nullopt;
+    if (failed != std::errc() || stop != end || time == 0) return std::nullopt;
     return time;
 }
 
