@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -79,6 +80,9 @@ SizeText ToSizeText(u64 nBytes) {
     double size = static_cast<double>(nBytes);
     for (; size >= 1024 && unit + 1 < UNITS.size(); ++unit) size /= 1024;
     SizeText text = {};
-    std::snprintf(text.data(), text.size(), "%.*f %s", unit == 0 ? 0 : 1, size, UNITS[unit]);
+    // With a point in any locale, as all texts are in one language.
+    const int digits = unit == 0 ? 0 : 1;
+    char* const end = std::to_chars(text.begin(), text.end(), size, std::chars_format::fixed, digits).ptr;
+    std::snprintf(end, static_cast<std::size_t>(text.end() - end), " %s", UNITS[unit]);
     return text;
 }
