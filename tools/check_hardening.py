@@ -39,7 +39,7 @@ def main():
     lacking = {program: missing(program) for program in sys.argv[1:]}
     for program, names in lacking.items():
         for name in names:
-            print(f"{program}: has no {name}")
+            print(f"{program}: lacks {name}")
     return 1 if any(lacking.values()) else 0
 
 
