@@ -94,7 +94,7 @@ def run_block(block, tree, home):
 
 def complaints(name, tree, home):
     """What is wrong in one document of a tree, in which its blocks leave what they make."""
-    blocks, others, unclosed = blocks_of((tree / name).read_text(encoding="utf-8"))
+    blocks, _, unclosed = blocks_of((tree / name).read_text(encoding="utf-8"))
     if unclosed:
         yield f"{name}:{unclosed.line}: a block without an end"
     for block in blocks:
@@ -108,6 +108,12 @@ def complaints(name, tree, home):
             for path in (path for command in block.commands() for path in named_paths(command, tree)):
                 if not exists(path, tree):
                     yield f"{name}:{block.line}: there is no {path}"
+    yield from dead_links(name, tree)
+
+
+def dead_links(name, tree):
+    """What a document of a tree links to and does not have."""
+    _, others, _ = blocks_of((tree / name).read_text(encoding="utf-8"))
     for number, line in others:
         for target in LINK.findall(line):
             if not (tree / name).parent.joinpath(target).exists():

@@ -4,7 +4,8 @@
 usage: tools/check_install.py BUILD
 
 What is installed is what share/installed_files.txt lists; desktop entry, AppStream data and manual pages pass those
-who know their formats; icons have the sizes of their folders; and all who name the release name the same.
+who know their formats; icons have the sizes of their folders; documents link to what came with them; and all who name
+the release name the same.
 """
 
 import os
@@ -14,6 +15,8 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+
+from check_documents import dead_links
 
 ROOT = Path(__file__).resolve().parents[1]
 LIST = ROOT / "share" / "installed_files.txt"
@@ -74,6 +77,12 @@ def wrong_icons(usr):
     return wrong
 
 
+def dead_links_of_documents(usr):
+    documentation = usr / "share" / "doc" / "vistrel"
+    documents = sorted(documentation.rglob("*.md"))
+    return [line for path in documents for line in dead_links(str(path.relative_to(documentation)), documentation)]
+
+
 def first_match(pattern, text):
     match = re.search(pattern, text, re.MULTILINE)
     return match.group(1) if match else None
@@ -103,7 +112,8 @@ def main():
         subprocess.run(["cmake", "--install", build, "--prefix", "/usr"], env={**os.environ, "DESTDIR": folder},
                        check=True, stdout=subprocess.DEVNULL)
         usr = Path(folder, "usr")
-        wrong = differences_of_list(usr) or complaints(usr) + differences_of_types(usr) + wrong_icons(usr) + differences_of_release(build, usr)
+        wrong = differences_of_list(usr) or (complaints(usr) + differences_of_types(usr) + wrong_icons(usr) +
+                                              dead_links_of_documents(usr) + differences_of_release(build, usr))
     for line in wrong:
         print(line)
     return 1 if wrong else 0
