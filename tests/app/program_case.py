@@ -14,7 +14,7 @@ import time
 import unittest
 from pathlib import Path
 
-PROGRAM = sys.argv.pop(1)
+PROGRAM = os.path.abspath(sys.argv.pop(1))  # some start it in another folder
 TITLE = "Talvorine Graphics File Viewer"
 DEADLINE = 60  # seconds; only ends a test that would never end
 
