@@ -11,7 +11,6 @@ import shutil
 import subprocess
 import sys
 import unittest
-from pathlib import Path
 
 from program_case import (DEADLINE, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, in_colour, in_rows, picture, wait_for)
 

@@ -6,11 +6,9 @@ Needs gdbus, xprop, and openbox for a window manager.
 """
 
 import os
-import re
 import subprocess
 import time
 import unittest
-import urllib.parse
 from pathlib import Path
 
 from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, picture, wait_for
@@ -51,11 +49,6 @@ class DesktopTest(ProgramTest):
 
     def wait_for_title(self, name):
         wait_for(lambda: self.screen.windows(f"{TITLE} - {name}"), name)
-
-    def recent(self):
-        files = Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
-        uris = re.findall("=file://(.*)", files.read_text()) if files.exists() else []
-        return [os.path.basename(urllib.parse.unquote_to_bytes(uri)) for uri in uris]
 
     def test_files_arrive_in_order_and_after_a_question(self):
         self.started("first.iff")

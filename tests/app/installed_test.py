@@ -67,11 +67,6 @@ class InstalledTest(ProgramTest):
             os.kill(process, signal.SIGTERM)
         wait_for(lambda: not self.owner(), "the end of the program")
 
-    def recent(self):
-        files = Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
-        uris = re.findall("=file://(.*)", files.read_text()) if files.exists() else []
-        return [os.path.basename(urllib.parse.unquote_to_bytes(uri)) for uri in uris]
-
     def answer_refusal(self):
         box = wait_for(lambda: list(filter(self.is_small, self.screen.windows(TITLE))), "the refusal")
         self.screen.press(box[0], "Return")

@@ -12,6 +12,7 @@ import sys
 import tempfile
 import time
 import unittest
+import urllib.parse
 from pathlib import Path
 
 PROGRAM = os.path.abspath(sys.argv.pop(1))  # some start it in another folder
@@ -170,6 +171,19 @@ class ProgramTest(unittest.TestCase):
         self.addCleanup(manager.wait)
         self.addCleanup(manager.kill)
         wait_for(managed.exists, "the window manager")
+
+    def wait_for_window(self, title):
+        """Waits until the window has the keyboard, which takes a window manager."""
+        wait_for(lambda: " ".join(self.screen.xdotool("getactivewindow", "getwindowname")) == title, title)
+
+    def settings(self):
+        return Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
+
+    def recent(self):
+        """The names of the recent files, as bytes."""
+        file = self.settings()
+        uris = re.findall("=file://(.*)", file.read_text()) if file.exists() else []
+        return [os.path.basename(urllib.parse.unquote_to_bytes(uri)) for uri in uris]
 
     def end_program(self):
         if self.program:

@@ -8,9 +8,8 @@ Needs a window manager: openbox.
 import signal
 import subprocess
 import unittest
-from pathlib import Path
 
-from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, cut_picture, picture, wait_for
+from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, cut_picture, picture
 
 SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 
@@ -28,9 +27,6 @@ class SignalsTest(ProgramTest):
 
         self.program = subprocess.Popen([PROGRAM, *words], env=self.screen.environment, preexec_fn=dispose,
                                         stderr=subprocess.PIPE)
-
-    def wait_for_window(self, title):
-        wait_for(lambda: " ".join(self.screen.xdotool("getactivewindow", "getwindowname")) == title, title)
 
     def wait_for_end(self, number):
         _, said = self.program.communicate(timeout=DEADLINE)
@@ -51,8 +47,7 @@ class SignalsTest(ProgramTest):
                                 ([], ["alt+h", "a"], "About Vistrel")]:
             for number in SIGNALS:
                 with self.subTest(words=words, keys=keys, signal=number.name):
-                    settings = Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
-                    settings.unlink(missing_ok=True)
+                    self.settings().unlink(missing_ok=True)
                     self.start(good, *words)
                     if not words:
                         self.wait_for_window(frame)
@@ -61,7 +56,7 @@ class SignalsTest(ProgramTest):
                     self.wait_for_window(up)
                     self.program.send_signal(number)
                     self.wait_for_end(number)
-                    self.assertIn("good.iff", settings.read_text())
+                    self.assertEqual(self.recent(), [b"good.iff"])
 
     def test_one_that_was_ignored_before_it_stays_ignored(self):
         self.start(self.path("good.iff", picture()), ignored=signal.SIGHUP)

@@ -48,10 +48,6 @@ class WalkTest(ProgramTest):
             self.program = subprocess.Popen([PROGRAM], env=self.screen.environment, cwd=self.folder.name, stderr=said)
         self.wait_for_window(TITLE)
 
-    def wait_for_window(self, title):
-        """Waits until the window has the keyboard."""
-        wait_for(lambda: " ".join(self.screen.xdotool("getactivewindow", "getwindowname")) == title, title)
-
     def keys(self, *keys):
         for key in keys:
             self.screen.xdotool("key", "--clearmodifiers", key)
