@@ -13,6 +13,7 @@
 #include "framework/qt/wnd/printing.h"
 
 #include <QApplication>
+#include <QWidget>
 
 #include <algorithm>
 #include <cstdio>
@@ -123,6 +124,8 @@ void CWinApp::End() {
     InstallAnswers(nullptr);
     m_nExitStatus = m_nEndStatus;
     QCoreApplication::exit(m_nExitStatus);
+    // The desktop's own dialogs have loops that the toolkit does not end, and return once they are closed.
+    if (QWidget* const dialog = QApplication::activeModalWidget()) dialog->close();
 }
 
 int CWinApp::Run() {
