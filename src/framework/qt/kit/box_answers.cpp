@@ -105,6 +105,8 @@ class BoxAnswers final : public Answers {
     std::vector<std::string> OpenFiles(const std::vector<FileFilter>& filters,
                                        const std::string& strFolder) override {
         QFileDialog dialog(AfxGetDialogOwner());
+        // The toolkit's dialog is called so anyway; one of the desktop's own would have no caption.
+        dialog.setWindowTitle(QFileDialog::tr("Open"));
         dialog.setFileMode(QFileDialog::ExistingFiles);
         if (!strFolder.empty()) dialog.setDirectory(QFile::decodeName(strFolder.c_str()));
         // Only the last brackets of a filter count, and they do not show.
