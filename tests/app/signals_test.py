@@ -2,12 +2,13 @@
 """The program asked to end by a signal, whatever is up on its screen.
 
 usage: signals_test.py PROGRAM
-Needs a window manager: openbox.
+Needs a window manager, openbox, and the toolkit's theme for GTK.
 """
 
 import signal
 import subprocess
 import unittest
+from pathlib import Path
 
 from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, cut_picture, picture
 
@@ -57,6 +58,18 @@ class SignalsTest(ProgramTest):
                     self.program.send_signal(number)
                     self.wait_for_end(number)
                     self.assertEqual(self.recent(), [b"good.iff"])
+
+    def test_ends_under_a_dialog_of_the_desktops_own(self):
+        """It waits in a loop of the desktop's."""
+        self.screen.environment.update(QT_QPA_PLATFORMTHEME="gtk3", GSETTINGS_BACKEND="memory", NO_AT_BRIDGE="1",
+                                       HOME=self.folder.name, XDG_RUNTIME_DIR=self.folder.name)
+        self.start(self.path("good.iff", picture()))
+        self.wait_for_window(f"{TITLE} - good.iff")
+        self.screen.xdotool("key", "ctrl+o")
+        self.wait_for_window("Open")
+        self.assertIn("/libgtk-3", Path(f"/proc/{self.program.pid}/maps").read_text())
+        self.program.send_signal(signal.SIGTERM)
+        self.wait_for_end(signal.SIGTERM)
 
     def test_one_that_was_ignored_before_it_stays_ignored(self):
         self.start(self.path("good.iff", picture()), ignored=signal.SIGHUP)
