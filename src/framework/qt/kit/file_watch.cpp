@@ -76,11 +76,13 @@ FileWatch::FileWatch(const std::string& strPath, const FileStamp& stamp, std::fu
       m_told(stamp),
       m_latest(stamp),
       m_onChanged(std::move(onChanged)),
+      m_pContext(std::make_unique<QObject>()),
       m_pTimer(new QTimer(qApp)) {
     if (!IsUtf8(strPath)) return;
     m_pTimer->setSingleShot(true);
     m_pTimer->setInterval(REST);
-    QObject::connect(m_pTimer, &QTimer::timeout, m_pTimer, [this] { AfxGuardedCall([&] { OnRest(); }); });
+    QObject::connect(m_pTimer, &QTimer::timeout, m_pContext.get(),
+                     [this] { AfxGuardedCall([&] { OnRest(); }); });
     // The picture comes first. What happens until then is found by looking.
     m_pTimer->start();
 }
@@ -90,8 +92,8 @@ FileWatch::~FileWatch() {
         m_pWatcher->Remove(ToName(m_strPath));
         m_pWatcher->Remove(ToFolder(m_strPath));
     }
-    // It can be what has led here.
-    m_pTimer->disconnect();
+    // It can be what has led here, and is not deleted before that is over.
+    m_pTimer->stop();
     m_pTimer->deleteLater();
 }
 
@@ -104,11 +106,11 @@ void FileWatch::Begin() {
     m_pWatcher->Add(ToName(m_strPath));
     m_pWatcher->Add(ToFolder(m_strPath));
     const auto look = [this] { Look(); };
-    QObject::connect(&m_pWatcher->m_watcher, &QFileSystemWatcher::fileChanged, m_pTimer,
+    QObject::connect(&m_pWatcher->m_watcher, &QFileSystemWatcher::fileChanged, m_pContext.get(),
                      [look, name = ToName(m_strPath)](const QString& path) {
                          if (path == name) look();
                      });
-    QObject::connect(&m_pWatcher->m_watcher, &QFileSystemWatcher::directoryChanged, m_pTimer,
+    QObject::connect(&m_pWatcher->m_watcher, &QFileSystemWatcher::directoryChanged, m_pContext.get(),
                      [look, folder = ToFolder(m_strPath)](const QString& path) {
                          if (path == folder) look();
                      });

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+class QObject;
 class QTimer;
 class SharedWatcher;
 
@@ -35,7 +36,8 @@ class FileWatch {
     std::optional<FileStamp> m_latest;  // as it was looked at last; nothing while there is no file
     std::function<void()> m_onChanged;
     std::shared_ptr<SharedWatcher> m_pWatcher;
-    QTimer* m_pTimer;  // owned
+    std::unique_ptr<QObject> m_pContext;  // nothing is told of any more once it is gone
+    QTimer* m_pTimer;                     // owned
     bool m_bChanged = false;
     bool m_bNews = false;
 };
