@@ -2,6 +2,7 @@
 
 #include "app/choice_list.h"
 #include "framework/qt/wnd/menu_bar.h"
+#include "support/memory_limit.h"
 #include "support/psd_builder.h"
 #include "window_case.h"
 
@@ -123,6 +124,16 @@ TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
     Command(ID_RELOAD);
     ASSERT_EQ(m_answers.m_messages.size(), 2u);
     EXPECT_NE(m_answers.m_messages[1].find("picture.iff\" was not opened. No such file"), std::string::npos);
+    EXPECT_EQ(View().GetDocument(), document);
+    EXPECT_EQ(Shown(5, 5), shown);
+
+    // Nor is there memory for two.
+    Replace(Psd({.rows = 300, .columns = 300}));
+    {
+        const MemoryLimit limit(50'000);
+        Command(ID_RELOAD);
+    }
+    EXPECT_NE(m_answers.m_messages.back().find("not enough memory"), std::string::npos) << m_answers.m_messages.back();
     EXPECT_EQ(View().GetDocument(), document);
     EXPECT_EQ(Shown(5, 5), shown);
 
