@@ -207,6 +207,9 @@ TEST_F(ReloadTest, TheSettingMakesItHappenByItselfUnderNoDialog) {
     EXPECT_EQ(m_answers.m_messages.size(), 1u) << "once for each change";
     EXPECT_EQ(width(), 30);
 
+    m_folder.Write(Picture(45, 10), "picture.iff");
+    EXPECT_TRUE(WaitFor([&] { return width() == 45; })) << "written, after another file had taken the name";
+
     int rests = 0;
     QMessageBox box;
     const auto timers = qApp->findChildren<QTimer*>(Qt::FindDirectChildrenOnly);
@@ -214,7 +217,7 @@ TEST_F(ReloadTest, TheSettingMakesItHappenByItselfUnderNoDialog) {
     box.open();
     Replace(Picture(50, 10));
     EXPECT_TRUE(WaitFor([&] { return rests >= 2; }));
-    EXPECT_EQ(width(), 30);
+    EXPECT_EQ(width(), 45);
     box.close();
     EXPECT_TRUE(WaitFor([&] { return width() == 50; }));
 }
