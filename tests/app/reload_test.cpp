@@ -207,6 +207,8 @@ TEST_F(ReloadTest, TheSettingMakesItHappenByItselfUnderNoDialog) {
     EXPECT_EQ(m_answers.m_messages.size(), 1u) << "once for each change";
     EXPECT_EQ(width(), 30);
 
+    Replace(Bytes(11));
+    EXPECT_TRUE(WaitFor([&] { return m_answers.m_messages.size() == 2; }));
     m_folder.Write(Picture(45, 10), "picture.iff");
     EXPECT_TRUE(WaitFor([&] { return width() == 45; })) << "written, after another file had taken the name";
 
