@@ -1,6 +1,7 @@
 // Documents that are read again: by the key, and by themselves when their file changes.
 
 #include "app/choice_list.h"
+#include "framework/qt/kit/file_watch.h"
 #include "framework/qt/wnd/menu_bar.h"
 #include "support/memory_limit.h"
 #include "support/psd_builder.h"
@@ -11,6 +12,7 @@
 #include <QTimer>
 
 #include <filesystem>
+#include <optional>
 
 namespace {
 
@@ -188,6 +190,27 @@ TEST_F(ReloadTest, ANameThatIsNotUtf8IsNotWatched) {
     EXPECT_EQ(MainPane(), "Ready");
     Command(ID_RELOAD);
     EXPECT_EQ(Main().GetChildren().front()->GetActiveView()->GetClientRect().Width(), 30);
+}
+
+// The toolkit deletes later what is to go, and not while a dialog that comes up meanwhile is open.
+TEST_F(ReloadTest, AWatchThatIsGoneLooksNoMore) {
+    const std::string gonePath = m_folder.Write(Bytes(1), "gone");
+    const std::string otherPath = m_folder.Write(Bytes(1), "other");
+    const auto latestTimer = [] {
+        return QPointer<QTimer>(qApp->findChildren<QTimer*>(Qt::FindDirectChildrenOnly).last());
+    };
+    std::optional<FileWatch> gone;
+    gone.emplace(gonePath, *GetFileStamp(gonePath), [] {});
+    const QPointer<QTimer> goneTimer = latestTimer();
+    const FileWatch other(otherPath, *GetFileStamp(otherPath), [] {});
+    const QPointer<QTimer> otherTimer = latestTimer();
+    ASSERT_TRUE(WaitFor([&] { return !goneTimer->isActive() && !otherTimer->isActive(); })) << "both watch";
+    gone.reset();
+    ASSERT_TRUE(goneTimer);
+    Replace(Bytes(2), "gone");
+    Replace(Bytes(2), "other");
+    while (!otherTimer->isActive()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_FALSE(goneTimer->isActive());
 }
 
 TEST_F(ReloadTest, TheSettingMakesItHappenByItselfUnderNoDialog) {

@@ -89,6 +89,8 @@ FileWatch::FileWatch(const std::string& strPath, const FileStamp& stamp, std::fu
 
 FileWatch::~FileWatch() {
     if (m_pWatcher) {
+        // The timer outlives this one while a dialog is up, and others may share the folder.
+        m_pWatcher->m_watcher.disconnect(m_pTimer);
         m_pWatcher->Remove(ToName(m_strPath));
         m_pWatcher->Remove(ToFolder(m_strPath));
     }
