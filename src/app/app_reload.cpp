@@ -21,6 +21,7 @@ void CVistrelApp::Reload(CVistrelView& view) {
     {
         const CWaitCursor wait;
         if (!document->OnOpenDocument(shown.GetPathName())) return;
+        document->SetPathName(shown.GetPathName());
     }
     if (document->NeedsConsent() && !AskForConsent({document})) return;
     // Windows can be closed while a question is up.

@@ -37,6 +37,7 @@ void CVistrelView::OnReadTolerantly() {
     document->m_tolerance = GetDoc().IsReadTolerantly() ? Tolerance::Never : Tolerance::Always;
     const CWaitCursor wait;
     if (!document->OnOpenDocument(GetDoc().GetPathName())) return;
+    document->SetPathName(GetDoc().GetPathName());
     ReplaceDocument(document, [this](CVistrelView& view) { view.ShowOtherReading(&view == this); });
 }
 
@@ -49,7 +50,6 @@ void CVistrelView::OnUpdateReadTolerantly(CCmdUI* pUi) {
 
 void CVistrelView::ReplaceDocument(const std::shared_ptr<CVistrelDoc>& document,
                                    const std::function<void(CVistrelView&)>& show) {
-    document->SetPathName(std::string(GetDoc().GetPathName()));
     // All are on the one document, and memory of the other is free, before the first picture is made.
     const std::vector<CView*> views = GetDocument()->GetViews();
     for (CView* const view : views) {
