@@ -24,11 +24,10 @@ void CVistrelApp::Reload(CVistrelView& view) {
         document->SetPathName(shown.GetPathName());
     }
     if (document->NeedsConsent() && !AskForConsent({document})) return;
-    // Windows can be closed while a question is up.
-    const std::shared_ptr<CDocument> still = before.lock();
-    if (!still || still->GetViews().empty()) return;
+    // Windows can be closed while a question is up, and the document goes with the last one.
+    if (before.expired() || shown.GetViews().empty()) return;
     const CWaitCursor wait;
-    dynamic_cast<CVistrelView&>(*still->GetViews().front()).Reload(document);
+    dynamic_cast<CVistrelView&>(*shown.GetViews().front()).Reload(document);
 }
 
 void CVistrelApp::OnReload() {

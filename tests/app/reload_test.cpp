@@ -152,6 +152,18 @@ TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
     EXPECT_TRUE(m_answers.m_questions[1].starts_with("\"" + m_folder.Path("picture.iff") + "\" breaks rules"));
 }
 
+// There may be no memory for both documents and a picture.
+TEST_F(ReloadTest, TheOldDocumentIsGoneBeforeTheNewOneIsShown) {
+    ASSERT_TRUE(OpenFile(Picture(20, 10)));
+    const std::weak_ptr<CDocument> before = View().ShareDocument();
+    bool gone = false;
+    const QAbstractItemModel* const layers = ListOf(Frame().m_wndLayerCombo).model();
+    const auto filled = QObject::connect(layers, &QAbstractItemModel::rowsInserted, [&] { gone = before.expired(); });
+    Command(ID_RELOAD);
+    QObject::disconnect(filled);
+    EXPECT_TRUE(gone);
+}
+
 TEST_F(ReloadTest, AChangeOnTheDiskIsToldOnceItIsOver) {
     ASSERT_TRUE(OpenFile(Picture(20, 10)));
     ASSERT_TRUE(OpenFile(Picture(20, 10), "other.iff"));
