@@ -12,12 +12,12 @@ class PointerTest : public WindowTest {
   protected:
     ~PointerTest() override { Leave(); }
 
-    void PointAt(QWidget& view, const QPoint& place) {
+    void PointAt(QWidget& view, const QPointF& place) {
         m_pPointed = &view;
         QMouseEvent move(QEvent::MouseMove, place, view.mapToGlobal(place), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(&view, &move);
     }
-    std::string TextAt(const QPoint& place) {
+    std::string TextAt(const QPointF& place) {
         Settle();  // windows that come to the screen send the pointer away
         PointAt(*View().GetWidget(), place);
         return MainPane();
@@ -57,6 +57,9 @@ TEST_F(PointerTest, ThePaneNamesThePixelThatTheStretchShows) {
         const u32 shown = PixelsOf(*View().GetWidget(), {place.x(), place.y(), place.x() + 1, place.y() + 1})[0];
         EXPECT_EQ(shown, ShownColour(x, y)) << scale;
     }
+    View().FitFrameToImage(1);
+    EXPECT_EQ(TextAt({12.7, 40.5}), TextOf(12, 40)) << "within a pixel, as some pointers are";
+    EXPECT_EQ(TextAt({99.9, 50.9}), TextOf(99, 50));
     Leave();
     EXPECT_EQ(MainPane(), "Ready");
 }
@@ -114,7 +117,7 @@ TEST_F(PointerTest, NothingIsDrawnAnewForIt) {
     Settle();
     PaintCounter counter;
     View().GetWidget()->installEventFilter(&counter);
-    for (int x = 0; x < 50; ++x) EXPECT_EQ(TextAt({x, 5}), TextOf(static_cast<u32>(x), 5));
+    for (int x = 0; x < 50; ++x) EXPECT_EQ(TextAt(QPoint(x, 5)), TextOf(static_cast<u32>(x), 5));
     EXPECT_EQ(counter.paints, 0);
     View().Invalidate();
     Settle();

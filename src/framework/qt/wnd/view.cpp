@@ -16,6 +16,7 @@
 #include <QWheelEvent>
 #include <QWidget>
 
+#include <cmath>
 #include <exception>
 
 namespace {
@@ -24,10 +25,28 @@ namespace {
 // has told nobody of it.
 struct SeenPointer {
     QPointer<QWidget> window;  // none where it has left the view
-    QPoint place;              // on the screen
+    QPointF place;             // in it
 };
 
 SeenPointer g_pointer;
+
+void SeePointer(const QWidget& view, const QPointF& place) {
+    QWidget* const window = view.window();
+    g_pointer = {window, view.mapTo(window, place)};
+}
+
+// The pixel of a widget that shows what is at a place in its window. A pixel of the screen shows what lies
+// just before its middle, and there can be several of them, or parts, to one of the widget's.
+QPoint PixelAt(const QWidget& widget, const QPointF& place) {
+    constexpr double LITTLE = 1.0 / 256;  // of a pixel of the screen; the place is less inaccurate
+    const double ratio = widget.devicePixelRatioF();
+    const auto shown = [&](double fPlace) {
+        return (std::floor(fPlace * ratio + LITTLE) + 0.5 - LITTLE) / ratio;
+    };
+    const QPointF middle(shown(place.x()), shown(place.y()));
+    const QPointF inside = widget.mapFrom(widget.window(), middle);
+    return {static_cast<int>(std::floor(inside.x())), static_cast<int>(std::floor(inside.y()))};
+}
 
 class ViewWidget final : public QWidget {
   public:
@@ -55,7 +74,7 @@ class ViewWidget final : public QWidget {
     }
 
     void enterEvent(QEnterEvent* pEvent) override {
-        g_pointer = {window(), pEvent->globalPosition().toPoint()};
+        SeePointer(*this, pEvent->position());
         QWidget::enterEvent(pEvent);
     }
 
@@ -70,7 +89,7 @@ class ViewWidget final : public QWidget {
     }
 
     void mouseMoveEvent(QMouseEvent* pEvent) override {
-        g_pointer = {window(), pEvent->globalPosition().toPoint()};
+        SeePointer(*this, pEvent->position());
         m_drag.OnMove(*pEvent);
         if (!m_drag.IsHeld()) QWidget::mouseMoveEvent(pEvent);
     }
@@ -93,7 +112,7 @@ class ViewWidget final : public QWidget {
         m_nWheel %= QWheelEvent::DefaultDeltasPerStep;
         pEvent->accept();
         if (notches == 0) return;
-        const QPoint place = pEvent->position().toPoint();
+        const QPoint place = PixelAt(*this, mapTo(window(), pEvent->position()));
         AfxGuardedCall([&] { m_view.OnControlWheel(notches, {place.x(), place.y()}); });
     }
 
@@ -114,10 +133,10 @@ class ViewWidget final : public QWidget {
 std::string AfxGetPointerMessage() {
     const QWidget* const window = g_pointer.window;
     if (!window) return {};
-    const QWidget* const under = window->childAt(window->mapFromGlobal(g_pointer.place));
+    const QWidget* const under = window->childAt(PixelAt(*window, g_pointer.place));
     const auto* const view = dynamic_cast<const ViewWidget*>(under);
     if (!view) return {};
-    const QPoint place = view->mapFromGlobal(g_pointer.place);
+    const QPoint place = PixelAt(*view, g_pointer.place);
     return view->GetView().GetPointerMessage({place.x(), place.y()});
 }
 
