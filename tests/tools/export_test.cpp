@@ -18,6 +18,7 @@
 #include <iterator>
 #include <set>
 #include <sstream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -118,6 +119,13 @@ TEST(WholeFile, AppearsAtTheEndAndReplacesOnlyWhenTold) {
     fs::remove(path);
     fs::create_symlink("nowhere", path);
     EXPECT_THROW(write("d", false), CFileException);
+    // Pipes and devices are never replaced, links are.
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    EXPECT_THROW(WholeFile(folder.Path("pipe")).Put(true), CFileException);
+    EXPECT_TRUE(fs::is_fifo(folder.Path("pipe")));
+    fs::remove(folder.Path("pipe"));
+    WholeFile(path).Put(true);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(path)));
     EXPECT_THROW(WholeFile(folder.Path("none/name")), CFileException);
     EXPECT_EQ(CountIn(folder), 1u);
 }

@@ -37,6 +37,13 @@ std::string WithFreeName(const std::string& strPath, const Make& make) {
     }
 }
 
+// Devices, pipes and sockets are what others have use for. A folder is not replaced in any case.
+bool IsSpecial(const std::string& strPath) {
+    struct stat status = {};
+    if (lstat(strPath.c_str(), &status) != 0) return false;
+    return !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 // Without anybody losing a file that has the name. Not every file system can do it the first way.
 bool RenameToFree(const char* pszFrom, const char* pszTo) {
     if (renameat2(AT_FDCWD, pszFrom, AT_FDCWD, pszTo, RENAME_NOREPLACE) == 0) return true;
@@ -105,6 +112,7 @@ bool WholeFile::FillEmpty() {
 }
 
 void WholeFile::Put(bool bReplace) {
+    if (bReplace && IsSpecial(m_strPath)) throw CFileException("It is no file that could be replaced");
     Sync();
     if (m_strBeside.empty()) LinkBeside();
     const bool put = bReplace ? std::rename(m_strBeside.c_str(), m_strPath.c_str()) == 0
