@@ -85,7 +85,8 @@ class Export {
     bool WriteOne(const ListedPicture& listed) {
         const std::string path = (std::filesystem::path(m_options.folder) / listed.file).string();
         const FileNames target = NamesOf(path);
-        if (!m_options.bForce && std::filesystem::exists(std::filesystem::symlink_status(path))) {
+        std::error_code unknown;  // to be met again by whoever writes
+        if (!m_options.bForce && std::filesystem::exists(std::filesystem::symlink_status(path, unknown))) {
             Say(target, "It is there already; --force replaces it");
             return false;
         }

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 namespace {
 
@@ -35,7 +36,10 @@ constexpr int NOT_ALL = 1;
 constexpr int BAD = 2;
 
 bool HasFolder(const std::string& strFolder) {
-    return Guarded(NamesOf(strFolder), [&] { std::filesystem::create_directory(strFolder); });
+    std::error_code failed;
+    std::filesystem::create_directory(strFolder, failed);
+    if (failed) Say(NamesOf(strFolder), "It cannot be made: %s", failed.message().c_str());
+    return !failed;
 }
 
 int ExportFiles(const Options& options) {
