@@ -13,7 +13,9 @@ class ViewMenuTest : public WindowTest {
     // As the pointer or its key opens it.
     QMenu& OpenMenu(QContextMenuEvent::Reason reason) {
         QWidget& view = *View().GetWidget();
-        QContextMenuEvent event(reason, QPoint(1, 1), view.mapToGlobal(QPoint(1, 1)));
+        // The toolkit gives the key the middle of the view.
+        const QPoint place = reason == QContextMenuEvent::Mouse ? QPoint(1, 1) : view.rect().center();
+        QContextMenuEvent event(reason, place, view.mapToGlobal(place));
         QApplication::sendEvent(&view, &event);
         return dynamic_cast<QMenu&>(*QApplication::activePopupWidget());
     }
@@ -66,4 +68,14 @@ TEST_F(ViewMenuTest, EachItemDoesWhatItsKeyDoes) {
     Choose(Qt::Key_L);
     EXPECT_EQ(ClientSize(), (CSize{50, 20}));
     EXPECT_TRUE(m_answers.m_messages.empty());
+}
+
+TEST_F(ViewMenuTest, TheKeyOpensItWhereThePictureIsSeen) {
+    Main().MoveWindow({0, 0, 400, 300});
+    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    View().FitFrameToImage(32);
+    Settle();
+    const QWidget& window = *Main().GetWidget();
+    const QMenu& menu = OpenMenu(QContextMenuEvent::Keyboard);
+    EXPECT_TRUE(window.rect().contains(window.mapFromGlobal(menu.pos())));
 }

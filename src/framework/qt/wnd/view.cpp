@@ -70,7 +70,12 @@ class ViewWidget final : public QWidget {
 
     void contextMenuEvent(QContextMenuEvent* pEvent) override {
         const MenuResource* const menu = AfxFindMenu(m_view.GetContextMenu());
-        if (menu) AfxTrackPopupMenu(*this, *menu, pEvent->globalPos(), *m_view.GetParent());
+        if (!menu) return;
+        // The key means the middle of the view, which can be far beyond what there is to see of it.
+        const QRect visible = visibleRegion().boundingRect();
+        const bool isKey = pEvent->reason() == QContextMenuEvent::Keyboard && !visible.isEmpty();
+        const QPoint place = isKey ? mapToGlobal(visible.center()) : pEvent->globalPos();
+        AfxTrackPopupMenu(*this, *menu, place, *m_view.GetParent());
     }
 
     void enterEvent(QEnterEvent* pEvent) override {
