@@ -9,9 +9,10 @@ int main(int argc, char** argv) {
     return RunPeer(argc, argv, [](const char* pszPath) {
         const auto input = OIIO::ImageInput::open(pszPath);
         if (!input) return false;
-        const OIIO::ImageSpec& spec = input->spec();
-        if (spec.nchannels < 3) return false;
-        const size_t size = size_t{3} * static_cast<size_t>(spec.width) * static_cast<size_t>(spec.height);
+        const auto& header = input->spec();
+        if (header.nchannels < 3) return false;
+        const size_t size =
+            size_t{3} * static_cast<size_t>(header.width) * static_cast<size_t>(header.height);
         const auto pixels = std::make_unique_for_overwrite<unsigned char[]>(size);
         return input->read_image(0, 0, 0, 3, OIIO::TypeDesc::UINT8, pixels.get());
     });

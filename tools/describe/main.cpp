@@ -5,10 +5,10 @@
 #include "iff/read_only_check.h"
 #include "kernels/row_kernels.h"
 #include "tools/common/messages.h"
+#include "tools/common/number.h"
 #include "tools/describe/describe.h"
 
 #include <algorithm>
-#include <charconv>
 #include <csignal>
 #include <cstring>
 #include <optional>
@@ -35,10 +35,9 @@ constexpr int BAD = 2;
 // In bytes; nothing where the word is no number of them.
 std::optional<u64> Mebibytes(std::string_view word) {
     constexpr u64 MOST = ~u64{0} >> 20;
-    u64 number = 0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    if (error != std::errc() || end != word.data() + word.size() || number > MOST) return std::nullopt;
-    return number << 20;
+    const std::optional<u64> number = ToNumber<u64>(word);
+    if (!number || *number > MOST) return std::nullopt;
+    return *number << 20;
 }
 
 }  // namespace

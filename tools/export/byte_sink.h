@@ -18,8 +18,6 @@ class ByteSink {
     bool Flush();
 
   private:
-    bool WriteThrough(const u8* pData, size_t nSize);
-
     int m_nDescriptor;
     size_t m_nUsed = 0;
     std::array<u8, 64 * 1024> m_buffer;

@@ -1,7 +1,7 @@
 #include "tools/export/choice.h"
 
 #include "tools/common/messages.h"
-#include "tools/export/number.h"
+#include "tools/common/number.h"
 
 #include <algorithm>
 
@@ -17,7 +17,7 @@ class Words {
         if (m_words.empty()) return m_bAll || nPlace == 0;
         bool taken = false;
         for (size_t i = 0; i < m_words.size(); ++i) {
-            const std::optional<u32> number = ToNumber(m_words[i]);
+            const std::optional<u32> number = ToNumber<u32>(m_words[i]);
             if (number ? *number != nPlace : m_words[i] != strName) continue;
             m_met[i] = true;
             taken = true;

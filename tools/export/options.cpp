@@ -1,6 +1,6 @@
 #include "tools/export/options.h"
 
-#include "tools/export/number.h"
+#include "tools/common/number.h"
 
 #include <map>
 
@@ -62,7 +62,7 @@ class Parser {
 
     bool TakeThumbnail() {
         if (m_bExports || m_files.size() != THUMBNAIL_WORDS) return false;
-        const std::optional<u32> side = ToNumber(m_files[0]);
+        const std::optional<u32> side = ToNumber<u32>(m_files[0]);
         if (!side || *side == 0 || *side > LARGEST_THUMBNAIL) return false;
         m_options.thumbnail = {*side, std::string(m_files[1]), std::string(m_files[2])};
         return true;

@@ -1,6 +1,7 @@
 #include "tools/export/whole_file.h"
 
 #include "base/types.h"
+#include "framework/core/disk_write.h"
 #include "framework/core/exception.h"
 #include "tools/export/byte_sink.h"
 
@@ -80,12 +81,6 @@ void WholeFile::LinkBeside() {
     });
 }
 
-void WholeFile::Sync() const {
-    // Some disks tell only here that they were full or have failed. Others have nothing to be told.
-    const bool synced = fdatasync(m_nDescriptor) == 0 || errno == EINVAL || errno == EROFS;
-    if (!synced) throw CFileException("It cannot be written", errno);
-}
-
 bool WholeFile::CopyInto(int nTarget) const {
     ByteSink sink(nTarget);
     std::array<u8, COPIED_SIZE> bytes;
@@ -113,7 +108,7 @@ bool WholeFile::FillEmpty() {
 
 void WholeFile::Put(bool bReplace) {
     if (bReplace && IsSpecial(m_strPath)) throw CFileException("It is no file that could be replaced");
-    Sync();
+    if (!SyncToDisk(m_nDescriptor)) throw CFileException("It cannot be written", errno);
     if (m_strBeside.empty()) LinkBeside();
     const bool put = bReplace ? std::rename(m_strBeside.c_str(), m_strPath.c_str()) == 0
                               : RenameToFree(m_strBeside.c_str(), m_strPath.c_str());

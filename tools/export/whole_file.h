@@ -26,7 +26,6 @@ class WholeFile {
     bool FillEmpty();
 
   private:
-    void Sync() const;
     bool CopyInto(int nTarget) const;
     void OpenBeside();
     void LinkBeside();

@@ -48,8 +48,7 @@ CRegularFile::CRegularFile(const std::string& strPath) {
         if (Uninterrupted([&] { return fstat(m_nDescriptor, &status); }) != 0) throw CFileException(errno);
         RefuseUnlessRegular(status);
         m_stamp = ToFileStamp(status);
-        m_nLength = m_stamp.nSize;
-        m_pWindow = std::make_unique_for_overwrite<u8[]>(std::min<u64>(m_nLength, WINDOW_SIZE));
+        m_pWindow = std::make_unique_for_overwrite<u8[]>(std::min<u64>(m_stamp.nSize, WINDOW_SIZE));
     } catch (...) {
         close(m_nDescriptor);
         throw;
@@ -61,7 +60,7 @@ CRegularFile::~CRegularFile() {
 }
 
 u64 CRegularFile::Seek(i64 nOffset, SeekFrom from) {
-    const u64 origin = from == begin ? 0 : from == current ? m_nPosition : m_nLength;
+    const u64 origin = from == begin ? 0 : from == current ? m_nPosition : m_stamp.nSize;
     const u64 target = origin + static_cast<u64>(nOffset);
     const bool wrapped = nOffset < 0 ? target > origin : target < origin;
     if (wrapped || target > static_cast<u64>(std::numeric_limits<i64>::max()))
@@ -97,13 +96,13 @@ void CRegularFile::FillWindow() {
     m_nWindowSize = 0;
     m_nWindowStart = m_nPosition - std::min<u64>(m_nPosition, LOOK_BACK);
     m_nWindowSize =
-        ReadAt(m_nWindowStart, m_pWindow.get(), static_cast<u32>(std::min<u64>(m_nLength, WINDOW_SIZE)));
+        ReadAt(m_nWindowStart, m_pWindow.get(), static_cast<u32>(std::min<u64>(m_stamp.nSize, WINDOW_SIZE)));
 }
 
 // Fewer bytes than asked for mean that the file ends there.
 u32 CRegularFile::ReadAt(u64 nPosition, void* pData, u32 nCount) const {
-    if (nPosition >= m_nLength) return 0;
-    const u32 wanted = static_cast<u32>(std::min<u64>(nCount, m_nLength - nPosition));
+    if (nPosition >= m_stamp.nSize) return 0;
+    const u32 wanted = static_cast<u32>(std::min<u64>(nCount, m_stamp.nSize - nPosition));
     u32 done = 0;
     while (done < wanted) {
         if (s_beforeRead) s_beforeRead();

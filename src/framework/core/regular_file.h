@@ -33,7 +33,7 @@ class CRegularFile final : public CFile {
     // As it was when the file was opened.
     const FileStamp& GetStamp() const { return m_stamp; }
 
-    u64 GetLength() const override { return m_nLength; }
+    u64 GetLength() const override { return m_stamp.nSize; }
     u64 Seek(i64 nOffset, SeekFrom from) override;
     u32 Read(void* pData, u32 nCount) override;
 
@@ -50,8 +50,7 @@ class CRegularFile final : public CFile {
     void FillWindow();
 
     int m_nDescriptor = -1;
-    FileStamp m_stamp;
-    u64 m_nLength = 0;    // as it was when the file was opened
+    FileStamp m_stamp;    // as it was when the file was opened
     u64 m_nPosition = 0;  // where the next byte is read
     std::unique_ptr<u8[]> m_pWindow;
     u64 m_nWindowStart = 0;  // file position of the window's first byte

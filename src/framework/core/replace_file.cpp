@@ -1,6 +1,7 @@
 #include "framework/core/replace_file.h"
 
-#include <cerrno>
+#include "framework/core/disk_write.h"
+
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
@@ -11,21 +12,6 @@
 namespace {
 
 constexpr mode_t NEW_FILE_MODE = 0600;
-
-bool WriteAll(int nDescriptor, std::string_view content) {
-    while (!content.empty()) {
-        const ssize_t count = write(nDescriptor, content.data(), content.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        content.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
-// Some disks tell only here that they were full or have failed. Others have nothing to be told.
-bool Sync(int nDescriptor) {
-    return fsync(nDescriptor) == 0 || errno == EINVAL || errno == EROFS;
-}
 
 }  // namespace
 
@@ -41,7 +27,8 @@ bool ReplaceFile(const std::string& strPath, std::string_view content) {
     if (descriptor < 0) return false;
     struct stat before = {};
     const mode_t mode = stat(target.c_str(), &before) == 0 ? before.st_mode & 07777 : NEW_FILE_MODE;
-    bool done = fchmod(descriptor, mode) == 0 && WriteAll(descriptor, content) && Sync(descriptor);
+    bool done = fchmod(descriptor, mode) == 0 && WriteAll(descriptor, content.data(), content.size()) &&
+                SyncToDisk(descriptor);
     done = close(descriptor) == 0 && done;
     done = done && std::rename(beside.c_str(), target.c_str()) == 0;
     if (!done) unlink(beside.c_str());

@@ -15,11 +15,6 @@ namespace {
 
 constexpr int REST = 300;  // milliseconds without a change
 
-bool IsUtf8(const std::string& strPath) {
-    const QByteArray bytes = QByteArray::fromStdString(strPath);
-    return QFile::encodeName(QString::fromUtf8(bytes)) == bytes;
-}
-
 }  // namespace
 
 // One for all, since the system gives its user few of them. Two files can share a folder.
@@ -78,7 +73,7 @@ FileWatch::FileWatch(const std::string& strPath, const FileStamp& stamp, std::fu
       m_onChanged(std::move(onChanged)),
       m_pContext(std::make_unique<QObject>()),
       m_pTimer(new QTimer(qApp)) {
-    if (!IsUtf8(strPath)) return;
+    if (!QUtf8StringView(strPath).isValidUtf8()) return;
     m_pTimer->setSingleShot(true);
     m_pTimer->setInterval(REST);
     QObject::connect(m_pTimer, &QTimer::timeout, m_pContext.get(),

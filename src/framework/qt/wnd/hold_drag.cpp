@@ -8,18 +8,17 @@
 
 CHoldDrag::CHoldDrag(QWidget& view, CViewPlace& place) : m_view(view), m_place(place) {}
 
-CHoldDrag::~CHoldDrag() = default;
-
 void CHoldDrag::OnPress(const QMouseEvent& event) {
     if (event.button() != Qt::LeftButton || !m_place.IsLargerThanArea()) return;
-    m_pHeld = std::make_unique<QPoint>(event.position().toPoint());
+    const QPoint place = event.position().toPoint();
+    m_held = {place.x(), place.y()};
 }
 
 void CHoldDrag::OnMove(const QMouseEvent& event) {
-    if (!m_pHeld) return;
+    if (!m_held) return;
     // The button can be let go where nobody tells of it, as under a dialog.
     if (!(event.buttons() & Qt::LeftButton)) return End();
-    const QPoint distance = *m_pHeld - event.position().toPoint();
+    const QPoint distance = QPoint(m_held->x, m_held->y) - event.position().toPoint();
     if (!m_bDragging) {
         if (distance.manhattanLength() < QApplication::startDragDistance()) return;
         m_bDragging = true;
@@ -33,7 +32,7 @@ void CHoldDrag::OnRelease(const QMouseEvent& event) {
 }
 
 void CHoldDrag::End() {
-    m_pHeld.reset();
+    m_held.reset();
     if (m_bDragging) m_view.unsetCursor();
     m_bDragging = false;
 }

@@ -2,20 +2,20 @@
 // sheet of paper. It takes more than a click, and a frame that is larger than the area.
 #pragma once
 
-#include <memory>
+#include "framework/core/geometry.h"
+
+#include <optional>
 
 class CViewPlace;
 class QMouseEvent;
-class QPoint;
 class QWidget;
 
 class CHoldDrag {
   public:
     // Both outlive it.
     CHoldDrag(QWidget& view, CViewPlace& place);
-    ~CHoldDrag();
 
-    bool IsHeld() const { return m_pHeld != nullptr; }
+    bool IsHeld() const { return m_held.has_value(); }
 
     void OnPress(const QMouseEvent& event);
     void OnMove(const QMouseEvent& event);
@@ -26,7 +26,6 @@ class CHoldDrag {
 
     QWidget& m_view;
     CViewPlace& m_place;
-    std::unique_ptr<QPoint>
-        m_pHeld;  // the view's point that stays under the pointer; none while nothing is held
+    std::optional<CPoint> m_held;  // the view's point that stays under the pointer
     bool m_bDragging = false;
 };
