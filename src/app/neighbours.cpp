@@ -1,5 +1,6 @@
 #include "app/neighbours.h"
 
+#include "framework/core/path_name.h"
 #include "framework/qt/kit/natural_order.h"
 
 #include <algorithm>
@@ -24,8 +25,8 @@ std::vector<std::string> ListFiles(const std::string& strFolder,
 }  // namespace
 
 Neighbours::Neighbours(const std::string& strPath, const std::function<bool(const std::string&)>& isListed)
-    : m_strFolder(strPath.substr(0, strPath.rfind('/') + 1)), m_names(ListFiles(m_strFolder, isListed)) {
-    const std::string own = strPath.substr(m_strFolder.size());
+    : m_strFolder(FolderOf(strPath)), m_names(ListFiles(m_strFolder, isListed)) {
+    const std::string own = FileNameOf(strPath);
     m_bOwnListed = std::ranges::find(m_names, own) != m_names.end();
     if (!m_bOwnListed) m_names.push_back(own);
     SortNaturally(m_names);
@@ -45,7 +46,7 @@ std::vector<std::string> Neighbours::Before() const {
 }
 
 std::string Neighbours::PlaceText(const std::string& strPath) const {
-    const auto found = std::ranges::find(m_names, strPath.substr(m_strFolder.size()));
+    const auto found = std::ranges::find(m_names, FileNameOf(strPath));
     std::size_t place = static_cast<std::size_t>(found - m_names.begin());
     std::size_t count = m_names.size();
     if (!m_bOwnListed) {

@@ -1,6 +1,6 @@
 #include "app/tolerance_setting.h"
 
-#include "display/tolerance.h"
+#include "display/passed_over_in.h"
 #include "document/passed_text.h"
 
 #include <algorithm>
@@ -23,8 +23,8 @@ std::string NameAmong(const std::vector<std::shared_ptr<CDocument>>& documents, 
 }  // namespace
 
 Tolerance ToTolerance(const std::string& strKept) {
-    if (strKept == "always") return Tolerance::Always;
-    if (strKept == "never") return Tolerance::Never;
+    if (strKept == ALWAYS) return Tolerance::Always;
+    if (strKept == NEVER) return Tolerance::Never;
     return Tolerance::Ask;
 }
 

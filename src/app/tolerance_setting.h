@@ -1,4 +1,5 @@
-// How files that break rules of their formats are opened: the setting, and the question where it says to ask.
+// The settings of reading, and the question that one of them asks about files that break rules of their
+// formats.
 #pragma once
 
 #include "document/vistrel_doc.h"
@@ -9,8 +10,13 @@
 #include <vector>
 
 inline constexpr const char* TOLERANT_SWITCH = "--tolerant";  // "always" for one run
-inline constexpr const char* TOLERANT_SECTION = "Reading";
-inline constexpr const char* TOLERANT_ENTRY = "Tolerant";  // "ask", "always" or "never"
+
+// Of the settings. What an entry may say, it says in these words.
+inline constexpr const char* READING_SECTION = "Reading";
+inline constexpr const char* TOLERANT_ENTRY = "Tolerant";  // ALWAYS, NEVER, or anything else for asking
+inline constexpr const char* RELOAD_ENTRY = "Reload";      // ALWAYS, or anything else for F5 alone
+inline constexpr const char* ALWAYS = "always";
+inline constexpr const char* NEVER = "never";
 
 // What the kept text says; any other text is "ask".
 Tolerance ToTolerance(const std::string& strKept);

@@ -48,7 +48,7 @@ const MessageMap& CVistrelApp::GetMessageMap() const {
 
 Tolerance CVistrelApp::GetTolerance() const {
     if (m_commandLine.HasSwitch(TOLERANT_SWITCH)) return Tolerance::Always;
-    const Tolerance kept = ToTolerance(GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, ""));
+    const Tolerance kept = ToTolerance(GetProfileString(READING_SECTION, TOLERANT_ENTRY, ""));
     // Nobody is there to be asked where a page is printed.
     const bool cannotAsk = m_commandLine.IsPrint() && kept == Tolerance::Ask;
     return cannotAsk ? Tolerance::Never : kept;
@@ -63,7 +63,7 @@ std::function<void(CDocument&)> CVistrelApp::PrepareDocuments() {
 bool CVistrelApp::AskForConsent(const std::vector<std::shared_ptr<CDocument>>& documents) {
     const YesNoAnswer answer = CurrentAnswers().AskYesNo(ConsentQuestion(documents));
     const bool yes = answer.nButton == IDYES;
-    if (answer.bChecked && !WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, yes ? "always" : "never"))
+    if (answer.bChecked && !WriteProfileString(READING_SECTION, TOLERANT_ENTRY, yes ? ALWAYS : NEVER))
         AfxMessageBox("The settings could not be written. The answer counts until the program ends.");
     return yes;
 }

@@ -32,8 +32,10 @@ class CVistrelApp : public CWinApp {
 
     Neighbours NeighboursOf(const CVistrelView& view) const;
 
-    // Whether there is another file after or before the active one in its folder, and going to it.
+    // Whether there is another file after or before the active one in its folder.
     bool CanGo(bool bAfter) const;
+
+    // Shows that file in the active window.
     void Go(bool bAfter);
 
     void OnAppAbout();

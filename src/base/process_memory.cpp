@@ -67,6 +67,12 @@ u64 LimitOfAddresses() {
     return limit.rlim_cur;
 }
 
+SizeText InBytes(u64 nBytes) {
+    SizeText text = {};
+    std::snprintf(text.data(), text.size(), "%llu bytes", static_cast<unsigned long long>(nBytes));
+    return text;
+}
+
 }  // namespace
 
 u64 MemoryOfProcess() {
@@ -78,11 +84,25 @@ SizeText ToSizeText(u64 nBytes) {
     constexpr std::array<const char*, 5> UNITS = {"bytes", "KiB", "MiB", "GiB", "TiB"};
     size_t unit = 0;
     double size = static_cast<double>(nBytes);
-    for (; size >= 1024 && unit + 1 < UNITS.size(); ++unit) size /= 1024;
+    // What would be rounded up to 1024 is one of the next unit.
+    for (; size >= (unit == 0 ? 1024 : 1023.95) && unit + 1 < UNITS.size(); ++unit) size /= 1024;
     SizeText text = {};
     // With a point in any locale, as all texts are in one language.
     const int digits = unit == 0 ? 0 : 1;
     char* const end = std::to_chars(text.begin(), text.end(), size, std::chars_format::fixed, digits).ptr;
     std::snprintf(end, static_cast<std::size_t>(text.end() - end), " %s", UNITS[unit]);
+    return text;
+}
+
+ShortageText ToShortageText(u64 nWanted, u64 nLeft) {
+    SizeText wanted = ToSizeText(nWanted);
+    SizeText left = ToSizeText(nLeft);
+    if (wanted == left) {
+        wanted = InBytes(nWanted);
+        left = InBytes(nLeft);
+    }
+    ShortageText text;
+    std::snprintf(text.data(), text.size(), "It takes %s; %s is left of the limit", wanted.data(),
+                  left.data());
     return text;
 }

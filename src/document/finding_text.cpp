@@ -1,6 +1,7 @@
 #include "document/finding_text.h"
 
 #include "base/process_memory.h"
+#include "framework/core/exception.h"
 #include "psd/compression.h"
 #include "psd/psd_image.h"
 
@@ -100,13 +101,14 @@ void Replace(std::string& strText, std::string_view name, const std::string& str
 }
 
 std::string ErrorText(int nError) {
-    return nError == 0 ? std::string() : std::string(": ") + std::strerror(nError);
+    return nError == 0 ? std::string() : ": " + AfxErrorText(nError);
 }
 
 std::string LimitText(const Finding& finding) {
     if (finding.nFound == 0) return {};
-    return std::string(". It takes ") + ToSizeText(static_cast<u64>(finding.nFound)).data() + "; " +
-           ToSizeText(static_cast<u64>(finding.nRead)).data() + " is left of the limit";
+    const u64 wanted = static_cast<u64>(finding.nFound);
+    const u64 left = static_cast<u64>(finding.nRead);
+    return std::string(". ") + ToShortageText(wanted, left).data();
 }
 
 std::string Quoted(u32 nId) {

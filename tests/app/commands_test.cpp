@@ -17,7 +17,7 @@ TEST(Commands, AMenusItemsDifferInTheirMnemonicsAndNameTheirAccelerators) {
     std::set<QKeySequence> different;
     for (const AcceleratorTable& table : AfxGetAccelerators())
         for (const AcceleratorResource& key : table.keys) {
-            keys.insert(std::to_string(key.nId) + '\t' + key.pszKeys);
+            keys.insert(std::to_string(key.nID) + '\t' + key.pszKeys);
             const QKeySequence sequence(QString::fromLatin1(key.pszKeys));
             EXPECT_FALSE(sequence.isEmpty()) << key.pszKeys;
             EXPECT_TRUE(different.insert(sequence).second) << key.pszKeys;
@@ -27,7 +27,7 @@ TEST(Commands, AMenusItemsDifferInTheirMnemonicsAndNameTheirAccelerators) {
             std::set<QKeySequence> mnemonics;
             for (const MenuItemResource& item : popup.items) {
                 const char* const tab = std::strchr(item.pszText, '\t');
-                EXPECT_TRUE(!tab || keys.contains(std::to_string(item.nId) + tab)) << item.pszText;
+                EXPECT_TRUE(!tab || keys.contains(std::to_string(item.nID) + tab)) << item.pszText;
                 const QKeySequence mnemonic = QKeySequence::mnemonic(QString::fromUtf8(item.pszText));
                 EXPECT_TRUE(mnemonic.isEmpty() || mnemonics.insert(mnemonic).second) << item.pszText;
             }

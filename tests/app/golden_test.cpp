@@ -57,7 +57,7 @@ void PutToolBar(std::ostream& out) {
 bool IsOfTheView(const QKeySequence& keys) {
     for (const AcceleratorTable& table : AfxGetAccelerators())
         for (const AcceleratorResource& key : table.keys)
-            if (table.nId == IDR_VIEW && QKeySequence(QString::fromLatin1(key.pszKeys)) == keys) return true;
+            if (table.nID == IDR_VIEW && QKeySequence(QString::fromLatin1(key.pszKeys)) == keys) return true;
     return false;
 }
 
@@ -110,7 +110,7 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     out << "open\n";
     for (const FileFilter& filter : m_answers.m_filters) {
         out << "  " << filter.strName << ':';
-        for (const std::string& pattern : filter.strPatterns) out << ' ' << pattern;
+        for (const std::string& pattern : filter.patterns) out << ' ' << pattern;
         out << '\n';
     }
     ASSERT_TRUE(OpenFile(Picture(600, 100)));
@@ -133,10 +133,10 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     PutKeys(out, true);
     out << "menu of the view\n";
     for (const MenuItemResource& item : AfxFindMenu(IDR_VIEW)->popups[0].items)
-        if (item.nId == 0)
+        if (item.nID == 0)
             out << "  -\n";
         else
-            out << "  " << item.nId << ' ' << QString::fromUtf8(item.pszText) << " | " << AfxLoadPrompt(item.nId)
+            out << "  " << item.nID << ' ' << QString::fromUtf8(item.pszText) << " | " << AfxLoadPrompt(item.nID)
                 << '\n';
 
     const char* const wish = std::getenv("VISTREL_WRITE_GOLDEN");

@@ -34,9 +34,9 @@ class ToleranceTest : public WindowTest {
     ~ToleranceTest() override { Keep("ask"); }
 
     static void Keep(const std::string& strTolerant) {
-        theApp.WriteProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, strTolerant);
+        theApp.WriteProfileString(READING_SECTION, TOLERANT_ENTRY, strTolerant);
     }
-    static std::string Kept() { return theApp.GetProfileString(TOLERANT_SECTION, TOLERANT_ENTRY, ""); }
+    static std::string Kept() { return theApp.GetProfileString(READING_SECTION, TOLERANT_ENTRY, ""); }
 
     u32 OpenWindows() { return static_cast<u32>(theApp.m_pMainWnd->GetChildren().size()); }
 

@@ -64,9 +64,12 @@ TEST(LargeBlock, AllTogetherStayWithinTheLimit) {
 }
 
 TEST(SizeText, LeavesSomethingInFrontOfThePoint) {
-    for (const auto& [size, text] : Table<u64, const char*>{{0, "0 bytes"}, {1023, "1023 bytes"}, {1024, "1.0 KiB"},
-             {(1 << 20) - 60, "1023.9 KiB"}, {3435973837, "3.2 GiB"}, {~u64{0}, "16777216.0 TiB"}})
+    for (const auto& [size, text] :
+        Table<u64, const char*>{{0, "0 bytes"}, {1023, "1023 bytes"}, {1024, "1.0 KiB"}, {(1 << 20) - 60, "1023.9 KiB"},
+            {(1 << 20) - 50, "1.0 MiB"}, {3435973837, "3.2 GiB"}, {~u64{0}, "16777216.0 TiB"}})
         EXPECT_STREQ(ToSizeText(size).data(), text);
+    EXPECT_STREQ(ToShortageText(2048, 1024).data(), "It takes 2.0 KiB; 1.0 KiB is left of the limit");
+    EXPECT_STREQ(ToShortageText(1030, 1025).data(), "It takes 1030 bytes; 1025 bytes is left of the limit");
 }
 
 TEST(LargeBlock, ItsDataIsAlignedForVectorsOrHugePages) {

@@ -1,10 +1,11 @@
 // What both sets of rules show of IFF files that other programs wrote in their own way, and of the layers of Photoshop
 // documents.
-#include "display/tolerance.h"
+#include "display/passed_over_in.h"
 #include "document/passed_text.h"
 #include "framework/core/exception.h"
 #include "support/iff_builder.h"
 #include "support/loading.h"
+#include "support/memory_limit.h"
 #include "support/psd_builder.h"
 #include "support/shown.h"
 #include "support/table.h"
@@ -240,7 +241,7 @@ TEST(TolerantPicture, IsShownWhereTheSettingSaysSo) {
 TEST(TolerantPicture, NothingIsLeftOfTheFileBefore) {
     CVistrelDoc document;
     for (const auto& [file, tolerance, passed] : Table<Bytes, Tolerance, const char*>{
-             {Pbm({2, 1, 8}, {1, 2}), Tolerance::Always, "one byte a pixel"},
+             {Pbm({2, 1, 8}, {1, 2}), Tolerance::Ask, "one byte a pixel"},
              {Ilbm({8, 1}, {1}), Tolerance::Always, ""},
              {Cut(Ilbm({8, 1}, {1}), 1, 1), Tolerance::Ask, "missing pad byte"},
              {Ilbm({8, 1}, {1}), Tolerance::Ask, ""},
@@ -255,6 +256,20 @@ TEST(TolerantPicture, NothingIsLeftOfTheFileBefore) {
         const bool refused = passed == std::string("missing pad byte") || document.m_nDocType == DOC_PSD;
         EXPECT_EQ(document.NeedsConsent(), refused && *passed != 0) << passed;
     }
+}
+
+// The tree that only the tolerant rules show is left out before the file is; where nothing else is shown, there is
+// never more than one.
+TEST(TolerantPicture, ASecondTreeThatFindsNoRoomKeepsNoFileFromOpening) {
+    const Bytes file = Cat("ILBM", {Pbm({2, 1, 8}, {1, 2}), Form("ILBM", {Chunk("ANNO", Bytes(20'000))})});
+    for (const auto& [tolerance, trees, text] : Table<Tolerance, double, std::string>{
+             {Tolerance::Ask, 2.5, "one byte a pixel: not valid"}, {Tolerance::Ask, 1.5, ": not valid"},
+             {Tolerance::Never, 1.5, ": not valid"}, {Tolerance::Always, 1.5, "one byte a pixel: 2x1x4 rg"}}) {
+        const MemoryLimit limit(static_cast<u64>(trees * 20'000));
+        EXPECT_EQ(Text(file, tolerance), text) << trees;
+    }
+    const MemoryLimit limit(20'000);
+    EXPECT_THROW(Shown(file, 0, 0, Tolerance::Always), CMemoryException);
 }
 
 }  // namespace

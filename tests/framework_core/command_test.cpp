@@ -74,7 +74,7 @@ TEST(CommandLine, SwitchesAndFiles) {
         Info info;
         info.ParseCommandLine(static_cast<int>(words.size()), const_cast<char**>(words.data()));
         EXPECT_EQ(info.m_nShellCommand, command) << testing::PrintToString(words);
-        EXPECT_EQ(info.m_strFileNames, files);
+        EXPECT_EQ(info.m_fileNames, files);
     }
 }
 

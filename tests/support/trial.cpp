@@ -2,8 +2,8 @@
 
 #include "base/wrapping.h"
 #include "display/catalogue.h"
+#include "display/passed_over_in.h"
 #include "display/thumbnail.h"
-#include "display/tolerance.h"
 #include "document/passed_text.h"
 #include "framework/core/exception.h"
 #include "support/failing_new.h"

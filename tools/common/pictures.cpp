@@ -6,21 +6,23 @@
 #include <algorithm>
 #include <array>
 
-void SayTooManyPixels(const FileNames& names, u64 nMostPixels) {
-    Say(names, "its pictures have passed %llu pixels; no more are built",
-        static_cast<unsigned long long>(nMostPixels));
+bool PictureBuilder::Build(DisplayImage& image, const Selection& selection) {
+    bool built = false;
+    try {
+        image.BuildBitmap(m_document, selection);
+        built = true;
+    } catch (const CMemoryException& exception) {
+        Say(m_names, "layer %u, channel %u: %s", selection.nLayer, selection.nChannel,
+            AfxMemoryText(exception).data());
+    }
+    // One that memory refused in the end has been made up to there.
+    if (image.m_hBitmap || !built) m_nPixels += u64{image.m_nWidth} * image.m_nHeight;
+    return built;
 }
 
-bool BuildPicture(DisplayImage& image, const CVistrelDoc& document, const Selection& selection,
-                  const FileNames& names) {
-    try {
-        image.BuildBitmap(document, selection);
-        return true;
-    } catch (const CMemoryException& exception) {
-        Say(names, "layer %u, channel %u: %s", selection.nLayer, selection.nChannel,
-            AfxMemoryText(exception).data());
-        return false;
-    }
+void PictureBuilder::SayTooManyPixels() const {
+    Say(m_names, "its pictures have passed %llu pixels; no more are built",
+        static_cast<unsigned long long>(m_nMostPixels));
 }
 
 void CopyRgbRow(const GdiBitmap& bitmap, u32 y, u8* pOut) {

@@ -1,9 +1,10 @@
 #include "tools/describe/describe.h"
 
-#include "display/tolerance.h"
+#include "display/passed_over_in.h"
 #include "document/passed_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
+#include "framework/core/path_name.h"
 #include "framework/core/regular_file.h"
 #include "tools/common/open_document.h"
 #include "tools/describe/describe_iff.h"
@@ -44,7 +45,7 @@ bool WriteFile(JsonWriter& json, const CVistrelDoc& document, u32 nType, const F
     const auto writeLayers = [&] { DescribeLayerList(json, document, names, nMostPixels); };
     json.BeginObject();
     json.Key("accepted").Text(nType == DOC_PSD ? "psd" : nType == DOC_IFF ? "iff" : "none");
-    json.Key("file").Text(std::string_view(names.path).substr(names.path.rfind('/') + 1));
+    json.Key("file").Text(FileNameOf(names.path));
     bool whole = true;
     whole &= WriteKey(json, "iff", names, nType == DOC_IFF,
                       [&] { DescribeChunk(json, *document.GetIff(document.GetRules()).GetRoot()); });
@@ -76,7 +77,8 @@ DescribeResult DescribeFile(const std::string& strPath, std::FILE* pOut, Toleran
     JsonWriter json(pOut);
     const std::unique_ptr<CRegularFile> file = OpenFile(names);
     return file ? LoadAndWrite(*file, names, json, tolerance, nMostPixels) : DescribeResult::CannotBeOpened;
-} catch (const CMemoryException&) {
-    std::fputs("There is not enough memory\n", stderr);
+} catch (const CMemoryException& exception) {
+    // Even a name to say it of takes memory.
+    std::fprintf(stderr, "%s\n", AfxMemoryText(exception).data());
     return DescribeResult::CannotBeOpened;
 }

@@ -58,7 +58,7 @@ void WriteNoPicture(JsonWriter& json) {
 class LayerList {
   public:
     LayerList(JsonWriter& json, const CVistrelDoc& document, const FileNames& names, u64 nMostPixels)
-        : m_json(json), m_document(document), m_names(names), m_nMostPixels(nMostPixels) {}
+        : m_json(json), m_document(document), m_builder(document, names, nMostPixels) {}
 
     void Write() {
         const std::vector<std::string> layers = LayerNames(m_document);
@@ -88,30 +88,25 @@ class LayerList {
     }
 
     void WriteSelection(u32 nLayer, u32 nChannel) {
-        if (m_nPixels > m_nMostPixels) {
+        if (m_builder.HasPassedLimit()) {
             SayOnce();
             WriteNoPicture(m_json);
             return;
         }
-        const bool built = BuildPicture(m_image, m_document, {nLayer, nChannel}, m_names);
-        const GdiBitmap* const bitmap = m_image.m_hBitmap;
-        // One that memory refused in the end has been made up to there.
-        if (bitmap || !built) m_nPixels += u64{m_image.m_nWidth} * m_image.m_nHeight;
+        m_builder.Build(m_image, {nLayer, nChannel});
         // Of an IFF document the view may hold the size of the picture before.
-        WritePicture(m_json, m_image, bitmap || m_document.m_nDocType == DOC_PSD);
+        WritePicture(m_json, m_image, m_image.m_hBitmap || m_document.m_nDocType == DOC_PSD);
     }
 
     void SayOnce() {
-        if (!m_bSaid) SayTooManyPixels(m_names, m_nMostPixels);
+        if (!m_bSaid) m_builder.SayTooManyPixels();
         m_bSaid = true;
     }
 
     JsonWriter& m_json;
     const CVistrelDoc& m_document;
-    const FileNames& m_names;
-    const u64 m_nMostPixels;
+    PictureBuilder m_builder;
     DisplayImage m_image;
-    u64 m_nPixels = 0;  // of all pictures built, or tried
     bool m_bSaid = false;
 };
 

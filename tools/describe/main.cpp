@@ -26,8 +26,9 @@ constexpr const char* USAGE =
     "printed with it. --kernels makes the pictures with the kernels of that name:\n"
     "plain, best or a kind of vectors such as AVX2. --memory sets how many mebibytes\n"
     "planes, pictures and other large pieces may have together.\n\n"
-    "Status: 0 when every file was accepted, 1 when one was refused, 2 for a file that\n"
-    "cannot be opened, for bad usage, and when the output cannot be written.\n";
+    "Status: 0 when every file was accepted, and when there are no kernels of that name,\n"
+    "1 when one was refused, 2 for a file that cannot be opened, for bad usage, and when\n"
+    "standard output cannot be written.\n";
 
 constexpr const char* PROGRAM = "vistrel-describe";
 constexpr int BAD = 2;

@@ -2,10 +2,11 @@
 
 #include "display/catalogue.h"
 #include "display/display_image.h"
-#include "display/tolerance.h"
+#include "display/passed_over_in.h"
 #include "document/passed_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
+#include "framework/core/path_name.h"
 #include "framework/core/regular_file.h"
 #include "tools/common/open_document.h"
 #include "tools/common/pictures.h"
@@ -24,7 +25,7 @@ namespace {
 class PictureMaker {
   public:
     PictureMaker(const CVistrelDoc& document, const FileNames& names)
-        : m_document(document), m_names(names) {}
+        : m_document(document), m_builder(document, names) {}
 
     // False when memory refuses it, which is told.
     bool Make(const Selection& selection, bool bWithAlpha) {
@@ -43,22 +44,19 @@ class PictureMaker {
         return {bitmap, fits ? alpha : nullptr};
     }
 
-    bool HasPassedLimit() const { return m_nPixels > MOST_PIXELS; }
+    const PictureBuilder& Builder() const { return m_builder; }
 
   private:
     bool MakeOne(DisplayImage& image, const Selection& selection) {
         image.ChooseLayer(m_document, selection.nLayer);
-        const bool built = BuildPicture(image, m_document, selection, m_names);
-        if (image.m_hBitmap || !built) m_nPixels += u64{image.m_nWidth} * image.m_nHeight;
-        return built;
+        return m_builder.Build(image, selection);
     }
 
     const CVistrelDoc& m_document;
-    const FileNames& m_names;
+    PictureBuilder m_builder;
     DisplayImage m_image;
     DisplayImage m_alpha;
     bool m_bHasAlpha = false;
-    u64 m_nPixels = 0;  // of all pictures built, or tried
 };
 
 class Export {
@@ -69,8 +67,8 @@ class Export {
     bool WriteAll(const std::vector<ListedPicture>& pictures) {
         bool good = true;
         for (size_t i = 0; i < pictures.size(); ++i) {
-            if (m_maker.HasPassedLimit()) {
-                SayTooManyPixels(m_names);
+            if (m_maker.Builder().HasPassedLimit()) {
+                m_maker.Builder().SayTooManyPixels();
                 return false;
             }
             ShowProgress(std::to_string(i + 1) + " of " + std::to_string(pictures.size()) + ": " +
@@ -136,7 +134,7 @@ Choice ChoiceOf(const Options& options) {
 
 bool ExportDocument(const CVistrelDoc& document, const FileNames& names, const Options& options,
                     PictureNames& pictureNames) {
-    const std::string file = names.path.substr(names.path.rfind('/') + 1);
+    const std::string file = FileNameOf(names.path);
     const Chosen chosen = Choose(ListPictures(document, file, pictureNames), ChoiceOf(options));
     for (const std::string& text : chosen.lacking) Say(names, "%s", text.c_str());
     bool good = chosen.lacking.empty();

@@ -29,13 +29,14 @@ constexpr const char* USAGE =
     "--thumbnail writes a small picture of INPUT, SIZE pixels wide or high, to OUTPUT,\n"
     "which it replaces. What reads INPUT then has no other file, nor anything else.\n\n"
     "Status: 0 when everything was written, 1 when something was not, 2 for bad usage,\n"
-    "and when the output cannot be written.\n";
+    "and when standard output cannot be written.\n";
 
 constexpr const char* PROGRAM = "vistrel-export";
 constexpr int NOT_ALL = 1;
 constexpr int BAD = 2;
 
-bool HasFolder(const std::string& strFolder) {
+// False, which is told, where it is missing and cannot be made.
+bool MakeFolder(const std::string& strFolder) {
     std::error_code failed;
     std::filesystem::create_directory(strFolder, failed);
     if (failed) Say(NamesOf(strFolder), "It cannot be made: %s", failed.message().c_str());
@@ -43,7 +44,7 @@ bool HasFolder(const std::string& strFolder) {
 }
 
 int ExportFiles(const Options& options) {
-    if (!options.bList && !HasFolder(options.folder)) return NOT_ALL;
+    if (!options.bList && !MakeFolder(options.folder)) return NOT_ALL;
     PictureNames names(options.format == PictureFormat::Png ? ".png" : ".ppm");
     bool good = true;
     for (const std::string& file : options.files) {

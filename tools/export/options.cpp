@@ -69,7 +69,7 @@ class Parser {
     }
 
     bool TakeFiles() {
-        // A composite with its alpha is neither a channel, nor has the other format a place for it.
+        // A composite with its alpha is no channel that could be chosen, and PPM has no place for an alpha.
         const bool takesChannels =
             m_options.format == PictureFormat::Png && m_options.choice.channels.empty();
         if (m_options.bMergeAlpha && !takesChannels) return false;

@@ -3,6 +3,7 @@
 #include "base/types.h"
 #include "framework/core/disk_write.h"
 #include "framework/core/exception.h"
+#include "framework/core/path_name.h"
 #include "tools/export/byte_sink.h"
 
 #include <array>
@@ -16,11 +17,6 @@ namespace {
 
 constexpr size_t COPIED_SIZE = 4096;  // bytes at a time
 constexpr mode_t MODE = 0666;         // less what the user keeps from others
-
-std::string FolderOf(const std::string& strPath) {
-    const size_t slash = strPath.rfind('/');
-    return slash == std::string::npos ? "./" : strPath.substr(0, slash + 1);
-}
 
 // Of what has no name yet.
 std::string DescriptorPath(int nDescriptor) {
@@ -56,7 +52,9 @@ bool RenameToFree(const char* pszFrom, const char* pszTo) {
 
 WholeFile::WholeFile(const std::string& strPath) : m_strPath(strPath) {
     // A nameless file goes by itself when the program is killed. Not every file system has them.
-    m_nDescriptor = open(FolderOf(strPath).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, MODE);
+    const std::string folder = FolderOf(strPath);
+    const char* const pszFolder = folder.empty() ? "." : folder.c_str();
+    m_nDescriptor = open(pszFolder, O_TMPFILE | O_RDWR | O_CLOEXEC, MODE);
     if (m_nDescriptor >= 0 && access(DescriptorPath(m_nDescriptor).c_str(), F_OK) == 0) return;
     if (m_nDescriptor >= 0) close(m_nDescriptor);
     OpenBeside();

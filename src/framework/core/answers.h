@@ -30,8 +30,8 @@ struct YesNoAnswer {
 
 // One choice of what an Open dialog lists.
 struct FileFilter {
-    std::string strName;                   // as it is shown
-    std::vector<std::string> strPatterns;  // such as "*.IFF", matched in either case
+    std::string strName;                // as it is shown
+    std::vector<std::string> patterns;  // such as "*.IFF", matched in either case
 };
 
 // A dialog with its controls filled in, as whoever answers in the user's place finds it.

@@ -28,7 +28,7 @@ class CArchive {
     // Afterwards the file's position is the archive's.
     virtual void Flush() {}
 
-    std::string m_strFileName;  // path of the document, for messages
+    std::string m_strFileName;  // path of the document
 
   private:
     CFile* m_pFile;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 bool CCommandLineInfo::HasSwitch(const std::string& strSwitch) const {
-    return std::ranges::find(m_strGivenSwitches, strSwitch) != m_strGivenSwitches.end();
+    return std::ranges::find(m_givenSwitches, strSwitch) != m_givenSwitches.end();
 }
 
 void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
@@ -11,7 +11,7 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
         if (switchesEnded || word.empty() || word[0] != '-') {
-            m_strFileNames.push_back(word);
+            m_fileNames.push_back(word);
         } else if (word == "--") {
             switchesEnded = true;
         } else if (!IsAnswer()) {
@@ -19,24 +19,24 @@ void CCommandLineInfo::ParseCommandLine(int argc, char* const* argv) {
                 m_nShellCommand = ShowHelp;
             } else if (word == "--version") {
                 m_nShellCommand = ShowVersion;
-            } else if (std::ranges::find(m_strOwnSwitches, word) != m_strOwnSwitches.end()) {
-                m_strGivenSwitches.push_back(word);
+            } else if (std::ranges::find(m_ownSwitches, word) != m_ownSwitches.end()) {
+                m_givenSwitches.push_back(word);
             } else if (word == "-dde") {
                 Choose(FileDDE, word);
             } else if (word == "-p") {
                 Choose(FilePrint, word);
             } else if (word == "-pt" && i + 2 < argc) {
                 Choose(FilePrintTo, word);
-                m_strFileNames.push_back(argv[++i]);
+                m_fileNames.push_back(argv[++i]);
                 m_strPrinterName = argv[++i];
             } else {
                 Refuse(BadSwitch, word);
             }
         }
     }
-    if (m_nShellCommand == FileNew && !m_strFileNames.empty()) m_nShellCommand = FileOpen;
-    if (m_nShellCommand == FilePrint && m_strFileNames.empty()) Refuse(BadSwitch, "-p");
-    if (m_nShellCommand == FilePrintTo && m_strFileNames.size() > 1) Refuse(SurplusWord, "-pt");
+    if (m_nShellCommand == FileNew && !m_fileNames.empty()) m_nShellCommand = FileOpen;
+    if (m_nShellCommand == FilePrint && m_fileNames.empty()) Refuse(BadSwitch, "-p");
+    if (m_nShellCommand == FilePrintTo && m_fileNames.size() > 1) Refuse(SurplusWord, "-pt");
 }
 
 void CCommandLineInfo::Choose(ShellCommand command, const std::string& strSwitch) {

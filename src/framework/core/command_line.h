@@ -20,7 +20,7 @@ class CCommandLineInfo {
     };
 
     // Beside the framework's own switches the program understands this one. It goes with all others.
-    void AddSwitch(const std::string& strSwitch) { m_strOwnSwitches.push_back(strSwitch); }
+    void AddSwitch(const std::string& strSwitch) { m_ownSwitches.push_back(strSwitch); }
 
     // Takes the arguments after the program's name. Help, version and a switch that cannot be followed win
     // over files.
@@ -30,7 +30,7 @@ class CCommandLineInfo {
 
     // Whether one of the program's own switches was given, and whether any was.
     bool HasSwitch(const std::string& strSwitch) const;
-    bool HasOwnSwitches() const { return !m_strGivenSwitches.empty(); }
+    bool HasOwnSwitches() const { return !m_givenSwitches.empty(); }
 
     // Whether there is only something to say, and the first such switch counts.
     bool IsAnswer() const {
@@ -39,14 +39,14 @@ class CCommandLineInfo {
     }
 
     ShellCommand m_nShellCommand = FileNew;
-    std::vector<std::string> m_strFileNames;  // in their order; one for FilePrintTo
-    std::string m_strPrinterName;             // for FilePrintTo
-    std::string m_strBadSwitch;               // for BadSwitch and SurplusWord
+    std::vector<std::string> m_fileNames;  // in their order; one for FilePrintTo
+    std::string m_strPrinterName;          // for FilePrintTo
+    std::string m_strBadSwitch;            // for BadSwitch and SurplusWord
 
   private:
     void Choose(ShellCommand command, const std::string& strSwitch);
     void Refuse(ShellCommand answer, const std::string& strSwitch);
 
-    std::vector<std::string> m_strOwnSwitches;
-    std::vector<std::string> m_strGivenSwitches;
+    std::vector<std::string> m_ownSwitches;
+    std::vector<std::string> m_givenSwitches;
 };

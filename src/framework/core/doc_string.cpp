@@ -1,6 +1,7 @@
 #include "framework/core/doc_string.h"
 
 #include "framework/core/ascii.h"
+#include "framework/core/path_name.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -16,7 +17,7 @@ std::string GetDocString(const std::string& strDocString, DocStringField field) 
 }
 
 bool MatchesFilterExt(const std::string& strFilterExt, const std::string& strPathName) {
-    const std::string name = strPathName.substr(strPathName.rfind('/') + 1);
+    const std::string name = FileNameOf(strPathName);
     const std::size_t dot = name.rfind('.');
     if (dot == std::string::npos) return false;
     return std::ranges::equal(name.substr(dot), strFilterExt, {}, AsciiLower, AsciiLower);

@@ -3,9 +3,14 @@
 #include "framework/core/answers.h"
 #include "framework/core/archive.h"
 #include "framework/core/exception.h"
+#include "framework/core/path_name.h"
 #include "framework/core/regular_file.h"
 
 #include <exception>
+
+std::string NotOpenedLead(const std::string& strName) {
+    return "\"" + strName + "\" was not opened. ";
+}
 
 bool CDocument::OnNewDocument() {
     DeleteContents();
@@ -40,7 +45,7 @@ std::optional<std::string> CDocument::ReadFile(const std::string& strPathName) {
 
 bool CDocument::OnOpenDocument(const std::string& strPathName) {
     const std::optional<std::string> refusal = ReadFile(strPathName);
-    if (refusal) AfxMessageBox("\"" + strPathName + "\" was not opened. " + *refusal + ".");
+    if (refusal) AfxMessageBox(NotOpenedLead(strPathName) + *refusal + ".");
     return !refusal;
 }
 
@@ -48,5 +53,5 @@ void CDocument::Serialize(CArchive&) {}
 
 void CDocument::SetPathName(const std::string& strPathName) {
     m_strPathName = strPathName;
-    m_strTitle = strPathName.substr(strPathName.rfind('/') + 1);
+    m_strTitle = FileNameOf(strPathName);
 }

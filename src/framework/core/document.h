@@ -11,14 +11,17 @@
 class CArchive;
 class CView;
 
+// What a message begins with that says why a file was not opened; a sentence follows.
+std::string NotOpenedLead(const std::string& strName);
+
 class CDocument : public CCmdTarget {
   public:
     ~CDocument() override = default;
 
     virtual bool OnNewDocument();
 
-    // Reads the file through Serialize. What leaves it as an exception is why it was not opened, in a
-    // sentence without its full stop, after a call of DeleteContents; nothing where the file was read.
+    // Reads the file through Serialize. Where that throws, the contents are deleted, and what comes back is
+    // why the file was not opened, a sentence without its full stop; nothing where it was read.
     std::optional<std::string> ReadFile(const std::string& strPathName);
 
     // The same, but reports to the user why a file was not opened; false then.

@@ -7,19 +7,26 @@
 #include <cstring>
 
 MemoryText AfxMemoryText(const CMemoryException& exception) {
-    MemoryText text = {"There is not enough memory"};
+    constexpr const char* NOT_ENOUGH_MEMORY = "There is not enough memory";
+    MemoryText text;
     const MemoryShortage shortage = ShortageOf(exception);
     if (shortage.IsOfLimit())
-        std::snprintf(text.data(), text.size(),
-                      "There is not enough memory. It takes %s; %s is left of the limit",
-                      ToSizeText(shortage.nWanted).data(), ToSizeText(shortage.nLeft).data());
+        std::snprintf(text.data(), text.size(), "%s. %s", NOT_ENOUGH_MEMORY,
+                      ToShortageText(shortage.nWanted, shortage.nLeft).data());
+    else
+        std::snprintf(text.data(), text.size(), "%s", NOT_ENOUGH_MEMORY);
     return text;
 }
 
-CFileException::CFileException(int nError) : CException(std::strerror(nError)), m_nError(nError) {}
+std::string AfxErrorText(int nError) {
+    const char* const text = strerrordesc_np(nError);
+    return text ? text : "Unknown error " + std::to_string(nError);
+}
+
+CFileException::CFileException(int nError) : CException(AfxErrorText(nError)), m_nError(nError) {}
 
 CFileException::CFileException(const std::string& strOperation, int nError)
-    : CException(strOperation + ": " + std::strerror(nError)), m_nError(nError) {}
+    : CException(strOperation + ": " + AfxErrorText(nError)), m_nError(nError) {}
 
 CArchiveException::CArchiveException(Cause cause, std::string strFileName)
     : CException("It is no document of the kinds that this viewer reads"),

@@ -16,13 +16,16 @@ class CException : public std::exception {
     std::string m_strText;
 };
 
-// Memory that could not be had. What it throws is the allocator's own, whoever asked.
+// Memory that could not be had: the allocator's own exception, whoever asked.
 using CMemoryException = std::bad_alloc;
 
 // What the user is told about it, a sentence or two without the last full stop: where the limit has no room,
 // what it takes and what is left. Takes no memory.
 using MemoryText = std::array<char, 128>;
 MemoryText AfxMemoryText(const CMemoryException& exception);
+
+// The system's text for an errno value, in the language of the program's own texts.
+std::string AfxErrorText(int nError);
 
 // A file that cannot be opened, read or positioned.
 class CFileException : public CException {

@@ -13,6 +13,14 @@ std::string GetFullPath(const std::string& strPath) {
     return failed ? path.native() : (folder / path.filename()).native();
 }
 
+std::string FileNameOf(const std::string& strPath) {
+    return strPath.substr(strPath.rfind('/') + 1);
+}
+
+std::string FolderOf(const std::string& strPath) {
+    return strPath.substr(0, strPath.rfind('/') + 1);
+}
+
 bool IsSameFile(const std::string& strPath, const std::string& strOther) {
     std::error_code failed;
     return strPath == strOther || std::filesystem::equivalent(strPath, strOther, failed);

@@ -25,7 +25,7 @@ class CRegularFile final : public CFile {
     static constexpr u32 MOST_BY_WINDOW = WINDOW_SIZE - LOOK_BACK;
 
     // strPath: the bytes of the path, in no particular encoding. Throws CFileException with the system's
-    // reason when it cannot be opened, and at once, without blocking, when it names a directory, a pipe, a
+    // reason when it cannot be opened, and at once, without blocking, when it names a folder, a pipe, a
     // socket or a device.
     explicit CRegularFile(const std::string& strPath);
     ~CRegularFile() override;

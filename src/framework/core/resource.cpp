@@ -7,8 +7,8 @@ namespace {
 const ResourceTables* g_pTables = nullptr;
 
 template <typename Table>
-auto FindById(const Table& table, u32 nId) -> decltype(table.data()) {
-    const auto found = std::ranges::find_if(table, [nId](const auto& row) { return row.nId == nId; });
+auto FindById(const Table& table, u32 nID) -> decltype(table.data()) {
+    const auto found = std::ranges::find_if(table, [nID](const auto& row) { return row.nID == nID; });
     return found == table.end() ? nullptr : &*found;
 }
 
@@ -18,28 +18,28 @@ void AfxSetResources(const ResourceTables* pTables) {
     g_pTables = pTables;
 }
 
-std::string AfxLoadString(u32 nId) {
-    const StringResource* const row = g_pTables ? FindById(g_pTables->strings, nId) : nullptr;
+std::string AfxLoadString(u32 nID) {
+    const StringResource* const row = g_pTables ? FindById(g_pTables->strings, nID) : nullptr;
     return row ? row->pszText : std::string();
 }
 
-std::string AfxLoadPrompt(u32 nId) {
-    const std::string lines = AfxLoadString(nId);
+std::string AfxLoadPrompt(u32 nID) {
+    const std::string lines = AfxLoadString(nID);
     return lines.substr(0, lines.find('\n'));
 }
 
-std::string AfxLoadTip(u32 nId) {
-    const std::string lines = AfxLoadString(nId);
+std::string AfxLoadTip(u32 nID) {
+    const std::string lines = AfxLoadString(nID);
     const std::size_t end = lines.find('\n');
     return end == std::string::npos ? std::string() : lines.substr(end + 1);
 }
 
-const DialogResource* AfxFindDialog(u32 nId) {
-    return g_pTables ? FindById(g_pTables->dialogs, nId) : nullptr;
+const DialogResource* AfxFindDialog(u32 nID) {
+    return g_pTables ? FindById(g_pTables->dialogs, nID) : nullptr;
 }
 
-const MenuResource* AfxFindMenu(u32 nId) {
-    return g_pTables ? FindById(g_pTables->menus, nId) : nullptr;
+const MenuResource* AfxFindMenu(u32 nID) {
+    return g_pTables ? FindById(g_pTables->menus, nID) : nullptr;
 }
 
 std::span<const AcceleratorTable> AfxGetAccelerators() {
@@ -50,10 +50,10 @@ VersionResource AfxGetVersion() {
     return g_pTables ? g_pTables->version : VersionResource{"", "", {}};
 }
 
-const ToolBarResource* AfxFindToolBar(u32 nId) {
-    return g_pTables ? FindById(g_pTables->toolBars, nId) : nullptr;
+const ToolBarResource* AfxFindToolBar(u32 nID) {
+    return g_pTables ? FindById(g_pTables->toolBars, nID) : nullptr;
 }
 
-const PictureResource* AfxFindPicture(u32 nId) {
-    return g_pTables ? FindById(g_pTables->pictures, nId) : nullptr;
+const PictureResource* AfxFindPicture(u32 nID) {
+    return g_pTables ? FindById(g_pTables->pictures, nID) : nullptr;
 }

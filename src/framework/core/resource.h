@@ -43,7 +43,7 @@ constexpr u32 AFX_IDS_USAGE = 61440;             // answer to --help
 constexpr u32 AFX_IDS_VERSION = 61441;           // answer to --version
 
 struct StringResource {
-    u32 nId;
+    u32 nID;
     const char* pszText;  // UTF-8
 };
 
@@ -52,20 +52,20 @@ enum class ControlKind { Static, PlainText, Icon, ComboBox, Edit, Button, Defaul
 // Positions and sizes are in dialog units: a quarter of the font's average width, an eighth of its height.
 struct ControlResource {
     ControlKind kind;
-    u32 nId;  // 0 where nobody asks for the control; of the picture for an icon
+    u32 nID;  // 0 where nobody asks for the control; of the picture for an icon
     CRect rect;
     const char* pszText;  // an ampersand marks the mnemonic, a static's that of the next control
 };
 
 struct DialogResource {
-    u32 nId;
+    u32 nID;
     const char* pszCaption;
     CSize size;
     std::span<const ControlResource> controls;  // in tab order
 };
 
 struct MenuItemResource {
-    u32 nId;              // of the command; 0 for a separator
+    u32 nID;              // of the command; 0 for a separator
     const char* pszText;  // an ampersand marks the mnemonic; what follows a tab names the accelerator
 };
 
@@ -75,18 +75,18 @@ struct PopupResource {
 };
 
 struct MenuResource {
-    u32 nId;
+    u32 nID;
     std::span<const PopupResource> popups;
 };
 
 struct AcceleratorResource {
-    u32 nId;              // of the command
+    u32 nID;              // of the command
     const char* pszKeys;  // as in "Ctrl+N"
 };
 
 // Keys that act together; a window takes all tables.
 struct AcceleratorTable {
-    u32 nId;
+    u32 nID;
     std::span<const AcceleratorResource> keys;
 };
 
@@ -103,13 +103,13 @@ struct VersionResource {
 };
 
 struct ToolBarResource {
-    u32 nId;
+    u32 nID;
     CSize size;                  // of a button's picture, logical pixels
     std::span<const u32> items;  // commands; 0 for a separator
 };
 
 struct PictureResource {
-    u32 nId;             // of a frame's icon, or of the command on whose button it stands
+    u32 nID;             // of a frame's icon, or of the command on whose button it stands
     const char* pszSvg;  // currentColor stands for the colour of texts around it
 };
 
@@ -127,14 +127,14 @@ struct ResourceTables {
 void AfxSetResources(const ResourceTables* pTables);
 
 // An id that no table holds gives an empty string, or null.
-std::string AfxLoadString(u32 nId);
+std::string AfxLoadString(u32 nID);
 
 // The two lines of a command's string: what the status bar says of it, and the tip of its button.
-std::string AfxLoadPrompt(u32 nId);
-std::string AfxLoadTip(u32 nId);
-const DialogResource* AfxFindDialog(u32 nId);
-const MenuResource* AfxFindMenu(u32 nId);
+std::string AfxLoadPrompt(u32 nID);
+std::string AfxLoadTip(u32 nID);
+const DialogResource* AfxFindDialog(u32 nID);
+const MenuResource* AfxFindMenu(u32 nID);
 std::span<const AcceleratorTable> AfxGetAccelerators();
 VersionResource AfxGetVersion();
-const ToolBarResource* AfxFindToolBar(u32 nId);
-const PictureResource* AfxFindPicture(u32 nId);
+const ToolBarResource* AfxFindToolBar(u32 nID);
+const PictureResource* AfxFindPicture(u32 nID);

@@ -127,7 +127,7 @@ class BoxAnswers final : public Answers {
   private:
     static QString NameFilter(const FileFilter& filter) {
         QStringList patterns;
-        for (const std::string& bytes : filter.strPatterns) {
+        for (const std::string& bytes : filter.patterns) {
             const QString pattern = ToDisplayText(bytes);
             patterns.append(pattern);
             if (pattern.toLower() != pattern) patterns.append(pattern.toLower());

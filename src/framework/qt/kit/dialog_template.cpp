@@ -62,11 +62,11 @@ class ControlMaker {
                 MakeIcon(control, place);
                 return;
             case ControlKind::ComboBox:
-                Finish(AfxCreateListWidget(&m_parent, m_target, control.nId, place.height()), control.nId,
+                Finish(AfxCreateListWidget(&m_parent, m_target, control.nID, place.height()), control.nID,
                        ListPlace(place));
                 return;
             case ControlKind::Edit:
-                Finish(new QLineEdit(&m_parent), control.nId, place);
+                Finish(new QLineEdit(&m_parent), control.nID, place);
                 return;
             case ControlKind::Button:
             case ControlKind::DefaultButton:
@@ -93,17 +93,17 @@ class ControlMaker {
     void MakeIcon(const ControlResource& control, const QRect& place) const {
         auto* const picture = new QLabel(&m_parent);
         const int side = std::min(place.width(), place.height());
-        picture->setPixmap(AfxLoadIcon(control.nId).pixmap(QSize(side, side), m_parent.devicePixelRatioF()));
+        picture->setPixmap(AfxLoadIcon(control.nID).pixmap(QSize(side, side), m_parent.devicePixelRatioF()));
         picture->setGeometry(place.x(), place.y(), side, side);
     }
 
     void MakeButton(const ControlResource& control, const QRect& place) {
         auto* const button = new QPushButton(ToDisplayText(control.pszText), &m_parent);
         button->setDefault(control.kind == ControlKind::DefaultButton);
-        QObject::connect(button, &QPushButton::clicked, [&target = m_target, nID = control.nId] {
+        QObject::connect(button, &QPushButton::clicked, [&target = m_target, nID = control.nID] {
             AfxGuardedCall([&] { target.OnCmdMsg(nID, CN_COMMAND, nullptr); });
         });
-        Finish(button, control.nId, place);
+        Finish(button, control.nID, place);
     }
 
     // The template gives the height of the list dropped down.

@@ -1,6 +1,7 @@
 #include "framework/qt/program/shell_requests.h"
 
 #include "framework/core/answers.h"
+#include "framework/core/document.h"
 #include "framework/core/path_name.h"
 #include "framework/core/resource.h"
 #include "framework/qt/kit/file_uri.h"
@@ -47,7 +48,7 @@ void CShellRequests::Open(const std::function<void(const StartupToken&)>& comeTo
             if (const std::optional<std::string> path = FromFileUri(uri))
                 paths.push_back(*path);
             else
-                AfxMessageBox("\"" + uri + "\" was not opened. It is no file on this computer.");
+                AfxMessageBox(NotOpenedLead(uri) + "It is no file on this computer.");
         }
         open(paths);
     }

@@ -102,7 +102,7 @@ void CWinApp::OnFileOpen() {
     filters.push_back({"All Files (*)", {"*"}});
     const CRecentFileList& recent = m_recentFiles.GetList();
     const std::string last = recent.GetSize() > 0 ? recent[0] : "";
-    OpenDocumentFiles(CurrentAnswers().OpenFiles(filters, last.substr(0, last.rfind('/') + 1)));
+    OpenDocumentFiles(CurrentAnswers().OpenFiles(filters, FolderOf(last)));
 }
 
 void CWinApp::OnFilePrintSetup() {
@@ -168,7 +168,7 @@ bool CWinApp::Print(const CCommandLineInfo& info) {
         return false;
     }
     bool all = true;
-    for (const std::string& path : info.m_strFileNames) {
+    for (const std::string& path : info.m_fileNames) {
         bool printed = false;
         const auto print = [&] {
             const CDocument* const document = OpenDocumentFile(path);
@@ -183,7 +183,7 @@ bool CWinApp::Print(const CCommandLineInfo& info) {
 
 // What switches of its own say is for this run alone, and would be lost on another copy.
 bool CWinApp::HandOver() {
-    return !m_commandLine.HasOwnSwitches() && m_requests.HandOver(m_commandLine.m_strFileNames);
+    return !m_commandLine.HasOwnSwitches() && m_requests.HandOver(m_commandLine.m_fileNames);
 }
 
 bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
@@ -197,8 +197,7 @@ bool CWinApp::ProcessShellCommand(const CCommandLineInfo& info) {
         m_nExitStatus = EXIT_SUCCESS;
         return false;
     }
-    const bool opened =
-        !OpenDocumentFiles(info.m_strFileNames).empty() || (isDde && info.m_strFileNames.empty());
+    const bool opened = !OpenDocumentFiles(info.m_fileNames).empty() || (isDde && info.m_fileNames.empty());
     return !m_bEnding && (opened || !m_requests.IsEmpty());
 }
 

@@ -5,10 +5,9 @@
 #include "framework/qt/wnd/wnd.h"
 
 constexpr u32 CB_ADDSTRING = 0x143;  // lParam: the entry's text, bytes of unknown encoding; its position
-constexpr u32 CB_GETCURSEL = 0x147;  // CB_ERR without a selection
+constexpr u32 CB_GETCURSEL = 0x147;  // -1 without a selection
 constexpr u32 CB_RESETCONTENT = 0x14B;
 constexpr u32 CB_SETCURSEL = 0x14E;  // wParam: position
-constexpr i64 CB_ERR = -1;
 
 class CComboBox : public CWnd {
   public:

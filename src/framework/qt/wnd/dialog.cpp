@@ -64,7 +64,7 @@ int CDialog::DoModal() {
     window->setFixedSize(AfxCreateControls(*window, resource, *this));
     UpdateData(false);
     for (const ControlResource& control : resource.controls)
-        if (control.kind == ControlKind::Edit) GotoDlgCtrl(control.nId);
+        if (control.kind == ControlKind::Edit) GotoDlgCtrl(control.nID);
     return CurrentAnswers().Dialog(m_nIDTemplate, *this);
 }
 

@@ -5,14 +5,6 @@
 #include "framework/core/resource.h"
 #include "framework/qt/wnd/mdi_frame_wnd.h"
 
-namespace {
-
-std::string Lead(const std::string& strPathName) {
-    return "\"" + strPathName + "\" was not opened. ";
-}
-
-}  // namespace
-
 bool CMultiDocTemplate::MatchDocType(const std::string& strPathName) const {
     return MatchesFilterExt(GetDocString(AfxLoadString(m_nIDResource), DocStringField::FilterExt),
                             strPathName);
@@ -36,7 +28,7 @@ std::shared_ptr<CDocument> CMultiDocTemplate::ReadDocumentFile(
         document->SetPathName(strPathName);
         read = document;
     };
-    AfxGuardedCall(open, Lead(strPathName));
+    AfxGuardedCall(open, NotOpenedLead(strPathName));
     return read;
 }
 
@@ -50,7 +42,7 @@ bool CMultiDocTemplate::ShowDocument(CMDIFrameWnd& mainFrame,
         shown = true;
         child->ActivateFrame();
     };
-    AfxGuardedCall(show, Lead(document->GetPathName()));
+    AfxGuardedCall(show, NotOpenedLead(document->GetPathName()));
     return shown;
 }
 

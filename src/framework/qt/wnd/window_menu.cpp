@@ -1,5 +1,5 @@
-// The main window's half that deals with all child windows at once: the commands of the Window menu, the list
-// of windows at its end, and the numbers in their titles.
+// The part of the main window that deals with all child windows at once: the commands of the Window menu, the
+// list of windows at its end, and the numbers in their titles.
 
 #include "framework/core/document.h"
 #include "framework/core/guarded_call.h"

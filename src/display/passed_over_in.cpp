@@ -1,4 +1,4 @@
-#include "display/tolerance.h"
+#include "display/passed_over_in.h"
 
 #include "chunks/body_chunk.h"
 #include "display/catalogue.h"
