@@ -121,7 +121,7 @@ u64& TheLimit() {
     return limit;
 }
 
-// Of all blocks that are in use.
+// Of all blocks and limited objects that are in use.
 u64& TheUsedSize() {
     static u64 used = 0;
     return used;
@@ -199,6 +199,16 @@ void LargeBlock::Require(u64 nTotal) {
 
 u64 LargeBlock::Limit() {
     return TheLimit();
+}
+
+bool LargeBlock::Charge(u64 nSize) {
+    if (nSize > Left()) return false;
+    TheUsedSize() += nSize;
+    return true;
+}
+
+void LargeBlock::Discharge(u64 nSize) {
+    TheUsedSize() -= nSize;
 }
 
 u64 LargeBlock::SetLimit(u64 nLimit) {

@@ -1,5 +1,6 @@
 // Pixel buffers, planes, row tables and whatever else can have a mebibyte: every piece of memory whose size
-// follows from a file comes from here, so that one limit holds for all of them together.
+// follows from a file comes from here, so that one limit holds for all of them together, and for objects
+// whose number follows from a file (base/limited_object.h).
 //
 // Fresh pages cost more than what is mostly done with them. So large blocks stand on huge pages where the
 // system has them, and a few that were freed are kept for the next request.
@@ -57,6 +58,11 @@ class LargeBlock {
     // The most bytes that all blocks may have together: half of what the process may have, unless set
     // otherwise.
     static u64 Limit();
+
+    // Counts memory that is had elsewhere as if it were blocks, until Discharge is called for it. False, and
+    // nothing is counted, where the limit has no room for it.
+    static bool Charge(u64 nSize);
+    static void Discharge(u64 nSize);
 
     // Returns the limit before.
     static u64 SetLimit(u64 nLimit);

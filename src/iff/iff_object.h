@@ -2,11 +2,12 @@
 // owns its first reference; searches return uncounted pointers, and whoever keeps one takes a reference.
 #pragma once
 
+#include "base/limited_object.h"
 #include "base/types.h"
 
 #include <utility>
 
-class IffObject {
+class IffObject : public LimitedObject {
   public:
     IffObject() = default;
     IffObject(const IffObject&) = delete;

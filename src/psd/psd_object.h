@@ -3,13 +3,14 @@
 // over.
 #pragma once
 
+#include "base/limited_object.h"
 #include "base/types.h"
 
 #include <cassert>
 #include <memory>
 #include <vector>
 
-class PsdObject {
+class PsdObject : public LimitedObject {
   public:
     PsdObject() = default;
     PsdObject(const PsdObject&) = delete;

@@ -49,7 +49,7 @@ TEST(Chunks, RefusalsBesideTheirControls) {
 
 // With so little memory, asking for what a chunk only claims would throw.
 TEST(Chunks, WhatTheFileCannotDeliverIsRefusedBeforeItIsAllocated) {
-    const MemoryLimit limit(1000);
+    const MemoryLimit limit(2900);
     for (const char* id : {"BODY", "JUNK", "CMAP"}) {
         EXPECT_FALSE(Loads(Form("ILBM", {Chunk(id, Bytes(900), 3000)}, 3012))) << id;
         EXPECT_TRUE(Loads(Form("ILBM", {Chunk(id, Bytes(900))}))) << id;

@@ -2,6 +2,7 @@
 // they end.
 #include "support/failing_new.h"
 #include "support/hostile_files.h"
+#include "support/memory_limit.h"
 #include "support/trial.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr u32 COUNT = 4096;
+constexpr u64 MOST_PER_BYTE = 25;  // bytes of memory that one of a file may take
 
 TEST(Hostile, FilesOfManyPartsAreReadOrRefusedAlike) {
     for (const HostileFile& file : HostileFiles()) {
@@ -32,6 +34,21 @@ TEST(Hostile, FilesOfManyPartsAreReadOrRefusedAlike) {
             EXPECT_EQ(Trial().Run(bytes), whole);
             EXPECT_EQ(Trial().Run(Truncated(bytes, 1)), cut);
         }
+    }
+}
+
+// What is small counts against the limit, too, where a file can want any number of it.
+TEST(Hostile, FilesOfManyPartsStayWithinTheLimit) {
+    for (const HostileFile& file : HostileFiles()) {
+        SCOPED_TRACE(file.pszName);
+        const Bytes many = file.make(COUNT);
+        const u64 left = LargeBlock::Left();
+        const Plan plan = {.nMemory = many.size()};
+        const Answer answer = Trial().Run(many, plan);
+        EXPECT_FALSE(answer.IsOpen()) << answer;
+        EXPECT_NE(answer.strLoad.find("memory"), std::string::npos) << answer;
+        EXPECT_EQ(LargeBlock::Left(), left);
+        EXPECT_TRUE(Trial().Run(many, {.nMemory = MOST_PER_BYTE * many.size()}).IsOpen());
     }
 }
 
