@@ -12,6 +12,13 @@ namespace {
 
 constexpr u32 STREAM_BUFFER_SIZE = 1024;
 
+bool LoadIff(CArchive& archive, IffFile& file, const ReadingRules& rules) {
+    ArchiveByteStream stream(&archive, STREAM_BUFFER_SIZE);
+    const bool accepted = file.Load(&stream, rules);
+    stream.Close();
+    return accepted;
+}
+
 // Whatever the file begins with.
 bool IsOfTheSource(Rule rule) {
     return rule == Rule::SourceFailed || rule == Rule::SourceTooLarge;
@@ -87,12 +94,19 @@ bool CVistrelDoc::LoadUnderEitherRules(CArchive& archive) {
         m_bTolerantlyAccepted = accepted;
         return false;
     }
-    if (m_nDocType == DOC_IFF && m_Iff.HasForm(ID_PBM)) {
-        file.Seek(start, CFile::begin);
-        LoadTolerantIff(archive);
+    if (m_nDocType != DOC_IFF) return true;
+    const bool hasMore = m_Iff.HasForm(ID_PBM);
+    if (hasMore) file.Seek(start, CFile::begin);
+    if (m_tolerance != Tolerance::Always) {
+        if (hasMore) LoadTolerantIff(archive);
+        return true;
     }
-    if (m_nDocType == DOC_IFF && m_tolerance == Tolerance::Always) m_pRules = &TOLERANT;
-    return true;
+    m_pRules = &TOLERANT;
+    if (!hasMore) return true;
+    // Nobody asks for the strict tree any more, so that only one of the two has to find room.
+    if (LoadIff(archive, m_Iff, TOLERANT)) return true;
+    file.Seek(start, CFile::begin);
+    return LoadIff(archive, m_Iff, STRICT);
 }
 
 // Offers the file, from where the archive stands, to the two readers.
@@ -112,11 +126,13 @@ bool CVistrelDoc::Load(CArchive& archive, const ReadingRules& rules) {
     return accepted;
 }
 
+// The file opens without it, too, where memory has no room for both.
 void CVistrelDoc::LoadTolerantIff(CArchive& archive) {
-    ArchiveByteStream stream(&archive, STREAM_BUFFER_SIZE);
-    auto file = std::make_unique<IffFile>();
-    if (file->Load(&stream, TOLERANT)) m_pTolerantIff = std::move(file);
-    stream.Close();
+    try {
+        auto file = std::make_unique<IffFile>();
+        if (LoadIff(archive, *file, TOLERANT)) m_pTolerantIff = std::move(file);
+    } catch (const CMemoryException&) {
+    }
 }
 
 const PassedOver& CVistrelDoc::GetPassedOver() const {
@@ -124,7 +140,7 @@ const PassedOver& CVistrelDoc::GetPassedOver() const {
 }
 
 const IffFile& CVistrelDoc::GetIff(const ReadingRules& rules) const {
-    return rules.bChunky && m_pTolerantIff ? *m_pTolerantIff : m_Iff;
+    return &rules == &TOLERANT && m_pTolerantIff ? *m_pTolerantIff : m_Iff;
 }
 
 std::string CVistrelDoc::GetRefusalReason() const {
