@@ -95,7 +95,8 @@ bool PsdLayerChannel::ReadRawData(PsdReading& reading, u32 nRows, u32 nColumns, 
         return reading.IsGood();
     }
     RawRows rows(stream, rowSize);
-    return ReadPlane(reading, rows, nRows, nColumns) == nRows;
+    ReadPlane(reading, rows, nRows, nColumns);
+    return reading.IsGood();
 }
 
 bool PsdLayerChannel::ReadPackedData(PsdReading& reading, u32 nRows, u32 nColumns, u32 nEnd) {

@@ -93,6 +93,13 @@ Bytes LongDocument() {
     return Psd(fields);
 }
 
+// Rows of samples that are narrowed as they are read, past the buffer.
+Bytes LongDeepDocument() {
+    PsdLayerFields layer = {.bottom = 30, .right = 40, .name = "deep"};
+    layer.channels = {{.data = RawData(Planes(2 * 30 * 40))}};
+    return Psd({.depth = 16, .layers = {layer}});
+}
+
 }  // namespace
 
 std::vector<SampleFile> SmallSampleFiles() {
@@ -116,5 +123,6 @@ std::vector<SampleFile> SampleFiles() {
     std::vector<SampleFile> samples = SmallSampleFiles();
     samples.push_back({"long_picture", LongPicture()});
     samples.push_back({"long_document", LongDocument()});
+    samples.push_back({"long_deep_document", LongDeepDocument()});
     return samples;
 }
