@@ -214,7 +214,9 @@ u32 AlphaOfIff(const CVistrelDoc& document, u32 nLayer) {
     return part && OffersAlpha(ChoosePicture(*part, document.GetRules(), passedOver)) ? 1 : 0;
 }
 
+// Beside layers, only what the file says to be it.
 u32 AlphaOfPsd(const PsdImage& psd) {
+    if (psd.m_Layers.GetCount() > 0 && !psd.m_bMergedAlpha) return 0;
     const u32 colours = PsdColourCount(psd.m_nMode);
     return colours > 0 && psd.m_nChannels > colours ? colours + 1 : 0;
 }

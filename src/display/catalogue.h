@@ -25,7 +25,8 @@ std::vector<std::string> ChannelNames(const PsdImage& psd);
 std::vector<std::string> ChannelNames(const PsdLayer& layer, u32 nMode, const ReadingRules& rules);
 
 // The entry of the Channel list whose picture is the transparency of the layer's composite: its position, 0
-// where there is none. Of the whole image of a Photoshop document it is the first channel behind the colours.
+// where there is none. Of the whole image of a Photoshop document it is the first channel behind the colours,
+// unless there are layers and the file does not say that it is their transparency.
 u32 AlphaChannel(const CVistrelDoc& document, u32 nLayer);
 
 // The part of an IFF document that a position in the Layer list stands for; null where the file lacks it.

@@ -12,13 +12,19 @@ void DisplayImage::DiscardBitmap() {
     m_hBitmap = nullptr;
 }
 
+void DisplayImage::LetGo() {
+    DiscardBitmap();
+    m_pBody.Reset();
+    m_pS3tc.Reset();
+}
+
 std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, u32 nLayer) {
+    m_pBody.Reset();
+    m_pS3tc.Reset();
     if (document.m_nDocType == DOC_PSD)
         return nLayer == 0 ? ChannelNames(document.m_Psd)
                            : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1), document.m_Psd.m_nMode,
                                           document.GetRules());
-    m_pBody.Reset();
-    m_pS3tc.Reset();
     PictureChoice choice;
     PassedOver passedOver;
     const ReadingRules& rules = document.GetRules();

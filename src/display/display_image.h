@@ -76,6 +76,10 @@ class DisplayImage {
     // be none halfway stops there.
     void HandTo(BandTaker* pTaker) { m_pTaker = pTaker; }
 
+    // The picture, and what a layer's picture is made of, need memory no longer; until a layer is chosen and
+    // its picture made there is neither.
+    void LetGo();
+
     // Text of the information pane: width, height and colours, or "<invalid bitmap>".
     std::string InfoText() const;
 

@@ -128,8 +128,10 @@ struct ColourSums {
 // rows, and become means of pixels times fScale.
 template <PixelLayout LAYOUT>
 void ShrinkRow(const u32* pSums, u32 nSourceWidth, u32 nWidth, double fScale, u8* pOut) {
-    const auto mean = [fScale](u64 nSum) {
-        return static_cast<u8>(static_cast<double>(nSum) * fScale + HALF);
+    // Sums are whole numbers: a part of one decides what is exactly between two means and nothing else.
+    const double rounding = HALF + fScale / 4;
+    const auto mean = [fScale, rounding](u64 nSum) {
+        return static_cast<u8>(static_cast<double>(nSum) * fScale + rounding);
     };
     u32 left = nWidth;  // of the source column that was come to
     for (u32 x = 0; x < nWidth; ++x) {

@@ -42,10 +42,21 @@ u64 AreaOf(const CVistrelDoc& document, u32 nLayer) {
     return size.IsEmpty() ? 0 : u64{size.nRows} * size.nColumns;
 }
 
+bool HasColours(const PsdLayer& layer) {
+    return std::ranges::any_of(layer.m_Channels,
+                               [](const auto& channel) { return channel->m_nId >= 0 && channel->m_ppPlane; });
+}
+
+// Without anything to show the viewer shows a layer black, at whatever size the file says.
+bool MayHavePicture(const CVistrelDoc& document, u32 nLayer) {
+    return document.m_nDocType != DOC_PSD || HasColours(*document.m_Psd.m_Layers.GetAt(nLayer - 1));
+}
+
 // By position, the largest first. Mip-map levels stand in that order.
 std::vector<u32> LayersBySize(const CVistrelDoc& document) {
     std::vector<u32> layers(LayerNames(document).size() - 1);
     std::iota(layers.begin(), layers.end(), u32{1});
+    std::erase_if(layers, [&](u32 nLayer) { return !MayHavePicture(document, nLayer); });
     std::ranges::stable_sort(
         layers, [&](u32 nLayer, u32 nOther) { return AreaOf(document, nLayer) > AreaOf(document, nOther); });
     return layers;

@@ -79,6 +79,24 @@ TEST(PsdNames, ColoursByModeThenTheOthersByNameOrNumber) {
     }
 }
 
+TEST(PsdNames, BesideLayersTheFileSaysWhichChannelIsTheTransparency) {
+    for (const auto& [layerCount, alpha] : Table<i32, u32>{{0, 4}, {1, 0}, {-1, 4}}) {
+        PsdFields fields = {.channels = 4, .mode = PSD_RGB, .layerCount = layerCount};
+        if (layerCount != 0) fields.layers = {{}};
+        EXPECT_EQ(AlphaChannel(Shown(Psd(fields)).document, 0), alpha) << layerCount;
+    }
+}
+
+TEST(Catalogue, NothingOfAnIffPictureIsKeptForAPhotoshopDocument) {
+    const Shown iff(Form("ILBM", {Bmhd({8, 1}), Cmap({RED}), Chunk("BODY", {1, 2})}));
+    const Shown psd(Psd({}));
+    DisplayImage image;
+    image.ChooseLayer(iff.document, 0);
+    EXPECT_TRUE(image.m_pBody);
+    image.ChooseLayer(psd.document, 0);
+    EXPECT_FALSE(image.m_pBody);
+}
+
 TEST(PsdNames, LayersAndTheirChannels) {
     PsdFields fields;
     for (const char* name : {"Sky", "", "   ", " x"}) fields.layers.push_back({.name = name});

@@ -55,6 +55,16 @@ TEST(Shrink, EachPixelIsTheMeanOfItsArea) {
         }
 }
 
+TEST(Shrink, HalfAShadeIsRoundedUp) {
+    for (const auto& [width, height] : Table<u32, u32>{{2, 49}, {7, 14}, {4, 49}, {11, 34}, {2, 2}}) {
+        // As many ones as twos.
+        Bytes samples(width * height, 1);
+        std::fill_n(samples.begin(), samples.size() / 2, u8{2});
+        const Shown shown(Psd({.rows = height, .columns = width, .samples = samples}));
+        EXPECT_EQ(Shrunk(*shown.image.m_hBitmap, 1), Bytes(3, 2)) << width << " x " << height;
+    }
+}
+
 // Sums of so many rows, and of so many columns, do not fit into fewer bits than they have.
 TEST(Shrink, LongSidesOverflowNothing) {
     for (const u32 length : {256u, 257u, 258u, 514u, 515u, 30000u})
@@ -125,6 +135,10 @@ TEST(Thumbnail, ShowsTheCompositeOrTheLargestLayer) {
     PsdFields document = {.channels = 3, .columns = 4, .mode = PSD_RGB, .samples = Bytes(12, 9)};
     PsdFields layered = document;
     layered.layers = {Layer(2, 10), Layer(3, 20), Layer(1, 30)};
+    PsdFields withoutColours = layered;
+    withoutColours.layers.push_back({.bottom = 30, .right = 30});
+    withoutColours.layers.push_back(
+        {.bottom = 40, .right = 40, .channels = {{.id = -1, .data = RawData(Bytes(1600))}}});
     const auto unmerged = [](PsdFields fields) {
         fields.resources = {{.id = 1057, .data = Bytes(5)}};
         return Psd(fields);
@@ -139,6 +153,7 @@ TEST(Thumbnail, ShowsTheCompositeOrTheLargestLayer) {
              {Psd(document), "4x1 of 4x1: 9"},
              {Psd(layered), "4x1 of 4x1: 9"},
              {unmerged(layered), "3x1 of 4x1: 20"},
+             {unmerged(withoutColours), "3x1 of 4x1: 20"},
              {unmerged(document), "4x1 of 4x1: 9"},
              {Psd(lab), "3x1 of 4x1: 20"},
              {Psd(bare), "nothing"},
