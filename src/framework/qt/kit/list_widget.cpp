@@ -1,8 +1,8 @@
 #include "framework/qt/kit/list_widget.h"
 
 #include "framework/core/cmd_target.h"
-#include "framework/core/guarded_call.h"
 #include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/report_later.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -137,7 +137,12 @@ class ListWidget final : public QComboBox {
 QComboBox* AfxCreateListWidget(QWidget* pParent, CCmdTarget& target, u32 nID, int nDropHeight) {
     auto* const list = new ListWidget(pParent, nDropHeight);
     QObject::connect(list, &QComboBox::currentIndexChanged, [&target, nID] {
-        AfxGuardedCall([&] { target.OnCmdMsg(nID, CBN_SELCHANGE, nullptr); });
+        // No box may be opened from inside the list, which can be gone before the box is.
+        try {
+            target.OnCmdMsg(nID, CBN_SELCHANGE, nullptr);
+        } catch (...) {
+            AfxReportLater(std::current_exception());
+        }
     });
     return list;
 }

@@ -1,4 +1,5 @@
-// Faults found where no box may be opened: inside a paint event, or in the toolkit's own calls.
+// Faults found where no box may be opened: inside a paint event, in the toolkit's own calls, and in those of
+// a control that can go while the box is up.
 #pragma once
 
 #include <exception>

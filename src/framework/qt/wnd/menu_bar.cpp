@@ -98,15 +98,15 @@ class MenuStyle final : public QProxyStyle {
 
 void FillMenu(QMenu& menu, const PopupResource& popup, CCmdTarget& target) {
     for (const MenuItemResource& item : popup.items) {
-        if (item.nId == 0) {
+        if (item.nID == 0) {
             menu.addSeparator();
             continue;
         }
         // The tab after a text divides it from the name of its accelerator, as the toolkit has it too.
-        AddItem(menu, item.nId, QString::fromUtf8(item.pszText), target);
+        AddItem(menu, item.nID, QString::fromUtf8(item.pszText), target);
         // One item of the table stands for all recent files; the others show once they have a text.
-        if (item.nId != ID_FILE_MRU_FILE1) continue;
-        for (u32 id = item.nId + 1; id <= ID_FILE_MRU_FILE9; ++id) AddItem(menu, id, {}, target);
+        if (item.nID != ID_FILE_MRU_FILE1) continue;
+        for (u32 id = item.nID + 1; id <= ID_FILE_MRU_FILE9; ++id) AddItem(menu, id, {}, target);
     }
     QObject::connect(&menu, &QMenu::aboutToShow, &menu,
                      [&menu, &target] { AfxGuardedCall([&] { UpdateMenu(menu, target); }); });
@@ -115,7 +115,7 @@ void FillMenu(QMenu& menu, const PopupResource& popup, CCmdTarget& target) {
 
 void AddAccelerator(QWidget& window, CCmdTarget& target, const AcceleratorResource& accelerator) {
     auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(accelerator.pszKeys)), &window);
-    QObject::connect(shortcut, &QShortcut::activated, &window, [&target, nID = accelerator.nId] {
+    QObject::connect(shortcut, &QShortcut::activated, &window, [&target, nID = accelerator.nID] {
         AfxGuardedCall([&] {
             if (AfxIsCommandEnabled(target, nID)) target.OnCmdMsg(nID, CN_COMMAND, nullptr);
         });
@@ -145,7 +145,13 @@ void AfxTrackPopupMenu(const QWidget& owner, const MenuResource& menu, const QPo
         QStatusTipEvent nothing{QString()};
         QApplication::sendEvent(window, &nothing);
     });
-    QObject::connect(&owner, &QObject::destroyed, popup, [popup] { delete popup; });
+    // Its own item can be what has led there. The window, of which a part is gone already, hears no more of
+    // it.
+    QObject::connect(&owner, &QObject::destroyed, popup, [popup, window] {
+        popup->disconnect(window);
+        popup->hide();
+        popup->deleteLater();
+    });
     for (const PopupResource& items : menu.popups) FillMenu(*popup, items, target);
     popup->popup(place);
 }
