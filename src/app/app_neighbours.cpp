@@ -1,4 +1,4 @@
-// The application's half that goes through a folder.
+// The part of the application that goes through a folder.
 #include "app/neighbours.h"
 #include "app/vistrel_app.h"
 #include "app/vistrel_view.h"
@@ -22,7 +22,7 @@ Neighbours CVistrelApp::NeighboursOf(const CVistrelView& view) const {
     return Neighbours(PathOf(view), [this](const std::string& strName) { return HasTemplateFor(strName); });
 }
 
-// Another name of the file that is shown is no other file.
+// A link to the file that is shown is no other file.
 bool CVistrelApp::CanGo(bool bAfter) const {
     const CVistrelView* const view = GetActiveView();
     if (!view) return false;
@@ -46,7 +46,7 @@ void CVistrelApp::Go(bool bAfter) {
             return;
         }
         const auto document = std::make_shared<CVistrelDoc>();
-        document->m_tolerance = GetTolerance() == Tolerance::Never ? Tolerance::Never : Tolerance::Always;
+        document->m_tolerance = GetTolerance();
         if (document->ReadFile(path)) continue;
         document->SetPathName(path);
         view->SetFolderPlace(place);

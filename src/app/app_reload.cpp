@@ -1,5 +1,6 @@
-// The application's half that reads documents again.
+// The part of the application that reads documents again.
 #include "app/resource_ids.h"
+#include "app/tolerance_setting.h"
 #include "app/vistrel_app.h"
 #include "app/vistrel_view.h"
 
@@ -7,23 +8,28 @@
 
 namespace {
 
-constexpr const char* RELOAD_SECTION = "Reading";
-constexpr const char* RELOAD_ENTRY = "Reload";  // by itself where it says so
-constexpr const char* RELOAD_ALWAYS = "always";
+// A picture stays under the rules that it is shown under, as long as the file can be read under them.
+Tolerance ToleranceOfReload(const CVistrelDoc& shown, Tolerance kept) {
+    if (shown.IsReadTolerantly()) return Tolerance::Always;
+    return kept == Tolerance::Always ? Tolerance::Ask : kept;
+}
 
 }  // namespace
 
 void CVistrelApp::Reload(CVistrelView& view) {
     const CVistrelDoc& shown = view.GetDoc();
     const auto document = std::make_shared<CVistrelDoc>();
-    document->m_tolerance = shown.IsReadTolerantly() ? Tolerance::Always : shown.m_tolerance;
+    const Tolerance kept = GetTolerance();
+    document->m_tolerance = ToleranceOfReload(shown, kept);
     const std::weak_ptr<CDocument> before = view.ShareDocument();
     {
         const CWaitCursor wait;
         if (!document->OnOpenDocument(shown.GetPathName())) return;
         document->SetPathName(shown.GetPathName());
     }
-    if (document->NeedsConsent() && !AskForConsent({document})) return;
+    // What the user has agreed to once is not asked again.
+    const bool breaksRulesNow = document->IsStrictlyRefused() && !shown.IsStrictlyRefused();
+    if (breaksRulesNow && kept == Tolerance::Ask && !AskForConsent({document})) return;
     // Windows can be closed while a question is up, and the document goes with the last one.
     if (before.expired() || shown.GetViews().empty()) return;
     const CWaitCursor wait;
@@ -40,7 +46,7 @@ void CVistrelApp::OnUpdateReload(CCmdUI* pUi) {
 
 // Each window is looked for anew, since a message that is up lets others close.
 void CVistrelApp::OnFileChanged() {
-    if (GetProfileString(RELOAD_SECTION, RELOAD_ENTRY, "") != RELOAD_ALWAYS) return;
+    if (GetProfileString(READING_SECTION, RELOAD_ENTRY, "") != ALWAYS) return;
     const auto hasNews = [](const std::unique_ptr<CMDIChildWnd>& child) {
         return dynamic_cast<CVistrelView&>(*child->GetActiveView()).TakeFileNews();
     };

@@ -51,6 +51,10 @@ CVistrelView& CChildFrame::GetView() const {
     return dynamic_cast<CVistrelView&>(*GetActiveView());
 }
 
+void CChildFrame::OnRestored() {
+    GetView().OnFrameRestored();
+}
+
 void CChildFrame::OnSelChangeLayer() {
     GetView().OnLayerChanged(this);
 }

@@ -15,6 +15,8 @@ class CChildFrame : public CMDIChildWnd {
     // As the two lists stand now.
     Selection GetSelection();
 
+    void OnRestored() override;
+
     CStatusBar m_wndInfoBar;
     CDialogBar m_wndLayerBar;
     CComboBox m_wndLayerCombo;

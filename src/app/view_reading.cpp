@@ -1,4 +1,4 @@
-// The view's half that goes over from one reading of its file to another.
+// The part of the view that goes over from one reading of its file to another.
 #include "app/child_frame.h"
 #include "app/choice_list.h"
 #include "app/resource_ids.h"
@@ -54,7 +54,9 @@ void CVistrelView::ReplaceDocument(const std::shared_ptr<CVistrelDoc>& document,
     const std::vector<CView*> views = GetDocument()->GetViews();
     for (CView* const view : views) {
         view->SetDocument(document);
-        dynamic_cast<CVistrelView&>(*view).m_pWatch.reset();
+        auto& shown = dynamic_cast<CVistrelView&>(*view);
+        shown.m_pWatch.reset();
+        shown.LetGo();
     }
     std::exception_ptr failure;
     for (CView* const view : views) {
@@ -106,15 +108,20 @@ void CVistrelView::ShowReload() {
 }
 
 void CVistrelView::ShowFromTheStart() {
-    CChildFrame* const frame = GetFrame();
-    const bool isZoomed = frame->IsZoomed();
     ShowOtherDocument({}, {});
     if (!m_bValid) return;
-    // Its own size is that of the picture, too, for when it is restored.
-    FitFrameToImage(1.0f);
-    if (isZoomed) frame->MDIMaximize();
+    if (GetFrame()->IsZoomed())
+        SizeFreeFrame(1.0f);
+    else
+        FitFrameToImage(1.0f);
 }
 
 void CVistrelView::SizeFreeFrame(float fScale) {
-    if (!GetFrame()->IsZoomed() && !GetFrame()->IsIconic()) SizeFrameToImage(fScale);
+    if (!GetFrame()->IsZoomed() && !GetFrame()->IsIconic()) return SizeFrameToImage(fScale);
+    SetScale(fScale);
+    m_bSizeWhenRestored = true;
+}
+
+void CVistrelView::OnFrameRestored() {
+    if (m_bSizeWhenRestored && m_bValid) SizeFrameToImage(m_fScale);
 }

@@ -1,4 +1,4 @@
-// The view's half that sizes its frame.
+// The part of the view that sizes its frame.
 #include "app/child_frame.h"
 #include "app/frame_fit.h"
 #include "app/scale_steps.h"
@@ -44,6 +44,11 @@ void CVistrelView::SizeFrameToImage(float fScale) {
     frame->GetParent()->ScreenToClient(&place);
     const CSize size = FittedClientSize(m_nWidth, m_nHeight, fScale);
     frame->MoveWindow({place.left, place.top, place.left + size.cx + dx, place.top + size.cy + dy});
+    SetScale(fScale);
+    m_bSizeWhenRestored = false;
+}
+
+void CVistrelView::SetScale(float fScale) {
     m_fScale = std::min(fScale, std::numeric_limits<float>::max());
 }
 
@@ -89,7 +94,8 @@ void CVistrelView::OnUpdateActualSize(CCmdUI* pUi) {
     pUi->Enable(m_hBitmap != nullptr);
 }
 
-// The picture's pixel under the pointer stays there, in place of the caption's coming into view.
+// The picture's pixel under the pointer stays where it is; the area does not scroll to the caption, as it
+// does for other changes of scale.
 void CVistrelView::OnControlWheel(int nNotches, const CPoint& point) {
     CChildFrame* const frame = GetFrame();
     if (!CanZoomBy(nNotches) || frame->IsZoomed()) return;

@@ -5,7 +5,7 @@
 #include "app/pixel_text.h"
 #include "app/resource_ids.h"
 #include "display/catalogue.h"
-#include "display/tolerance.h"
+#include "display/passed_over_in.h"
 #include "document/passed_text.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
@@ -107,10 +107,11 @@ void CVistrelView::NotePassedOver() {
 
 std::string CVistrelView::GetIdleMessage() const {
     if (HasFileChanged()) return GetDoc().GetTitle() + " has changed; F5 reads it again";
-    if (!m_strFolderPlace.empty()) return m_strFolderPlace;
-    if (m_strPassedOver.empty()) return {};
-    return GetDoc().IsReadTolerantly() ? "Read tolerantly: " + m_strPassedOver
+    if (m_strPassedOver.empty()) return m_strFolderPlace;
+    const std::string passedOver = GetDoc().IsReadTolerantly()
+                                       ? "Read tolerantly: " + m_strPassedOver
                                        : m_strPassedOver + ": right-click to read tolerantly";
+    return m_strFolderPlace.empty() ? passedOver : m_strFolderPlace + "; " + passedOver;
 }
 
 // As OnDraw stretches the picture.

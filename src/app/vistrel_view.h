@@ -50,8 +50,12 @@ class CVistrelView : public CView, public DisplayImage {
     // Which file of its folder the document is; empty where nobody has gone through the folder.
     void SetFolderPlace(const std::string& strPlace) { m_strFolderPlace = strPlace; }
 
-    // Whether the file is another one than was read; and the same once for each change.
+    void OnFrameRestored();
+
+    // Whether the file is no longer the one that was read.
     bool HasFileChanged() const;
+
+    // The same, but once for each change.
     bool TakeFileNews();
 
   protected:
@@ -95,8 +99,10 @@ class CVistrelView : public CView, public DisplayImage {
     // The frame stands for itself: it is neither maximised nor minimised.
     void SizeFrameToImage(float fScale);
 
-    // Likewise, unless it is one of the two; then it stays as it is.
+    // The same, for one that is either of the two only once it is restored.
     void SizeFreeFrame(float fScale);
+
+    void SetScale(float fScale);
 
     Selection m_selection;                    // that is on show
     std::vector<std::string> m_layerNames;    // of the entries of the two lists
@@ -104,4 +110,5 @@ class CVistrelView : public CView, public DisplayImage {
     std::string m_strPassedOver;              // in the document, by the tolerant rules
     std::string m_strFolderPlace;
     std::shared_ptr<FileWatch> m_pWatch;  // of the document's file
+    bool m_bSizeWhenRestored = false;     // the frame is to take the size of the picture at its scale
 };

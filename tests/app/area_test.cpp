@@ -211,6 +211,15 @@ TEST_F(AreaTest, AViewThatIsHeldAndDraggedScrollsTheArea) {
 
     press(Qt::LeftButton);
     move(-100, 0);
+    View().FitFrameToImage(16.0f);
+    const QPoint scrolled = Scrolled();
+    EXPECT_EQ(move(-101, 0), scrolled) << "what was held is elsewhere now";
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    release();
+
+    View().FitFrameToImage(32.0f);
+    press(Qt::LeftButton);
+    move(-100, 0);
     send(QEvent::MouseMove, start, Qt::NoButton, Qt::NoButton);
     EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor) << "let go where nobody told of it";
     Area().verticalScrollBar()->setValue(0);

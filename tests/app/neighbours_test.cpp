@@ -161,3 +161,22 @@ TEST_F(NeighboursTest, WhatBreaksRulesIsReadWithoutAskingUnlessTheSettingIsNever
     EXPECT_TRUE(m_answers.m_questions.empty());
     EXPECT_TRUE(m_answers.m_messages.empty());
 }
+
+TEST_F(NeighboursTest, AreReadUnderTheRulesThatAreSetAndThePaneSaysWhatWasPassedOver) {
+    m_folder.Write(Picture(30, 20), "a.iff");
+    // Rows with a byte of padding each.
+    m_folder.Write(
+        Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2), Chunk("BODY", {0xFF, 0, 0xFF, 0})}), "b.iff");
+    m_folder.Write(Padded(), "c.psd");
+    for (const auto& [kept, pane] :
+        Table<std::string, std::string>{{"ask", "2 of 3; padded plane rows: right-click to read tolerantly"},
+            {"always", "2 of 3; Read tolerantly: padded plane rows"}}) {
+        Keep(kept);
+        Open("a.iff");
+        Next();
+        EXPECT_EQ(MainPane(), pane);
+        Next();
+        EXPECT_EQ(MainPane(), "3 of 3; Read tolerantly: padded layer information");
+        Main().DestroyChildren();
+    }
+}

@@ -109,11 +109,23 @@ TEST_F(ReloadTest, AFrameThatWasStretchedByHandStaysWhereThePictureHasItsSize) {
     Replace(Picture(20, 10));
     Command(ID_RELOAD);
     EXPECT_EQ(Frame().GetWindowRect(), place);
-    Frame().GetSubWindow()->showMaximized();
-    Replace(Picture(30, 10));
-    Command(ID_RELOAD);
-    EXPECT_TRUE(Frame().IsZoomed());
-    EXPECT_TRUE(WaitForPane("30x10x32"));
+    View().FitFrameToImage(2);
+    int width = 20;
+    for (const auto state : {&QWidget::showMaximized, &QWidget::showMinimized}) {
+        (Frame().GetSubWindow()->*state)();
+        width += 10;
+        Replace(Picture(static_cast<u32>(width), 10));
+        Command(ID_RELOAD);
+        EXPECT_EQ(Frame().IsZoomed(), state == &QWidget::showMaximized);
+        EXPECT_EQ(Frame().IsIconic(), state == &QWidget::showMinimized);
+        EXPECT_TRUE(WaitForPane(std::to_string(width) + "x10x32"));
+        Frame().MDIRestore();
+        EXPECT_EQ(ClientSize(), (CSize{2 * width, 20})) << "once it has a size of its own again";
+        Frame().MoveWindow({10, 20, 310, 320});
+        (Frame().GetSubWindow()->*state)();
+        Frame().MDIRestore();
+        EXPECT_EQ(Frame().GetWindowRect().Width(), 300) << "only once";
+    }
 }
 
 TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
@@ -156,12 +168,57 @@ TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
 TEST_F(ReloadTest, TheOldDocumentIsGoneBeforeTheNewOneIsShown) {
     ASSERT_TRUE(OpenFile(Picture(20, 10)));
     const std::weak_ptr<CDocument> before = View().ShareDocument();
-    bool gone = false;
     const QAbstractItemModel* const layers = ListOf(Frame().m_wndLayerCombo).model();
-    const auto filled = QObject::connect(layers, &QAbstractItemModel::rowsInserted, [&] { gone = before.expired(); });
+    Command(ID_WINDOW_NEW);
+    bool gone = false;
+    const auto filled = QObject::connect(layers, &QAbstractItemModel::rowsInserted,
+        [&] { gone = before.expired() && !View().m_pBody && !View().m_hBitmap; });
     Command(ID_RELOAD);
     QObject::disconnect(filled);
-    EXPECT_TRUE(gone);
+    EXPECT_TRUE(gone) << "in the other window, too";
+    EXPECT_EQ(Shown(5, 5), ShownColour(5, 5));
+}
+
+TEST_F(ReloadTest, WhatBreaksRulesOnlyNowIsTreatedAsTheSettingSaysNow) {
+    const auto keep = [](const char* pszKept) { theApp.WriteProfileString("Reading", "Tolerant", pszKept); };
+    const Bytes twoReadings = Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2), Chunk("BODY", Bytes(4))});
+    const Bytes padded = Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)});
+    for (const auto& [commands, kept, questions, messages] :
+        Table<std::vector<u32>, const char*, size_t, size_t>{{{}, "ask", 1, 0}, {{ID_READ_TOLERANTLY}, "ask", 1, 0},
+            {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "ask", 1, 0}, {{ID_NEXT_FILE}, "ask", 1, 0},
+            {{}, "always", 0, 0}, {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "always", 0, 0}, {{}, "never", 0, 1}}) {
+        keep("ask");
+        m_answers.m_questions.clear();
+        m_answers.m_messages.clear();
+        m_answers.m_nextAnswer.nButton = IDYES;
+        m_folder.Write(twoReadings, "b.iff");
+        ASSERT_TRUE(OpenFile(twoReadings, "a.iff"));
+        for (const u32 command : commands) Command(command);
+        keep(kept);
+        Replace(padded, View().GetDoc().GetTitle());
+        Command(ID_RELOAD);
+        EXPECT_EQ(m_answers.m_questions.size(), questions) << commands.size() << kept;
+        EXPECT_EQ(m_answers.m_messages.size(), messages) << commands.size() << kept;
+        EXPECT_EQ(View().GetDoc().m_nDocType, messages == 0 ? DOC_PSD : DOC_IFF);
+        Main().DestroyChildren();
+    }
+    keep("ask");
+}
+
+TEST_F(ReloadTest, WhatALinkLeadsToIsWatchedInItsOwnFolder) {
+    std::filesystem::create_directory(m_folder.Path("own"));
+    const std::string file = m_folder.Write(Bytes(1), "own/file");
+    const std::string link = m_folder.Path("link");
+    std::filesystem::create_symlink("own/file", link);
+    int changes = 0;
+    const FileWatch watch(link, *GetFileStamp(link), [&] { ++changes; });
+    const QTimer* const timer = qApp->findChildren<QTimer*>(Qt::FindDirectChildrenOnly).last();
+    ASSERT_TRUE(WaitFor([&] { return !timer->isActive(); })) << "it watches";
+    std::filesystem::remove(file);
+    ASSERT_TRUE(WaitFor([&] { return timer->isActive(); }));
+    ASSERT_TRUE(WaitFor([&] { return !timer->isActive(); })) << "and there is no file to watch";
+    m_folder.Write(Bytes(2), "own/file");
+    EXPECT_TRUE(WaitFor([&] { return changes == 1; }));
 }
 
 TEST_F(ReloadTest, AChangeOnTheDiskIsToldOnceItIsOver) {

@@ -7,7 +7,7 @@
 #include <QFileSystemWatcher>
 #include <QTimer>
 
-#include <algorithm>
+#include <filesystem>
 #include <map>
 #include <utility>
 
@@ -59,9 +59,14 @@ QString ToName(const std::string& strPath) {
     return QString::fromStdString(strPath);
 }
 
-// Of an absolute path.
-QString ToFolder(const std::string& strPath) {
-    return ToName(strPath.substr(0, std::max<std::size_t>(strPath.rfind('/'), 1)));
+// The folder of an absolute path and, where a link leads to the file, that of the file.
+std::set<std::string> FoldersOf(const std::string& strPath) {
+    const std::filesystem::path path(strPath);
+    std::set<std::string> folders = {path.parent_path()};
+    std::error_code failed;
+    const std::filesystem::path file = std::filesystem::canonical(path, failed);
+    if (!failed) folders.insert(file.parent_path());
+    return folders;
 }
 
 }  // namespace
@@ -87,7 +92,7 @@ FileWatch::~FileWatch() {
         // The timer outlives this one while a dialog is up, and others may share the folder.
         m_pWatcher->m_watcher.disconnect(m_pTimer);
         m_pWatcher->Remove(ToName(m_strPath));
-        m_pWatcher->Remove(ToFolder(m_strPath));
+        for (const std::string& folder : m_folders) m_pWatcher->Remove(ToName(folder));
     }
     // It can be what has led here, and is not deleted before that is over.
     m_pTimer->stop();
@@ -101,15 +106,16 @@ bool FileWatch::TakeNews() {
 void FileWatch::Begin() {
     m_pWatcher = SharedWatcher::Get();
     m_pWatcher->Add(ToName(m_strPath));
-    m_pWatcher->Add(ToFolder(m_strPath));
+    m_folders = FoldersOf(m_strPath);
+    for (const std::string& folder : m_folders) m_pWatcher->Add(ToName(folder));
     const auto look = [this] { Look(); };
     QObject::connect(&m_pWatcher->m_watcher, &QFileSystemWatcher::fileChanged, m_pContext.get(),
                      [look, name = ToName(m_strPath)](const QString& path) {
                          if (path == name) look();
                      });
     QObject::connect(&m_pWatcher->m_watcher, &QFileSystemWatcher::directoryChanged, m_pContext.get(),
-                     [look, folder = ToFolder(m_strPath)](const QString& path) {
-                         if (path == folder) look();
+                     [look, folders = m_folders](const QString& path) {
+                         if (folders.contains(path.toStdString())) look();
                      });
 }
 

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 class QObject;
@@ -36,6 +37,7 @@ class FileWatch {
     std::optional<FileStamp> m_latest;  // as it was looked at last; nothing while there is no file
     std::function<void()> m_onChanged;
     std::shared_ptr<SharedWatcher> m_pWatcher;
+    std::set<std::string> m_folders;      // that it watches
     std::unique_ptr<QObject> m_pContext;  // nothing is told of any more once it is gone
     QTimer* m_pTimer;                     // owned
     bool m_bChanged = false;

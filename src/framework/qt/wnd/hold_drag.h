@@ -21,9 +21,10 @@ class CHoldDrag {
     void OnMove(const QMouseEvent& event);
     void OnRelease(const QMouseEvent& event);
 
-  private:
+    // Lets the view go.
     void End();
 
+  private:
     QWidget& m_view;
     CViewPlace& m_place;
     std::optional<CPoint> m_held;  // the view's point that stays under the pointer

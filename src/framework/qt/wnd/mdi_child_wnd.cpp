@@ -36,8 +36,14 @@ class SubWindow final : public QMdiSubWindow {
     // The toolkit takes the keyboard to the view whenever the window is maximised or restored.
     void changeEvent(QEvent* pEvent) override {
         const QPointer<QWidget> focus = QApplication::focusWidget();
-        const bool isInside = pEvent->type() == QEvent::WindowStateChange && focus && isAncestorOf(focus);
+        const bool isOfState = pEvent->type() == QEvent::WindowStateChange;
+        const bool isInside = isOfState && focus && isAncestorOf(focus);
+        ++m_nChanges;
         QMdiSubWindow::changeEvent(pEvent);
+        --m_nChanges;
+        // The toolkit changes the state once more within the change, before it gives the window its size.
+        const bool isRestored = isOfState && m_nChanges == 0 && !isMaximized() && !isMinimized();
+        if (isRestored) AfxGuardedCall([&] { m_frame.OnRestored(); });
         if (isInside && focus && focus->isVisible()) focus->setFocus(Qt::OtherFocusReason);
     }
 
@@ -72,6 +78,7 @@ class SubWindow final : public QMdiSubWindow {
   private:
     CMDIChildWnd& m_frame;
     CMDIClientWnd& m_area;
+    int m_nChanges = 0;  // that are going on, one within the other
 };
 
 // A window that does not show yet is told of its new size only once it does.

@@ -24,6 +24,9 @@ class CMDIChildWnd : public CFrameWnd {
     void MDIRestore();      // back to its own size
     void MDIMaximize();
 
+    // It has its own size again, after it filled the area or showed its caption only.
+    virtual void OnRestored() {}
+
     // Scrolls the area until the caption is in view, or its beginning.
     void ScrollToCaption();
 

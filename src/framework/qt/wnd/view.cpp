@@ -88,6 +88,12 @@ class ViewWidget final : public QWidget {
         QWidget::leaveEvent(pEvent);
     }
 
+    // What was held is elsewhere at another size.
+    void resizeEvent(QResizeEvent* pEvent) override {
+        m_drag.End();
+        QWidget::resizeEvent(pEvent);
+    }
+
     void mousePressEvent(QMouseEvent* pEvent) override {
         m_drag.OnPress(*pEvent);
         if (!m_drag.IsHeld()) QWidget::mousePressEvent(pEvent);
