@@ -104,9 +104,13 @@ bool CVistrelDoc::LoadUnderEitherRules(CArchive& archive) {
     m_pRules = &TOLERANT;
     if (!hasMore) return true;
     // Nobody asks for the strict tree any more, so that only one of the two has to find room.
-    if (LoadIff(archive, m_Iff, TOLERANT)) return true;
-    file.Seek(start, CFile::begin);
-    return LoadIff(archive, m_Iff, STRICT);
+    accepted = LoadIff(archive, m_Iff, TOLERANT);
+    if (!accepted && !IsFinal(m_Iff.GetFinding().rule)) {
+        file.Seek(start, CFile::begin);
+        accepted = LoadIff(archive, m_Iff, STRICT);
+    }
+    if (!accepted) m_nDocType = DOC_NONE;
+    return accepted;
 }
 
 // Offers the file, from where the archive stands, to the two readers.

@@ -93,6 +93,8 @@ TEST(TolerantPicture, OneByteAPixel) {
         {"7 planes", Pbm({3, 2, 7}, rows), ": not valid"},
         {"9 planes", Pbm({3, 2, 9}, Bytes(99)), ": not valid"},
         {"no map", Form("PBM ", {Bmhd({3, 2, 8}), Chunk("BODY", rows)}), ": not valid"},
+        {"a header that only the strict rules take for unknown bytes",
+            Cat("ILBM", {Form("PBM ", {Chunk("BMHD", Bytes(3))}), Ilbm({4, 1}, {0xA0})}), ": 4x1x4 rkrk", "4x1x4 rkrk"},
         {"beside planes", Cat("ILBM", {Pbm({3, 2, 8}, rows), Ilbm({4, 1}, {0xA0})}), ": 4x1x4 rkrk", "4x1x4 rkrk"},
     });
 }

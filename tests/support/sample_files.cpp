@@ -49,6 +49,12 @@ Bytes Chunky() {
     return file;
 }
 
+// The tolerant rules show another picture of it.
+Bytes TwoReadings() {
+    return Cat("ILBM", {Form("PBM ", {Bmhd({5, 1, 8}), GreyCmap(4), Chunk("BODY", {0, 1, 2, 3, 0, 0})}),
+                           Form("ILBM", {Bmhd({8, 1}), FOUR, Chunk("ANNO", Bytes(8))})});
+}
+
 PsdFields Layered(u32 nDepth) {
     const u32 sampleSize = nDepth / 8;
     PsdLayerFields layer = {.bottom = 2, .right = 3, .mask = ByteBuilder().U32(0, 0, 1, 2, 0), .name = "sky"};
@@ -112,6 +118,7 @@ std::vector<SampleFile> SmallSampleFiles() {
         {"dxt5", Blocks("DXT5", 64)},
         {"animation", Animation()},
         {"chunky", Chunky()},
+        {"two_readings", TwoReadings()},
         {"layered", Psd(Layered(8))},
         {"bits", Psd(bits)},
         {"large", LargeDocument()},

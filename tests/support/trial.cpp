@@ -156,7 +156,9 @@ Answer Trial::Run(const Bytes& bytes, const Plan& plan) {
 
     Answer answer;
     answer.strLoad = requests.During([&] { m_document.Serialize(archive); });
-    if (answer.strLoad == "refused") answer.strLoad += ": " + m_document.GetRefusalReason();
+    if (answer.strLoad == "refused")
+        answer.strLoad +=
+            m_document.m_nDocType == DOC_NONE ? ": " + m_document.GetRefusalReason() : ", but a document stands";
     if (answer.strLoad.empty()) {
         std::vector<std::string> layers;
         PassedOver passedOver;
