@@ -203,6 +203,8 @@ u64 LargeBlock::Limit() {
 
 bool LargeBlock::Charge(u64 nSize) {
     if (nSize > Left()) return false;
+    KeptBlocks& kept = KeptBlocks::Get();
+    if (nSize + kept.Size() > Left()) kept.ReleaseAll();
     TheUsedSize() += nSize;
     return true;
 }

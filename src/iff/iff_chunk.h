@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/large_block.h"
+#include "base/limited_object.h"
 #include "iff/iff_archive.h"
 #include "iff/iff_id.h"
 #include "iff/iff_object.h"
@@ -10,7 +11,7 @@
 class IffContainer;
 class IffChunkNode;
 
-class IffChunk : public IffObject {
+class IffChunk : public IffObject, public LimitedObject {
   public:
     explicit IffChunk(IffId id) : m_Id(id) {}
 
@@ -30,7 +31,7 @@ class IffChunk : public IffObject {
 };
 
 // One place in a container's list of children.
-class IffChunkNode final : public IffObject {
+class IffChunkNode final : public IffObject, public LimitedObject {
   public:
     explicit IffChunkNode(IffChunk* pChunk) : m_pChunk(CountedPtr<IffChunk>::Share(pChunk)) {}
 

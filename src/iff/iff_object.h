@@ -2,12 +2,11 @@
 // owns its first reference; searches return uncounted pointers, and whoever keeps one takes a reference.
 #pragma once
 
-#include "base/limited_object.h"
 #include "base/types.h"
 
 #include <utility>
 
-class IffObject : public LimitedObject {
+class IffObject {
   public:
     IffObject() = default;
     IffObject(const IffObject&) = delete;

@@ -105,6 +105,17 @@ TEST_F(KeptBlocks, TheSmallestThatFitsServesTheNextRequest) {
     EXPECT_EQ(LargeBlock::KeptSize(), 20 * MIB) << "twice as much and more is not used up for it";
 }
 
+TEST_F(KeptBlocks, GoWhereWhatIsCountedBesideThemTakesTheirRoom) {
+    EXPECT_EQ(KeptOf({8 * MIB}), 8u);
+    const MemoryLimit limit(20 * MIB);
+    EXPECT_TRUE(LargeBlock::Charge(12 * MIB));
+    EXPECT_EQ(LargeBlock::KeptSize(), 8 * MIB);
+    EXPECT_FALSE(LargeBlock::Charge(8 * MIB + 1));
+    EXPECT_TRUE(LargeBlock::Charge(1));
+    EXPECT_EQ(LargeBlock::KeptSize(), 0u);
+    LargeBlock::Discharge(12 * MIB + 1);
+}
+
 TEST_F(KeptBlocks, OneThatIsKeptPassesTheLimitToo) {
     EXPECT_EQ(KeptOf({8 * MIB}), 8u);
     const MemoryLimit limit(8 * MIB - 1);

@@ -47,6 +47,8 @@ TEST(Hostile, FilesOfManyPartsStayWithinTheLimit) {
         const Answer answer = Trial().Run(many, plan);
         EXPECT_FALSE(answer.IsOpen()) << answer;
         EXPECT_NE(answer.strLoad.find("memory"), std::string::npos) << answer;
+        const bool isPhotoshop = many[0] == '8';
+        EXPECT_EQ(answer.strLoad.starts_with("refused: "), isPhotoshop) << answer;
         EXPECT_EQ(LargeBlock::Left(), left);
         EXPECT_TRUE(Trial().Run(many, {.nMemory = MOST_PER_BYTE * many.size()}).IsOpen());
     }
