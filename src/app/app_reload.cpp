@@ -29,6 +29,12 @@ void CVistrelApp::Reload(CVistrelView& view) {
     }
     // What the user has agreed to once is not asked again.
     const bool breaksRulesNow = document->IsStrictlyRefused() && !shown.IsStrictlyRefused();
+    if (breaksRulesNow && kept == Tolerance::Never) {
+        // Nobody is asked; what refuses it says why.
+        document->m_tolerance = kept;
+        document->OnOpenDocument(shown.GetPathName());
+        return;
+    }
     if (breaksRulesNow && kept == Tolerance::Ask && !AskForConsent({document})) return;
     // Windows can be closed while a question is up, and the document goes with the last one.
     if (before.expired() || shown.GetViews().empty()) return;

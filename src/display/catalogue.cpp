@@ -216,7 +216,9 @@ u32 AlphaOfIff(const CVistrelDoc& document, u32 nLayer) {
 
 // Beside layers, only what the file says to be it.
 u32 AlphaOfPsd(const PsdImage& psd) {
-    if (psd.m_Layers.GetCount() > 0 && !psd.m_bMergedAlpha) return 0;
+    const bool hasLayers =
+        psd.m_Layers.GetCount() > 0 || psd.GetPassedOver().CountOf(Passed::BrokenLayers) > 0;
+    if (hasLayers && !psd.m_bMergedAlpha) return 0;
     const u32 colours = PsdColourCount(psd.m_nMode);
     return colours > 0 && psd.m_nChannels > colours ? colours + 1 : 0;
 }

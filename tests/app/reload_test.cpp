@@ -186,7 +186,8 @@ TEST_F(ReloadTest, WhatBreaksRulesOnlyNowIsTreatedAsTheSettingSaysNow) {
     for (const auto& [commands, kept, questions, messages] :
         Table<std::vector<u32>, const char*, size_t, size_t>{{{}, "ask", 1, 0}, {{ID_READ_TOLERANTLY}, "ask", 1, 0},
             {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "ask", 1, 0}, {{ID_NEXT_FILE}, "ask", 1, 0},
-            {{}, "always", 0, 0}, {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "always", 0, 0}, {{}, "never", 0, 1}}) {
+            {{}, "always", 0, 0}, {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "always", 0, 0}, {{}, "never", 0, 1},
+            {{ID_READ_TOLERANTLY}, "never", 0, 1}}) {
         keep("ask");
         m_answers.m_questions.clear();
         m_answers.m_messages.clear();
