@@ -15,8 +15,16 @@ namespace {
 
 constexpr size_t PAGE = 4096;
 constexpr size_t MUCH = size_t{2} << 30;
+constexpr size_t LONG_OUTPUT = size_t{128} << 20;
 
-void Try(const char* pszWhat) {
+// The output stands beside the input.
+void WriteMuch(int nOutput) {
+    static const char bytes[1 << 20] = {};
+    for (size_t written = 0; written < LONG_OUTPUT; written += sizeof(bytes))
+        if (syscall(SYS_write, nOutput, bytes, sizeof(bytes)) < 0) _exit(1);
+}
+
+void Try(const char* pszWhat, int nInput) {
     if (std::strcmp(pszWhat, "open") == 0) open("/dev/null", O_RDONLY);
     if (std::strcmp(pszWhat, "create") == 0) open("escaped", O_WRONLY | O_CREAT, 0600);
     if (std::strcmp(pszWhat, "rename") == 0) rename("escaped", "other");
@@ -32,6 +40,7 @@ void Try(const char* pszWhat) {
     if (std::strcmp(pszWhat, "kill") == 0) kill(getppid(), 0);
     if (std::strcmp(pszWhat, "memory") == 0)
         if (mmap(nullptr, MUCH, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED) _exit(1);
+    if (std::strcmp(pszWhat, "much output") == 0) WriteMuch(nInput + 1);
     if (std::strcmp(pszWhat, "time") == 0)
         while (true) continue;
 }
@@ -39,7 +48,7 @@ void Try(const char* pszWhat) {
 ssize_t ReadAfterwards(int nDescriptor, void* pOut, size_t nCount, off_t nPosition) {
     static const char* what = getenv("VISTREL_ESCAPE");
     if (what) {
-        Try(what);
+        Try(what, nDescriptor);
         const std::string text = std::string(what) + " was possible\n";
         what = nullptr;
         if (write(STDERR_FILENO, text.data(), text.size()) < 0) abort();

@@ -31,6 +31,7 @@ TEST(ExportNames, LeadNowhereElse) {
              {"../../up", "f..._.._up.c.png"},
              {"/root", "f._root.c.png"},
              {"a\nb\x1B\x7F", "f.a_b__.c.png"},
+             {"0: <a>|b?*\"\\", "f.0_ _a__b____.c.png"},
              {"\xE9t\xC3\xA9", "f._t\xC3\xA9.c.png"},
              {"", "f..c.png"},
          })
@@ -46,6 +47,7 @@ TEST(ExportNames, AreUniqueAlsoAmongNumberedOnes) {
     EXPECT_EQ(names.Next("f", "a", "c.2"), "f.a.c.2.2.ppm");
     EXPECT_EQ(names.Next("f", "/", "c"), "f._.c.ppm");
     EXPECT_EQ(names.Next("f", "_", "c"), "f._.c.2.ppm");
+    EXPECT_EQ(names.Next("f", "A", "c"), "f.A.c.5.ppm") << "for whoever takes both for one";
 }
 
 TEST(ExportNames, AreCutBetweenCharacters) {
@@ -119,10 +121,17 @@ TEST(WholeFile, AppearsAtTheEndAndReplacesOnlyWhenTold) {
     fs::remove(path);
     fs::create_symlink("nowhere", path);
     EXPECT_THROW(write("d", false), CFileException);
-    // Pipes and devices are never replaced, links are.
+    // Pipes, devices and links to them are never replaced, other links are.
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     EXPECT_THROW(WholeFile(folder.Path("pipe")).Put(true), CFileException);
     EXPECT_TRUE(fs::is_fifo(folder.Path("pipe")));
+    const std::string link = folder.Path("link");
+    for (const char* const target : {"pipe", "/proc/self/exe"}) {
+        fs::create_symlink(target, link);
+        EXPECT_THROW(WholeFile(link).Put(true), CFileException) << target;
+        EXPECT_TRUE(fs::is_symlink(link)) << target;
+        fs::remove(link);
+    }
     fs::remove(folder.Path("pipe"));
     WholeFile(path).Put(true);
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(path)));

@@ -84,6 +84,16 @@ class ThumbnailTest(unittest.TestCase):
         self.assertEqual(self.left(), ["output.png", "refused.psd"])
         self.assertEqual(self.output.read_bytes(), b"as it was")
 
+    def test_the_file_itself_is_not_replaced(self):
+        data = (SAMPLES / "ball.iff").read_bytes()
+        self.output.write_bytes(data)
+        os.link(self.output, self.folder / "other name")
+        for name in ("output.png", "other name"):
+            done = self.run_on(self.folder / name)
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertIn("take its place", done.stderr)
+        self.assertEqual(self.output.read_bytes(), data)
+
     def test_strict(self):
         file = self.folder / "file"
         data = (SAMPLES / "ball.iff").read_bytes()
@@ -95,7 +105,7 @@ class ThumbnailTest(unittest.TestCase):
     def test_escapes(self):
         calls = ("open", "create", "rename", "stat", "socket", "fork", "exec", "thread", "code", "output", "other input",
                  "kill")
-        ends = {**dict.fromkeys(calls, "Bad system call"), "memory": ""}
+        ends = {**dict.fromkeys(calls, "Bad system call"), "memory": "", "much output": "File size limit exceeded"}
         if LONG:
             ends["time"] = "takes more than 10 seconds"
         for what, text in ends.items():

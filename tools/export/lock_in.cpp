@@ -3,6 +3,7 @@
 #include "base/large_block.h"
 #include "kernels/row_kernels.h"
 
+#include <algorithm>
 #include <linux/futex.h>
 #include <malloc.h>
 #include <seccomp.h>
@@ -12,16 +13,22 @@
 
 namespace {
 
-bool Limit(__rlimit_resource resource, u64 nMost) {
+// What the process may have already, and no more than nMost.
+u64 Allowed(__rlimit_resource resource, u64 nMost) {
     rlimit limit = {};
-    if (getrlimit(resource, &limit) != 0) return false;
-    if (limit.rlim_max != RLIM_INFINITY && limit.rlim_max < nMost) nMost = limit.rlim_max;
-    limit = {nMost, nMost};
+    if (getrlimit(resource, &limit) != 0) return nMost;
+    return std::min<u64>({nMost, limit.rlim_cur, limit.rlim_max});
+}
+
+bool Limit(__rlimit_resource resource, u64 nMost) {
+    const u64 allowed = Allowed(resource, nMost);
+    const rlimit limit = {allowed, allowed};
     return setrlimit(resource, &limit) == 0;
 }
 
 bool LimitResources() {
-    return Limit(RLIMIT_AS, MOST_ADDRESSES) && Limit(RLIMIT_CPU, MOST_SECONDS) && Limit(RLIMIT_CORE, 0);
+    return Limit(RLIMIT_AS, MOST_ADDRESSES) && Limit(RLIMIT_CPU, MOST_SECONDS) &&
+           Limit(RLIMIT_FSIZE, MOST_OUTPUT) && Limit(RLIMIT_CORE, 0);
 }
 
 // What is looked up when it is needed first, in files or from calls that will be gone by then.
@@ -86,6 +93,10 @@ bool ForbidCalls(int nInput, int nOutput) {
 }
 
 }  // namespace
+
+u64 SecondsOfLockedIn() {
+    return Allowed(RLIMIT_CPU, MOST_SECONDS);
+}
 
 bool LockIn(int nInput, int nOutput) {
     if (!LimitResources()) return false;

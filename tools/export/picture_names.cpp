@@ -1,16 +1,28 @@
 #include "tools/export/picture_names.h"
 
+#include "framework/core/ascii.h"
 #include "tools/common/messages.h"
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace {
 
+// What one file system or the other does not take in a name.
+constexpr std::string_view NOT_IN_NAMES = "/\\:*?\"<>|";
+
 std::string Harmless(const std::string& strText) {
     std::string text = PlainText(strText, '_');
-    std::ranges::replace(text, '/', '_');
+    const auto isHarmful = [](char c) { return NOT_IN_NAMES.find(c) != std::string_view::npos; };
+    std::ranges::replace_if(text, isHarmful, '_');
     return text;
+}
+
+// The same for names that one file system or the other takes for one.
+std::string CaseOf(std::string strName) {
+    std::ranges::transform(strName, strName.begin(), AsciiLower);
+    return strName;
 }
 
 bool IsInsideCharacter(char byte) {
@@ -38,7 +50,7 @@ std::string PictureNames::Next(const std::string& strFile, const std::string& st
     const std::array<std::string, 3> parts = {Harmless(strFile), Harmless(strLayer), Harmless(strChannel)};
     std::string plain = Joined(parts, MOST_BYTES - m_strExtension.size()) + m_strExtension;
     u32 number = 1;
-    const auto [given, isNew] = m_given.try_emplace(plain, number);
+    const auto [given, isNew] = m_given.try_emplace(CaseOf(plain), number);
     if (isNew) return plain;
     number = given->second;
     std::string name;
@@ -46,7 +58,7 @@ std::string PictureNames::Next(const std::string& strFile, const std::string& st
         ++number;
         const std::string end = "." + std::to_string(number) + m_strExtension;
         name = Joined(parts, MOST_BYTES - end.size()) + end;
-    } while (!m_given.try_emplace(name, 1).second);
-    m_given[plain] = number;
+    } while (!m_given.try_emplace(CaseOf(name), 1).second);
+    m_given[CaseOf(plain)] = number;
     return name;
 }

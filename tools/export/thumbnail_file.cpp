@@ -3,6 +3,7 @@
 #include "display/thumbnail.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/exception.h"
+#include "framework/core/path_name.h"
 #include "framework/core/regular_file.h"
 #include "tools/common/open_document.h"
 #include "tools/export/byte_sink.h"
@@ -14,6 +15,7 @@
 #include <csignal>
 #include <cstring>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -59,16 +61,27 @@ bool Make(CRegularFile& input, int nOutput, const ThumbnailOrder& order, bool bS
     _exit(Make(input, nOutput, order, bStrict) ? 0 : 1);
 }
 
+// Of the processor's time.
+double SecondsIn(const timeval& time) {
+    constexpr double MICROSECONDS = 1e6;
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / MICROSECONDS;
+}
+
 // Whether the process ended well. What ended it otherwise, and did not tell of it, is told.
 bool WaitFor(pid_t nProcess, const FileNames& names) {
     int status = 0;
-    while (waitpid(nProcess, &status, 0) < 0)
+    rusage usage = {};
+    while (wait4(nProcess, &status, 0, &usage) < 0)
         if (errno != EINTR) return false;
     if (WIFEXITED(status)) return WEXITSTATUS(status) == 0;
-    // The system has one signal for a soft limit and one for a hard one; nothing else here sends either.
+    // The system has one signal for a soft limit and one for a hard one, which others send as well.
     const int number = WTERMSIG(status);
-    if (number == SIGXCPU || number == SIGKILL)
-        Say(names, "its thumbnail takes more than %u seconds", MOST_SECONDS);
+    const u64 most = SecondsOfLockedIn();
+    // The system looks at a limit from time to time, by a clock that can be a little ahead.
+    constexpr double AHEAD = 0.1;
+    const double used = SecondsIn(usage.ru_utime) + SecondsIn(usage.ru_stime) + AHEAD;
+    if (number == SIGXCPU || (number == SIGKILL && used >= static_cast<double>(most)))
+        Say(names, "its thumbnail takes more than %llu seconds", static_cast<unsigned long long>(most));
     else
         Say(names, "the reader of its thumbnail was ended: %s", strsignal(number));
     return false;
@@ -78,6 +91,10 @@ bool WaitFor(pid_t nProcess, const FileNames& names) {
 
 bool WriteThumbnail(const ThumbnailOrder& order, bool bStrict) {
     const FileNames names = NamesOf(order.input);
+    if (IsSameFile(order.input, order.output)) {
+        Say(names, "its thumbnail would take its place");
+        return false;
+    }
     const std::unique_ptr<CRegularFile> input = OpenFile(names);
     if (!input) return false;
     bool made = false;

@@ -10,7 +10,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -34,11 +36,15 @@ std::string WithFreeName(const std::string& strPath, const Make& make) {
     }
 }
 
-// Devices, pipes and sockets are what others have use for. A folder is not replaced in any case.
+// Devices, pipes and sockets are what others have use for, and so are links to them and the system's own
+// names for what is open. A folder is not replaced in any case.
 bool IsSpecial(const std::string& strPath) {
+    std::error_code noLink;
+    const std::string target = std::filesystem::read_symlink(strPath, noLink).string();
+    if (!noLink && target.starts_with("/proc/")) return true;
     struct stat status = {};
-    if (lstat(strPath.c_str(), &status) != 0) return false;
-    return !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode) && !S_ISDIR(status.st_mode);
+    if (stat(strPath.c_str(), &status) != 0) return false;
+    return !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
 
 // Without anybody losing a file that has the name. Not every file system can do it the first way.
@@ -96,7 +102,7 @@ bool WholeFile::FillEmpty() {
     if (target < 0) return false;
     struct stat status = {};
     const bool empty = fstat(target, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
-    const bool copied = empty && CopyInto(target);
+    const bool copied = empty && CopyInto(target) && SyncToDisk(target);
     const int error = errno;
     if (empty && !copied && ftruncate(target, 0) != 0) unlink(m_strPath.c_str());
     close(target);

@@ -16,8 +16,8 @@ class WholeFile {
     int Descriptor() const { return m_nDescriptor; }
 
     // Gives it its name, once the disk has it. Throws CFileException when that fails, and where the name is
-    // taken: unless bReplace is set, and by what is neither a file nor a link in any case. Whoever has the
-    // name keeps it then.
+    // taken: unless bReplace is set, and by what is no file, nor a link to a file or a folder or to nothing,
+    // in any case. Whoever has the name keeps it then.
     void Put(bool bReplace);
 
     // Puts what was written into the file that has the name already, where that is empty: whoever made it may
