@@ -84,6 +84,13 @@ class FileTypesTest(ProgramTest):
         self.run_program()
         self.assertEqual(self.files(), before)
 
+    def test_an_installation_into_the_users_own_folder_stays_as_it_is(self):
+        (self.data / ENTRY).parent.mkdir(parents=True)
+        shutil.copy(ROOT / "share" / Path(ENTRY).name, self.data / ENTRY)
+        before = self.files()
+        self.run_program()
+        self.assertEqual(self.files(), before)
+
     def test_an_installation_takes_the_place_of_what_was_told(self):
         self.register()
         # The user's own folder among those of all users is no installation.

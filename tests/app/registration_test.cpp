@@ -26,6 +26,7 @@ TEST(Registration, TheDesktopKnowsTheKindsThatTheTemplatesRegister) {
     for (const u32 id : {IDR_ALL_TYPES, IDR_PSD_TYPE})
         EXPECT_EQ(GetDocString(AfxLoadString(id), DocStringField::RegFileTypeId), "");
     EXPECT_EQ(entry.find("photoshop"), std::string::npos) << entry;
+    EXPECT_NE(entry.find("\nStartupNotify=true\n"), std::string::npos) << "or no desktop says who has asked";
     EXPECT_NE(installed.find("image/x-ilbm;image/vnd.adobe.photoshop;\n"), std::string::npos) << installed;
     EXPECT_EQ(package.find("photoshop"), std::string::npos) << package;
     EXPECT_NE(entry.find("\nIcon=" + AfxLoadString(AFX_IDS_SHELL_NAME) + "\n"), std::string::npos) << entry;

@@ -98,6 +98,12 @@ bool IsInstalledForAll(const QString& userFolder, const QString& entry) {
     });
 }
 
+// An installation into the user's own folder; no entry that is written here says so.
+bool IsInstalledForUser(const QString& path) {
+    QFile entry(path);
+    return entry.open(QIODevice::ReadOnly) && entry.readAll().contains("\nDBusActivatable=true\n");
+}
+
 }  // namespace
 
 std::string AfxMakeDesktopEntry(const std::string& strEntry, const std::string& strProgram) {
@@ -141,7 +147,9 @@ void AfxRegisterShellFileTypes(u32 nIDIcon) {
              AfxMakeDesktopEntry(AfxLoadString(AFX_IDS_SHELL_ENTRY), program.toStdString())),
          QStringLiteral("update-desktop-database"), entries},
     };
-    if (IsInstalledForAll(data, QStringLiteral("applications/") + name + QStringLiteral(".desktop"))) {
+    const QString entry = QStringLiteral("applications/") + name + QStringLiteral(".desktop");
+    if (IsInstalledForUser(data + u'/' + entry)) return;
+    if (IsInstalledForAll(data, entry)) {
         std::ranges::for_each(files, Remove);
     } else if (QUtf8StringView(program).isValidUtf8()) {
         // A path that is no UTF-8 cannot stand in an entry.
