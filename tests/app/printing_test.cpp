@@ -2,6 +2,7 @@
 
 #include "framework/qt/wnd/printing.h"
 
+#include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
 #include "window_case.h"
 
@@ -13,6 +14,9 @@
 #include <QToolBar>
 
 #include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <sys/resource.h>
 
 namespace {
 
@@ -30,6 +34,25 @@ Dialog& OpenQuestion() {
         if (auto* const dialog = qobject_cast<Dialog*>(window)) return *dialog;
     throw std::runtime_error("no such dialog is up");
 }
+
+// As long as it lives, no file can be made larger.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t nMost) : m_ignored(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit less = {nMost, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &less);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_ignored);
+    }
+
+  private:
+    void (*const m_ignored)(int);
+    rlimit m_before = {};
+};
 
 bool ShowsRed(const QImage& image) {
     for (int y = 0; y < image.height(); ++y)
@@ -94,6 +117,52 @@ TEST_F(WindowTest, ThePreviewShowsThePictureAndPrintsByTheSameQuestion) {
     EXPECT_TRUE(Command(ID_FILE_PRINT_PREVIEW));
     EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>({ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT, ID_FILE_PRINT}));
     EXPECT_TRUE(m_answers.m_messages.empty());
+}
+
+TEST_F(WindowTest, AFileThatFindsNoRoomIsNotPrinted) {
+    ASSERT_TRUE(OpenFile(RedPicture()));
+    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        dialog.SetItemText(AFX_IDC_PRINT_FILE, m_folder.Path("page.pdf"));
+        return IDOK;
+    };
+    Command(ID_FILE_PRINT);
+    EXPECT_TRUE(m_answers.m_messages.empty());
+    const auto size = std::filesystem::file_size(m_folder.Path("page.pdf"));
+    // What is written last is a line's end, without which a reader does.
+    for (const auto room : {size_t{0}, size_t{100}, size - 2, size}) {
+        m_answers.m_messages.clear();
+        {
+            const FileSizeLimit limit(room);
+            AfxGuardedCall([] { Command(ID_FILE_PRINT); });
+        }
+        EXPECT_EQ(m_answers.m_messages.size(), room < size) << room << " of " << size;
+        for (const std::string& message : m_answers.m_messages)
+            EXPECT_NE(message.find("/page.pdf\" cannot be written"), std::string::npos) << message;
+    }
+}
+
+TEST_F(WindowTest, ThePreviewNeedsNoFolderOfTheFilePrintedBefore) {
+    ASSERT_TRUE(OpenFile(RedPicture()));
+    std::filesystem::create_directory(m_folder.Path("gone"));
+    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        if (m_answers.m_dialogs.back() == ID_FILE_PRINT) {
+            dialog.SetItemText(AFX_IDC_PRINT_FILE, m_folder.Path("gone/page.pdf"));
+        } else {
+            auto& preview = OpenQuestion<QPrintPreviewDialog>();
+            preview.show();
+            EXPECT_TRUE(WaitFor([&] { return ShowsRed(preview.grab().toImage()); })) << "the page is empty";
+        }
+        return IDOK;
+    };
+    Command(ID_FILE_PRINT);
+    std::filesystem::remove_all(m_folder.Path("gone"));
+    Command(ID_FILE_PRINT_PREVIEW);
+    EXPECT_TRUE(m_answers.m_messages.empty());
+    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+        EXPECT_EQ(dialog.GetItemText(AFX_IDC_PRINT_FILE).find("/gone/"), std::string::npos);
+        return IDCANCEL;
+    };
+    Command(ID_FILE_PRINT);
 }
 
 TEST_F(WindowTest, APageIsSetUpForThePrintingsAfterIt) {

@@ -1,5 +1,6 @@
 #include "framework/qt/wnd/printing.h"
 
+#include "framework/core/disk_write.h"
 #include "framework/core/exception.h"
 #include "framework/core/guarded_call.h"
 #include "framework/core/resource.h"
@@ -69,7 +70,8 @@ QString FirstFolder() {
 // The file is called what the document is called, so that no page takes the place of another document's.
 void ProposeFile(QPrinter& printer, const QString& title) {
     const QString name = QFileInfo(title).completeBaseName();
-    const QDir folder(g_folder.isEmpty() ? FirstFolder() : g_folder);
+    const bool isThere = !g_folder.isEmpty() && QFileInfo(g_folder).isDir();
+    const QDir folder(isThere ? g_folder : FirstFolder());
     printer.setOutputFileName(folder.filePath((name.isEmpty() ? title : name) + QStringLiteral(".pdf")));
 }
 
@@ -94,6 +96,18 @@ std::string RefusalReason(const QPrinter& printer) {
 bool HasFolder(const QPrinter& printer) {
     return printer.outputFormat() != QPrinter::PdfFormat ||
            QFileInfo(printer.outputFileName()).dir().exists();
+}
+
+// The toolkit does not say how the writing went, but whether what stands last is there tells whether all
+// before it found room.
+bool IsWhole(const QPrinter& printer) {
+    constexpr qint64 TAIL = 64;  // bytes
+    const QString name = printer.outputFileName();
+    if (printer.outputFormat() != QPrinter::PdfFormat || !QFileInfo(name).isFile()) return true;
+    QFile file(name);
+    if (!file.open(QIODevice::ReadWrite)) return false;
+    file.seek(std::max(file.size() - TAIL, qint64{0}));
+    return file.read(TAIL).trimmed().endsWith("%%EOF") && SyncToDisk(file.handle());
 }
 
 bool CanPrint(const QPrinter& printer) {
@@ -138,7 +152,8 @@ void AfxPrintPage(CPrintable& printable, CPrintInfo& info) {
     QPrinter& printer = *info.m_pPrinter;
     printer.setDocName(ToDisplayText(printable.GetPrintTitle()));
     QPainter painter;
-    if (!HasFolder(printer) || !painter.begin(&printer)) throw CException(RefusalReason(printer));
+    const bool hasPlace = info.m_bPreview || HasFolder(printer);
+    if (!hasPlace || !painter.begin(&printer)) throw CException(RefusalReason(printer));
     // A picture of few colours does not bear the losses of photographs.
     painter.setRenderHint(QPainter::LosslessImageRendering);
     painter.scale(printer.logicalDpiX() / double{PAGE_UNITS}, printer.logicalDpiY() / double{PAGE_UNITS});
@@ -147,7 +162,8 @@ void AfxPrintPage(CPrintable& printable, CPrintInfo& info) {
     printable.OnBeginPrinting(&dc, &info);
     printable.OnPrint(&dc, &info);
     printable.OnEndPrinting(&dc, &info);
-    if (!painter.end() || printer.printerState() == QPrinter::Error) throw CException(RefusalReason(printer));
+    const bool ended = painter.end() && printer.printerState() != QPrinter::Error;
+    if (!ended || (!info.m_bPreview && !IsWhole(printer))) throw CException(RefusalReason(printer));
 }
 
 namespace {
