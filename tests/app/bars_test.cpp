@@ -351,6 +351,19 @@ TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
     EXPECT_FALSE(Outline());
 }
 
+// As under a dialog, or while the frame is hidden.
+TEST_F(BarsTest, AFloatingFrameIsLetGoWhereNobodyTellsOfIt) {
+    ToggleFloating();
+    QWidget& frame = *FloatingFrame(LayerBar());
+    const QPoint caption = frame.mapToGlobal(CAPTION);
+    Mouse(frame, QEvent::MouseButtonPress, caption, Qt::LeftButton);
+    Mouse(frame, QEvent::MouseMove, caption + QPoint(50, 50), Qt::LeftButton);
+    const QPoint place = frame.pos();
+    Mouse(frame, QEvent::MouseMove, caption + QPoint(90, 90), Qt::NoButton);
+    Mouse(frame, QEvent::MouseMove, caption + QPoint(120, 120), Qt::NoButton);
+    EXPECT_EQ(frame.pos(), place);
+}
+
 TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
     const auto hasKeys = [&] { return Layers().hasFocus(); };
     Frame().MoveWindow({-3000, -3000, -2000, -2500});
@@ -368,4 +381,7 @@ TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
     EXPECT_TRUE(WaitFor(hasKeys));
     ToggleFloating();
     EXPECT_TRUE(isOnScreen());
+    frame->move(-5000, 5000);
+    for (int i = 0; i < 2; ++i) Command(ID_TOGGLE_LAYER_BAR);
+    EXPECT_TRUE(isOnScreen()) << "shown again";
 }

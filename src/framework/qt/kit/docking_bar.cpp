@@ -68,7 +68,10 @@ class DockingBar final : public QToolBar {
     QWidget* GetFrame() const { return m_bFloating ? m_pFrame : nullptr; }
     QAction* GetToggle() const { return m_pToggle; }
 
-    void Show(bool bShow) { Shown().setVisible(bShow); }
+    void Show(bool bShow) {
+        if (bShow && m_bFloating && !IsOnScreen()) MoveOntoScreen(m_pFrame->pos());
+        Shown().setVisible(bShow);
+    }
     bool IsShown() const { return !Shown().isHidden(); }
 
     void ToggleFloating() {
@@ -202,7 +205,14 @@ class DockingBar final : public QToolBar {
 
     // The bar can be scrolled out of sight, and a screen be gone on which it floated before.
     void MoveOntoScreen(const QPoint& at) {
-        m_pFrame->move(MovedInto(m_host.screen()->availableVirtualGeometry(), at, m_pFrame->size()));
+        const QScreen* const wanted = QGuiApplication::screenAt(at + GetFloatingCorner());
+        const QScreen& screen = wanted ? *wanted : *m_host.screen();
+        m_pFrame->move(MovedInto(screen.availableGeometry(), at, m_pFrame->size()));
+    }
+    bool IsOnScreen() const {
+        return std::ranges::any_of(QGuiApplication::screens(), [&](const QScreen* pScreen) {
+            return pScreen->availableGeometry().intersects(m_pFrame->geometry());
+        });
     }
 
     // What stands on the bar and has the keys; they stay with it wherever the bar goes.

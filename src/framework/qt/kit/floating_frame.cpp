@@ -105,6 +105,8 @@ class FloatingFrame final : public QWidget {
     }
 
     void mouseMoveEvent(QMouseEvent* pEvent) override {
+        // The button can be let go where nobody tells of it, as under a dialog.
+        if (!(pEvent->buttons() & Qt::LeftButton)) m_grip = Grip::None;
         const QPoint moved = pEvent->globalPosition().toPoint() - m_heldAt;
         m_isDragged = m_isDragged || moved.manhattanLength() >= QApplication::startDragDistance();
         switch (m_grip) {
