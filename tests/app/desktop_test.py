@@ -94,6 +94,11 @@ class DesktopTest(ProgramTest):
                                   env=self.screen.environment, check=True, capture_output=True, text=True,
                                   timeout=DEADLINE).stdout
             self.assertRegex(said, f'^_NET_STARTUP_ID = "{token}"\n_NET_WM_USER_TIME = [1-9]')
+        self.hand_over(self.path("bad.iff", b"nothing"))
+        box = wait_for(lambda: self.screen.windows(TITLE), "the refusal")[0]
+        self.screen.xdotool("windowactivate", "--sync", other)
+        self.hand_over(self.path("waits.iff", picture()), DESKTOP_STARTUP_ID="launcher-4_TIME0")
+        wait_for(lambda: self.screen.xdotool("getactivewindow") in ([first], [box]), "what the file waits for")
 
 
 if __name__ == "__main__":

@@ -13,9 +13,13 @@ CShellRequests::CShellRequests() : m_startup(AfxGetStartupToken()) {}
 
 CShellRequests::~CShellRequests() = default;
 
-void CShellRequests::Listen() {
+void CShellRequests::Listen(const std::function<void(const StartupToken&)>& comeToFront) {
     m_pShellOpen = std::make_unique<ShellOpen>(AfxLoadString(AFX_IDS_SHELL_NAME),
-                                               [this](const ShellRequest& request) { Add(request); });
+                                               [this, comeToFront](const ShellRequest& request) {
+                                                   Add(request);
+                                                   // What it waits for is to be seen.
+                                                   if (!CanOpen()) comeToFront(request.token);
+                                               });
 }
 
 void CShellRequests::Close() {

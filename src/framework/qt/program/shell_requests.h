@@ -15,8 +15,8 @@ class CShellRequests {
     CShellRequests();
     ~CShellRequests();
 
-    // Takes part in what the desktop opens, until Close.
-    void Listen();
+    // Takes part in what the desktop opens, until Close. comeToFront is called for what has to wait.
+    void Listen(const std::function<void(const StartupToken&)>& comeToFront);
     void Close();
 
     // Passes the paths on to the copy of the program that runs already, with what the desktop started this

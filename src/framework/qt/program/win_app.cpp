@@ -154,7 +154,8 @@ void CWinApp::SetMainWnd(std::unique_ptr<CMDIFrameWnd> mainWnd) {
 }
 
 void CWinApp::EnableShellOpen() {
-    if (!m_commandLine.IsPrint()) m_requests.Listen();
+    if (!m_commandLine.IsPrint())
+        m_requests.Listen([this](const StartupToken& token) { BringToFront(token); });
 }
 
 void CWinApp::RegisterShellFileTypes(u32 nIDIcon) const {
@@ -316,9 +317,13 @@ bool CWinApp::CanOpenRequests() const {
     return m_pMainWnd && !m_bEnding && m_requests.CanOpen();
 }
 
+void CWinApp::BringToFront(const StartupToken& token) {
+    if (m_pMainWnd && !m_bEnding) m_pMainWnd->BringToFront(token);
+}
+
 void CWinApp::OpenRequests() {
     if (CanOpenRequests())
-        m_requests.Open([this](const StartupToken& token) { m_pMainWnd->BringToFront(token); },
+        m_requests.Open([this](const StartupToken& token) { BringToFront(token); },
                         [this](const std::vector<std::string>& paths) { OpenDocumentFiles(paths); });
 }
 

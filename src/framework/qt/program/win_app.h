@@ -137,6 +137,7 @@ class CWinApp : public CCmdTarget {
     void WriteRecentFilesWhenSeen();
     bool HandOver();
     bool CanOpenRequests() const;
+    void BringToFront(const StartupToken& token);
     void OpenRequests();
     bool Print(const CCommandLineInfo& info);
 
