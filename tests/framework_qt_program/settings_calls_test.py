@@ -69,6 +69,12 @@ class SettingsCallsTest(SettingsCase):
         self.assertEqual(self.sweep("signal=KILL", places), {KILLED: len(places)})
         print(len(places), "kills")
 
+    def test_where_there_are_no_locks_nobody_waits_for_one(self):
+        before = self.read_list()
+        status, lines = self.add("/unlocked", "-e", "trace=flock", "-e", "inject=flock:error=ENOLCK")
+        self.assertEqual((status, len(lines)), (1, 1), lines)
+        self.assertEqual(self.read_list(), before)
+
     def test_each_call_fails(self):
         places = [(name, place) for name, place in self.places() if name not in NOT_OF_FILES]
         for error in ("ENOSPC", "EIO"):

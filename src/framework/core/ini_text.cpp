@@ -89,11 +89,14 @@ std::string ParseValue(std::string_view text) {
     return value;
 }
 
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";  // of some editors
+
 }  // namespace
 
 IniSections ParseIni(std::string_view text) {
     IniSections sections;
     ProfileSection* section = nullptr;
+    if (text.starts_with(BYTE_ORDER_MARK)) text.remove_prefix(BYTE_ORDER_MARK.size());
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         const std::string_view line = Trimmed(text.substr(0, end));

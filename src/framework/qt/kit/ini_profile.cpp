@@ -37,6 +37,9 @@ class FileLock {
         for (int i = 0; i < LOCK_TRIES && !m_bHeld; ++i) {
             if (i > 0) std::this_thread::sleep_for(LOCK_PAUSE);
             m_bHeld = flock(m_nDescriptor, LOCK_EX | LOCK_NB) == 0;
+            // Not every file system has locks, and some have another word for one that is held.
+            const bool isOthers = errno == EWOULDBLOCK || errno == EACCES || errno == EINTR;
+            if (!m_bHeld && !isOthers) return;
         }
     }
     ~FileLock() {
