@@ -7,10 +7,9 @@
 int main(int argc, char** argv) {
     OIIO::attribute("threads", 1);
     return RunPeer(argc, argv, [](const char* pszPath) {
-        const auto input = OIIO::ImageInput::open(pszPath);
-        if (!input) return false;
-        const auto& header = input->spec();
-        if (header.nchannels < 3) return false;
+        OIIO::ImageSpec header;
+        const auto input = OIIO::ImageInput::create(pszPath);
+        if (!input || !input->open(pszPath, header) || header.nchannels < 3) return false;
         const size_t size =
             size_t{3} * static_cast<size_t>(header.width) * static_cast<size_t>(header.height);
         const auto pixels = std::make_unique_for_overwrite<unsigned char[]>(size);

@@ -14,13 +14,16 @@ void DisplayImage::DiscardBitmap() {
 
 void DisplayImage::LetGo() {
     DiscardBitmap();
+    ForgetLayer();
+}
+
+void DisplayImage::ForgetLayer() {
     m_pBody.Reset();
     m_pS3tc.Reset();
 }
 
 std::vector<std::string> DisplayImage::ChooseLayer(const CVistrelDoc& document, u32 nLayer) {
-    m_pBody.Reset();
-    m_pS3tc.Reset();
+    ForgetLayer();
     if (document.m_nDocType == DOC_PSD)
         return nLayer == 0 ? ChannelNames(document.m_Psd)
                            : ChannelNames(*document.m_Psd.m_Layers.GetAt(nLayer - 1), document.m_Psd.m_nMode,

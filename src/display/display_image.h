@@ -94,6 +94,7 @@ class DisplayImage {
 
   private:
     void DiscardBitmap();
+    void ForgetLayer();
 
     // How many rows of a picture are made at a time: all of them, unless they are handed to somebody.
     u32 BandRows(u32 nHeight) const;

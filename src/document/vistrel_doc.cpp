@@ -94,19 +94,23 @@ bool CVistrelDoc::LoadUnderEitherRules(CArchive& archive) {
         m_bTolerantlyAccepted = accepted;
         return false;
     }
-    if (m_nDocType != DOC_IFF) return true;
-    const bool hasMore = m_Iff.HasForm(ID_PBM);
-    if (hasMore) file.Seek(start, CFile::begin);
-    if (m_tolerance != Tolerance::Always) {
-        if (hasMore) LoadTolerantIff(archive);
+    return m_nDocType != DOC_IFF || LoadOtherReading(archive, start);
+}
+
+// Of an IFF file that was read strictly. False where nothing of it is left to be shown.
+bool CVistrelDoc::LoadOtherReading(CArchive& archive, i64 nStart) {
+    const bool replaces = m_tolerance == Tolerance::Always;
+    if (replaces) m_pRules = &TOLERANT;
+    if (!m_Iff.HasForm(ID_PBM)) return true;
+    archive.GetFile()->Seek(nStart, CFile::begin);
+    if (!replaces) {
+        LoadTolerantIff(archive);
         return true;
     }
-    m_pRules = &TOLERANT;
-    if (!hasMore) return true;
     // Nobody asks for the strict tree any more, so that only one of the two has to find room.
-    accepted = LoadIff(archive, m_Iff, TOLERANT);
+    bool accepted = LoadIff(archive, m_Iff, TOLERANT);
     if (!accepted && !IsFinal(m_Iff.GetFinding().rule)) {
-        file.Seek(start, CFile::begin);
+        archive.GetFile()->Seek(nStart, CFile::begin);
         accepted = LoadIff(archive, m_Iff, STRICT);
     }
     if (!accepted) m_nDocType = DOC_NONE;

@@ -72,6 +72,7 @@ class CVistrelDoc : public CDocument {
   private:
     bool Load(CArchive& archive, const ReadingRules& rules);
     bool LoadUnderEitherRules(CArchive& archive);
+    bool LoadOtherReading(CArchive& archive, i64 nStart);
     std::string ReasonOfReaders() const;
     void LoadTolerantIff(CArchive& archive);
 
