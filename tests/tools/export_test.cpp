@@ -222,4 +222,21 @@ TEST(Export, TellsWhatItDoesNotWrite) {
     EXPECT_NE(exported({.choice = {.bAll = true}, .bStrict = true}, false).find("refused"), std::string::npos);
 }
 
+TEST(Export, WritesNoCompositeWithoutTheAlphaThatItHas) {
+    const TempFolder folder;
+    PsdFields fields = {.channels = 1};
+    const Bytes broken = {0, 9};
+    fields.layers = {{.channels = {{.id = -1, .data = RawData({7})}, {.data = RawData({8})}}, .name = "good"},
+        {.channels = {{.id = -1, .data = broken}, {.data = RawData({8})}}, .name = "bad"}};
+    const std::string path = folder.Write(Psd(fields), "f");
+    PictureNames names(".png");
+    testing::internal::CaptureStderr();
+    const Options options = {.choice = {.layers = {"good", "bad"}}, .folder = folder.m_strPath, .bMergeAlpha = true};
+    EXPECT_FALSE(ExportFile(path, options, names));
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find("f: layer 2, channel 0: its alpha cannot be merged\n"), std::string::npos) << told;
+    EXPECT_TRUE(fs::exists(folder.Path("f.good.Composite.png")));
+    EXPECT_FALSE(fs::exists(folder.Path("f.bad.Composite.png")));
+}
+
 }  // namespace

@@ -44,6 +44,9 @@ class PictureMaker {
         return {bitmap, fits ? alpha : nullptr};
     }
 
+    // There is an alpha, and it shows nothing or is of another size.
+    bool LacksItsAlpha() const { return m_bHasAlpha && !Picture().pAlpha; }
+
     const PictureBuilder& Builder() const { return m_builder; }
 
   private:
@@ -94,6 +97,11 @@ class Export {
             Say(m_names, "layer %u, channel %u: there is no picture", listed.selection.nLayer,
                 listed.selection.nChannel);
             return m_options.choice.bAll;
+        }
+        if (m_maker.LacksItsAlpha()) {
+            Say(m_names, "layer %u, channel %u: its alpha cannot be merged", listed.selection.nLayer,
+                listed.selection.nChannel);
+            return false;
         }
         return Guarded(target, [&] { Write(picture, path); });
     }
