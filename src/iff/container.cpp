@@ -15,18 +15,18 @@ bool MatchesOneOf(IffId id, std::initializer_list<IffId> ids) {
     return false;
 }
 
-bool Answers(const IffChunkNode* pNode, IffId id) {
+bool AnswersTo(const IffChunkNode* pNode, IffId id) {
     ++IffContainer::s_nNodesVisited;
     return pNode->m_pChunk->m_Id.Matches(id) && !pNode->m_pChunk->IsUnknown();
 }
 
 IffChunkNode* SearchForward(IffChunkNode* pNode, IffId id) {
-    while (pNode && !Answers(pNode, id)) pNode = pNode->m_pNext;
+    while (pNode && !AnswersTo(pNode, id)) pNode = pNode->m_pNext;
     return pNode;
 }
 
 IffChunkNode* SearchBackward(IffChunkNode* pNode, IffId id) {
-    while (pNode && !Answers(pNode, id)) pNode = pNode->m_pPrev;
+    while (pNode && !AnswersTo(pNode, id)) pNode = pNode->m_pPrev;
     return pNode;
 }
 

@@ -89,20 +89,20 @@ TEST(Shrink, FitsIntoASquareAndNeverGrows) {
 
 // Pictures of each kind, one band and several high, in the bands that they are handed over in.
 TEST(Thumbnail, IsThatOfTheBitmap) {
-    constexpr u32 WIDTH = 9;
+    constexpr u32 COLUMNS = 9;
     for (const u32 height : {1u, 15u, 16u, 17u, 18u, 33u, 48u}) {
-        const u32 blocks = (WIDTH + 3) / 4 * ((height + 3) / 4);
+        const u32 blocks = (COLUMNS + 3) / 4 * ((height + 3) / 4);
         const auto psd = [height](u32 nMode, u32 nChannels) {
-            PsdFields fields = {.channels = nChannels, .rows = height, .columns = WIDTH, .mode = nMode};
-            fields.samples = Random(3).SomeBytes(nChannels * height * WIDTH);
+            PsdFields fields = {.channels = nChannels, .rows = height, .columns = COLUMNS, .mode = nMode};
+            fields.samples = Random(3).SomeBytes(nChannels * height * COLUMNS);
             if (nMode == PSD_INDEXED) fields.colourData = Random(4).SomeBytes(768);
             return Psd(fields);
         };
         const Bytes body = Chunk("BODY", Random(5).SomeBytes(2 * 8 * height));
         for (const Bytes& bytes : {psd(PSD_RGB, 3), psd(PSD_INDEXED, 1), psd(PSD_GREYSCALE, 1), psd(PSD_CMYK, 4),
-                 Form("ILBM", {Bmhd({.width = WIDTH, .height = height, .planes = 8}), GreyCmap(256), body}),
+                 Form("ILBM", {Bmhd({.width = COLUMNS, .height = height, .planes = 8}), GreyCmap(256), body}),
                  Form("ILBM", {S3tc({.code = "DXT1",
-                              .width = WIDTH,
+                              .width = COLUMNS,
                               .height = height,
                               .data = Random(6).SomeBytes(blocks * 8)})})}) {
             const Shown shown(bytes);
