@@ -12,7 +12,7 @@ import subprocess
 import sys
 import unittest
 
-from program_case import (DEADLINE, PROGRAM, TITLE, VALUES, WIDTH, ProgramTest, in_colour, in_rows, picture, wait_for)
+from program_case import DEADLINE, PROGRAM, VALUES, WIDTH, ProgramTest, in_colour, in_rows, picture, wait_for
 
 MAY_NOT_MOUNT = 77
 FONTS = "/usr/share/fonts/**/DejaVuSans.ttf"
@@ -44,7 +44,7 @@ class BareMachineTest(ProgramTest):
                 self.screen.environment["LANG"] = language
                 self.program = subprocess.Popen([*READ_ONLY, PROGRAM, "sample.iff"], env=self.screen.environment,
                                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-                frame = wait_for(lambda: self.screen.windows(f"{TITLE} - sample.iff"), "the window")[0]
+                frame = self.wait_for_file("sample.iff")
                 wait_for(lambda: self.screen.place_of(in_rows(in_colour(VALUES), WIDTH)), "the picture")
                 self.screen.press(frame, "ctrl+p")
                 self.screen.press(wait_for(lambda: self.screen.windows(caption), caption)[0], "Escape")

@@ -9,9 +9,8 @@ import os
 import subprocess
 import time
 import unittest
-from pathlib import Path
 
-from program_case import DEADLINE, PROGRAM, TITLE, ProgramTest, picture, wait_for
+from program_case import DEADLINE, ODD_NAMES, PROGRAM, TITLE, ProgramTest, picture, wait_for
 
 
 class DesktopTest(ProgramTest):
@@ -32,7 +31,7 @@ class DesktopTest(ProgramTest):
     def started(self, name, *switches):
         """Starts a copy of its own and waits until it shows the file."""
         self.start(*switches, self.path(name, picture()))
-        self.wait_for_title(name)
+        self.wait_for_file(name)
 
     def hand_over(self, *words, **variables):
         """Without a display, which whoever only hands over has no use for."""
@@ -47,24 +46,21 @@ class DesktopTest(ProgramTest):
                         "/com/talvorine/Vistrel", "--method", "org.freedesktop." + method, *words],
                        check=True, stdout=subprocess.DEVNULL, timeout=DEADLINE)
 
-    def wait_for_title(self, name):
-        wait_for(lambda: self.screen.windows(f"{TITLE} - {name}"), name)
-
     def test_files_arrive_in_order_and_after_a_question(self):
         self.started("first.iff")
-        names = [b"a b.iff", b"100%41.iff", b"\xff\xfe.iff", b"last.iff"]
-        for name in names:
-            Path(os.fsdecode(os.fsencode(self.folder.name) + b"/" + name)).write_bytes(picture())
-        paths = [os.fsencode(self.folder.name) + b"/" + name for name in names]
+        names = ODD_NAMES
+        paths = [self.path(name, picture()) for name in names]
         self.hand_over(names[0], *paths[1:3], self.path("bad.iff", b"nothing"))
         box = wait_for(lambda: self.screen.windows(TITLE), "the refusal")[0]
         self.hand_over(paths[3])
-        self.call("Application.Open", "['file://%s']" % self.path("by%20bus.iff"), "{}")
+        uris = ["file://" + self.path(name) for name in ("by%20bus.iff", "second.iff")]
+        self.call("Application.Open", str(uris), "{}")
         self.path("by bus.iff", picture())
+        self.path("second.iff", picture())
         wait_for(lambda: self.recent() == [names[2], names[1], names[0], b"first.iff"], "the recent files")
         self.screen.press(box, "Return")
-        self.wait_for_title("by bus.iff")
-        wait_for(lambda: self.recent()[:3] == [b"by bus.iff", names[3], names[2]], "the recent files")
+        self.wait_for_file("second.iff")
+        wait_for(lambda: self.recent()[:3] == [b"second.iff", b"by bus.iff", names[3]], "the recent files")
         self.assertEqual(self.screen.windows(TITLE), [])
         self.call("Application.Activate", "{}")
         self.call("DBus.Properties.GetAll", "org.freedesktop.Application")
@@ -76,15 +72,15 @@ class DesktopTest(ProgramTest):
         self.running[0].kill()
         self.running[0].wait()
         self.hand_over(self.path("third.iff", picture()))
-        self.wait_for_title("third.iff")
+        self.wait_for_file("third.iff")
         self.assertEqual(self.screen.windows(f"{TITLE} - second.iff"), [])
 
     def test_comes_to_the_front_for_whoever_asked(self):
         self.manage_windows()
         self.started("first.iff")
         self.start(self.path("other.iff", picture()))  # waits in line for the name
-        self.wait_for_title("other.iff")
-        first, other = (self.screen.windows(f"{TITLE} - {name}.iff")[0] for name in ("first", "other"))
+        other = self.wait_for_file("other.iff")
+        first = self.wait_for_file("first.iff")
         now = int(time.monotonic() * 1000)
         for token in (f"launcher-1_TIME{now}", "launcher-2_TIMEless", "launcher-3_TIME0"):
             self.screen.xdotool("windowactivate", "--sync", other)

@@ -153,6 +153,10 @@ def in_rows(pixels, width):
     return [b"".join(pixels[start:start + width]) for start in range(0, len(pixels), width)]
 
 
+# What a path, an address and a text can each be taken for.
+ODD_NAMES = [b"a b.iff", b"100%41.iff", b"\xff\xfe.iff", b"last.iff"]
+
+
 class ProgramTest(unittest.TestCase):
     def setUp(self):
         # What the program starts beside itself can still be writing there at the end.
@@ -176,6 +180,10 @@ class ProgramTest(unittest.TestCase):
         """Waits until the window has the keyboard, which takes a window manager."""
         wait_for(lambda: " ".join(self.screen.xdotool("getactivewindow", "getwindowname")) == title, title)
 
+    def wait_for_file(self, name):
+        """Waits until a main window shows the file; its window."""
+        return wait_for(lambda: self.screen.windows(f"{TITLE} - {name}"), name)[0]
+
     def settings(self):
         return Path(self.folder.name, "config", "Talvorine", "Internal", TITLE + ".ini")
 
@@ -191,7 +199,8 @@ class ProgramTest(unittest.TestCase):
             self.program.wait()
 
     def path(self, name, content=None):
-        path = os.path.join(self.folder.name, name)
+        """Of a file that can be written at once. The name may be bytes that are no text."""
+        path = os.path.join(self.folder.name, os.fsdecode(name))
         if content is not None:
             Path(path).write_bytes(content)
         return path
