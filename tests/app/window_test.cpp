@@ -16,16 +16,6 @@
 
 CVistrelApp theApp;
 
-TEST_F(WindowTest, APictureOpensWithItsListsItsPaneAndItsTitle) {
-    ASSERT_TRUE(OpenFile(Picture(320, 200)));
-    EXPECT_EQ(Entries(Frame().m_wndLayerCombo), Texts({"Image"}));
-    EXPECT_EQ(Entries(Frame().m_wndChannelCombo), Texts({"Composite"}));
-    EXPECT_EQ(ClientSize(), (CSize{320, 200}));
-    EXPECT_TRUE(WaitForPane("320x200x32"));
-    EXPECT_TRUE(WaitForTitle(" - picture.iff"));
-    EXPECT_TRUE(m_answers.m_messages.empty());
-}
-
 // Each size follows another one, down to none at all and up beyond every screen.
 TEST_F(WindowTest, TheClientAreaTakesExactlyThePicturesSizeTimesTheScale) {
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
@@ -68,7 +58,7 @@ TEST_F(WindowTest, AFitCountsTheBarsThatShow) {
     }
 }
 
-TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
+TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndTheNextOpensAsItStands) {
     ASSERT_TRUE(OpenFile(Picture(11, 5)));
     Frame().GetSubWindow()->showMaximized();
     EXPECT_TRUE(WaitFor([&] { return ClientSize().cx > 500; }));
@@ -76,14 +66,6 @@ TEST_F(WindowTest, AMaximisedChildKeepsItsOwnSizeAndAFitRestoresIt) {
     Frame().GetSubWindow()->showNormal();
     EXPECT_TRUE(WaitForTitle(" - picture.iff"));
     EXPECT_EQ(ClientSize(), (CSize{11, 5}));
-
-    Frame().GetSubWindow()->showMaximized();
-    Settle();
-    View().FitFrameToImage(2.0f);
-    EXPECT_EQ(ClientSize(), (CSize{22, 10}));
-    Settle();
-    EXPECT_EQ(ClientSize(), (CSize{22, 10}));
-    EXPECT_FALSE(Frame().IsZoomed());
 
     Frame().GetSubWindow()->showMaximized();
     Settle();
@@ -151,11 +133,6 @@ TEST_F(WindowTest, AMipMapLevelIsFittedToTheSizeOfTheWholePicture) {
     EXPECT_EQ(PixelsOf(*View().GetWidget(), {0, 0, 64, 24}), before);
 }
 
-TEST_F(WindowTest, APictureThatCannotBeMadeOpensAnEmptyView) {
-    ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8})})));
-    EXPECT_GT(ClientSize().cx, 8);
-}
-
 TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
     ASSERT_TRUE(OpenFile(Picture(8, 8)));
     CComboBox& list = Frame().m_wndLayerCombo;
@@ -173,12 +150,10 @@ TEST_F(WindowTest, NamesAreBytesOfUnknownEncoding) {
         ASSERT_TRUE(document) << shown;
         EXPECT_EQ(document->GetPathName(), m_folder.Path(bytes));
         EXPECT_EQ(Frame().GetSubWindow()->windowTitle().toStdString(), shown);
-        const std::string end = shown.substr(shown.size() - std::min<u64>(shown.size(), 20));
-        EXPECT_TRUE(MenuItem(ID_FILE_MRU_FILE1)->text().replace("&&", "&").toStdString().ends_with(end)) << shown;
     }
 }
 
-TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
+TEST_F(WindowTest, OpenTakesSeveralFilesAndActivatesWhatIsOpen) {
     m_answers.m_nextFiles = {
         m_folder.Write(Picture(8, 8), "a.iff"), m_folder.Write({}, "a<b>.iff"), m_folder.Write(Picture(9, 9), "b.iff")};
     EXPECT_TRUE(Command(ID_FILE_OPEN));
@@ -193,13 +168,6 @@ TEST_F(WindowTest, OpenTakesSeveralFilesAndCloseTakesTheActiveWindow) {
     EXPECT_EQ(m_answers.m_strFolder, m_folder.Path(""));
     ASSERT_EQ(Main().GetChildren().size(), 2u);
     ASSERT_EQ(Main().MDIGetActive(), Main().GetChildren()[1].get());
-    EXPECT_TRUE(Command(ID_FILE_CLOSE));
-    EXPECT_TRUE(WaitFor([&] { return Main().GetChildren().size() == 1; }));
-    EXPECT_EQ(Main().GetChildren()[0]->GetWindowText(), "a.iff");
-    EXPECT_TRUE(WaitForTitle(" - a.iff"));
-    EXPECT_TRUE(Command(ID_FILE_CLOSE));
-    EXPECT_TRUE(WaitForTitle(""));
-    EXPECT_FALSE(Command(ID_FILE_CLOSE));
 }
 
 TEST_F(WindowTest, ARecentFileSaysWhyItDoesNotOpenAndLeavesTheListOnlyWhenItIsGone) {

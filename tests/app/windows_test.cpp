@@ -77,28 +77,6 @@ TEST_F(WindowTest, ASecondWindowOnADocumentIsListedAndClosesAlone) {
     EXPECT_EQ(document->GetViews().size(), 1u);
 }
 
-TEST_F(WindowTest, WindowsOnOneDocumentCloseInAnyOrderWhileTheOtherChangesItsLayer) {
-    const Bytes levels =
-        List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {1, 0})}), List("ILBM", {Picture(32, 12)})});
-    for (const std::size_t first : {0, 1})
-        for (const bool isGone : {false, true}) {
-            ASSERT_TRUE(OpenFile(levels, "levels.iff"));
-            Command(ID_WINDOW_NEW);
-            auto& closing = static_cast<CChildFrame&>(*Main().GetChildren()[first]);
-            auto& other = static_cast<CChildFrame&>(*Main().GetChildren()[1 - first]);
-            closing.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
-            EXPECT_TRUE(!isGone || WaitFor([] { return Titles() == Texts{"levels.iff"}; }));
-            const auto& view = static_cast<CVistrelView&>(*other.GetActiveView());
-            for (const auto& [key, width] : Table<Qt::Key, u32>{{Qt::Key_Down, 32}, {Qt::Key_Up, 64}}) {
-                Press(other.m_wndLayerCombo, key);
-                ASSERT_TRUE(view.m_hBitmap);
-                EXPECT_EQ(view.m_hBitmap->nWidth, width);
-            }
-            other.OnCmdMsg(ID_FILE_CLOSE, CN_COMMAND, nullptr);
-            EXPECT_TRUE(WaitFor([] { return Titles().empty(); }));
-        }
-}
-
 TEST_F(WindowTest, AFloatingBarComesAndGoesWithItsWindowAndIsBroughtBackByItsCommand) {
     ASSERT_TRUE(OpenFile(Picture(60, 40)));
     CChildFrame& frame = Frame();

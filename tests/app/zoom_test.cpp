@@ -53,16 +53,10 @@ TEST(ScaleSteps, GoToTheNextPowerOfTwoWithinTheLimits) {
     EXPECT_EQ(ScaleAfterSteps(3, -9), 0.03125f);
 }
 
-TEST_F(ZoomTest, KeysFitTheFrameAsTheZoomDialogDoes) {
+TEST_F(ZoomTest, KeysGoNoFurtherThanTheLimit) {
     Press("Ctrl++");
     Press("Ctrl+0");  // without a document
     ASSERT_TRUE(OpenFile(Picture(100, 50)));
-    for (const auto& [keys, size] :
-        Table<const char*, CSize>{{"Ctrl++", {200, 100}}, {"Ctrl++", {400, 200}}, {"Ctrl+-", {200, 100}},
-            {"Ctrl+0", {100, 50}}, {"Ctrl+-", {50, 25}}, {"Ctrl+-", {25, 12}}, {"Ctrl++", {50, 25}}}) {
-        Press(keys);
-        EXPECT_EQ(ClientSize(), size) << keys;
-    }
     View().FitFrameToImage(64);
     Press("Ctrl++");
     EXPECT_EQ(ClientSize(), (CSize{6400, 3200}));
@@ -76,14 +70,12 @@ TEST_F(ZoomTest, KeysFitTheFrameAsTheZoomDialogDoes) {
     Press("Ctrl+-");
     EXPECT_FALSE(Frame().IsZoomed());
     EXPECT_EQ(ClientSize(), (CSize{1600, 800}));
-    Frame().MoveWindow({0, 0, 300, 300});
-    Press("Ctrl+0");
-    EXPECT_EQ(ClientSize(), (CSize{100, 50}));
 }
 
 TEST_F(ZoomTest, WithoutABitmapNothingIsFitted) {
     ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8})})));
     Settle();
+    EXPECT_GT(ClientSize().cx, 8);
     const CRect place = Frame().GetWindowRect();
     for (const char* keys : {"Ctrl++", "Ctrl+-", "Ctrl+0"}) {
         Press(keys);
