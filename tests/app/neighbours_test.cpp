@@ -60,15 +60,14 @@ TEST(Neighbours, HaveAPlaceForOneThatDoesNotCount) {
         for (const std::string& name : names) all.push_back(folder.Path(name));
         return all;
     };
-    for (const auto& [own, before, after, place] :
-        Table<std::string, Texts, Texts, std::string>{{"1.iff", {}, {"2.iff", "10.iff"}, "3 of 3"},
-            {"2.iff", {"1.iff"}, {"10.iff"}, "3 of 3"}, {"10.iff", {"2.iff", "1.iff"}, {}, "3 of 3"},
-            {"5.lbm", {"2.iff", "1.iff"}, {"10.iff"}, "3 of 3"}, {"20.txt", {"10.iff", "2.iff", "1.iff"}, {}, "3 of 3"},
-            {"0", {}, {"1.iff", "2.iff", "10.iff"}, "3 of 3"}}) {
+    for (const auto& [own, before, after] :
+        Table<std::string, Texts, Texts>{{"1.iff", {}, {"2.iff", "10.iff"}}, {"2.iff", {"1.iff"}, {"10.iff"}},
+            {"10.iff", {"2.iff", "1.iff"}, {}}, {"5.lbm", {"2.iff", "1.iff"}, {"10.iff"}},
+            {"20.txt", {"10.iff", "2.iff", "1.iff"}, {}}, {"0", {}, {"1.iff", "2.iff", "10.iff"}}}) {
         const Neighbours neighbours(folder.Path(own), isListed);
         EXPECT_EQ(neighbours.Before(), paths(before)) << own;
         EXPECT_EQ(neighbours.After(), paths(after)) << own;
-        EXPECT_EQ(neighbours.PlaceText(folder.Path("10.iff")), place) << own;
+        EXPECT_EQ(neighbours.PlaceText(folder.Path("10.iff")), "3 of 3") << own;
     }
     EXPECT_TRUE(Neighbours("/nowhere/at/all.iff", isListed).After().empty());
 }
@@ -147,36 +146,27 @@ TEST_F(NeighboursTest, AMaximisedWindowStaysSoAndAMinimisedOneIsRestored) {
     EXPECT_EQ(ClientSize(), (CSize{30, 20}));
 }
 
-TEST_F(NeighboursTest, WhatBreaksRulesIsReadWithoutAskingUnlessTheSettingIsNever) {
-    m_folder.Write(Picture(30, 20), "a.iff");
-    m_folder.Write(Padded(), "b.psd");
-    m_folder.Write(Picture(30, 20), "c.iff");
-    for (const auto& [kept, next] :
-        Table<std::string, std::string>{{"ask", "b.psd"}, {"always", "b.psd"}, {"never", "c.iff"}}) {
-        Keep(kept);
-        Open("a.iff");
-        EXPECT_EQ(Next(), next) << kept;
-        Main().DestroyChildren();
-    }
-    EXPECT_TRUE(m_answers.m_questions.empty());
-    EXPECT_TRUE(m_answers.m_messages.empty());
-}
-
-TEST_F(NeighboursTest, AreReadUnderTheRulesThatAreSetAndThePaneSaysWhatWasPassedOver) {
+TEST_F(NeighboursTest, AreReadWithoutAskingUnderTheRulesThatAreSetAndThePaneSaysWhatWasPassedOver) {
     m_folder.Write(Picture(30, 20), "a.iff");
     // Rows with a byte of padding each.
     m_folder.Write(
         Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2), Chunk("BODY", {0xFF, 0, 0xFF, 0})}), "b.iff");
     m_folder.Write(Padded(), "c.psd");
-    for (const auto& [kept, pane] :
-        Table<std::string, std::string>{{"ask", "2 of 3; padded plane rows: right-click to read tolerantly"},
-            {"always", "2 of 3; Read tolerantly: padded plane rows"}}) {
+    m_folder.Write(Picture(30, 20), "d.iff");
+    const std::string padded = "3 of 4; Read tolerantly: padded layer information";
+    for (const auto& [kept, pane, next, paneOfNext] : Table<std::string, std::string, std::string, std::string>{
+             {"ask", "2 of 4; padded plane rows: right-click to read tolerantly", "c.psd", padded},
+             {"always", "2 of 4; Read tolerantly: padded plane rows", "c.psd", padded},
+             {"never", "2 of 4; padded plane rows: right-click to read tolerantly", "d.iff", "4 of 4"},
+         }) {
         Keep(kept);
         Open("a.iff");
-        Next();
-        EXPECT_EQ(MainPane(), pane);
-        Next();
-        EXPECT_EQ(MainPane(), "3 of 3; Read tolerantly: padded layer information");
+        EXPECT_EQ(Next(), "b.iff");
+        EXPECT_EQ(MainPane(), pane) << kept;
+        EXPECT_EQ(Next(), next) << kept;
+        EXPECT_EQ(MainPane(), paneOfNext) << kept;
         Main().DestroyChildren();
     }
+    EXPECT_TRUE(m_answers.m_questions.empty());
+    EXPECT_TRUE(m_answers.m_messages.empty());
 }

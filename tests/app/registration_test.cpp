@@ -9,17 +9,14 @@ TEST(Registration, TheDesktopKnowsTheKindsThatTheTemplatesRegister) {
     const std::string package = AfxLoadString(AFX_IDS_SHELL_PACKAGE);
     const std::string installed = AfxLoadString(AFX_IDS_SHELL_ENTRY);
     const std::string entry = AfxMakeDesktopEntry(installed, "/vistrel");
-    // The pattern is left to whoever claims it more strongly.
-    for (const auto& [id, kind, mime, pattern] : Table<u32, std::string, std::string, std::string>{
-             {IDR_IFF_TYPE, "Vistrel.StdGraphic", "image/x-vistrel-stdgraphic", "*.iff"},
-             {IDR_TFF_TYPE, "Vistrel.Graphic", "image/x-vistrel-graphic", "*.tff"},
-             {IDR_TMG_TYPE, "Vistrel.Graphic2", "image/x-vistrel-graphic2", "*.tmg"}}) {
+    for (const auto& [id, kind, mime] :
+        Table<u32, std::string, std::string>{{IDR_IFF_TYPE, "Vistrel.StdGraphic", "image/x-vistrel-stdgraphic"},
+            {IDR_TFF_TYPE, "Vistrel.Graphic", "image/x-vistrel-graphic"},
+            {IDR_TMG_TYPE, "Vistrel.Graphic2", "image/x-vistrel-graphic2"}}) {
         const std::string fields = AfxLoadString(id);
         EXPECT_EQ(GetDocString(fields, DocStringField::RegFileTypeId), kind);
         const std::string type = "<mime-type type=\"" + mime + "\">\n    <comment>" +
-                                 GetDocString(fields, DocStringField::RegFileTypeName) +
-                                 "</comment>\n    <sub-class-of type=\"image/x-ilbm\"/>\n    <glob pattern=\"" +
-                                 pattern + "\" weight=\"40\"/>\n";
+                                 GetDocString(fields, DocStringField::RegFileTypeName) + "</comment>\n";
         EXPECT_NE(package.find(type), std::string::npos) << package << "lacks " << type;
         EXPECT_NE(entry.find(mime + ";"), std::string::npos) << entry;
     }

@@ -151,17 +151,23 @@ TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
     EXPECT_EQ(View().GetDocument(), document);
     EXPECT_EQ(Shown(5, 5), shown);
 
-    // What breaks rules is asked about, as when it is opened.
-    const Bytes padded = Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)});
-    Replace(padded);
-    theApp.WriteProfileString("Reading", "Tolerant", "ask");
-    for (const bool yes : {false, true, true}) {
-        m_answers.m_nextAnswer.nButton = yes ? IDYES : IDNO;
+    // Nor does the user want what breaks rules.
+    Replace(Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}));
+    Command(ID_RELOAD);
+    EXPECT_EQ(View().GetDocument(), document);
+    ASSERT_EQ(m_answers.m_questions.size(), 1u);
+    EXPECT_TRUE(m_answers.m_questions[0].starts_with("\"" + m_folder.Path("picture.iff") + "\" breaks rules"));
+}
+
+TEST_F(ReloadTest, WhatTheUserAgreedToIsNotAskedAboutAgain) {
+    ASSERT_TRUE(OpenFile(Picture(20, 10)));
+    m_answers.m_nextAnswer.nButton = IDYES;
+    Replace(Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}));
+    for (int i = 0; i < 2; ++i) {
         Command(ID_RELOAD);
-        EXPECT_EQ(View().GetDocument() != document, yes);
+        EXPECT_EQ(m_answers.m_questions.size(), 1u);
+        EXPECT_EQ(View().GetDoc().m_nDocType, DOC_PSD);
     }
-    ASSERT_EQ(m_answers.m_questions.size(), 2u) << "and what the user agreed to is not asked again";
-    EXPECT_TRUE(m_answers.m_questions[1].starts_with("\"" + m_folder.Path("picture.iff") + "\" breaks rules"));
 }
 
 // There may be no memory for both documents and a picture.
