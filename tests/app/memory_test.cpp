@@ -14,6 +14,8 @@ constexpr const char* EMPTY = ", and the view is empty";
 const std::string NO_PICTURE = std::string(": <invalid bitmap>") + EMPTY;
 
 struct MemoryTest : public WindowTest {
+    MemoryTest() { m_answers.m_nextAnswer.nButton = IDYES; }
+
     // A line for each channel of each layer, with what the information pane says of it.
     Texts Walk() {
         Texts lines;
@@ -48,6 +50,7 @@ TEST_F(MemoryTest, AnyLimitRefusesTheFileOrLeavesOutPictures) {
     for (const auto& [name, bytes] : SmallSampleFiles()) {
         const std::string path = m_folder.Write(bytes, name);
         const Texts whole = OpenAndWalk(path);
+        ASSERT_FALSE(whole.empty()) << name;
         const u64 left = LargeBlock::Left();
         Texts lines;
         for (u64 limit = 0; lines != whole; limit += lines.empty() ? REFUSED_STEP : STEP) {
