@@ -39,6 +39,8 @@ Bytes Psd(const PsdFields& fields) {
     return fields.samples ? out.Append(*fields.samples) : out.Repeat(fields.channels * fields.rows * rowSize, 0);
 }
 
+Bytes PaddedPsd() { return Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}); }
+
 Bytes LayerRecord(const PsdLayerFields& fields, bool large) {
     ByteBuilder out, extra;
     out.U32(fields.top, fields.left, fields.bottom, fields.right).U16(fields.channels.size());

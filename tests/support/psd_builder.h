@@ -51,6 +51,9 @@ struct PsdFields {
 
 Bytes Psd(const PsdFields& fields);
 
+// With one layer, and four bytes of padding after it, which not all rules read.
+Bytes PaddedPsd();
+
 // Of version 2 where lengths are large: those have eight bytes, and counts of packed bytes four.
 Bytes LayerRecord(const PsdLayerFields& fields, bool large = false);
 Bytes LayerInfo(const PsdFields& fields);

@@ -9,6 +9,8 @@
 #include <stdlib.h>
 #include <string>
 
+namespace fs = std::filesystem;
+
 struct TempFolder {
     TempFolder() {
         if (!mkdtemp(m_strPath.data())) throw std::runtime_error("no folder for the test");
@@ -17,7 +19,7 @@ struct TempFolder {
     // What the program starts beside itself can still be writing there.
     ~TempFolder() {
         std::error_code ignored;
-        std::filesystem::remove_all(m_strPath, ignored);
+        fs::remove_all(m_strPath, ignored);
     }
 
     std::string Path(const std::string& strName) const { return m_strPath + "/" + strName; }
@@ -29,5 +31,5 @@ struct TempFolder {
         return Path(strName);
     }
 
-    std::string m_strPath = std::filesystem::temp_directory_path() / "vistrel-test-XXXXXX";
+    std::string m_strPath = fs::temp_directory_path() / "vistrel-test-XXXXXX";
 };
