@@ -1,41 +1,16 @@
 // Child windows in their area: where they open, what of it is in view, how all of them are arranged, and what else
 // reaches them.
 
-#include "document/vistrel_doc.h"
 #include "window_case.h"
 
-#include <QApplication>
 #include <QCursor>
 #include <QDropEvent>
 #include <QIcon>
-#include <QMainWindow>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
 #include <QMimeData>
-#include <QScrollBar>
-#include <QShortcut>
-#include <QWheelEvent>
-
-#include <algorithm>
 
 namespace {
 
-QMdiArea& Area() { return *Main().GetMDIClient()->GetArea(); }
-QMdiSubWindow& Window(std::size_t nPlace) { return *Main().GetChildren()[nPlace]->GetSubWindow(); }
-QPoint Scrolled() { return {Area().horizontalScrollBar()->value(), Area().verticalScrollBar()->value()}; }
-
-void ScrollTo(int x, int y) {
-    Area().horizontalScrollBar()->setValue(x);
-    Area().verticalScrollBar()->setValue(y);
-}
-
-void Turn(int nNotches) {
-    QWidget* const target = Area().viewport();
-    QWheelEvent wheel(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120 * nNotches),
-        Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(target, &wheel);
-}
+QMdiSubWindow& Window(std::size_t nPlace) { return *FrameAt(nPlace).GetSubWindow(); }
 
 // In an area that scrolls no longer, whatever windows stood in it before.
 class AreaTest : public WindowTest {
@@ -61,9 +36,9 @@ bool ShowsCaption(const QMdiSubWindow& window) {
 }  // namespace
 
 TEST_F(AreaTest, TheAreaScrollsBySmallStepsAndByWhatIsVisible) {
-    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    Open(Picture(100, 100));
     Window(0).move(0, 0);
-    View().FitFrameToImage(32.0f);
+    Fit(32);
     for (const CRect& place : {CRect{0, 0, 1000, 700}, CRect{0, 0, 700, 500}}) {
         Main().MoveWindow(place);
         Settle();
@@ -76,15 +51,15 @@ TEST_F(AreaTest, TheAreaScrollsBySmallStepsAndByWhatIsVisible) {
             EXPECT_EQ(bar->maximum() + page, whole);
         }
     }
-    Turn(1);
+    TurnWheel(*Area().viewport(), {5, 5}, -NOTCH);
     EXPECT_EQ(Scrolled(), QPoint(0, 60));
 }
 
 // The other one keeps the area large when the first is small again.
 TEST_F(AreaTest, AFitScrollsToTheCaptionAndLeavesTheFrameWhereItStands) {
-    ASSERT_TRUE(OpenFile(Picture(100, 100)));
-    View().FitFrameToImage(32.0f);
-    ASSERT_TRUE(OpenFile(Picture(90, 90), "small.iff"));
+    Open(Picture(100, 100));
+    Fit(32);
+    Open(Picture(90, 90), "small.iff");
     for (const auto& [place, scrolled] : Table<QPoint, QPoint>{{{10, 20}, {2000, 1500}}, {{1800, 1700}, {0, 0}},
              {{1800, 1700}, {1700, 1650}}, {{0, 0}, {0, 0}}, {{1900, 20}, {1500, 1500}}}) {
         ScrollTo(0, 0);
@@ -92,7 +67,7 @@ TEST_F(AreaTest, AFitScrollsToTheCaptionAndLeavesTheFrameWhereItStands) {
         ScrollTo(scrolled.x(), scrolled.y());
         const bool isInView = ShowsCaption(Window(1));
         for (const float scale : {1.0f, 32.0f, 2.0f}) {
-            View().FitFrameToImage(scale);
+            Fit(scale);
             EXPECT_TRUE(ShowsCaption(Window(1))) << scale;
             EXPECT_EQ(Window(1).pos() + Scrolled(), place) << scale;
         }
@@ -101,7 +76,7 @@ TEST_F(AreaTest, AFitScrollsToTheCaptionAndLeavesTheFrameWhereItStands) {
 }
 
 TEST_F(AreaTest, AChildOpensOneCaptionBelowTheOneBeforeAndInTheCornerWhenItWouldReachBeyond) {
-    for (const char* name : {"a.iff", "b.iff", "c.iff"}) ASSERT_TRUE(OpenFile(Picture(50, 50), name));
+    for (const char* name : {"a.iff", "b.iff", "c.iff"}) Open(Picture(50, 50), name);
     // One of them can be the first of a new cascade.
     const QPoint first = Window(1).pos() - Window(0).pos(), second = Window(2).pos() - Window(1).pos();
     EXPECT_TRUE(first == second || first.x() < 0 || second.x() < 0);
@@ -110,17 +85,17 @@ TEST_F(AreaTest, AChildOpensOneCaptionBelowTheOneBeforeAndInTheCornerWhenItWould
     EXPECT_GE(step.y(), Window(0).widget()->y() - 6);
 
     const int height = Area().viewport()->height() - Window(0).height() + 50;
-    ASSERT_TRUE(OpenFile(Picture(50, static_cast<u32>(height)), "exact.iff"));
+    Open(Picture(50, static_cast<u32>(height)), "exact.iff");
     EXPECT_EQ(Window(3).pos(), QPoint(0, 0)) << "nowhere else would all of it show";
     EXPECT_EQ(Window(3).height(), Area().viewport()->height());
-    ASSERT_TRUE(OpenFile(Picture(2000, 20), "wide.iff"));
+    Open(Picture(2000, 20), "wide.iff");
     EXPECT_EQ(Window(4).pos(), QPoint(0, 0));
 }
 
 TEST_F(AreaTest, CascadedWindowsOverlapTiledOnesShareTheAreaAboveTheMinimised) {
-    for (const char* name : {"a.iff", "b.iff", "c.iff", "d.iff"}) ASSERT_TRUE(OpenFile(Picture(40, 30), name));
+    for (const char* name : {"a.iff", "b.iff", "c.iff", "d.iff"}) Open(Picture(40, 30), name);
     const auto arrange = [&](u32 nID) {
-        View().FitFrameToImage(32.0f);
+        Fit(32);
         ScrollTo(300, 200);
         Settle();
         Command(nID);
@@ -151,10 +126,10 @@ TEST_F(AreaTest, CascadedWindowsOverlapTiledOnesShareTheAreaAboveTheMinimised) {
 }
 
 TEST_F(AreaTest, ArrangedIconsComeIntoViewWhereverTheAreaIsScrolledTo) {
-    for (const char* name : {"a.iff", "b.iff", "large.iff"}) ASSERT_TRUE(OpenFile(Picture(40, 30), name));
+    for (const char* name : {"a.iff", "b.iff", "large.iff"}) Open(Picture(40, 30), name);
     Window(0).showMinimized();
     Window(1).showMinimized();
-    View().FitFrameToImage(32.0f);
+    Fit(32);
     Frame().ActivateFrame();
     Area().verticalScrollBar()->setValue(300);
     Window(1).move(-500, 2000);
@@ -172,68 +147,65 @@ TEST_F(AreaTest, ArrangedIconsComeIntoViewWhereverTheAreaIsScrolledTo) {
 
 // In the window's own pixels; the one that is grabbed stays under the pointer.
 TEST_F(AreaTest, AViewThatIsHeldAndDraggedScrollsTheArea) {
-    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    Open(Picture(100, 100));
     Window(0).move(0, 0);
     QWidget& view = *View().GetWidget();
-    const auto send = [&](QEvent::Type type, const QPoint& place, Qt::MouseButtons buttons, Qt::MouseButton button) {
-        QMouseEvent event(type, view.mapFromGlobal(place), place, button, buttons, Qt::NoModifier);
-        QApplication::sendEvent(&view, &event);
-    };
     const QPoint start = Area().mapToGlobal(QPoint(300, 300));
-    const auto press = [&](Qt::MouseButton button) { send(QEvent::MouseButtonPress, start, button, button); };
+    const auto press = [&](Qt::MouseButton button) { MousePress(view, start, button); };
     const auto move = [&](int x, int y) {
-        send(QEvent::MouseMove, start + QPoint(x, y), Qt::LeftButton, Qt::NoButton);
+        MouseMove(view, start + QPoint(x, y));
         return Scrolled();
     };
-    const auto release = [&] { send(QEvent::MouseButtonRelease, start, Qt::NoButton, Qt::LeftButton); };
+    const auto release = [&] { MouseRelease(view, start); };
+    const auto cursor = [&] { return view.cursor().shape(); };
 
     press(Qt::LeftButton);
     EXPECT_EQ(move(-100, -50), QPoint(0, 0)) << "all of it shows";
-    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
     release();
 
-    View().FitFrameToImage(32.0f);
+    Fit(32);
     ScrollTo(500, 400);
     const int threshold = QApplication::startDragDistance();
     press(Qt::RightButton);
     EXPECT_EQ(move(-100, -50), QPoint(500, 400)) << "the other button";
     press(Qt::LeftButton);
     EXPECT_EQ(move(threshold - 1, 0), QPoint(500, 400)) << "a click that trembles";
-    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
     EXPECT_EQ(move(-threshold, 0), QPoint(500 + threshold, 400));
-    EXPECT_EQ(view.cursor().shape(), Qt::ClosedHandCursor);
+    EXPECT_EQ(cursor(), Qt::ClosedHandCursor);
     EXPECT_EQ(move(-100, 50), QPoint(600, 350));
     EXPECT_EQ(move(0, 900), QPoint(500, 0)) << "no further than the area goes";
     EXPECT_EQ(move(3, 2), QPoint(497, 398)) << "and it is where it was grabbed again";
     release();
-    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
     EXPECT_EQ(move(-100, -50), QPoint(497, 398));
 
     press(Qt::LeftButton);
     move(-100, 0);
-    View().FitFrameToImage(16.0f);
+    Fit(16);
     const QPoint scrolled = Scrolled();
     EXPECT_EQ(move(-101, 0), scrolled) << "what was held is elsewhere now";
-    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
     release();
 
-    View().FitFrameToImage(32.0f);
+    Fit(32);
     press(Qt::LeftButton);
     move(-100, 0);
-    send(QEvent::MouseMove, start, Qt::NoButton, Qt::NoButton);
-    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor) << "let go where nobody told of it";
+    MouseMove(view, start, Qt::NoButton);
+    EXPECT_EQ(cursor(), Qt::ArrowCursor) << "let go where nobody told of it";
     Area().verticalScrollBar()->setValue(0);
-    View().FitFrameToImage(1.0f);
+    Fit(1);
     Frame().MoveWindow({0, 0, 200, Area().viewport()->height() + 1});
     press(Qt::LeftButton);
     move(0, -50);
-    EXPECT_EQ(view.cursor().shape(), Qt::ClosedHandCursor) << "one side is enough";
+    EXPECT_EQ(cursor(), Qt::ClosedHandCursor) << "one side is enough";
     release();
 }
 
 TEST_F(AreaTest, TheWindowMenuListsNineWindowsAndADialogAllOfThem) {
     for (int i = 1; i <= 11; ++i) {
-        ASSERT_TRUE(OpenFile(Picture(20, 20), std::to_string(i) + ".iff"));
+        Open(Picture(20, 20), std::to_string(i) + ".iff");
         Settle();
         EXPECT_EQ(MenuItem(ID_WINDOW_MORE) != nullptr, i > 9) << i;
     }
@@ -257,14 +229,12 @@ TEST_F(AreaTest, TheWindowMenuListsNineWindowsAndADialogAllOfThem) {
 }
 
 TEST_F(AreaTest, TheMenuOfAChildOpensInsideTheMainWindow) {
-    ASSERT_TRUE(OpenFile(Picture(100, 100)));
-    View().FitFrameToImage(32.0f);
+    Open(Picture(100, 100));
+    Fit(32);
     Main().MoveWindow({100, 100, 600, 500});
-    const auto keys = Main().GetWidget()->findChildren<QShortcut*>();
-    QShortcut* const key = *std::ranges::find(keys, QKeySequence(QStringLiteral("Alt+-")), &QShortcut::key);
     for (const QPoint& scrolled : {QPoint(0, 0), QPoint(1500, 1500), QPoint(0, 2000)}) {
         ScrollTo(scrolled.x(), scrolled.y());
-        emit key->activated();
+        PressKeys("Alt+-");
         QMenu& menu = *Window(0).systemMenu();
         EXPECT_TRUE(menu.isVisible());
         EXPECT_TRUE(Main().GetWidget()->geometry().contains(menu.geometry())) << scrolled.x();
@@ -272,45 +242,36 @@ TEST_F(AreaTest, TheMenuOfAChildOpensInsideTheMainWindow) {
     }
 }
 
-namespace {
-
-int g_nBuilt;
-int g_nBuiltWaiting;  // with the wait cursor up
-
-struct WatchedView final : public CVistrelView {
-    void OnUpdate(CView* pSender, i64 lHint, CCmdTarget* pHint) override {
-        CVistrelView::OnUpdate(pSender, lHint, pHint);
-        const QCursor* const cursor = QApplication::overrideCursor();
-        ++g_nBuilt;
-        if (cursor && cursor->shape() == Qt::WaitCursor) ++g_nBuiltWaiting;
-    }
-};
-
-}  // namespace
-
 TEST_F(AreaTest, ThePointerShowsTheWaitForEveryPictureThatIsMade) {
-    CMultiDocTemplate documents(
-        IDR_IFF_TYPE, RuntimeClassOf<CVistrelDoc>(), RuntimeClassOf<CChildFrame>(), RuntimeClassOf<WatchedView>());
+    int built = 0;
+    int builtWaiting = 0;  // with the wait cursor up
+    WatchedView::s_onUpdate = [&](CVistrelView&) {
+        const QCursor* const cursor = QApplication::overrideCursor();
+        ++built;
+        if (cursor && cursor->shape() == Qt::WaitCursor) ++builtWaiting;
+    };
     const std::string path = m_folder.Write(Picture(16, 16), "picture.iff");
     const auto select = [&](CComboBox& list) {
-        SendMessageA(&list, CB_ADDSTRING, 0, reinterpret_cast<i64>("Another"));
-        Press(list, Qt::Key_Down);
+        AddEntry(list, "Another");
+        Press(ListOf(list), Qt::Key_Down);
     };
     for (const auto& [what, make] :
-        Table<const char*, std::function<void()>>{{"a file", [&] { EXPECT_TRUE(OpenAs(documents, path)); }},
+        Table<const char*, std::function<void()>>{{"a file", [&] { EXPECT_TRUE(OpenWith<WatchedView>(path)); }},
             {"a window", [&] { Command(ID_WINDOW_NEW); }}, {"a channel", [&] { select(Frame().m_wndChannelCombo); }},
             {"a layer", [&] { select(Frame().m_wndLayerCombo); }}}) {
-        g_nBuilt = g_nBuiltWaiting = 0;
+        built = 0;
+        builtWaiting = 0;
         make();
-        EXPECT_EQ(g_nBuilt, 1) << what;
-        EXPECT_EQ(g_nBuiltWaiting, 1) << what;
+        EXPECT_EQ(built, 1) << what;
+        EXPECT_EQ(builtWaiting, 1) << what;
         EXPECT_FALSE(QApplication::overrideCursor()) << what;
     }
 }
 
 TEST_F(AreaTest, FilesDroppedOnTheMainWindowAreOpened) {
     QMimeData files;
-    const std::string a = m_folder.Write(Picture(8, 8), "a b.iff"), b = m_folder.Write(Picture(9, 9), "b.iff");
+    const std::string b = m_folder.Write(Picture(9, 9), "b.iff");
+    m_folder.Write(Picture(8, 8), "a b.iff");
     files.setData(QStringLiteral("text/uri-list"),
         QByteArray::fromStdString("# two files\r\nfile://" + m_folder.Path("a%20b.iff") + "\r\nfile://" + b + "\r\n"));
     QWidget* const window = Main().GetWidget();
@@ -325,16 +286,14 @@ TEST_F(AreaTest, FilesDroppedOnTheMainWindowAreOpened) {
     QDropEvent drop(QPointF(50, 50), Qt::CopyAction | Qt::MoveAction, &files, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(window, &drop);
     EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
-    ASSERT_TRUE(WaitFor([] { return Main().GetChildren().size() == 2; }));
-    EXPECT_EQ(Main().GetChildren()[0]->GetWindowText(), "a b.iff");
-    EXPECT_EQ(Main().GetChildren()[1]->GetWindowText(), "b.iff");
+    EXPECT_TRUE(WaitFor([] { return Titles() == Texts{"a b.iff", "b.iff"}; }));
 }
 
 TEST_F(AreaTest, EveryWindowHasItsIcon) {
     const auto pixels = [](const QIcon& icon) { return icon.pixmap(32, 32).toImage(); };
     const QImage main = pixels(Main().GetWidget()->windowIcon());
     EXPECT_FALSE(main.isNull());
-    ASSERT_TRUE(OpenFile(Picture(8, 8), "a.iff"));
+    Open(Picture(8, 8), "a.iff");
     EXPECT_FALSE(pixels(Window(0).windowIcon()).isNull());
     EXPECT_NE(pixels(Window(0).windowIcon()), main) << "a document's";
 }

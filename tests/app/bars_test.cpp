@@ -2,28 +2,14 @@
 #include "window_case.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
-#include <QComboBox>
-#include <QContextMenuEvent>
 #include <QHelpEvent>
-#include <QImage>
-#include <QLabel>
-#include <QMainWindow>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QMouseEvent>
 #include <QPointer>
 #include <QRubberBand>
 #include <QScreen>
-#include <QScrollBar>
 #include <QTextDocumentFragment>
-#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QToolTip>
-#include <QWheelEvent>
-
-#include <algorithm>
 
 namespace {
 
@@ -45,12 +31,6 @@ QWidget* FloatingFrame(const QToolBar& bar) {
     return nullptr;
 }
 
-void Mouse(QWidget& widget, QEvent::Type type, const QPoint& onScreen, Qt::MouseButtons held) {
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, QPointF(widget.mapFromGlobal(onScreen)), QPointF(onScreen), button, held, Qt::NoModifier);
-    QApplication::sendEvent(&widget, &event);
-}
-
 QRubberBand* Outline() {
     for (QWidget* const window : QApplication::topLevelWidgets())
         if (auto* const outline = qobject_cast<QRubberBand*>(window)) return outline;
@@ -59,52 +39,42 @@ QRubberBand* Outline() {
 
 // From a place in the widget to one on the screen. What the outline shows at last; empty without one.
 QRect Drag(QWidget& widget, const QPoint& from, const QPoint& onScreen) {
-    Mouse(widget, QEvent::MouseButtonPress, widget.mapToGlobal(from), Qt::LeftButton);
+    MousePress(widget, widget.mapToGlobal(from));
     const QPoint start = widget.mapToGlobal(from);
-    Mouse(widget, QEvent::MouseMove, (start + onScreen) / 2, Qt::LeftButton);
-    Mouse(widget, QEvent::MouseMove, onScreen, Qt::LeftButton);
+    MouseMove(widget, (start + onScreen) / 2);
+    MouseMove(widget, onScreen);
     const QRect outline = Outline() ? Outline()->geometry() : QRect();
-    Mouse(widget, QEvent::MouseButtonRelease, onScreen, Qt::NoButton);
+    MouseRelease(widget, onScreen);
     return outline;
 }
 
 constexpr QPoint CAPTION(20, 10);  // in a floating frame
 constexpr QPoint GRIP(3, 10);      // in a docked bar
 
-// False when the list leaves it to what lies below.
-bool Wheel(QWidget& widget) {
-    QWheelEvent turn({5, 5}, widget.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-        Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&widget, &turn);
-    return turn.isAccepted();
-}
+bool Wheel(QWidget& list) { return TurnWheel(list, {5, 5}, -NOTCH); }
 
 class BarsTest : public WindowTest {
   protected:
-    BarsTest() { EXPECT_TRUE(OpenFile(Picture(800, 400))); }
+    BarsTest() { Open(Picture(800, 400)); }
 
-    QComboBox& Layers() { return ListOf(Frame().m_wndLayerCombo); }
-    QComboBox& Channels() { return ListOf(Frame().m_wndChannelCombo); }
-    QWidget& Strip() { return *Layers().parentWidget()->parentWidget(); }
+    static QWidget& Strip() { return *Layers().parentWidget()->parentWidget(); }
 
-    void AddLayer(const std::string& strName) {
-        SendMessageA(&Frame().m_wndLayerCombo, CB_ADDSTRING, 0, reinterpret_cast<i64>(strName.c_str()));
-    }
+    static void AddLayer(const std::string& strName) { AddEntry(Frame().m_wndLayerCombo, strName); }
 
-    QToolBar& LayerBar() { return *static_cast<QToolBar*>(Frame().m_wndLayerBar.GetWidget()); }
+    static QToolBar& LayerBar() { return *static_cast<QToolBar*>(Frame().m_wndLayerBar.GetWidget()); }
     static QMainWindow& MainWindow() { return *Main().GetBarHost(); }
     static QToolBar& ToolBar() { return *MainWindow().findChild<QToolBar*>(); }
 
     // In the menu of the child.
-    void ToggleFloating() { Frame().GetSubWindow()->systemMenu()->actions().last()->trigger(); }
+    static void ToggleFloating() { SubWindow().systemMenu()->actions().last()->trigger(); }
 
-    void ChooseLayer(u64 nPosition) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, nPosition, 0); }
+    static void ChooseLayer(u64 nPosition) { SendMessageA(&Frame().m_wndLayerCombo, CB_SETCURSEL, nPosition, 0); }
 
     // By the grip, into the middle of the frame.
-    void BeginDrag() {
+    static void BeginDrag() {
         const QPoint from = LayerBar().mapToGlobal(GRIP);
-        Mouse(LayerBar(), QEvent::MouseButtonPress, from, Qt::LeftButton);
-        Mouse(LayerBar(), QEvent::MouseMove, from + QPoint(50, 200), Qt::LeftButton);
+        MousePress(LayerBar(), from);
+        MouseMove(LayerBar(), from + QPoint(50, 200));
     }
 };
 
@@ -143,20 +113,15 @@ TEST_F(BarsTest, ACutEntryKeepsBothEndsAndShowsWholeInATip) {
     Layers().hidePopup();
 }
 
-TEST_F(BarsTest, ACaptionTellsWhereItsFileIs) {
-    EXPECT_EQ(TipOf(*Frame().GetSubWindow(), {100, 5}), m_folder.Path("picture.iff"));
-}
+TEST_F(BarsTest, ACaptionTellsWhereItsFileIs) { EXPECT_EQ(TipOf(SubWindow(), {100, 5}), m_folder.Path("picture.iff")); }
 
 TEST_F(BarsTest, TheWheelChoosesInAListThatHasTheFocusAndScrollsWhatLiesBelowAnother) {
     AddLayer("second");
-    QApplication::setActiveWindow(Main().GetBarHost());
-    View().GetWidget()->setFocus();
-    ASSERT_TRUE(WaitFor([&] { return View().GetWidget()->hasFocus(); }));
+    GiveFocus(*View().GetWidget());
     EXPECT_FALSE(Wheel(Layers()));
     EXPECT_EQ(Layers().currentIndex(), 0);
 
-    Layers().setFocus();
-    ASSERT_TRUE(WaitFor([&] { return Layers().hasFocus(); }));
+    GiveFocus(Layers());
     EXPECT_TRUE(Wheel(Layers()));
     EXPECT_EQ(Layers().currentIndex(), 1);
 }
@@ -198,7 +163,7 @@ TEST_F(BarsTest, NarrowListsShrinkToSixLettersAndThenAButtonOpensThemAll) {
 
 TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
     Main().DestroyChildren();
-    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    Open(Picture(16, 16));
     AddLayer("second");
     Settle();
     QWidget& strip = Strip();
@@ -208,7 +173,7 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
     QWidget* panel = nullptr;
     for (const int width : {1000, 150}) {
         if (panel) panel->close();
-        theApp.m_pMainWnd->MoveWindow({0, 0, width, 700});
+        Main().MoveWindow({0, 0, width, 700});
         more->click();
         panel = QApplication::activePopupWidget();
         ASSERT_TRUE(panel && panel->isAncestorOf(&Layers()) && panel->isAncestorOf(&Channels()));
@@ -228,7 +193,7 @@ TEST_F(BarsTest, ALayerOfASmallPictureIsChosenWithTheMouseAlone) {
 
 TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
     constexpr Qt::ToolBarArea NONE = Qt::NoToolBarArea;
-    Frame().GetSubWindow()->move(0, 0);  // all of it in sight
+    SubWindow().move(0, 0);  // all of it in sight
     for (const auto& [bar, host, hasSides] : Table<QToolBar*, QMainWindow*, bool>{
              {&ToolBar(), &MainWindow(), true}, {&LayerBar(), Frame().GetBarHost(), false}}) {
         const int right = host->width() - 5;
@@ -251,9 +216,6 @@ TEST_F(BarsTest, ABarDocksAtTheEdgesItIsMeantForAndFloatsElsewhere) {
 }
 
 TEST_F(BarsTest, ABarFloatsWhereAndAsWideAsItFloatedLast) {
-    const auto doubleClick = [](QWidget& widget, const QPoint& at) {
-        Mouse(widget, QEvent::MouseButtonDblClick, widget.mapToGlobal(at), Qt::LeftButton);
-    };
     for (const auto& [bar, host] :
         Table<QToolBar*, QMainWindow*>{{&ToolBar(), &MainWindow()}, {&LayerBar(), Frame().GetBarHost()}}) {
         SCOPED_TRACE(bar->windowTitle().toStdString());
@@ -269,35 +231,32 @@ TEST_F(BarsTest, ABarFloatsWhereAndAsWideAsItFloatedLast) {
             if (isDragged)
                 Drag(*frame, CAPTION, host->mapToGlobal(QPoint(200, 5)));
             else
-                doubleClick(*frame, CAPTION);
+                DoubleClick(*frame, CAPTION);
             EXPECT_FALSE(FloatingFrame(*bar));
             EXPECT_TRUE(bar->isVisible());
-            doubleClick(*bar, GRIP);
+            DoubleClick(*bar, GRIP);
             frame = FloatingFrame(*bar);
             ASSERT_TRUE(frame);
             EXPECT_EQ(frame->geometry(), place) << isDragged;
         }
-        doubleClick(*frame, CAPTION);
+        DoubleClick(*frame, CAPTION);
     }
 }
 
 // With the key for it, wherever nothing else takes that.
 TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
     const auto takeItem = [] {
-        QTimer::singleShot(0, [] {
-            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            ASSERT_TRUE(menu);
+        Later([] {
+            QMenu& menu = OpenMenu();
             const QRect window(MainWindow().mapToGlobal(QPoint(0, 0)), MainWindow().size());
-            EXPECT_TRUE(window.contains(menu->geometry()) || FloatingFrame(ToolBar()));
-            menu->setActiveAction(menu->actions()[0]);
-            QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-            QApplication::sendEvent(menu, &key);
+            EXPECT_TRUE(window.contains(menu.geometry()) || FloatingFrame(ToolBar()));
+            menu.setActiveAction(menu.actions()[0]);
+            Press(menu, Qt::Key_Return);
         });
-        QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
-        QApplication::sendEvent(MainWindow().centralWidget(), &wanted);
+        WantMenu(*MainWindow().centralWidget(), {1, 1}, QContextMenuEvent::Keyboard);
         Settle();
     };
-    theApp.m_pMainWnd->MoveWindow({0, 0, 400, 600});
+    Main().MoveWindow({0, 0, 400, 600});
     MainWindow().addToolBar(Qt::RightToolBarArea, &ToolBar());
     Settle();
     takeItem();
@@ -311,25 +270,18 @@ TEST_F(BarsTest, TheToolBarFloatsFromItsMenu) {
 
 TEST_F(BarsTest, TheMainWindowHasItsKeysBackAfterAMenuOpenedFromAFloatingBar) {
     ToggleFloating();
-    QWidget* const frame = FloatingFrame(LayerBar());
-    ASSERT_TRUE(frame);
-    QApplication::setActiveWindow(frame);
-    Layers().setFocus();
-    ASSERT_TRUE(WaitFor([&] { return Layers().hasFocus(); }));
+    GiveFocus(Layers());
+    EXPECT_EQ(QApplication::activeWindow(), FloatingFrame(LayerBar()));
     QTest::keyClick(&Layers(), Qt::Key_F, Qt::AltModifier);
-    QWidget* const menu = QApplication::activePopupWidget();
-    ASSERT_TRUE(menu);
-    QTest::keyClick(menu, Qt::Key_Escape);
+    Press(OpenMenu(), Qt::Key_Escape);
     QApplication::setActiveWindow(&MainWindow());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    Press(*QApplication::focusWidget(), Qt::Key_Down);
     EXPECT_FALSE(QApplication::activePopupWidget());
 }
 
 TEST_F(BarsTest, TheMenuKeyInAListOpensTheBarsMenuWhichGoesWithItsWindow) {
-    QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
-    QApplication::sendEvent(&Layers(), &wanted);
-    const QPointer<QWidget> menu = QApplication::activePopupWidget();
-    ASSERT_TRUE(qobject_cast<QMenu*>(menu));
+    WantMenu(Layers(), {1, 1}, QContextMenuEvent::Keyboard);
+    const QPointer<QMenu> menu = &OpenMenu();
     EXPECT_EQ(menu->actions()[0]->text(), "&Float Layers && Channels");
     Main().DestroyChildren();
     EXPECT_FALSE(menu);
@@ -343,7 +295,7 @@ TEST_F(BarsTest, ADragThatIsBrokenOffLeavesNoOutline) {
         QEvent event(end);
         QApplication::sendEvent(&LayerBar(), &event);
         EXPECT_FALSE(Outline()) << end;
-        Mouse(LayerBar(), QEvent::MouseButtonRelease, LayerBar().mapToGlobal(QPoint(50, 200)), Qt::NoButton);
+        MouseRelease(LayerBar(), LayerBar().mapToGlobal(QPoint(50, 200)));
         EXPECT_FALSE(FloatingFrame(LayerBar())) << "nothing is dropped";
     }
     BeginDrag();
@@ -356,20 +308,18 @@ TEST_F(BarsTest, AFloatingFrameIsLetGoWhereNobodyTellsOfIt) {
     ToggleFloating();
     QWidget& frame = *FloatingFrame(LayerBar());
     const QPoint caption = frame.mapToGlobal(CAPTION);
-    Mouse(frame, QEvent::MouseButtonPress, caption, Qt::LeftButton);
-    Mouse(frame, QEvent::MouseMove, caption + QPoint(50, 50), Qt::LeftButton);
+    MousePress(frame, caption);
+    MouseMove(frame, caption + QPoint(50, 50));
     const QPoint place = frame.pos();
-    Mouse(frame, QEvent::MouseMove, caption + QPoint(90, 90), Qt::NoButton);
-    Mouse(frame, QEvent::MouseMove, caption + QPoint(120, 120), Qt::NoButton);
+    MouseMove(frame, caption + QPoint(90, 90), Qt::NoButton);
+    MouseMove(frame, caption + QPoint(120, 120), Qt::NoButton);
     EXPECT_EQ(frame.pos(), place);
 }
 
 TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
     const auto hasKeys = [&] { return Layers().hasFocus(); };
     Frame().MoveWindow({-3000, -3000, -2000, -2500});
-    QApplication::setActiveWindow(Main().GetBarHost());
-    Layers().setFocus();
-    ASSERT_TRUE(WaitFor(hasKeys));
+    GiveFocus(Layers());
     ToggleFloating();
     QWidget* const frame = FloatingFrame(LayerBar());
     ASSERT_TRUE(frame);

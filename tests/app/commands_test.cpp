@@ -1,11 +1,9 @@
 // The commands of the menus and bars, and what tells a user of them.
 
 #include "app/resources/resources.h"
-#include "framework/qt/wnd/status_bar.h"
 #include "window_case.h"
 
 #include <QAccessible>
-#include <QMainWindow>
 #include <QToolBar>
 
 #include <cstring>
@@ -35,7 +33,7 @@ TEST(Commands, AMenusItemsDifferInTheirMnemonicsAndNameTheirAccelerators) {
 }
 
 TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
-    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    Open(Picture(16, 16));
     Settle();
     const std::set<u32> bars = {ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, ID_TOGGLE_INFO_BAR, ID_TOGGLE_LAYER_BAR};
     for (const u32 id : bars)
@@ -53,7 +51,7 @@ TEST_F(WindowTest, BarsComeAndGoAloneAndTheStatusBarSaysWhatIsPointedAt) {
 }
 
 TEST_F(WindowTest, ListsBarsAndViewsHaveNamesForWhatReadsTheScreen) {
-    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+    Open(Picture(16, 16));
     const auto shown = [](const CWnd& window) { return QAccessible::queryAccessibleInterface(window.GetWidget()); };
     EXPECT_EQ(shown(View())->text(QAccessible::Name).toStdString(), "picture.iff");
     EXPECT_EQ(shown(Frame().m_wndInfoBar)->text(QAccessible::Name).toStdString(), "Info Bar");

@@ -2,19 +2,14 @@
 // bars and windows change, and whenever a message or a dialog is up, more files ask to be opened. usage:
 //   driver_test [STEPS [SEED]]  1,000 steps, or 20,000 where VISTREL_LONG is set
 
-#include "framework/core/document.h"
 #include "framework/qt/wnd/menu_bar.h"
-#include "support/private_home.h"
-#include "support/psd_builder.h"
 #include "support/random.h"
 #include "window_case.h"
 
 #include <QDialog>
 #include <QFileDialog>
-#include <QMdiSubWindow>
 #include <QMessageBox>
 
-#include <algorithm>
 #include <cstdlib>
 
 CVistrelApp theApp;
@@ -29,22 +24,16 @@ constexpr u64 MOST_WINDOWS = 12;
 // Files that open; files that open once the user has been asked; and those that no reader takes.
 struct Files {
     Files() {
-        const Bytes level = List("ILBM", {Picture(32, 12)});
         good = {folder.Write(Picture(64, 24), "picture.iff"), folder.Write(Picture(700, 500), "large.iff"),
-            folder.Write(List("ILBM", {Picture(64, 24), Form("MIPM", {Chunk("CONT", {2, 0})}), level}), "levels.iff"),
-            folder.Write(Form("ILBM", {Bmhd({.width = 8, .height = 8})}), "no picture.iff"),
+            folder.Write(MipMaps(), "levels.iff"), folder.Write(NoPicture(), "no picture.iff"),
             folder.Write(Psd(LayeredPsd()), "layers.psd"), readEitherWay};
-        asking = {folder.Write(
-            Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}), "padded.psd")};
+        asking = {folder.Write(PaddedPsd(), "padded.psd")};
         bad = {folder.Write(Bytes(100), "noise.iff"), folder.Write({}, "empty.psd"), folder.Path("missing.tmg"),
             folder.m_strPath};
     }
 
     TempFolder folder;
-    // One padded byte for each of its rows, which not all rules take for padding.
-    std::string readEitherWay = folder.Write(
-        Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2, 255), Chunk("BODY", {0xFF, 0, 0xFF, 0})}),
-        "rows.iff");
+    std::string readEitherWay = folder.Write(PaddedRows(), "rows.iff");
     Texts good;
     Texts asking;
     Texts bad;
@@ -77,7 +66,7 @@ class Driver final : public Answers {
         std::printf("%s\n", name);
         (this->*way)();
         if (m_random.Below(2) == 0) Settle();
-        if (Main().GetChildren().size() > MOST_WINDOWS) Main().DestroyChildren();
+        if (OpenWindows() > MOST_WINDOWS) Main().DestroyChildren();
     }
 
     void SettleOften() {
@@ -120,18 +109,17 @@ class Driver final : public Answers {
     }
 
     void DisturbLater() {
-        QMetaObject::invokeMethod(
-            qApp, [this] { Disturb(); }, Qt::QueuedConnection);
+        Later([this] { Disturb(); });
     }
 
     void Disturb() {
         auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         ASSERT_TRUE(dialog) << "nothing is up";
-        const u64 windows = Main().GetChildren().size();
+        const u64 windows = OpenWindows();
         const u32 messages = m_nMessages;
         for (u32 i = m_random.Below(3); i > 0; --i) Request();
         for (u32 i = m_random.Below(3); i > 0; --i) Settle();
-        EXPECT_LE(Main().GetChildren().size(), windows) << "a file was opened under a dialog";
+        EXPECT_LE(OpenWindows(), windows) << "a file was opened under a dialog";
         EXPECT_EQ(m_nMessages, messages) << "a file was refused under a dialog";
         auto* const box = qobject_cast<QMessageBox*>(dialog);
         const bool isQuestion = box && box->standardButtons() & QMessageBox::Yes;
@@ -151,9 +139,8 @@ class Driver final : public Answers {
     }
 
     CChildFrame* SomeFrame() {
-        const auto& children = Main().GetChildren();
-        if (children.empty()) return nullptr;
-        return static_cast<CChildFrame*>(children[m_random.Below(static_cast<u32>(children.size()))].get());
+        const auto windows = static_cast<u32>(OpenWindows());
+        return windows == 0 ? nullptr : &FrameAt(m_random.Below(windows));
     }
 
     void Open() { theApp.OpenDocumentFile(SomeFile()); }
@@ -166,7 +153,7 @@ class Driver final : public Answers {
 
     void ChooseIn(CComboBox CChildFrame::*pList) {
         CChildFrame* const frame = SomeFrame();
-        if (frame) Press(frame->*pList, m_random.Below(2) == 0 ? Qt::Key_Up : Qt::Key_Down);
+        if (frame) Press(ListOf(frame->*pList), m_random.Below(2) == 0 ? Qt::Key_Up : Qt::Key_Down);
     }
     void ChooseLayer() { ChooseIn(&CChildFrame::m_wndLayerCombo); }
     void ChooseChannel() { ChooseIn(&CChildFrame::m_wndChannelCombo); }
@@ -180,7 +167,7 @@ class Driver final : public Answers {
         CChildFrame* const frame = SomeFrame();
         if (!frame) return;
         constexpr float SCALES[] = {0.03125f, 0.7f, 1.0f, 3.0f};
-        static_cast<CVistrelView&>(*frame->GetActiveView()).FitFrameToImage(SCALES[m_random.Below(4)]);
+        ViewOf(*frame).FitFrameToImage(SCALES[m_random.Below(4)]);
     }
 
     void SomeCommand() {
@@ -234,12 +221,12 @@ void CheckWindows() {
     EXPECT_FALSE(QApplication::activeModalWidget());
     EXPECT_FALSE(QApplication::overrideCursor());
     for (const auto& child : Main().GetChildren()) {
-        auto& view = static_cast<CVistrelView&>(*child->GetActiveView());
+        const CVistrelView& view = ViewOf(*child);
         const auto isOfIt = [&](const auto& one) { return one->GetActiveView()->GetDocument() == view.GetDocument(); };
         const auto windows = std::ranges::count_if(Main().GetChildren(), isOfIt);
         EXPECT_EQ(std::ranges::count(view.GetDocument()->GetViews(), &view), 1);
         EXPECT_EQ(view.GetDocument()->GetViews().size(), static_cast<u64>(windows));
-        EXPECT_FALSE(Entries(static_cast<CChildFrame&>(*child).m_wndChannelCombo).empty());
+        EXPECT_FALSE(Entries(ListOf(static_cast<CChildFrame&>(*child).m_wndChannelCombo)).empty());
         EXPECT_TRUE(view.m_hBitmap || !view.m_bValid);
     }
 }
@@ -263,12 +250,5 @@ int main(int argc, char** argv) {
     if (argc > 1) g_nSteps = static_cast<u32>(std::strtoul(argv[1], nullptr, 10));
     if (argc > 2) g_nSeed = static_cast<u32>(std::strtoul(argv[2], nullptr, 10));
     std::printf("%u steps from seed %u\n", g_nSteps, g_nSeed);
-    const PrivateHome home;
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    char* words[] = {argv[0], nullptr};
-    if (const auto status = theApp.Start(1, words)) return *status;
-    if (!theApp.InitInstance()) return EXIT_FAILURE;
-    const int status = RUN_ALL_TESTS();
-    theApp.ExitInstance();
-    return status;
+    return RunWindowTests(argv);
 }

@@ -4,8 +4,6 @@
 #include "framework/qt/wnd/dialog.h"
 #include "window_case.h"
 
-#include <QMdiSubWindow>
-#include <QShortcut>
 #include <QToolBar>
 
 #include <cstdlib>
@@ -113,7 +111,7 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
         for (const std::string& pattern : filter.patterns) out << ' ' << pattern;
         out << '\n';
     }
-    ASSERT_TRUE(OpenFile(Picture(600, 100)));
+    Open(Picture(600, 100));
     Settle();
     out << "menus with a document\n";
     PutMenus(out);
@@ -121,7 +119,7 @@ TEST_F(WindowTest, EveryTextAndEveryPlaceIsAsItIsWrittenDown) {
     out << "panes of a document\n";
     PutPanes(out, Frame().m_wndInfoBar);
     out << "layer bar\n";
-    PutControls(out, *ListOf(Frame().m_wndLayerCombo).parentWidget(), true);
+    PutControls(out, *Layers().parentWidget(), true);
     m_answers.m_nextDialog = [&](ModalDialog& dialog) {
         PutControls(out, *dynamic_cast<CDialog&>(dialog).GetWidget(), false);
         return IDCANCEL;

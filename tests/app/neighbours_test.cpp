@@ -4,16 +4,9 @@
 
 #include "framework/qt/kit/natural_order.h"
 #include "framework/qt/wnd/menu_bar.h"
-#include "support/psd_builder.h"
 #include "window_case.h"
 
-#include <QMdiSubWindow>
-
-#include <filesystem>
-
 namespace {
-
-Bytes Padded() { return Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}); }
 
 class NeighboursTest : public WindowTest {
   protected:
@@ -21,9 +14,8 @@ class NeighboursTest : public WindowTest {
     ~NeighboursTest() override { Keep("ask"); }
 
     static void Keep(const std::string& strTolerant) { theApp.WriteProfileString("Reading", "Tolerant", strTolerant); }
-    std::string Open(const std::string& strName) {
-        const CDocument* const document = theApp.OpenDocumentFile(m_folder.Path(strName));
-        return document ? document->GetTitle() : "";
+    void OpenWritten(const std::string& strName) {
+        ASSERT_TRUE(theApp.OpenDocumentFile(m_folder.Path(strName))) << strName;
     }
     // The title of the active window then.
     static std::string Go(u32 nID) {
@@ -52,8 +44,8 @@ TEST(NaturalOrder, CountsNumbersByTheirValue) {
 TEST(Neighbours, HaveAPlaceForOneThatDoesNotCount) {
     const TempFolder folder;
     for (const char* name : {"1.iff", "2.iff", "10.iff", "20.txt"}) folder.Write({}, name);
-    std::filesystem::create_directory(folder.Path("3.iff"));
-    std::filesystem::create_symlink("nothing", folder.Path("4.iff"));
+    fs::create_directory(folder.Path("3.iff"));
+    fs::create_symlink("nothing", folder.Path("4.iff"));
     const auto isListed = [](const std::string& strName) { return strName.ends_with(".iff"); };
     const auto paths = [&](const Texts& names) {
         Texts all;
@@ -79,16 +71,16 @@ TEST_F(NeighboursTest, TakeThePlaceOfTheDocumentAndDoNotWrap) {
     m_folder.Write(Psd({.rows = 7, .columns = 9}), "10.PSD");
     m_folder.Write(Picture(30, 20), "9.txt");
     m_folder.Write(Picture(50, 40), "11.tff");
-    ASSERT_EQ(Open("2.iff"), "2.iff");
-    View().FitFrameToImage(2);
-    Frame().GetSubWindow()->move(33, 44);
+    OpenWritten("2.iff");
+    Fit(2);
+    SubWindow().move(33, 44);
     const QString recent = MenuItem(ID_FILE_MRU_FILE1)->text();
     EXPECT_EQ(MainPane(), "Ready");
     EXPECT_EQ(Ways(), ">");
     EXPECT_EQ(Next(), "10.PSD") << "past the one that no reader takes";
     EXPECT_EQ(MainPane(), "3 of 4");
     EXPECT_EQ(Ways(), "<>");
-    EXPECT_EQ(Frame().GetSubWindow()->pos(), QPoint(33, 44));
+    EXPECT_EQ(SubWindow().pos(), QPoint(33, 44));
     EXPECT_EQ(ClientSize(), (CSize{9, 7}));
     EXPECT_EQ(View().m_fScale, 1);
     EXPECT_EQ(View().GetWindowText(), "10.PSD");
@@ -101,29 +93,28 @@ TEST_F(NeighboursTest, TakeThePlaceOfTheDocumentAndDoNotWrap) {
     EXPECT_EQ(ClientSize(), (CSize{30, 20}));
     EXPECT_EQ(Previous(), "2.iff");
     EXPECT_EQ(MainPane(), "1 of 4");
-    EXPECT_EQ(Main().GetChildren().size(), 1u);
+    EXPECT_EQ(OpenWindows(), 1u);
     EXPECT_EQ(MenuItem(ID_FILE_MRU_FILE1)->text(), recent);
-    EXPECT_TRUE(m_answers.m_messages.empty());
 
     // None of the rest opens.
-    std::filesystem::remove(m_folder.Path("10.PSD"));
-    std::filesystem::remove(m_folder.Path("11.tff"));
+    fs::remove(m_folder.Path("10.PSD"));
+    fs::remove(m_folder.Path("11.tff"));
     EXPECT_EQ(Next(), "2.iff");
 }
 
 TEST_F(NeighboursTest, OneThatIsOpenIsActivatedAndOtherWindowsStay) {
     for (const char* name : {"a.iff", "b.iff", "c.iff", "d.iff"}) m_folder.Write(Picture(30, 20), name);
-    std::filesystem::create_symlink("a.iff", m_folder.Path("aa.iff"));
-    Open("b.iff");
-    Open("a.iff");
+    fs::create_symlink("a.iff", m_folder.Path("aa.iff"));
+    OpenWritten("b.iff");
+    OpenWritten("a.iff");
     Command(ID_WINDOW_NEW);
     EXPECT_EQ(Next(), "b.iff") << "another name of the file is no other file";
-    EXPECT_EQ(Main().GetChildren().size(), 3u);
+    EXPECT_EQ(OpenWindows(), 3u);
     EXPECT_EQ(MainPane(), "3 of 5");
-    Main().GetChildren()[2]->ActivateFrame();
-    std::filesystem::remove(m_folder.Path("b.iff"));
+    FrameAt(2).ActivateFrame();
+    fs::remove(m_folder.Path("b.iff"));
     EXPECT_EQ(Next(), "c.iff");
-    EXPECT_EQ(Main().GetChildren()[1]->GetWindowText(), "a.iff") << "no longer numbered";
+    EXPECT_EQ(Titles()[1], "a.iff") << "no longer numbered";
     Command(ID_WINDOW_NEW);
     EXPECT_EQ(Main().MDIGetActive()->GetWindowText(), "c.iff:2");
 }
@@ -131,8 +122,8 @@ TEST_F(NeighboursTest, OneThatIsOpenIsActivatedAndOtherWindowsStay) {
 TEST_F(NeighboursTest, AMaximisedWindowStaysSoAndAMinimisedOneIsRestored) {
     m_folder.Write(Picture(30, 20), "a.iff");
     m_folder.Write(Picture(50, 40), "b.iff");
-    Open("a.iff");
-    Frame().GetSubWindow()->showMaximized();
+    OpenWritten("a.iff");
+    SubWindow().showMaximized();
     Settle();
     const CSize whole = ClientSize();
     EXPECT_EQ(Next(), "b.iff");
@@ -140,7 +131,7 @@ TEST_F(NeighboursTest, AMaximisedWindowStaysSoAndAMinimisedOneIsRestored) {
     EXPECT_EQ(ClientSize(), whole);
     Frame().MDIRestore();
     EXPECT_EQ(ClientSize(), (CSize{50, 40}));
-    Frame().GetSubWindow()->showMinimized();
+    SubWindow().showMinimized();
     Settle();
     EXPECT_EQ(Previous(), "a.iff");
     EXPECT_EQ(ClientSize(), (CSize{30, 20}));
@@ -148,10 +139,8 @@ TEST_F(NeighboursTest, AMaximisedWindowStaysSoAndAMinimisedOneIsRestored) {
 
 TEST_F(NeighboursTest, AreReadWithoutAskingUnderTheRulesThatAreSetAndThePaneSaysWhatWasPassedOver) {
     m_folder.Write(Picture(30, 20), "a.iff");
-    // Rows with a byte of padding each.
-    m_folder.Write(
-        Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2), Chunk("BODY", {0xFF, 0, 0xFF, 0})}), "b.iff");
-    m_folder.Write(Padded(), "c.psd");
+    m_folder.Write(PaddedRows(), "b.iff");
+    m_folder.Write(PaddedPsd(), "c.psd");
     m_folder.Write(Picture(30, 20), "d.iff");
     const std::string padded = "3 of 4; Read tolerantly: padded layer information";
     for (const auto& [kept, pane, next, paneOfNext] : Table<std::string, std::string, std::string, std::string>{
@@ -160,13 +149,11 @@ TEST_F(NeighboursTest, AreReadWithoutAskingUnderTheRulesThatAreSetAndThePaneSays
              {"never", "2 of 4; padded plane rows: right-click to read tolerantly", "d.iff", "4 of 4"},
          }) {
         Keep(kept);
-        Open("a.iff");
+        OpenWritten("a.iff");
         EXPECT_EQ(Next(), "b.iff");
         EXPECT_EQ(MainPane(), pane) << kept;
         EXPECT_EQ(Next(), next) << kept;
         EXPECT_EQ(MainPane(), paneOfNext) << kept;
         Main().DestroyChildren();
     }
-    EXPECT_TRUE(m_answers.m_questions.empty());
-    EXPECT_TRUE(m_answers.m_messages.empty());
 }

@@ -2,11 +2,8 @@
 
 #include "window_case.h"
 
-#include <QMdiSubWindow>
 #include <QPalette>
 #include <QToolButton>
-
-#include <algorithm>
 
 namespace {
 
@@ -36,8 +33,8 @@ class PaletteTest : public WindowTest {
 };
 
 TEST_F(PaletteTest, WhatAChildWindowIsManagedByIsReadable) {
-    ASSERT_TRUE(OpenFile(Picture(150, 100), "back.iff"));
-    ASSERT_TRUE(OpenFile(Picture(150, 100), "front.iff"));
+    Open(Picture(150, 100), "back.iff");
+    Open(Picture(150, 100), "front.iff");
     const auto children = Main().GetBarHost()->findChildren<QMdiSubWindow*>();
     const auto back = std::ranges::find(children, QStringLiteral("back.iff"), &QWidget::windowTitle);
     ASSERT_NE(back, children.end());

@@ -1,10 +1,8 @@
 // What the message pane says of the pixel under the pointer, and what it costs.
 
-#include "support/psd_builder.h"
 #include "window_case.h"
 
-#include <QMdiSubWindow>
-#include <QMouseEvent>
+#include <QPointer>
 
 namespace {
 
@@ -14,8 +12,7 @@ class PointerTest : public WindowTest {
 
     void PointAt(QWidget& view, const QPointF& place) {
         m_pPointed = &view;
-        QMouseEvent move(QEvent::MouseMove, place, view.mapToGlobal(place), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(&view, &move);
+        MouseMove(view, view.mapToGlobal(place), Qt::NoButton);
     }
     std::string TextAt(const QPointF& place) {
         Settle();  // windows that come to the screen send the pointer away
@@ -37,27 +34,18 @@ std::string TextOf(u32 x, u32 y) {
     return "x " + std::to_string(x) + ", y " + std::to_string(y) + ": " + shade + ", " + shade + ", " + shade;
 }
 
-struct PaintCounter final : public QObject {
-    bool eventFilter(QObject*, QEvent* pEvent) override {
-        paints += pEvent->type() == QEvent::Paint;
-        return false;
-    }
-    int paints = 0;
-};
-
 }  // namespace
 
 TEST_F(PointerTest, ThePaneNamesThePixelThatTheStretchShows) {
-    ASSERT_TRUE(OpenFile(Picture(100, 51)));
+    Open(Picture(100, 51));
     for (const auto& [scale, place, x, y] : Table<float, QPoint, u32, u32>{{1, {0, 0}, 0, 0}, {1, {99, 50}, 99, 50},
              {1, {12, 40}, 12, 40}, {2, {25, 80}, 12, 40}, {2, {199, 101}, 99, 50}, {0.5f, {6, 20}, 12, 40},
              {0.5f, {49, 24}, 98, 48}, {1.5f, {149, 75}, 99, 50}, {1.5f, {2, 1}, 1, 0}}) {
-        View().FitFrameToImage(scale);
+        Fit(scale);
         EXPECT_EQ(TextAt(place), TextOf(x, y)) << scale;
-        const u32 shown = PixelsOf(*View().GetWidget(), {place.x(), place.y(), place.x() + 1, place.y() + 1})[0];
-        EXPECT_EQ(shown, ShownColour(x, y)) << scale;
+        EXPECT_EQ(ShownPixel(place.x(), place.y()), ShownColour(x, y)) << scale;
     }
-    View().FitFrameToImage(1);
+    Fit(1);
     EXPECT_EQ(TextAt({12.7, 40.5}), TextOf(12, 40)) << "within a pixel, as some pointers are";
     EXPECT_EQ(TextAt({99.9, 50.9}), TextOf(99, 50));
     Leave();
@@ -65,24 +53,22 @@ TEST_F(PointerTest, ThePaneNamesThePixelThatTheStretchShows) {
 }
 
 TEST_F(PointerTest, OnlyATableHasIndices) {
-    ASSERT_TRUE(OpenFile(
-        Psd({.channels = 3, .columns = 2, .mode = PSD_RGB, .samples = Bytes{1, 255, 2, 128, 3, 0}}), "colours.psd"));
+    Open(Psd({.channels = 3, .columns = 2, .mode = PSD_RGB, .samples = Bytes{1, 255, 2, 128, 3, 0}}), "colours.psd");
     EXPECT_EQ(TextAt({1, 0}), "x 1, y 0: 255, 128, 0");
-    ASSERT_TRUE(OpenFile(Psd({.columns = 2, .samples = Bytes{7, 9}}), "grey.psd"));
+    Open(Psd({.columns = 2, .samples = Bytes{7, 9}}), "grey.psd");
     Bytes table(768);
     table[7] = 255;
     table[256 + 7] = 128;
     EXPECT_EQ(TextAt({1, 0}), "x 1, y 0: 9, 9, 9");
-    ASSERT_TRUE(
-        OpenFile(Psd({.columns = 2, .mode = PSD_INDEXED, .colourData = table, .samples = Bytes{9, 7}}), "table.psd"));
+    Open(Psd({.columns = 2, .mode = PSD_INDEXED, .colourData = table, .samples = Bytes{9, 7}}), "table.psd");
     EXPECT_EQ(TextAt({1, 0}), "x 1, y 0: 255, 128, 0 (7)");
     EXPECT_EQ(TextAt({0, 0}), "x 0, y 0: 0, 0, 0 (9)");
-    ASSERT_TRUE(OpenFile(Form("ILBM", {Bmhd({.width = 8, .height = 8})}), "no picture.iff"));
+    Open(NoPicture(), "no picture.iff");
     EXPECT_EQ(TextAt({1, 1}), "Ready");
 }
 
 TEST_F(PointerTest, PromptsComeBeforeIt) {
-    ASSERT_TRUE(OpenFile(Picture(20, 20)));
+    Open(Picture(20, 20));
     EXPECT_EQ(TextAt({3, 4}), TextOf(3, 4));
     Main().SetMessageText("A prompt");
     EXPECT_EQ(TextAt({3, 5}), "A prompt");
@@ -92,15 +78,15 @@ TEST_F(PointerTest, PromptsComeBeforeIt) {
 
 // The toolkit tells of no move while the pointer rests.
 TEST_F(PointerTest, WhatMovesUnderARestingPointerIsRead) {
-    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    Open(Picture(100, 100));
     EXPECT_EQ(TextAt({10, 10}), TextOf(10, 10));
-    View().FitFrameToImage(2);
+    Fit(2);
     EXPECT_EQ(MainPane(), TextOf(5, 5));
-    Frame().GetSubWindow()->move(Frame().GetSubWindow()->pos() - QPoint(4, 6));
+    SubWindow().move(SubWindow().pos() - QPoint(4, 6));
     EXPECT_EQ(MainPane(), TextOf(7, 8));
     CVistrelView& below = View();
     QWidget& widget = *below.GetWidget();
-    ASSERT_TRUE(OpenFile(Picture(50, 50), "above.iff"));
+    Open(Picture(50, 50), "above.iff");
     const QPoint place = View().GetWidget()->mapToGlobal(QPoint(2, 3));
     PointAt(widget, widget.mapFromGlobal(place));
     EXPECT_EQ(MainPane(), TextOf(2, 3)) << "of the window in front";
@@ -113,13 +99,12 @@ TEST_F(PointerTest, WhatMovesUnderARestingPointerIsRead) {
 }
 
 TEST_F(PointerTest, NothingIsDrawnAnewForIt) {
-    ASSERT_TRUE(OpenFile(Picture(100, 100)));
+    Open(Picture(100, 100));
     Settle();
-    PaintCounter counter;
-    View().GetWidget()->installEventFilter(&counter);
+    const PaintCounter painted(*View().GetWidget());
     for (int x = 0; x < 50; ++x) EXPECT_EQ(TextAt(QPoint(x, 5)), TextOf(static_cast<u32>(x), 5));
-    EXPECT_EQ(counter.paints, 0);
+    EXPECT_EQ(painted.m_nPaints, 0);
     View().Invalidate();
     Settle();
-    EXPECT_EQ(counter.paints, 1);
+    EXPECT_EQ(painted.m_nPaints, 1);
 }

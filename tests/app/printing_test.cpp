@@ -3,19 +3,14 @@
 #include "framework/qt/wnd/printing.h"
 
 #include "framework/core/guarded_call.h"
-#include "framework/core/resource.h"
 #include "window_case.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QPageSetupDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QToolBar>
 
-#include <algorithm>
 #include <csignal>
-#include <filesystem>
 #include <sys/resource.h>
 
 namespace {
@@ -61,127 +56,120 @@ bool ShowsRed(const QImage& image) {
     return false;
 }
 
+class PrintingTest : public WindowTest {
+  protected:
+    PrintingTest() {
+        m_answers.m_nextDialog = [&](ModalDialog& dialog) {
+            if (m_answers.m_dialogs.back() != ID_FILE_PRINT) {
+                m_onOtherDialog();
+                return IDOK;
+            }
+            m_strProposed = dialog.GetItemText(AFX_IDC_PRINT_FILE);
+            dialog.SetItemText(AFX_IDC_PRINT_FILE, m_strFile);
+            return m_nAnswer;
+        };
+    }
+
+    // The preview with its page in it.
+    static QPrintPreviewDialog& ShownPreview() {
+        auto& preview = OpenQuestion<QPrintPreviewDialog>();
+        preview.show();
+        EXPECT_TRUE(WaitFor([&] { return ShowsRed(preview.grab().toImage()); })) << "the page is empty";
+        return preview;
+    }
+
+    // How the question which file to print to is answered, and what it proposed.
+    std::string m_strFile = m_folder.Path("page.pdf");
+    int m_nAnswer = IDOK;
+    std::string m_strProposed;
+
+    // While the preview or the set-up of a page is up.
+    std::function<void()> m_onOtherDialog;
+};
+
 }  // namespace
 
-TEST_F(WindowTest, PrintProposesTheDocumentsNameInTheFolderChosenLast) {
-    std::filesystem::create_directory(m_folder.Path("pages"));
-    Texts proposed;
-    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
-        proposed.push_back(dialog.GetItemText(AFX_IDC_PRINT_FILE));
-        if (proposed.size() > 1) return IDCANCEL;
-        dialog.SetItemText(AFX_IDC_PRINT_FILE, m_folder.Path("pages/printed.pdf"));
-        return IDOK;
-    };
-    for (const char* name : {"first.iff", "second.b.iff", "third"}) {
-        ASSERT_TRUE(OpenFile(Picture(16, 16), name));
+TEST_F(PrintingTest, ThePathProposedIsTheDocumentsNameInTheFolderChosenLast) {
+    fs::create_directory(m_folder.Path("pages"));
+    m_strFile = m_folder.Path("pages/printed.pdf");
+    Open(Picture(16, 16), "first.iff");
+    EXPECT_TRUE(Command(ID_FILE_PRINT));
+    EXPECT_TRUE(m_strProposed.ends_with("/first.pdf")) << m_strProposed;
+    EXPECT_TRUE(fs::exists(m_strFile));
+
+    m_strFile = m_folder.Path("cancelled.pdf");
+    m_nAnswer = IDCANCEL;
+    for (const auto& [name, proposed] :
+        Table<const char*, const char*>{{"second.b.iff", "pages/second.b.pdf"}, {"third", "pages/third.pdf"}}) {
+        Open(Picture(16, 16), name);
         EXPECT_TRUE(Command(ID_FILE_PRINT));
+        EXPECT_EQ(m_strProposed, m_folder.Path(proposed));
+        EXPECT_FALSE(fs::exists(m_strProposed) || fs::exists(m_strFile));
     }
-    ASSERT_EQ(proposed.size(), 3u);
-    EXPECT_TRUE(proposed[0].ends_with("/first.pdf")) << proposed[0];
-    EXPECT_EQ(proposed[1], m_folder.Path("pages/second.b.pdf"));
-    EXPECT_EQ(proposed[2], m_folder.Path("pages/third.pdf"));
-    EXPECT_TRUE(std::filesystem::exists(m_folder.Path("pages/printed.pdf")));
-    EXPECT_FALSE(std::filesystem::exists(proposed[1]));
-    EXPECT_TRUE(m_answers.m_messages.empty());
 }
 
-TEST_F(WindowTest, ThePreviewShowsThePictureAndPrintsByTheSameQuestion) {
-    ASSERT_TRUE(OpenFile(RedPicture()));
-    const std::string file = m_folder.Path("page.pdf");
-    int answer = IDCANCEL;
-    const auto print = [&](ModalDialog& dialog) {
-        EXPECT_TRUE(dialog.GetItemText(AFX_IDC_PRINT_FILE).ends_with("/picture.pdf"));
-        dialog.SetItemText(AFX_IDC_PRINT_FILE, file);
-        return answer;
-    };
-    const auto preview = [&](ModalDialog&) {
-        auto& dialog = OpenQuestion<QPrintPreviewDialog>();
+TEST_F(PrintingTest, ThePreviewShowsThePictureAndPrintsByTheSameQuestion) {
+    Open(RedPicture());
+    m_onOtherDialog = [&] {
+        QPrintPreviewDialog& dialog = ShownPreview();
         EXPECT_TRUE(dialog.windowTitle().endsWith(QStringLiteral("picture.iff")));
-        dialog.show();
-        EXPECT_TRUE(WaitFor([&] { return ShowsRed(dialog.grab().toImage()); })) << "the page is empty";
         const QList<QAction*> actions = dialog.findChildren<QAction*>();
         const auto button = std::ranges::find(actions, QPrintPreviewDialog::tr("Print"), &QAction::text);
         if (button == actions.end()) throw std::runtime_error("the preview has no button to print");
         EXPECT_TRUE(dialog.findChild<QToolBar*>()->widgetForAction(*button)->isVisible());
-        for (const int next : {IDCANCEL, IDOK}) {
-            answer = next;
+        for (const int answer : {IDCANCEL, IDOK}) {
+            m_nAnswer = answer;
             (*button)->trigger();
-            EXPECT_EQ(std::filesystem::exists(file), next == IDOK);
-            EXPECT_EQ(dialog.isVisible(), next == IDCANCEL);
+            EXPECT_TRUE(m_strProposed.ends_with("/picture.pdf")) << m_strProposed;
+            EXPECT_EQ(fs::exists(m_strFile), answer == IDOK);
+            EXPECT_EQ(dialog.isVisible(), answer == IDCANCEL);
         }
-        return IDOK;
-    };
-    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
-        return m_answers.m_dialogs.back() == ID_FILE_PRINT ? print(dialog) : preview(dialog);
     };
     EXPECT_TRUE(Command(ID_FILE_PRINT_PREVIEW));
     EXPECT_EQ(m_answers.m_dialogs, std::vector<u32>({ID_FILE_PRINT_PREVIEW, ID_FILE_PRINT, ID_FILE_PRINT}));
-    EXPECT_TRUE(m_answers.m_messages.empty());
 }
 
-TEST_F(WindowTest, AFileThatFindsNoRoomIsNotPrinted) {
-    ASSERT_TRUE(OpenFile(RedPicture()));
-    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
-        dialog.SetItemText(AFX_IDC_PRINT_FILE, m_folder.Path("page.pdf"));
-        return IDOK;
-    };
+TEST_F(PrintingTest, AFileThatFindsNoRoomIsNotPrinted) {
+    Open(RedPicture());
     Command(ID_FILE_PRINT);
-    EXPECT_TRUE(m_answers.m_messages.empty());
-    const auto size = std::filesystem::file_size(m_folder.Path("page.pdf"));
+    const auto size = fs::file_size(m_strFile);
     // What is written last is a line's end, without which a reader does.
     for (const auto room : {size_t{0}, size_t{100}, size - 2, size}) {
-        m_answers.m_messages.clear();
         {
             const FileSizeLimit limit(room);
             AfxGuardedCall([] { Command(ID_FILE_PRINT); });
         }
-        EXPECT_EQ(m_answers.m_messages.size(), room < size) << room << " of " << size;
-        for (const std::string& message : m_answers.m_messages)
-            EXPECT_NE(message.find("/page.pdf\" cannot be written"), std::string::npos) << message;
+        const Texts told = Told();
+        EXPECT_EQ(told.size(), room < size) << room << " of " << size;
+        for (const std::string& message : told) EXPECT_TRUE(Has(message, "/page.pdf\" cannot be written"));
     }
 }
 
-TEST_F(WindowTest, ThePreviewNeedsNoFolderOfTheFilePrintedBefore) {
-    ASSERT_TRUE(OpenFile(RedPicture()));
-    std::filesystem::create_directory(m_folder.Path("gone"));
-    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
-        if (m_answers.m_dialogs.back() == ID_FILE_PRINT) {
-            dialog.SetItemText(AFX_IDC_PRINT_FILE, m_folder.Path("gone/page.pdf"));
-        } else {
-            auto& preview = OpenQuestion<QPrintPreviewDialog>();
-            preview.show();
-            EXPECT_TRUE(WaitFor([&] { return ShowsRed(preview.grab().toImage()); })) << "the page is empty";
-        }
-        return IDOK;
-    };
+TEST_F(PrintingTest, ThePreviewNeedsNoFolderOfTheFilePrintedBefore) {
+    Open(RedPicture());
+    fs::create_directory(m_folder.Path("gone"));
+    m_strFile = m_folder.Path("gone/page.pdf");
+    m_onOtherDialog = [] { ShownPreview(); };
     Command(ID_FILE_PRINT);
-    std::filesystem::remove_all(m_folder.Path("gone"));
+    fs::remove_all(m_folder.Path("gone"));
     Command(ID_FILE_PRINT_PREVIEW);
-    EXPECT_TRUE(m_answers.m_messages.empty());
-    m_answers.m_nextDialog = [&](ModalDialog& dialog) {
-        EXPECT_EQ(dialog.GetItemText(AFX_IDC_PRINT_FILE).find("/gone/"), std::string::npos);
-        return IDCANCEL;
-    };
+    m_nAnswer = IDCANCEL;
     Command(ID_FILE_PRINT);
+    EXPECT_FALSE(Has(m_strProposed, "/gone/"));
 }
 
-TEST_F(WindowTest, APageIsSetUpForThePrintingsAfterIt) {
-    ASSERT_TRUE(OpenFile(Picture(16, 16)));
+TEST_F(PrintingTest, APageIsSetUpForThePrintingsAfterIt) {
+    Open(Picture(16, 16));
     for (const auto& [orientation, box] : Table<QPageLayout::Orientation, const char*>{
              {QPageLayout::Landscape, "/MediaBox [0 0 842"}, {QPageLayout::Portrait, "/MediaBox [0 0 595"}}) {
-        const std::string file = m_folder.Path("page.pdf");
-        m_answers.m_nextDialog = [&, turned = orientation](ModalDialog& dialog) {
-            if (m_answers.m_dialogs.back() == ID_FILE_PRINT) {
-                dialog.SetItemText(AFX_IDC_PRINT_FILE, file);
-            } else {
-                QPrinter& printer = *OpenQuestion<QPageSetupDialog>().printer();
-                printer.setPageSize(QPageSize(QPageSize::A4));
-                printer.setPageOrientation(turned);
-            }
-            return IDOK;
+        m_onOtherDialog = [turned = orientation] {
+            QPrinter& printer = *OpenQuestion<QPageSetupDialog>().printer();
+            printer.setPageSize(QPageSize(QPageSize::A4));
+            printer.setPageOrientation(turned);
         };
-        for (const u32 id : {ID_FILE_PRINT_SETUP, ID_FILE_PRINT}) EXPECT_TRUE(Command(id));
-        std::ifstream page(file, std::ios::binary);
+        EXPECT_TRUE(Command(ID_FILE_PRINT_SETUP));
+        EXPECT_TRUE(Command(ID_FILE_PRINT));
+        std::ifstream page(m_strFile, std::ios::binary);
         const std::string bytes(std::istreambuf_iterator<char>(page), {});
         EXPECT_NE(bytes.find(box), std::string::npos) << box;
     }

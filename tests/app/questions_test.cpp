@@ -1,12 +1,8 @@
 // What the toolkit's and the program's own questions show, and what they take for an answer.
 
-#include "framework/core/resource.h"
 #include "framework/qt/wnd/dialog.h"
 #include "window_case.h"
 
-#include <QAbstractItemModel>
-#include <QApplication>
-#include <QDialog>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
@@ -25,7 +21,7 @@ TEST_F(WindowTest, TheOpenDialogShowsItsColumnsWhole) {
         EXPECT_GT(list.columnWidth(0), 35 * list.fontMetrics().averageCharWidth());
         dialog->reject();
     };
-    QMetaObject::invokeMethod(qApp, look, Qt::QueuedConnection);
+    Later(look);
     m_answers.m_pBefore->OpenFiles({{"Pictures", {"*.PSD"}}}, m_folder.m_strPath);
     EXPECT_EQ(shown, 4);
 }
@@ -40,19 +36,18 @@ TEST_F(WindowTest, AMessageIsPlainTextThatBreaksInALongName) {
         EXPECT_EQ(box->textFormat(), Qt::PlainText);
         box->reject();
     };
-    QMetaObject::invokeMethod(qApp, look, Qt::QueuedConnection);
+    Later(look);
     m_answers.m_pBefore->Message("a\xFC " + line + "n", "", 0);
     EXPECT_EQ(shown, "a\u00fc " + line + "\u200Bn");
 }
 
 TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) {
-    ASSERT_TRUE(OpenFile(Picture(100, 50)));
+    Open(Picture(100, 50));
     const Texts refusal = {"Please enter a number between 0.03125 and 32."};
     for (const auto& [shown, entry, size, messages] :
         Table<std::string, std::string, CSize, Texts>{{"1", "0.03125", {3, 1}, {}}, {"0.03125", "32", {3200, 1600}, {}},
             {"32", "0.03", {3200, 1600}, refusal}, {"32", "33", {3200, 1600}, refusal},
             {"32", "abc", {3200, 1600}, {"Please enter a number."}}, {"32", " 1.5 ", {150, 75}, {}}}) {
-        m_answers.m_messages.clear();
         m_answers.m_nextDialog = [&, before = shown, text = entry, isRefused = !messages.empty()](ModalDialog& dialog) {
             EXPECT_EQ(dialog.GetItemText(IDC_SCALE), before);
             const auto& edit = *static_cast<CDialog&>(dialog).GetWidget()->findChild<QLineEdit*>();
@@ -64,13 +59,13 @@ TEST_F(WindowTest, ZoomTakesNumbersBetweenItsBoundsAndStaysOpenForAnythingElse) 
         };
         EXPECT_TRUE(Command(ID_ZOOM));
         EXPECT_EQ(ClientSize(), size) << entry;
-        EXPECT_EQ(m_answers.m_messages, messages) << entry;
+        EXPECT_EQ(Told(), messages) << entry;
     }
 }
 
 TEST_F(WindowTest, ZoomSpeaksOfNumbersWithTheUsersOwnSign) {
-    ASSERT_TRUE(OpenFile(Picture(100, 50)));
-    View().FitFrameToImage(0.5f);
+    Open(Picture(100, 50));
+    Fit(0.5f);
     QLocale::setDefault(QLocale::German);
     m_answers.m_nextDialog = [](ModalDialog& dialog) {
         EXPECT_EQ(dialog.GetItemText(IDC_SCALE), "0,5");
@@ -82,6 +77,6 @@ TEST_F(WindowTest, ZoomSpeaksOfNumbersWithTheUsersOwnSign) {
     };
     EXPECT_TRUE(Command(ID_ZOOM));
     EXPECT_EQ(ClientSize(), (CSize{150, 75}));
-    EXPECT_EQ(m_answers.m_messages, Texts{"Please enter a number between 0,03125 and 32."});
+    EXPECT_EQ(Told(), Texts{"Please enter a number between 0,03125 and 32."});
     QLocale::setDefault(QLocale::c());
 }

@@ -1,7 +1,6 @@
 // What the desktop is told of the program is what the program says of itself.
 
 #include "framework/core/doc_string.h"
-#include "framework/core/resource.h"
 #include "framework/qt/program/shell_file_types.h"
 #include "window_case.h"
 
@@ -17,14 +16,14 @@ TEST(Registration, TheDesktopKnowsTheKindsThatTheTemplatesRegister) {
         EXPECT_EQ(GetDocString(fields, DocStringField::RegFileTypeId), kind);
         const std::string type = "<mime-type type=\"" + mime + "\">\n    <comment>" +
                                  GetDocString(fields, DocStringField::RegFileTypeName) + "</comment>\n";
-        EXPECT_NE(package.find(type), std::string::npos) << package << "lacks " << type;
-        EXPECT_NE(entry.find(mime + ";"), std::string::npos) << entry;
+        EXPECT_TRUE(Has(package, type)) << "lacks " << type;
+        EXPECT_TRUE(Has(entry, mime + ";"));
     }
     for (const u32 id : {IDR_ALL_TYPES, IDR_PSD_TYPE})
         EXPECT_EQ(GetDocString(AfxLoadString(id), DocStringField::RegFileTypeId), "");
-    EXPECT_EQ(entry.find("photoshop"), std::string::npos) << entry;
-    EXPECT_NE(entry.find("\nStartupNotify=true\n"), std::string::npos) << "or no desktop says who has asked";
-    EXPECT_NE(installed.find("image/x-ilbm;image/vnd.adobe.photoshop;\n"), std::string::npos) << installed;
-    EXPECT_EQ(package.find("photoshop"), std::string::npos) << package;
-    EXPECT_NE(entry.find("\nIcon=" + AfxLoadString(AFX_IDS_SHELL_NAME) + "\n"), std::string::npos) << entry;
+    EXPECT_FALSE(Has(entry, "photoshop"));
+    EXPECT_TRUE(Has(entry, "\nStartupNotify=true\n")) << "or no desktop says who has asked";
+    EXPECT_TRUE(Has(installed, "image/x-ilbm;image/vnd.adobe.photoshop;\n"));
+    EXPECT_FALSE(Has(package, "photoshop"));
+    EXPECT_TRUE(Has(entry, "\nIcon=" + AfxLoadString(AFX_IDS_SHELL_NAME) + "\n"));
 }

@@ -4,14 +4,12 @@
 #include "framework/qt/kit/file_watch.h"
 #include "framework/qt/wnd/menu_bar.h"
 #include "support/memory_limit.h"
-#include "support/psd_builder.h"
 #include "window_case.h"
 
-#include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 
-#include <filesystem>
 #include <optional>
 
 namespace {
@@ -21,20 +19,18 @@ class ReloadTest : public WindowTest {
     ReloadTest() { KeepReload(""); }
     ~ReloadTest() override { KeepReload(""); }
 
-    static void KeepReload(const std::string& strReload) { theApp.WriteProfileString("Reading", "Reload", strReload); }
+    static void KeepReload(const char* pszKept) { theApp.WriteProfileString("Reading", "Reload", pszKept); }
+    static void KeepTolerant(const char* pszKept) { theApp.WriteProfileString("Reading", "Tolerant", pszKept); }
 
     // What stands in the folder takes another's name, as programs do that save.
     void Replace(const Bytes& bytes, const std::string& strName = "picture.iff") {
-        std::filesystem::rename(m_folder.Write(bytes, "new"), m_folder.Path(strName));
+        fs::rename(m_folder.Write(bytes, "new"), m_folder.Path(strName));
     }
     static bool WaitForMainPane(const std::string& strText) {
         return WaitFor([&] { return MainPane() == strText; });
     }
-    u32 Shown(u32 x, u32 y) {
-        const CRect place = {
-            static_cast<int>(x), static_cast<int>(y), static_cast<int>(x) + 1, static_cast<int>(y) + 1};
-        return PixelsOf(*View().GetWidget(), place)[0];
-    }
+    // Of the one that was opened first.
+    static int FirstWidth() { return ViewOf(FrameAt(0)).GetClientRect().Width(); }
 };
 
 // The one channel of a layer is its red.
@@ -44,7 +40,7 @@ PsdLayerFields Layer(const std::string& strName, u8 nShade) {
     return {.channels = {{.id = 0, .data = RawData({nShade})}, {.id = -1, .data = RawData({100})}}, .name = strName};
 }
 
-Bytes Layers(const std::vector<std::pair<std::string, u8>>& layers) {
+Bytes Document(const std::vector<std::pair<std::string, u8>>& layers) {
     PsdFields fields;
     for (const auto& [name, shade] : layers) fields.layers.push_back(Layer(name, shade));
     return Psd(fields);
@@ -63,23 +59,23 @@ TEST(ListEntries, AreFoundByAUniqueNameElseByTheirPlace) {
 
 TEST_F(ReloadTest, TheKeyReadsTheFileAgainAndKeepsWhatIsStillThere) {
     EXPECT_FALSE(AfxIsCommandEnabled(Main(), ID_RELOAD));
-    ASSERT_TRUE(OpenFile(Layers({{"one", 1}, {"two", 2}, {"three", 3}}), "picture.psd"));
-    Press(Frame().m_wndLayerCombo, Qt::Key_Down);
-    Press(Frame().m_wndLayerCombo, Qt::Key_Down);
-    Press(Frame().m_wndChannelCombo, Qt::Key_Down);
-    View().FitFrameToImage(4);
+    Open(Document({{"one", 1}, {"two", 2}, {"three", 3}}), "picture.psd");
+    Press(Layers(), Qt::Key_Down);
+    Press(Layers(), Qt::Key_Down);
+    Press(Channels(), Qt::Key_Down);
+    Fit(4);
     Command(ID_WINDOW_NEW);
-    Press(Frame().m_wndLayerCombo, Qt::Key_Down);
-    View().FitFrameToImage(8);
-    auto& first = static_cast<CChildFrame&>(*Main().GetChildren().front());
-    auto& firstView = static_cast<CVistrelView&>(*first.GetActiveView());
-    ASSERT_EQ(Shown(0, 0), Red(1));
+    Press(Layers(), Qt::Key_Down);
+    Fit(8);
+    CChildFrame& first = FrameAt(0);
+    const CVistrelView& firstView = ViewOf(first);
+    ASSERT_EQ(ShownPixel(0, 0), Red(1));
 
-    Replace(Layers({{"two", 20}, {"three", 30}, {"new", 40}, {"one", 10}}), "picture.psd");
+    Replace(Document({{"two", 20}, {"three", 30}, {"new", 40}, {"one", 10}}), "picture.psd");
     Command(ID_RELOAD);
     EXPECT_EQ(View().GetDocument(), firstView.GetDocument());
     EXPECT_EQ(Frame().GetSelection().nLayer, 4u) << "by its name";
-    EXPECT_EQ(Shown(0, 0), Red(10));
+    EXPECT_EQ(ShownPixel(0, 0), Red(10));
     EXPECT_EQ(first.GetSelection().nLayer, 1u);
     EXPECT_EQ(first.GetSelection().nChannel, 1u);
     EXPECT_EQ(firstView.m_fScale, 4);
@@ -96,23 +92,22 @@ TEST_F(ReloadTest, TheKeyReadsTheFileAgainAndKeepsWhatIsStillThere) {
     Frame().ActivateFrame();
     Command(ID_RELOAD);
     EXPECT_EQ(ClientSize(), (CSize{24, 8})) << "at its scale";
-    EXPECT_EQ(Shown(23, 7), Red(50));
+    EXPECT_EQ(ShownPixel(23, 7), Red(50));
     EXPECT_EQ(first.GetSelection().nLayer + first.GetSelection().nChannel, 0u);
     EXPECT_TRUE(first.IsIconic());
-    EXPECT_TRUE(m_answers.m_messages.empty());
 }
 
 TEST_F(ReloadTest, AFrameThatWasStretchedByHandStaysWhereThePictureHasItsSize) {
-    ASSERT_TRUE(OpenFile(Picture(20, 10)));
+    Open(Picture(20, 10));
     Frame().MoveWindow({10, 20, 310, 320});
     const CRect place = Frame().GetWindowRect();
     Replace(Picture(20, 10));
     Command(ID_RELOAD);
     EXPECT_EQ(Frame().GetWindowRect(), place);
-    View().FitFrameToImage(2);
+    Fit(2);
     int width = 20;
     for (const auto state : {&QWidget::showMaximized, &QWidget::showMinimized}) {
-        (Frame().GetSubWindow()->*state)();
+        (SubWindow().*state)();
         width += 10;
         Replace(Picture(static_cast<u32>(width), 10));
         Command(ID_RELOAD);
@@ -122,24 +117,24 @@ TEST_F(ReloadTest, AFrameThatWasStretchedByHandStaysWhereThePictureHasItsSize) {
         Frame().MDIRestore();
         EXPECT_EQ(ClientSize(), (CSize{2 * width, 20})) << "once it has a size of its own again";
         Frame().MoveWindow({10, 20, 310, 320});
-        (Frame().GetSubWindow()->*state)();
+        (SubWindow().*state)();
         Frame().MDIRestore();
         EXPECT_EQ(Frame().GetWindowRect().Width(), 300) << "only once";
     }
 }
 
 TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
-    ASSERT_TRUE(OpenFile(Picture(20, 10)));
+    Open(Picture(20, 10));
     const CDocument* const document = View().GetDocument();
-    const u32 shown = Shown(5, 5);
+    const u32 shown = ShownPixel(5, 5);
     Replace(Bytes(10));
     Command(ID_RELOAD);
-    std::filesystem::remove(m_folder.Path("picture.iff"));
+    EXPECT_TRUE(Has(ToldOnce(), "picture.iff\" was not opened. "));
+    fs::remove(m_folder.Path("picture.iff"));
     Command(ID_RELOAD);
-    ASSERT_EQ(m_answers.m_messages.size(), 2u);
-    EXPECT_NE(m_answers.m_messages[1].find("picture.iff\" was not opened. No such file"), std::string::npos);
+    EXPECT_TRUE(Has(ToldOnce(), "picture.iff\" was not opened. No such file"));
     EXPECT_EQ(View().GetDocument(), document);
-    EXPECT_EQ(Shown(5, 5), shown);
+    EXPECT_EQ(ShownPixel(5, 5), shown);
 
     // Nor is there memory for two.
     Replace(Psd({.rows = 300, .columns = 300}));
@@ -147,34 +142,35 @@ TEST_F(ReloadTest, WhatIsRefusedLeavesTheDocumentAndSaysWhy) {
         const MemoryLimit limit(50'000);
         Command(ID_RELOAD);
     }
-    EXPECT_NE(m_answers.m_messages.back().find("not enough memory"), std::string::npos) << m_answers.m_messages.back();
+    EXPECT_TRUE(Has(ToldOnce(), "not enough memory"));
     EXPECT_EQ(View().GetDocument(), document);
-    EXPECT_EQ(Shown(5, 5), shown);
+    EXPECT_EQ(ShownPixel(5, 5), shown);
 
     // Nor does the user want what breaks rules.
-    Replace(Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}));
+    Replace(PaddedPsd());
     Command(ID_RELOAD);
     EXPECT_EQ(View().GetDocument(), document);
-    ASSERT_EQ(m_answers.m_questions.size(), 1u);
-    EXPECT_TRUE(m_answers.m_questions[0].starts_with("\"" + m_folder.Path("picture.iff") + "\" breaks rules"));
+    const Texts asked = Asked();
+    ASSERT_EQ(asked.size(), 1u);
+    EXPECT_TRUE(asked[0].starts_with("\"" + m_folder.Path("picture.iff") + "\" breaks rules"));
 }
 
 TEST_F(ReloadTest, WhatTheUserAgreedToIsNotAskedAboutAgain) {
-    ASSERT_TRUE(OpenFile(Picture(20, 10)));
+    Open(Picture(20, 10));
     m_answers.m_nextAnswer.nButton = IDYES;
-    Replace(Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)}));
-    for (int i = 0; i < 2; ++i) {
+    Replace(PaddedPsd());
+    for (const size_t questions : {1, 0}) {
         Command(ID_RELOAD);
-        EXPECT_EQ(m_answers.m_questions.size(), 1u);
+        EXPECT_EQ(Asked().size(), questions);
         EXPECT_EQ(View().GetDoc().m_nDocType, DOC_PSD);
     }
 }
 
 // There may be no memory for both documents and a picture.
 TEST_F(ReloadTest, TheOldDocumentIsGoneBeforeTheNewOneIsShown) {
-    ASSERT_TRUE(OpenFile(Picture(20, 10)));
+    Open(Picture(20, 10));
     const std::weak_ptr<CDocument> before = View().ShareDocument();
-    const QAbstractItemModel* const layers = ListOf(Frame().m_wndLayerCombo).model();
+    const QAbstractItemModel* const layers = Layers().model();
     Command(ID_WINDOW_NEW);
     bool gone = false;
     const auto filled = QObject::connect(layers, &QAbstractItemModel::rowsInserted,
@@ -182,46 +178,41 @@ TEST_F(ReloadTest, TheOldDocumentIsGoneBeforeTheNewOneIsShown) {
     Command(ID_RELOAD);
     QObject::disconnect(filled);
     EXPECT_TRUE(gone) << "in the other window, too";
-    EXPECT_EQ(Shown(5, 5), ShownColour(5, 5));
+    EXPECT_EQ(ShownPixel(5, 5), ShownColour(5, 5));
 }
 
 TEST_F(ReloadTest, WhatBreaksRulesOnlyNowIsTreatedAsTheSettingSaysNow) {
-    const auto keep = [](const char* pszKept) { theApp.WriteProfileString("Reading", "Tolerant", pszKept); };
-    const Bytes twoReadings = Form("ILBM", {Bmhd({.width = 8, .height = 2}), GreyCmap(2), Chunk("BODY", Bytes(4))});
-    const Bytes padded = Psd({.layers = {{.channels = {{.data = RawData({7})}}}}, .layerPad = Bytes(4)});
+    m_answers.m_nextAnswer.nButton = IDYES;
     for (const auto& [commands, kept, questions, messages] :
         Table<std::vector<u32>, const char*, size_t, size_t>{{{}, "ask", 1, 0}, {{ID_READ_TOLERANTLY}, "ask", 1, 0},
             {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "ask", 1, 0}, {{ID_NEXT_FILE}, "ask", 1, 0},
             {{}, "always", 0, 0}, {{ID_READ_TOLERANTLY, ID_READ_TOLERANTLY}, "always", 0, 0}, {{}, "never", 0, 1},
             {{ID_READ_TOLERANTLY}, "never", 0, 1}}) {
-        keep("ask");
-        m_answers.m_questions.clear();
-        m_answers.m_messages.clear();
-        m_answers.m_nextAnswer.nButton = IDYES;
-        m_folder.Write(twoReadings, "b.iff");
-        ASSERT_TRUE(OpenFile(twoReadings, "a.iff"));
+        KeepTolerant("ask");
+        m_folder.Write(PaddedRows(), "b.iff");
+        Open(PaddedRows(), "a.iff");
         for (const u32 command : commands) Command(command);
-        keep(kept);
-        Replace(padded, View().GetDoc().GetTitle());
+        KeepTolerant(kept);
+        Replace(PaddedPsd(), View().GetDoc().GetTitle());
         Command(ID_RELOAD);
-        EXPECT_EQ(m_answers.m_questions.size(), questions) << commands.size() << kept;
-        EXPECT_EQ(m_answers.m_messages.size(), messages) << commands.size() << kept;
+        EXPECT_EQ(Asked().size(), questions) << commands.size() << kept;
+        EXPECT_EQ(Told().size(), messages) << commands.size() << kept;
         EXPECT_EQ(View().GetDoc().m_nDocType, messages == 0 ? DOC_PSD : DOC_IFF);
         Main().DestroyChildren();
     }
-    keep("ask");
+    KeepTolerant("ask");
 }
 
 TEST_F(ReloadTest, WhatALinkLeadsToIsWatchedInItsOwnFolder) {
-    std::filesystem::create_directory(m_folder.Path("own"));
+    fs::create_directory(m_folder.Path("own"));
     const std::string file = m_folder.Write(Bytes(1), "own/file");
     const std::string link = m_folder.Path("link");
-    std::filesystem::create_symlink("own/file", link);
+    fs::create_symlink("own/file", link);
     int changes = 0;
     const FileWatch watch(link, *GetFileStamp(link), [&] { ++changes; });
     const QTimer* const timer = qApp->findChildren<QTimer*>(Qt::FindDirectChildrenOnly).last();
     ASSERT_TRUE(WaitFor([&] { return !timer->isActive(); })) << "it watches";
-    std::filesystem::remove(file);
+    fs::remove(file);
     ASSERT_TRUE(WaitFor([&] { return timer->isActive(); }));
     ASSERT_TRUE(WaitFor([&] { return !timer->isActive(); })) << "and there is no file to watch";
     m_folder.Write(Bytes(2), "own/file");
@@ -229,25 +220,25 @@ TEST_F(ReloadTest, WhatALinkLeadsToIsWatchedInItsOwnFolder) {
 }
 
 TEST_F(ReloadTest, AChangeOnTheDiskIsToldOnceItIsOver) {
-    ASSERT_TRUE(OpenFile(Picture(20, 10)));
-    ASSERT_TRUE(OpenFile(Picture(20, 10), "other.iff"));
+    Open(Picture(20, 10));
+    Open(Picture(20, 10), "other.iff");
     const std::string text = "picture.iff has changed; F5 reads it again";
     Replace(Picture(30, 10));
-    auto& first = *Main().GetChildren().front();
+    CChildFrame& first = FrameAt(0);
     first.ActivateFrame();
     EXPECT_TRUE(WaitForMainPane(text)) << "another file took its name";
-    Main().GetChildren().back()->ActivateFrame();
+    Frame().ActivateFrame();
     EXPECT_EQ(MainPane(), "Ready") << "of the other document";
     first.ActivateFrame();
     for (int i = 0; i < 2; ++i) {
         Command(ID_RELOAD);
         EXPECT_EQ(MainPane(), "Ready");
-        EXPECT_EQ(first.GetActiveView()->GetClientRect().Width(), 30 + 10 * i);
+        EXPECT_EQ(FirstWidth(), 30 + 10 * i);
         m_folder.Write(Picture(40, 10), "picture.iff");
         EXPECT_TRUE(WaitForMainPane(text)) << "it was written";
     }
     Command(ID_RELOAD);
-    std::filesystem::remove(m_folder.Path("picture.iff"));
+    fs::remove(m_folder.Path("picture.iff"));
     m_folder.Write(Picture(40, 10), "other.iff");
     Frame().ActivateFrame();
     EXPECT_TRUE(WaitForMainPane("other.iff has changed; F5 reads it again"));
@@ -258,15 +249,15 @@ TEST_F(ReloadTest, AChangeOnTheDiskIsToldOnceItIsOver) {
 }
 
 TEST_F(ReloadTest, ANameThatIsNotUtf8IsNotWatched) {
-    ASSERT_TRUE(OpenFile(Picture(20, 10), "\xFF.iff"));
-    ASSERT_TRUE(OpenFile(Picture(20, 10), "\xC3\xA4.iff"));
+    Open(Picture(20, 10), "\xFF.iff");
+    Open(Picture(20, 10), "\xC3\xA4.iff");
     Replace(Picture(30, 10), "\xFF.iff");
     Replace(Picture(30, 10), "\xC3\xA4.iff");
     EXPECT_TRUE(WaitForMainPane("\xC3\xA4.iff has changed; F5 reads it again"));
-    Main().GetChildren().front()->ActivateFrame();
+    FrameAt(0).ActivateFrame();
     EXPECT_EQ(MainPane(), "Ready");
     Command(ID_RELOAD);
-    EXPECT_EQ(Main().GetChildren().front()->GetActiveView()->GetClientRect().Width(), 30);
+    EXPECT_EQ(FirstWidth(), 30);
 }
 
 // The toolkit deletes later what is to go, and not while a dialog that comes up meanwhile is open.
@@ -292,25 +283,25 @@ TEST_F(ReloadTest, AWatchThatIsGoneLooksNoMore) {
 
 TEST_F(ReloadTest, TheSettingMakesItHappenByItselfUnderNoDialog) {
     KeepReload("always");
-    ASSERT_TRUE(OpenFile(Picture(20, 10)));
-    const auto width = [&] { return Main().GetChildren().front()->GetActiveView()->GetClientRect().Width(); };
-    ASSERT_TRUE(OpenFile(Picture(20, 10), "other.iff"));
+    Open(Picture(20, 10));
+    Open(Picture(20, 10), "other.iff");
     Replace(Picture(30, 10));
-    EXPECT_TRUE(WaitFor([&] { return width() == 30; })) << "of a window that is not active";
+    EXPECT_TRUE(WaitFor([&] { return FirstWidth() == 30; })) << "of a window that is not active";
     EXPECT_EQ(Main().MDIGetActive(), &Frame());
     EXPECT_EQ(MainPane(), "Ready");
 
     Replace(Bytes(10));
-    EXPECT_TRUE(WaitFor([&] { return !m_answers.m_messages.empty(); }));
+    EXPECT_TRUE(WaitUntilTold());
     m_folder.Write(Picture(60, 10), "other.iff");
     EXPECT_TRUE(WaitFor([&] { return ClientSize().cx == 60; }));
-    EXPECT_EQ(m_answers.m_messages.size(), 1u) << "once for each change";
-    EXPECT_EQ(width(), 30);
+    EXPECT_EQ(Told().size(), 1u) << "once for each change";
+    EXPECT_EQ(FirstWidth(), 30);
 
     Replace(Bytes(11));
-    EXPECT_TRUE(WaitFor([&] { return m_answers.m_messages.size() == 2; }));
+    EXPECT_TRUE(WaitUntilTold());
     m_folder.Write(Picture(45, 10), "picture.iff");
-    EXPECT_TRUE(WaitFor([&] { return width() == 45; })) << "written, after another file had taken the name";
+    EXPECT_TRUE(WaitFor([&] { return FirstWidth() == 45; })) << "written, after another file had taken the name";
+    EXPECT_EQ(Told().size(), 1u);
 
     int rests = 0;
     QMessageBox box;
@@ -319,7 +310,7 @@ TEST_F(ReloadTest, TheSettingMakesItHappenByItselfUnderNoDialog) {
     box.open();
     Replace(Picture(50, 10));
     EXPECT_TRUE(WaitFor([&] { return rests >= 2; }));
-    EXPECT_EQ(width(), 45);
+    EXPECT_EQ(FirstWidth(), 45);
     box.close();
-    EXPECT_TRUE(WaitFor([&] { return width() == 50; }));
+    EXPECT_TRUE(WaitFor([&] { return FirstWidth() == 50; }));
 }
