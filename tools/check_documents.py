@@ -155,15 +155,11 @@ build/dev/no_such FILE
 
 # What is put into the sound document, and what is then said of it.
 FAULTS = [
-    ("```sh\nfalse\ntrue\n```", "README.md:17: the block ends with status 1"),
-    ("```sh\ntrue\nfalse | cat\n```", "README.md:17: the block ends with status 1"),
-    ("```sh\ntools/nowhere\n```", "README.md:17: the block ends with status 127"),
-    ("```console\ntools/nowhere\n```", "README.md:17: there is no tools/nowhere"),
-    ("```console\n$ tool/works\n```", "README.md:17: there is no tool/works"),
-    ("```console\n$ A=b python3 tools/nowhere.py\n```", "README.md:17: there is no tools/nowhere.py"),
-    ("```console\n$ true && ./nowhere\n```", "README.md:17: there is no ./nowhere"),
+    ("```sh\nfalse | cat\ntrue\n```", "README.md:17: the block ends with status 1"),
+    ("```console\ntool/works\n```", "README.md:17: there is no tool/works"),
+    ("```console\n$ python3 tools/nowhere.py\n```", "README.md:17: there is no tools/nowhere.py"),
+    ("```console\n$ true && A=b no/where\n```", "README.md:17: there is no no/where"),
     ("```console\n$ build/release/nowhere\n```", "README.md:17: there is no build/release/nowhere"),
-    ("```shell\ntools/nowhere\n```", "README.md:17: a block is marked"),
     ("```\ntools/nowhere\n```", "README.md:17: a block is marked"),
     ("```sh\ntrue", "README.md:17: a block without an end"),
     ("![It](docs/nowhere.png)", "README.md:17: there is no docs/nowhere.png"),
