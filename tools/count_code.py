@@ -16,7 +16,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 FOLDERS = ["base", "framework/core", "framework/qt", "iff", "chunks", "psd", "document", "display", "app"]
-PROVING = ("check_", "coverage", "fuzz", "same_answers", "sweep_calls", "trace_walk", "variants/")
+PROVING = ("check_", "coverage", "fuzz", "same_answers", "sweep_calls", "trace_walk")
 
 # What may hold what looks like a comment comes first and is kept.
 CPP = re.compile(r'R"(?P<end>[^(\s]*)\(.*?\)(?P=end)"|"(?:\\.|[^"\\])*"|\b\d[\w\']*|\'(?:\\.|[^\'\\])+\''

@@ -16,6 +16,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
+from damaged_copies import damaged
+
 SAMPLES = Path(__file__).resolve().parents[2] / "samples"
 LONG = bool(os.environ.get("VISTREL_LONG"))
 DAMAGED, SEED = (1000, 2) if LONG else (100, 1)
@@ -31,15 +33,6 @@ def chunks(png):
         found.append((png[at + 4:at + 8], png[at + 8:at + 8 + size]))
         at += size + 12
     return found
-
-
-def damaged(data, chance):
-    """A copy with some bytes changed, most of them where structures stand, or with its end cut off."""
-    data = bytearray(data)
-    for _ in range(chance.choice([1, 3, 10, 100])):
-        most = chance.choice([64, 1024, len(data)])
-        data[chance.randrange(most)] = chance.choice([0, 1, 0x7F, 0x80, 0xFF, chance.randrange(256)])
-    return data[:chance.randrange(len(data))] if chance.random() < 0.2 else data
 
 
 class ThumbnailTest(unittest.TestCase):
