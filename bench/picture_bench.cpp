@@ -30,7 +30,7 @@ Bytes PictureOf(u32 nPlanes, bool bPacked) {
         values[i] = (i / 64 % 2 ? random() : i / SIDE / 8) & ((1u << nPlanes) - 1);
     const Bytes rows = PlanesOf(values, SIDE, nPlanes);
     return Form("ILBM", {Bmhd({.width = SIDE, .height = SIDE, .planes = nPlanes, .compression = bPacked}),
-                         GreyCmap(1u << nPlanes), Chunk("BODY", bPacked ? ByteRun(rows, SIDE / 8) : rows)});
+                         GreyCmap(1u << nPlanes), Body(bPacked ? ByteRun(rows, SIDE / 8) : rows)});
 }
 
 // Arguments: planes, whether packed. Bytes are those of the 24-bit picture.

@@ -63,7 +63,7 @@ Bytes Packed(const Bytes& data) {
 Bytes Ilbm(bool bPacked) {
     const Bytes rows = bPacked ? PlanesOfPhotograph() : Random(3).SomeBytes(SIDE * SIDE);
     return Form("ILBM", {Bmhd({.width = SIDE, .height = SIDE, .planes = 8, .compression = bPacked}),
-                         GreyCmap(256), Chunk("BODY", bPacked ? ByteRun(rows, SIDE / 8) : rows)});
+                         GreyCmap(256), Body(bPacked ? ByteRun(rows, SIDE / 8) : rows)});
 }
 
 Bytes Blocks() {

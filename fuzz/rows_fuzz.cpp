@@ -42,7 +42,7 @@ void UnpackByteRuns(const Bytes& packed, u32 nWidth) {
 }
 
 void DecodePlanes(const Bytes& body, const BmhdFields& header, const ReadingRules& rules) {
-    const LoadedIff loaded(Form("ILBM", {Bmhd(header), Chunk("BODY", body)}));
+    const LoadedIff loaded(Form("ILBM", {Bmhd(header), Body(body)}));
     auto& chunk = ChildAs<BodyChunk>(loaded.Root(), 1);
     if (!chunk.ReadHeader() || !chunk.BeginRows(rules)) return;
     chunk.CanFillRows(header.height);

@@ -75,7 +75,7 @@ struct Cycle final : public QObject {
 // Large enough for 500 that are lost to be seen.
 Bytes Picture() {
     return Form("ILBM", {Bmhd({.width = 128, .height = 96, .planes = 8}), GreyCmap(256, 1),
-                         Chunk("BODY", PlanesOf(std::vector<u32>(128 * 96, 85), 128, 8))});
+                         Body(PlanesOf(std::vector<u32>(128 * 96, 85), 128, 8))});
 }
 
 int CompareGrowth(int nCount, char** argv) {

@@ -30,7 +30,7 @@ TEST(Chunks, AreKnownInTheirOwnFormsOnly) {
 
 TEST(Chunks, AColourMapHasAsManyEntriesAsFit) {
     for (const u32 size : {0u, 2u, 3u, 50u, 3003u}) {
-        const LoadedIff file(Form("ILBM", {Chunk("CMAP", Bytes(size, 5)), Chunk("BODY", {1})}));
+        const LoadedIff file(Form("ILBM", {Chunk("CMAP", Bytes(size, 5)), Body({1})}));
         ASSERT_TRUE(file.bLoaded) << size;
         EXPECT_EQ(ChildAs<CmapChunk>(file.Root(), 0).m_nEntries, size / 3);
         EXPECT_EQ(ChildAs<BodyChunk>(file.Root(), 1).m_nDataSize, 1u);

@@ -10,16 +10,16 @@
 
 static Bytes OneColour(const IffRgb& colour, u32 nPlanes = 1) {
     const std::vector<IffRgb> map(1u << nPlanes, colour);
-    return Form("ILBM", {Bmhd({2, 1, nPlanes}), Cmap(map), Chunk("BODY", Bytes(nPlanes))});
+    return Form("ILBM", {Bmhd({2, 1, nPlanes}), Cmap(map), Body(Bytes(nPlanes))});
 }
 
 static Bytes Levels(u8 nCount) { return Form("MIPM", {Chunk("CONT", {nCount, 0})}); }
 
 TEST(MipMaps, AreListedByCountAndFoundByPlace) {
     const Bytes blocks = S3tc({.width = 2, .height = 1, .data = {0xE0, 0x07, 0, 0, 0, 0, 0, 0}});
-    Shown shown(List("ILBM", {OneColour(BLUE), Levels(4), List("ILBM", {OneColour(RED)}),
-                                 List("X   ", {OneColour(BLACK)}), List({"\0\0\0\0", 4}, {Form("ILBM", {blocks})}),
-                                 List("ILBM", {Form("ILBM", {Chunk("BODY", {1}), blocks})})}));
+    Shown shown(List("ILBM",
+        {OneColour(BLUE), Levels(4), List("ILBM", {OneColour(RED)}), List("X   ", {OneColour(BLACK)}),
+            List({"\0\0\0\0", 4}, {Form("ILBM", {blocks})}), List("ILBM", {Form("ILBM", {Body({1}), blocks})})}));
     EXPECT_EQ(LayerNames(shown.document), (Names{"Image", "Mip Map 1", "Mip Map 2", "Mip Map 3", "Mip Map 4"}));
     for (const auto& [layer, text] : Table<u32, const char*>{{0, "2x1x2 bb"}, {1, "2x1x2 rr"}, {2, "2x1x0 gg"},
              {3, "2x1x0 gg"}, {4, "not valid"}}) {  // the last is counted but not there
@@ -44,7 +44,7 @@ TEST(MipMaps, WithoutACountOrAParentThereIsNoLevel) {
 
 TEST(PictureChoice, TheDeepestBodyOfTheWholeFileBeforeAnyBlocks) {
     const Bytes blocks = Form("ILBM", {S3tc({.width = 1, .height = 1, .data = {0xFF, 0xFF, 0, 0, 0, 0, 0, 0}})});
-    const Bytes header = Bmhd({2, 1, 4}), body = Chunk("BODY", Bytes(4)), blue = OneColour(BLUE);
+    const Bytes header = Bmhd({2, 1, 4}), body = Body(Bytes(4)), blue = OneColour(BLUE);
     for (const auto& [file, text] : Table<Bytes, const char*>{
              {Cat("X   ", {blocks, blue, OneColour(RED, 3), OneColour(GREEN, 3), OneColour(BLACK, 2)}), "2x1x8 rr"},
              {List("ILBM", {Prop("ILBM", {header, Cmap({GREEN})}), Form("ILBM", {body})}), "2x1x1 gg"},
@@ -88,7 +88,7 @@ TEST(PsdNames, BesideLayersTheFileSaysWhichChannelIsTheTransparency) {
 }
 
 TEST(Catalogue, NothingOfAnIffPictureIsKeptForAPhotoshopDocument) {
-    const Shown iff(Form("ILBM", {Bmhd({8, 1}), Cmap({RED}), Chunk("BODY", {1, 2})}));
+    const Shown iff(Form("ILBM", {Bmhd({8, 1}), Cmap({RED}), Body({1, 2})}));
     const Shown psd(Psd({}));
     DisplayImage image;
     image.ChooseLayer(iff.document, 0);
@@ -111,7 +111,7 @@ TEST(PsdNames, LayersAndTheirChannels) {
 // What a search costs is counted, not timed.
 TEST(PictureChoice, CostsNoMoreThanAFewLooksAtEachChunk) {
     constexpr u32 MANY = 20'000;
-    const Bytes grab = Chunk("GRAB", Bytes(4)), body = Chunk("BODY", {}), form = Form("ILBM", {body});
+    const Bytes grab = Chunk("GRAB", Bytes(4)), body = Body({}), form = Form("ILBM", {body});
     Parts propsThenForms(MANY, Prop("ILBM", {grab})), fewProps(7, Prop("ILBM", Parts(8, grab)));
     propsThenForms.resize(2 * MANY, form);
     fewProps.push_back(Form("ILBM", Parts(MANY, body)));

@@ -26,7 +26,7 @@ Bytes Chain(u8 nShade) {
     const Bytes filler = Chunk("JUNK", Bytes(CRegularFile::WINDOW_SIZE));
     const Bytes form =
         Form("ILBM", {Bmhd({.width = WIDTH, .height = HEIGHT}), Cmap({{BEFORE, BEFORE, BEFORE}, {AFTER, AFTER, AFTER}}),
-                         filler, Chunk("BODY", rows), Chunk("JUNK", Bytes(3001))});
+                         filler, Body(rows), Chunk("JUNK", Bytes(3001))});
     return List("ILBM", {form, Form("MIPM", {Chunk("CONT", {1, 0})}), List("ILBM", {form})});
 }
 

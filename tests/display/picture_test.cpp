@@ -11,7 +11,7 @@
 const Bytes FOUR = Cmap({BLACK, RED, GREEN, BLUE});
 
 static Bytes Picture(const BmhdFields& header, const Bytes& body, const Bytes& map = FOUR) {
-    return Form("ILBM", {Bmhd(header), map, Chunk("BODY", body)});
+    return Form("ILBM", {Bmhd(header), map, Body(body)});
 }
 
 TEST(Ilbm, IsShownThroughItsColourMap) {
@@ -29,7 +29,7 @@ TEST(Ilbm, ShowsNothingWhereNoPictureCanBeMade) {
     const Bytes two = {0xFF, 0xFF};
     for (const auto& [name, file, text] : Table<const char*, Bytes, const char*>{
              {"control", Picture({2, 2}, two), "2x2x4 rr/rr"},
-             {"no header", Form("ILBM", {FOUR, Chunk("BODY", two)}), "not valid"},
+             {"no header", Form("ILBM", {FOUR, Body(two)}), "not valid"},
              {"no body", Form("ILBM", {Bmhd({8, 2}), FOUR}), "not valid"},
              {"no planes", Picture({8, 2, 0}, two), "not valid"},
              {"data ends early", Picture({8, 3}, two), "not valid"},
@@ -59,13 +59,13 @@ TEST(Alpha, IsShownAsGreyAtItsOwnWidth) {
              {"a row is missing", {3, 0, 8, 0, PlanesOf({0, 1, 2}, 3, 8)}, "not valid"},
              {"empty, yet there", {3, 0, 8}, "not valid"},
          }) {
-        Shown shown(Form("ILBM", {Bmhd({3, 2}), Cmap({BLACK, RED}), Alph(alph), Chunk("BODY", {0xA0, 0x40})}));
+        Shown shown(Form("ILBM", {Bmhd({3, 2}), Cmap({BLACK, RED}), Alph(alph), Body({0xA0, 0x40})}));
         EXPECT_EQ(shown.channels, (Names{"Composite", "Alpha"})) << name;
         EXPECT_EQ(shown.Text(), "3x2x2 rkr/krk") << name;
         shown.Select(0, 1);
         EXPECT_EQ(shown.Text(), text) << name;
     }
-    const Shown without(Form("ILBM", {Bmhd({8, 1}), FOUR, Chunk("BODY", {1}), Alph({})}), 0, 1);
+    const Shown without(Form("ILBM", {Bmhd({8, 1}), FOUR, Body({1}), Alph({})}), 0, 1);
     EXPECT_EQ(without.channels, Names{"Composite"}) << "an alpha picture after the body is none";
     EXPECT_EQ(without.Text(), "not valid");
 }

@@ -98,7 +98,7 @@ TEST(Thumbnail, IsThatOfTheBitmap) {
             if (nMode == PSD_INDEXED) fields.colourData = Random(4).SomeBytes(768);
             return Psd(fields);
         };
-        const Bytes body = Chunk("BODY", Random(5).SomeBytes(2 * 8 * height));
+        const Bytes body = Body(Random(5).SomeBytes(2 * 8 * height));
         for (const Bytes& bytes : {psd(PSD_RGB, 3), psd(PSD_INDEXED, 1), psd(PSD_GREYSCALE, 1), psd(PSD_CMYK, 4),
                  Form("ILBM", {Bmhd({.width = COLUMNS, .height = height, .planes = 8}), GreyCmap(256), body}),
                  Form("ILBM", {S3tc({.code = "DXT1",
@@ -146,7 +146,7 @@ TEST(Thumbnail, ShowsTheCompositeOrTheLargestLayer) {
     PsdFields lab = layered, bare = {.channels = 3, .columns = 4, .mode = PSD_LAB};
     lab.mode = PSD_LAB;
     const Bytes empty = Form("ILBM", {Chunk("CMAP", {1, 2, 3})});
-    const Bytes pixel = Form("ILBM", {Bmhd({.width = 5, .height = 1}), Cmap({{7, 7, 7}}), Chunk("BODY", {0, 0})});
+    const Bytes pixel = Form("ILBM", {Bmhd({.width = 5, .height = 1}), Cmap({{7, 7, 7}}), Body({0, 0})});
     const Bytes levels =
         List("ILBM", {Form("MIPM", {Chunk("CONT", {2, 0})}), List("ILBM", {empty}), List("ILBM", {pixel})});
     for (const auto& [bytes, text] : Table<Bytes, std::string>{

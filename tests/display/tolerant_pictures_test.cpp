@@ -44,7 +44,7 @@ const Bytes MAP = Cmap({BLACK, RED, GREEN, BLUE});
 Bytes Camg(u32 mode, u32 size = 4) { return Chunk("CAMG", Truncated(ByteBuilder().U32(mode), 4 - size)); }
 
 Bytes Ilbm(const BmhdFields& header, const Bytes& body, const Bytes& map = MAP, const Bytes& mode = {}) {
-    return Form("ILBM", {Bmhd(header), map, mode, Chunk("BODY", body)});
+    return Form("ILBM", {Bmhd(header), map, mode, Body(body)});
 }
 
 // A form whose size counts so many bytes less, which the file lacks as well.
@@ -56,9 +56,7 @@ Bytes Cut(const Bytes& file, u32 count, u32 sizeCount) {
 
 const Bytes PLANES_24 = PlanesOf({0x0000FF, 0x80FF00}, 2, 24);
 
-Bytes Pbm(const BmhdFields& header, const Bytes& body) {
-    return Form("PBM ", {Bmhd(header), MAP, Chunk("BODY", body)});
-}
+Bytes Pbm(const BmhdFields& header, const Bytes& body) { return Form("PBM ", {Bmhd(header), MAP, Body(body)}); }
 
 TEST(TolerantPicture, PlaneRows) {
     const Bytes two = {0xFF, 0x0F, 0xF0, 0}, masked = {0xF0, 0x55, 0x0F, 0x55};
@@ -92,7 +90,7 @@ TEST(TolerantPicture, OneByteAPixel) {
         {"a byte less", Pbm({3, 2, 8}, Truncated(rows, 1)), none},
         {"7 planes", Pbm({3, 2, 7}, rows), ": not valid"},
         {"9 planes", Pbm({3, 2, 9}, Bytes(99)), ": not valid"},
-        {"no map", Form("PBM ", {Bmhd({3, 2, 8}), Chunk("BODY", rows)}), ": not valid"},
+        {"no map", Form("PBM ", {Bmhd({3, 2, 8}), Body(rows)}), ": not valid"},
         {"a header that only the strict rules take for unknown bytes",
             Cat("ILBM", {Form("PBM ", {Chunk("BMHD", Bytes(3))}), Ilbm({4, 1}, {0xA0})}), ": 4x1x4 rkrk", "4x1x4 rkrk"},
         {"beside planes", Cat("ILBM", {Pbm({3, 2, 8}, rows), Ilbm({4, 1}, {0xA0})}), ": 4x1x4 rkrk", "4x1x4 rkrk"},
@@ -101,7 +99,7 @@ TEST(TolerantPicture, OneByteAPixel) {
 
 TEST(TolerantPicture, AnimationsShowTheirFirst) {
     const Bytes empty = Ilbm({4, 1, 0}, {0xF0}), first = Ilbm({4, 1}, {0xA0}), second = Ilbm({4, 1, 2}, {0xA0, 0xA0});
-    const Bytes unmapped = Form("ILBM", {Bmhd({4, 1, 8}), Chunk("BODY", Bytes(8))});
+    const Bytes unmapped = Form("ILBM", {Bmhd({4, 1, 8}), Body(Bytes(8))});
     const std::string nested = "first picture of an animation: 4x1x4 rkrk";
     ExpectPictures({
         {"forms in a form", Form("ANIM", {empty, first, second}), nested},
@@ -130,12 +128,11 @@ TEST(TolerantPicture, Colours) {
         {"23", Ilbm({2, 1, 23}, PLANES_24, {}), ": not valid"},
         {"25", Ilbm({2, 1, 25}, Bytes(25), {}), ": not valid"},
         {"hold and modify", Ilbm({4, 2, 6}, ham, MAP, Camg(0x800)), held},
-        {"the mode behind", Form("ILBM", {Bmhd({4, 2, 6}), MAP, Chunk("BODY", ham), Camg(0xFFFFF8FF | 0x800)}), held},
+        {"the mode behind", Form("ILBM", {Bmhd({4, 2, 6}), MAP, Body(ham), Camg(0xFFFFF8FF | 0x800)}), held},
         {"the second mode", Ilbm({4, 2, 6}, ham, ByteBuilder().Append(Camg(0, 3)).Append(Camg(0x800)), MAP), held},
         {"of 3 bytes", Ilbm({4, 2, 6}, ham, MAP, Camg(0x80000, 3)), ": not valid"},
         {"another mode", Ilbm({4, 2, 6}, ham, MAP, Camg(0xFFFFF77F)), ": not valid"},
-        {"another's mode",
-            List("ILBM", {Prop("ILBM", {MAP, Camg(0x800)}), Form("ILBM", {Bmhd({4, 2, 6}), Chunk("BODY", ham)})}),
+        {"another's mode", List("ILBM", {Prop("ILBM", {MAP, Camg(0x800)}), Form("ILBM", {Bmhd({4, 2, 6}), Body(ham)})}),
             ": not valid"},
         {"5 planes", Ilbm({4, 1, 5}, PlanesOf({1, 0x15, 0x12, 2}, 4, 5), MAP, Camg(0x800)),
             "hold and modify: 4x1x0 r<ff0055><ff0022>g"},

@@ -189,16 +189,16 @@ void RefuseComposites() {
 
 void RefuseIffFiles() {
     const u32 deepest = STRICT.nDeepestContainer;
-    const Bytes body = Form("ILBM", {Chunk("BODY", Bytes(5))}), wrapping = Chunk("GRAB", Bytes(4), 0x7FFFFFFE);
+    const Bytes body = Form("ILBM", {Body(Bytes(5))}), wrapping = Chunk("GRAB", Bytes(4), 0x7FFFFFFE);
     for (const auto& [loads, refused, reason] : Table<Bytes, Bytes, const char*>{
              {Nested(deepest, "LIST"), Nested(deepest + 1, "LIST"),
                  R"(byte 49152, the container in "LIST"/"LIST"/"LIST"/.../"LIST"/"LIST"/"LIST": )"
                  "4097 containers one inside another; 4096 are read"},
-             {body, Form("ILBM", {Chunk("BODY", Bytes(4), 0x80000000)}),
+             {body, Form("ILBM", {Body(Bytes(4), 0x80000000)}),
                  R"(byte 16, the size in "FORM"/"BODY": 2147483648 bytes; at most 2147483647 are read)"},
              {body, Form("ILBM", {Chunk("CRNG", Bytes(6), 8)}),
                  R"(byte 16, the size in "FORM"/"CRNG": 8 bytes; its container has 6 left)"},
-             {List("ILBM", {body}), List("ILBM", {Form("ILBM", {Bmhd({}), Chunk("BODY", Bytes(4))}, 46)}),
+             {List("ILBM", {body}), List("ILBM", {Form("ILBM", {Bmhd({}), Body(Bytes(4))}, 46)}),
                  R"(byte 16, the size in "LIST"/"FORM": 46 bytes; its container has 44 left)"},
              {body, Form("ILBM", {wrapping, wrapping}, 0x7FFFFFFE),
                  R"(byte 16, the size in "FORM"/"GRAB": 2147483646 bytes; its container has 2147483634 left)"},
@@ -206,7 +206,7 @@ void RefuseIffFiles() {
                  R"(byte 16, the body in "FORM"/"BMHD": 19 bytes are too few for it)"},
              {Chunk("FORM", {'I', 'L', 'B', 'M'}), Chunk("FORM", {'I', 'L', 'B'}),
                  R"(byte 4, the type in "FORM": 3 bytes are too few for it)"},
-             {body, Form("ILBM", {Chunk("BODY", Bytes(5))}, 17),
+             {body, Form("ILBM", {Body(Bytes(5))}, 17),
                  R"(byte 4, the pad byte in "FORM"/"BODY": its container of 17 bytes ends)"},
              {body, Form("ILBM", {Bytes{'B', 'O', 'D'}, Bytes{0}}, 7),
                  R"(byte 4, the id of a chunk in "FORM": its container of 7 bytes ends)"},
@@ -227,7 +227,7 @@ void RefuseIffFiles() {
 }
 
 void RefuseWhatTheSourceOrTheMachineLacks() {
-    const Bytes body = Form("ILBM", {Chunk("BODY", Bytes(3000))}), text(5000, 'x'), psd = Psd({.rows = 1000});
+    const Bytes body = Form("ILBM", {Body(Bytes(3000))}), text(5000, 'x'), psd = Psd({.rows = 1000});
     const auto failsAt = [](u64 nRead) { return [=](MemoryStream& s) { s.file.m_reads.fault.nAt = nRead; }; };
     const auto claims = [](u64 nLength) { return [=](MemoryStream& s) { s.file.m_nClaimedLength = nLength; }; };
     const std::string failed = "The file cannot be read: Input/output error";

@@ -15,7 +15,7 @@
 constexpr IffId TAG_ID("GRAB");
 
 static Bytes Tag(u8 nValue) { return Chunk("GRAB", {0, nValue, 0, 0}); }
-const Bytes ASKER = Chunk("BODY", {1, 2});
+const Bytes ASKER = Body({1, 2});
 const Bytes NULL_ID(4, 0);
 
 static u32 ValueOf(const IffChunk* pChunk) {
@@ -113,8 +113,8 @@ TEST(Load, WhatDoesNotMatter) {
 }
 
 TEST(Load, EveryTruncationIsRefused) {
-    const Bytes file = List("ILBM", {Prop("ILBM", {Bmhd({}), Cmap({RED, GREEN})}),
-                                        Form("ILBM", {Chunk("CRNG", Bytes(5)), ASKER, Chunk("BODY", {1})})});
+    const Bytes file = List("ILBM",
+        {Prop("ILBM", {Bmhd({}), Cmap({RED, GREEN})}), Form("ILBM", {Chunk("CRNG", Bytes(5)), ASKER, Body({1})})});
     ASSERT_TRUE(Loads(file));
     for (u64 missing = 1; missing <= file.size(); ++missing)
         EXPECT_FALSE(Loads(Truncated(file, missing))) << missing << " bytes are missing";

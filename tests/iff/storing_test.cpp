@@ -55,7 +55,7 @@ struct Stored {
 }  // namespace
 
 TEST(Storing, WhatWasLoaded) {
-    const Bytes odd = Chunk("BODY", {1, 2, 3});
+    const Bytes odd = Body({1, 2, 3});
     const Bytes form = Form("ILBM", {Bmhd({.width = 8, .height = 1}), GreyCmap(2), odd});
     for (const Bytes& bytes :
         {form, List("ILBM", {Prop("ILBM", {Bmhd({})}), form, Cat("ILBM", {form})}), Form("ILBM", {})}) {

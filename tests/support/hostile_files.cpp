@@ -22,7 +22,7 @@ Bytes Picture(const Parts& parts) {
 
 Bytes Properties(u32 nCount) {
     const Bytes prop = Prop("ILBM", {Bmhd({.width = 8, .height = 1})});
-    const Bytes form = Form("ILBM", {Chunk("BODY", {1})});
+    const Bytes form = Form("ILBM", {Body({1})});
     return List("ILBM", {Times(nCount / 2, prop), Times(nCount / 2, form)});
 }
 
@@ -43,9 +43,9 @@ Bytes Channels(u32 nCount) {
     return Psd({.layers = {{.channels = std::vector<PsdChannelFields>(nCount, {.data = RawData({7})})}}});
 }
 
-Bytes Chunks(u32 nCount) { return Picture({Times(nCount, Chunk("JUNK", {})), Chunk("BODY", {1})}); }
+Bytes Chunks(u32 nCount) { return Picture({Times(nCount, Chunk("JUNK", {})), Body({1})}); }
 
-Bytes Bodies(u32 nCount) { return Picture({Times(nCount, Chunk("BODY", {}))}); }
+Bytes Bodies(u32 nCount) { return Picture({Times(nCount, Body({}))}); }
 
 }  // namespace
 

@@ -55,6 +55,8 @@ inline Bytes Cmap(const std::vector<IffRgb>& colours) {
     return Chunk("CMAP", body);
 }
 
+inline Bytes Body(const Bytes& planeRows, DeclaredSize size = {}) { return Chunk("BODY", planeRows, size); }
+
 // A map of shades of grey, entry i being i times nStep.
 inline Bytes GreyCmap(u32 nEntries, u32 nStep = 1) {
     ByteBuilder body;

@@ -17,16 +17,16 @@ Bytes PackedPicture() {
     const Bytes body = ByteRun(PlanesOf({0, 1, 2, 3, 3, 2, 1, 0, 1, 1, 1, 2, 2, 2, 2, 3, 0, 3}, 9, 2), 2);
     const Bytes alpha = Alph({.width = 7, .height = 2, .planes = 2, .compression = 1, .data = ByteRun(Planes(4), 1)});
     return Form("ILBM", {Bmhd({9, 2, 2, 0, 1}), FOUR, Chunk("GRAB", {0, 1, 0, 2}), Chunk("TRAN", Bytes(8, 1)),
-                            Chunk("ANNO", Bytes(3)), alpha, Chunk("BODY", body)});
+                            Chunk("ANNO", Bytes(3)), alpha, Body(body)});
 }
 
 Bytes Inherited() {
-    const Bytes form = Form("ILBM", {Chunk("BODY", Planes(4))});
+    const Bytes form = Form("ILBM", {Body(Planes(4))});
     return List("ILBM", {Prop("ILBM", {Bmhd({8, 2, 2}), FOUR}), Prop("MIPM", {}), Cat("ILBM", {form}), form});
 }
 
 Bytes MipMaps() {
-    const auto picture = [](u32 nWidth) { return Form("ILBM", {Bmhd({nWidth, 1, 1}), FOUR, Chunk("BODY", {0xA5})}); };
+    const auto picture = [](u32 nWidth) { return Form("ILBM", {Bmhd({nWidth, 1, 1}), FOUR, Body({0xA5})}); };
     const Bytes blocks = S3tc({.width = 2, .height = 1, .data = {0xE0, 0x07, 0, 0, 0, 0, 0, 0}});
     return List("ILBM", {picture(8), Form("MIPM", {Chunk("CONT", {2, 0})}), List("ILBM", {picture(4)}),
                             List("ILBM", {Form("ILBM", {blocks})})});
@@ -37,21 +37,21 @@ Bytes Blocks(const char* pszCode, u32 nBytes) {
 }
 
 Bytes Animation() {
-    const Bytes modified = Form("ILBM", {Bmhd({4, 2, 6, 1}), GreyCmap(16, 9), Camg(0x800), Chunk("BODY", Planes(28))});
-    const Bytes halfBrite = Form("ILBM", {Bmhd({4, 1, 6}), FOUR, Camg(0x80), Chunk("BODY", Planes(6))});
+    const Bytes modified = Form("ILBM", {Bmhd({4, 2, 6, 1}), GreyCmap(16, 9), Camg(0x800), Body(Planes(28))});
+    const Bytes halfBrite = Form("ILBM", {Bmhd({4, 1, 6}), FOUR, Camg(0x80), Body(Planes(6))});
     return Form("ANIM", {modified, halfBrite});
 }
 
 // What is read tolerantly alone: one byte a pixel, and a missing pad byte.
 Bytes Chunky() {
-    Bytes file = Form("PBM ", {Bmhd({5, 2, 8, 0, 1}), GreyCmap(4), Chunk("BODY", {5, 1, 2, 3, 1, 2, 0, 0xFB, 3})});
+    Bytes file = Form("PBM ", {Bmhd({5, 2, 8, 0, 1}), GreyCmap(4), Body({5, 1, 2, 3, 1, 2, 0, 0xFB, 3})});
     file.pop_back();
     return file;
 }
 
 // The tolerant rules show another picture of it.
 Bytes TwoReadings() {
-    return Cat("ILBM", {Form("PBM ", {Bmhd({5, 1, 8}), GreyCmap(4), Chunk("BODY", {0, 1, 2, 3, 0, 0})}),
+    return Cat("ILBM", {Form("PBM ", {Bmhd({5, 1, 8}), GreyCmap(4), Body({0, 1, 2, 3, 0, 0})}),
                            Form("ILBM", {Bmhd({8, 1}), FOUR, Chunk("ANNO", Bytes(8))})});
 }
 
@@ -85,7 +85,7 @@ Bytes LargeDocument() {
 
 // Parts that are read past the buffer, and lie across its edges.
 Bytes LongPicture() {
-    return Form("ILBM", {Chunk("ANNO", Bytes(1500)), Bmhd({80, 70, 8}), GreyCmap(256), Chunk("BODY", Planes(5600))});
+    return Form("ILBM", {Chunk("ANNO", Bytes(1500)), Bmhd({80, 70, 8}), GreyCmap(256), Body(Planes(5600))});
 }
 
 // Zeroes are skipped that would make an empty document of their own.

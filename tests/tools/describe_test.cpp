@@ -40,7 +40,7 @@ TEST(Describe, AnIffDocument) {
     const Printed printed =
         Described(Form("ILBM", {Bmhd({.width = 2, .height = 1}), Cmap({BLACK, {1, 2, 3}}), Chunk("TRAN", Bytes(8, 1)),
                                    Alph({.width = 2, .height = 1, .data = {0x40}}), Chunk("GRAB", {0, 1, 0xFF, 2}),
-                                   Chunk("\"\\\x7F\xE9", ByteBuilder().Text("123456789")), Chunk("BODY", {0x80})}),
+                                   Chunk("\"\\\x7F\xE9", ByteBuilder().Text("123456789")), Body({0x80})}),
             DescribeResult::Accepted, Tolerance::None, "n\xC3\xA9");
     EXPECT_EQ(printed.out,
         R"({"accepted":"iff","file":"n\u00c3\u00a9","iff":{"children":[)"
@@ -128,7 +128,7 @@ TEST(Describe, WhatWasPassedOver) {
     broken.layers.insert(broken.layers.end(), 2, {.right = 0});
     broken.tagged = {1};
     const Bytes chunky =
-        Form("PBM ", {Bmhd({.width = 2, .height = 1, .planes = 8}), Cmap({BLACK, WHITE}), Chunk("BODY", {0, 0})});
+        Form("PBM ", {Bmhd({.width = 2, .height = 1, .planes = 8}), Cmap({BLACK, WHITE}), Body({0, 0})});
     for (const auto& [bytes, strict, passed] : Table<Bytes, DescribeResult, std::string>{
              {Psd(broken), DescribeResult::Refused, "[\"empty layers (2)\",\"tagged blocks\"],\"psd\":{"},
              {Psd(Bitmap()), DescribeResult::Accepted, R"([],"psd":{)"},
@@ -173,8 +173,7 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
     const TempFolder folder;
     PsdFields fields = Bitmap();
     fields.layers.push_back({.name = "a name that is too long to be kept in place"});
-    for (const Bytes& bytes :
-        {Form("ILBM", {Bmhd({.width = 2, .height = 1}), Chunk("BODY", Bytes(2000))}), Psd(fields)}) {
+    for (const Bytes& bytes : {Form("ILBM", {Bmhd({.width = 2, .height = 1}), Body(Bytes(2000))}), Psd(fields)}) {
         const std::string path = folder.Write(bytes);
         bool failed = true;
         u32 partly = 0;
@@ -195,7 +194,7 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
         EXPECT_GT(partly, 0u);
     }
     const MemoryLimit limit(1000);
-    const Printed printed = Described(Form("ILBM", {Chunk("BODY", Bytes(2000))}), DescribeResult::NotWhole);
+    const Printed printed = Described(Form("ILBM", {Body(Bytes(2000))}), DescribeResult::NotWhole);
     EXPECT_EQ(printed.out, NOTHING);
     EXPECT_NE(printed.error.find(": There is not enough memory. It takes 2.0 KiB; "), std::string::npos)
         << printed.error;
@@ -204,7 +203,7 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
 // Rows that are padded, cut, empty or narrower than the picture, and planes that are missing.
 TEST(Describe, NoPictureShowsMemoryThatNobodyWrote) {
     const Bytes alpha = Alph({.width = 3, .height = 2, .data = {0xA0, 0x40}});
-    const Bytes body = Chunk("BODY", Random(1).SomeBytes(2 * 3 * 2));
+    const Bytes body = Body(Random(1).SomeBytes(2 * 3 * 2));
     PsdFields layered = LayeredPsd();
     PsdFields missing = {.channels = 1, .rows = 3, .columns = 5, .mode = PSD_CMYK};
     for (const Bytes& bytes : {Form("ILBM", {Bmhd({.width = 13, .height = 2, .planes = 3}), GreyCmap(8), alpha, body}),

@@ -57,5 +57,5 @@ Bytes BallPicture() {
     return Form("ILBM",
                 {Bmhd({.width = SIDE, .height = SIDE, .planes = PLANES, .compression = 1}), Cmap(Colours()),
                  Alph({.width = SIDE, .height = SIDE, .planes = 8, .compression = 1, .data = alpha}),
-                 Chunk("BODY", ByteRun(PlanesOf(shades, SIDE, PLANES), SIDE / 8))});
+                 Body(ByteRun(PlanesOf(shades, SIDE, PLANES), SIDE / 8))});
 }

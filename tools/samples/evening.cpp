@@ -64,7 +64,6 @@ Bytes EveningPicture() {
     for (u32 y = 0; y < HEIGHT; ++y)
         for (u32 x = 0; x < WIDTH; ++x) values.push_back(Evening(x, y));
     constexpr u32 PLANES = 5;
-    return Form("ILBM",
-                {Bmhd({.width = WIDTH, .height = HEIGHT, .planes = PLANES, .compression = 1}),
-                 Cmap(EveningColours()), Chunk("BODY", ByteRun(PlanesOf(values, WIDTH, PLANES), WIDTH / 8))});
+    return Form("ILBM", {Bmhd({.width = WIDTH, .height = HEIGHT, .planes = PLANES, .compression = 1}),
+                         Cmap(EveningColours()), Body(ByteRun(PlanesOf(values, WIDTH, PLANES), WIDTH / 8))});
 }

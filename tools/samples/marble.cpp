@@ -43,7 +43,7 @@ Bytes Level(u32 nLevel) {
     }
     const u32 planeRowSize = (side + 7) / 8;
     return Form("ILBM", {Bmhd({.width = side, .height = side, .planes = PLANES, .compression = 1}),
-                         Chunk("BODY", ByteRun(PlanesOf(values, side, PLANES), planeRowSize))});
+                         Body(ByteRun(PlanesOf(values, side, PLANES), planeRowSize))});
 }
 
 }  // namespace
