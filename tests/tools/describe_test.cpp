@@ -4,7 +4,6 @@
 #include "support/iff_builder.h"
 #include "support/memory_limit.h"
 #include "support/psd_builder.h"
-#include "support/random.h"
 #include "support/table.h"
 #include "support/temp_folder.h"
 #include "tools/common/messages.h"
@@ -198,28 +197,6 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
     EXPECT_EQ(printed.out, NOTHING);
     EXPECT_NE(printed.error.find(": There is not enough memory. It takes 2.0 KiB; "), std::string::npos)
         << printed.error;
-}
-
-// Rows that are padded, cut, empty or narrower than the picture, and planes that are missing.
-TEST(Describe, NoPictureShowsMemoryThatNobodyWrote) {
-    const Bytes alpha = Alph({.width = 3, .height = 2, .data = {0xA0, 0x40}});
-    const Bytes body = Body(Random(1).SomeBytes(2 * 3 * 2));
-    PsdFields layered = LayeredPsd();
-    PsdFields missing = {.channels = 1, .rows = 3, .columns = 5, .mode = PSD_CMYK};
-    for (const Bytes& bytes : {Form("ILBM", {Bmhd({.width = 13, .height = 2, .planes = 3}), GreyCmap(8), alpha, body}),
-             Form("ILBM", {Bmhd({.width = 13, .height = 2, .planes = 3, .compression = 1}), GreyCmap(8), body}),
-             Form("ILBM", {S3tc({.code = "DXT5", .width = 5, .height = 3, .data = Random(2).SomeBytes(32)})}),
-             Psd(layered), Psd(missing), Psd({.channels = 3, .rows = 3, .columns = 5, .depth = 1, .mode = PSD_RGB}),
-             Psd({.channels = 3, .rows = 3, .columns = 5, .depth = 16, .mode = PSD_RGB})})
-        for (const Tolerance tolerance : {Tolerance::None, Tolerance::Always}) {
-            const auto under = [&](u8 nFill) {
-                const FilledMemory filled(nFill);
-                return Described(bytes, DescribeResult::Accepted, tolerance).out;
-            };
-            const std::string zeroes = under(0);
-            EXPECT_EQ(under(0xA5), zeroes);
-            EXPECT_NE(zeroes.find("\"bitmap\":true"), std::string::npos);
-        }
 }
 
 TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
