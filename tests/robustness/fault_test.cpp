@@ -1,4 +1,5 @@
 // Every call that can fail fails: the first, the second and so on, until a run has none left to fail.
+#include "support/has.h"
 #include "support/sample_files.h"
 #include "support/table.h"
 #include "support/trial.h"
@@ -17,7 +18,7 @@ const Calls REQUESTS = {"request", &Plan::requests};
 constexpr u64 MOST_CALLS = 20'000;  // of one kind in a run
 
 bool IsRefused(const Answer& answer, const std::string& strReason) {
-    return answer.strLoad.starts_with("refused") && answer.strLoad.find(strReason) != std::string::npos;
+    return answer.strLoad.starts_with("refused") && Has(answer.strLoad, strReason);
 }
 
 // Runs each sample under both sets of rules with each plan that struck(fault) makes, and hands what came of it to

@@ -1,6 +1,7 @@
 // Files of very many small parts: whole they open, and without their last byte the reader that knows them says where
 // they end.
 #include "support/failing_new.h"
+#include "support/has.h"
 #include "support/hostile_files.h"
 #include "support/memory_limit.h"
 #include "support/trial.h"
@@ -21,14 +22,12 @@ TEST(Hostile, FilesOfManyPartsAreReadOrRefusedAlike) {
         const Answer whole = Trial().Run(bytes);
         EXPECT_TRUE(whole.IsOpen()) << whole;
         // With a hash behind it.
-        const auto isValid = [](const std::string& strPicture) {
-            return strPicture.find(" valid ") != std::string::npos;
-        };
+        const auto isValid = [](const std::string& strPicture) { return Has(strPicture, " valid "); };
         const bool shows = std::any_of(whole.pictures.begin(), whole.pictures.end(), isValid);
         EXPECT_EQ(shows, file.bHasPicture) << whole;
         const Answer cut = Trial().Run(Truncated(bytes, 1));
         EXPECT_TRUE(cut.strLoad.starts_with("refused")) << cut;
-        EXPECT_NE(cut.strLoad.find("the file ends"), std::string::npos) << cut;
+        EXPECT_TRUE(Has(cut.strLoad, "the file ends")) << cut;
         for (const u8 fill : {u8{0x00}, u8{0xFF}}) {
             const FilledMemory memory(fill);
             EXPECT_EQ(Trial().Run(bytes), whole);
@@ -46,7 +45,7 @@ TEST(Hostile, FilesOfManyPartsStayWithinTheLimit) {
         const Plan plan = {.nMemory = many.size()};
         const Answer answer = Trial().Run(many, plan);
         EXPECT_FALSE(answer.IsOpen()) << answer;
-        EXPECT_NE(answer.strLoad.find("memory"), std::string::npos) << answer;
+        EXPECT_TRUE(Has(answer.strLoad, "memory")) << answer;
         const bool isPhotoshop = many[0] == '8';
         EXPECT_EQ(answer.strLoad.starts_with("refused: "), isPhotoshop) << answer;
         EXPECT_EQ(LargeBlock::Left(), left);

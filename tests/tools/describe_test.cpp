@@ -1,6 +1,7 @@
 #include "tools/describe/describe.h"
 
 #include "support/failing_new.h"
+#include "support/has.h"
 #include "support/iff_builder.h"
 #include "support/memory_limit.h"
 #include "support/psd_builder.h"
@@ -71,7 +72,7 @@ TEST(Describe, PartsOfOtherDocuments) {
              {Form("ILBM", {unknown}), R"({"bitmap":false,"colours":null,"crc":null,"height":null,)"},
              {Psd({.mode = PSD_LAB}), R"({"bitmap":false,"colours":0,"crc":null,"height":1,)"},
          })
-        EXPECT_NE(Described(bytes).out.find(part), std::string::npos) << part;
+        EXPECT_TRUE(Has(Described(bytes).out, part)) << part;
 }
 
 // A bitmap of 9 by 1 pixels with one layer of 2 by 1 and one channel.
@@ -133,18 +134,18 @@ TEST(Describe, WhatWasPassedOver) {
              {Psd(Bitmap()), DescribeResult::Accepted, R"([],"psd":{)"},
              {chunky, DescribeResult::Accepted, R"(["one byte a pixel"],"psd":null})"},
          }) {
-        EXPECT_EQ(Described(bytes, strict).out.find("passed_over"), std::string::npos) << passed;
+        EXPECT_FALSE(Has(Described(bytes, strict).out, "passed_over")) << passed;
         const std::string out = Described(bytes, DescribeResult::Accepted, Tolerance::Always).out;
-        EXPECT_NE(out.find(R"(],"passed_over":)" + passed), std::string::npos) << out << passed;
+        EXPECT_TRUE(Has(out, R"(],"passed_over":)" + passed)) << out << passed;
     }
     // The tree that is printed is the picture's.
-    EXPECT_NE(Described(chunky).out.find(R"("id":"BODY","type":null,"unknown":true)"), std::string::npos);
+    EXPECT_TRUE(Has(Described(chunky).out, R"("id":"BODY","type":null,"unknown":true)"));
     const std::string out = Described(chunky, DescribeResult::Accepted, Tolerance::Always).out;
-    EXPECT_NE(out.find(R"("id":"BODY","type":null,"unknown":false)"), std::string::npos);
+    EXPECT_TRUE(Has(out, R"("id":"BODY","type":null,"unknown":false)"));
 
     const Printed refused = Described(Psd({.version = 3}), DescribeResult::Refused, Tolerance::Always);
-    EXPECT_NE(refused.out.find(R"("layer_list":null,"passed_over":[],"psd":null})"), std::string::npos);
-    EXPECT_NE(refused.error.find("version 3; 1 and 2 are read"), std::string::npos) << "by the tolerant rules";
+    EXPECT_TRUE(Has(refused.out, R"("layer_list":null,"passed_over":[],"psd":null})"));
+    EXPECT_TRUE(Has(refused.error, "version 3; 1 and 2 are read")) << "by the tolerant rules";
 }
 
 TEST(Describe, AFileThatCannotBeOpenedPrintsNothing) {
@@ -165,7 +166,7 @@ bool IsFinished(const std::string& strLine) {
         if (open.empty() || open.back() != c) return false;
         open.pop_back();
     }
-    return open.empty() && !quoted && strLine.ends_with("}\n") && strLine.find(":,") == std::string::npos;
+    return open.empty() && !quoted && strLine.ends_with("}\n") && !Has(strLine, ":,");
 }
 
 TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
@@ -187,7 +188,7 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
             EXPECT_EQ(error.empty(), !failed);
             if (result == DescribeResult::CannotBeOpened) continue;
             EXPECT_TRUE(IsFinished(text)) << text << succeeding;
-            partly += result == DescribeResult::NotWhole && text.find("\"none\"") == std::string::npos;
+            partly += result == DescribeResult::NotWhole && !Has(text, "\"none\"");
             ASSERT_LT(succeeding, 1000u);
         }
         EXPECT_GT(partly, 0u);
@@ -195,8 +196,7 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
     const MemoryLimit limit(1000);
     const Printed printed = Described(Form("ILBM", {Body(Bytes(2000))}), DescribeResult::NotWhole);
     EXPECT_EQ(printed.out, NOTHING);
-    EXPECT_NE(printed.error.find(": There is not enough memory. It takes 2.0 KiB; "), std::string::npos)
-        << printed.error;
+    EXPECT_TRUE(Has(printed.error, ": There is not enough memory. It takes 2.0 KiB; ")) << printed.error;
 }
 
 TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
@@ -211,13 +211,13 @@ TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
         u32 pictures = 0;
         for (size_t at = 0; (at = out.find("\"bitmap\":true", at)) != std::string::npos; ++at) ++pictures;
         EXPECT_EQ(pictures, built) << most;
-        EXPECT_EQ(out.find(nothing) != std::string::npos, most < 40) << most;
+        EXPECT_EQ(Has(out, nothing), most < 40) << most;
         EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), most < 40 ? 1 : 0) << error;
     }
     // A bitmap that memory refuses counts as well.
     const MemoryLimit limit(40 + 8 * 8 + 2 * 8 + 31);  // planes and their tables, and not quite the bitmap
     const Printed printed = WhatPrints([&] { DescribeFile(path, stdout, Tolerance::None, 19); });
-    EXPECT_NE(printed.error.find("passed 19 pixels"), std::string::npos);
+    EXPECT_TRUE(Has(printed.error, "passed 19 pixels"));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "framework/core/exception.h"
+#include "support/has.h"
 #include "support/psd_builder.h"
 #include "support/shown.h"
 #include "support/table.h"
@@ -64,14 +65,14 @@ TEST(ExportNames, AreCutBetweenCharacters) {
             EXPECT_GT(name.size(), 255u - euro.size());
             EXPECT_EQ(PlainText(name), name) << "a character was cut";
             EXPECT_TRUE(name.starts_with("file.psd.")) << name;
-            EXPECT_NE(name.find(".Composite."), std::string::npos) << name;
+            EXPECT_TRUE(Has(name, ".Composite.")) << name;
         }
     }
     // All parts are long, and each keeps something.
     const std::string name =
         PictureNames(".png").Next(std::string(255, 'f'), std::string(300, 'l'), std::string(90, 'c'));
     EXPECT_EQ(name.size(), 255u);
-    for (const char* const part : {"ffff", "llll", "cccc"}) EXPECT_NE(name.find(part), std::string::npos) << name;
+    for (const char* const part : {"ffff", "llll", "cccc"}) EXPECT_TRUE(Has(name, part)) << name;
 }
 
 std::string ReadFile(const std::string& strPath) {
@@ -212,14 +213,13 @@ TEST(Export, TellsWhatItDoesNotWrite) {
         return testing::internal::GetCapturedStderr();
     };
     // What was asked for and is not there is a failure, and what is among all is none.
-    EXPECT_NE(exported({}, false).find("lab: layer 0, channel 0: there is no picture\n"), std::string::npos);
+    EXPECT_TRUE(Has(exported({}, false), "lab: layer 0, channel 0: there is no picture\n"));
     const std::string all = exported({.choice = {.bAll = true}}, true);
-    EXPECT_NE(all.find("read tolerantly, passing over: empty layers\n"), std::string::npos) << all;
+    EXPECT_TRUE(Has(all, "read tolerantly, passing over: empty layers\n")) << all;
     EXPECT_EQ(CountIn(folder), 4u);
-    EXPECT_NE(exported({.choice = {.channels = {"1"}}}, false).find("lab.Image.Lightness.png: It is there already"),
-        std::string::npos);
+    EXPECT_TRUE(Has(exported({.choice = {.channels = {"1"}}}, false), "lab.Image.Lightness.png: It is there already"));
     exported({.choice = {.channels = {"1"}}, .bForce = true}, true);
-    EXPECT_NE(exported({.choice = {.bAll = true}, .bStrict = true}, false).find("refused"), std::string::npos);
+    EXPECT_TRUE(Has(exported({.choice = {.bAll = true}, .bStrict = true}, false), "refused"));
 }
 
 TEST(Export, WritesNoCompositeWithoutTheAlphaThatItHas) {
