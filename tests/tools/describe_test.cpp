@@ -36,6 +36,14 @@ Printed Described(const Bytes& bytes, DescribeResult expected = DescribeResult::
     return WhatPrints([&] { EXPECT_EQ(DescribeFile(path, stdout, tolerance), expected); });
 }
 
+// The entry of a channel whose picture is there and valid, one row high.
+std::string ChannelJson(const std::string& strName, u32 nWidth, u32 nColours, const char* pszCrc, const char* pszSums) {
+    const std::string width = std::to_string(nWidth), colours = std::to_string(nColours);
+    return R"({"name":")" + strName + R"(","picture":{"bitmap":true,"colours":)" + colours + R"(,"crc":")" + pszCrc +
+           R"(","height":1,"info":")" + width + "x1x" + colours + R"(","sum":[)" + pszSums +
+           R"(],"valid":true,"width":)" + width + "}}";
+}
+
 TEST(Describe, AnIffDocument) {
     const Printed printed =
         Described(Form("ILBM", {Bmhd({.width = 2, .height = 1}), Cmap({BLACK, {1, 2, 3}}), Chunk("TRAN", Bytes(8, 1)),
@@ -51,11 +59,11 @@ TEST(Describe, AnIffDocument) {
         R"({"children":[],"fields":[1,65282],"id":"GRAB","type":null,"unknown":false},)"
         R"({"children":[],"fields":[9,"cbf43926"],"id":"\u0022\u005c\u007f\u00e9","type":null,"unknown":true},)"
         R"({"children":[],"fields":[1,"3fba6cad"],"id":"BODY","type":null,"unknown":false}],)"
-        R"("fields":[],"id":"FORM","type":"ILBM","unknown":false},"layer_list":[{"channels":[)"
-        R"({"name":"Composite","picture":{"bitmap":true,"colours":2,"crc":"12eb8e88","height":1,"info":"2x1x2","sum":[1,2,3],"valid":true,"width":2}},)"
-        R"({"name":"Alpha","picture":{"bitmap":true,"colours":2,"crc":"de1cca43","height":1,"info":"2x1x2","sum":[1,1,1],"valid":true,"width":2}}],)"
-        R"("name":"Image"}],"psd":null})"
-        "\n");
+        R"("fields":[],"id":"FORM","type":"ILBM","unknown":false},"layer_list":[{"channels":[)" +
+            ChannelJson("Composite", 2, 2, "12eb8e88", "1,2,3") + "," +
+            ChannelJson("Alpha", 2, 2, "de1cca43", "1,1,1") +
+            R"(],"name":"Image"}],"psd":null})"
+            "\n");
     EXPECT_EQ(printed.error, "");
 }
 
@@ -93,17 +101,18 @@ PsdFields Bitmap() {
 
 TEST(Describe, APhotoshopDocument) {
     EXPECT_EQ(Described(Psd(Bitmap())).out,
-        R"({"accepted":"psd","file":"file","iff":null,"layer_list":[{"channels":[)"
-        R"({"name":"Composite","picture":{"bitmap":true,"colours":0,"crc":"65668e51","height":1,"info":"9x1x0","sum":[2040,2040,2040],"valid":true,"width":9}},)"
-        R"({"name":"Black","picture":{"bitmap":true,"colours":0,"crc":"65668e51","height":1,"info":"9x1x0","sum":[2040,2040,2040],"valid":true,"width":9}}],"name":"Image"},)"
-        R"({"channels":[{"name":"Composite","picture":{"bitmap":true,"colours":0,"crc":"e5824ca2","height":1,"info":"2x1x0","sum":[11,0,0],"valid":true,"width":2}},)"
-        R"({"name":"0: Red","picture":{"bitmap":true,"colours":0,"crc":"a5853153","height":1,"info":"2x1x0","sum":[11,11,11],"valid":true,"width":2}}],"name":"nm"}],)"
-        R"("psd":{"channels":1,"depth":1,"global_masks":[{"colour":"7272676762626161","colour_space":65534,"kind":128,"opacity":4660}],)"
-        R"("height":1,"layers":[{"blend_key":"norm","channels":[{"dest_range":"44535430","id":0,"length":4,"source_range":"53524330"}],)"
-        R"("clipping":-1,"dest_range":"64657374","flags":240,"mask":{"colour":254,"flags":253,"rect":[1,2,3,4]},)"
-        R"("name":"nm","opacity":254,"rect":[5,-1,6,1],"source_range":"73726365"}],"merged_alpha":false,"mode":0,"palette":null,)"
-        R"("resources":[{"crc":null,"id":1006,"name":"","names":["m"],"size":2}],"width":9}})"
-        "\n");
+        R"({"accepted":"psd","file":"file","iff":null,"layer_list":[{"channels":[)" +
+            ChannelJson("Composite", 9, 0, "65668e51", "2040,2040,2040") + "," +
+            ChannelJson("Black", 9, 0, "65668e51", "2040,2040,2040") + R"(],"name":"Image"},{"channels":[)" +
+            ChannelJson("Composite", 2, 0, "e5824ca2", "11,0,0") + "," +
+            ChannelJson("0: Red", 2, 0, "a5853153", "11,11,11") +
+            R"(],"name":"nm"}],)"
+            R"("psd":{"channels":1,"depth":1,"global_masks":[{"colour":"7272676762626161","colour_space":65534,"kind":128,"opacity":4660}],)"
+            R"("height":1,"layers":[{"blend_key":"norm","channels":[{"dest_range":"44535430","id":0,"length":4,"source_range":"53524330"}],)"
+            R"("clipping":-1,"dest_range":"64657374","flags":240,"mask":{"colour":254,"flags":253,"rect":[1,2,3,4]},)"
+            R"("name":"nm","opacity":254,"rect":[5,-1,6,1],"source_range":"73726365"}],"merged_alpha":false,"mode":0,"palette":null,)"
+            R"("resources":[{"crc":null,"id":1006,"name":"","names":["m"],"size":2}],"width":9}})"
+            "\n");
 }
 
 constexpr const char* NOTHING = R"({"accepted":"none","file":"file","iff":null,"layer_list":null,"psd":null})"
