@@ -1,8 +1,6 @@
 #include "display/catalogue.h"
-#include "framework/core/exception.h"
 #include "support/iff_builder.h"
 #include "support/memory_limit.h"
-#include "support/psd_builder.h"
 #include "support/shown.h"
 #include "support/table.h"
 
@@ -86,21 +84,5 @@ TEST(S3tc, IsShownWithOrWithoutItsAlpha) {
         shown.Select(0, 1);
         EXPECT_EQ(shown.Text(), alpha);
         EXPECT_EQ(shown.image.m_nWidth, 2u) << "the size is the chunk's, whatever its code";
-    }
-}
-
-TEST(DisplayImage, WithoutMemoryNoPictureIsLeft) {
-    const PsdLayerFields layer = {.bottom = 40, .right = 40, .channels = {{.data = RawData(Bytes(1600))}}};
-    for (const auto& [nLayer, file] : Table<u32, Bytes>{
-             {0, Picture({.width = 40, .height = 40}, Bytes(200))},
-             {0, Form("ILBM", {S3tc({.width = 40, .height = 40, .data = Bytes(800)})})},
-             {1, Psd({.layers = {layer}})},
-         }) {
-        Shown shown(file, nLayer);
-        ASSERT_EQ(shown.image.m_bValid, 1u);
-        const MemoryLimit limit(1000);
-        EXPECT_THROW(shown.image.BuildBitmap(shown.document, {nLayer, 0}), CMemoryException);
-        EXPECT_FALSE(shown.image.m_bValid || shown.image.m_hBitmap);
-        EXPECT_FALSE(shown.image.m_pBody && shown.image.m_pBody->DecodeRow()) << "decoding has ended";
     }
 }
