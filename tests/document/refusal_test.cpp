@@ -240,10 +240,13 @@ void RefuseWhatTheSourceOrTheMachineLacks() {
     EXPECT_EQ(ReasonFor(body, claims(0x80000000)),
         "The IFF reader stopped at byte 0, the outermost id: the file has 2147483648 bytes; at most 2147483647 are "
         "read");
+    const Bytes channel = Psd(Channel(RawData(Bytes(9000)), 0, 1, 9000));
+    const std::string lacking = "there is not enough memory for it. It takes 8.8 KiB; ";
     const MemoryLimit limit(7999);
     EXPECT_EQ(ReasonFor(psd),
-        "The Photoshop reader stopped at byte 40, composite: there is not enough memory for it. "
-        "It takes 8.8 KiB; 7.8 KiB is left of the limit");
+        "The Photoshop reader stopped at byte 40, composite: " + lacking + "7.8 KiB is left of the limit");
+    EXPECT_TRUE(
+        ReasonFor(channel).starts_with("The Photoshop reader stopped at byte 98, channel 0 of layer 0: " + lacking));
 }
 
 TEST(Refusal, EveryRuleHasItsPositionAndItsReason) {

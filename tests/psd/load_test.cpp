@@ -75,12 +75,6 @@ TEST(LoadPsd, WithoutMemoryForSamplesThereIsNoPlane) {
         EXPECT_EQ(loaded.image.AllocatePlanes(), most == size);
         EXPECT_EQ(loaded.image.m_pppPlanes != nullptr, most == size);
     }
-    const Bytes layered = Psd({.layers = {{.right = 2000, .channels = {{.data = RawData(Bytes(2000))}}}}});
-    const MemoryLimit limit(1999);
-    const LoadedPsd without(layered);
-    EXPECT_EQ(without.image.GetFinding().place, Place::Channel);
-    EXPECT_EQ(without.image.GetFinding().rule, Rule::NotEnoughMemory);
-    EXPECT_FALSE(without.image.m_Layers.GetAt(0)->m_Channels.GetAt(0)->m_ppPlane);
 }
 
 TEST(LoadPsd, ACutDocumentLeavesNothingBehind) {
