@@ -5,32 +5,12 @@
 
 #include <gtest/gtest.h>
 
-// Something of everything that needs memory of its own under the tolerant rules.
-static PsdFields Everything() {
-    const std::string name = "a name too long to be kept in place";
-    PsdFields fields = {.version = 2, .rows = 2, .columns = 3, .depth = 16, .compression = 1};
-    fields.resources = {{.signature = "ZZZZ", .data = Bytes(2000)}};
-    fields.globalMasks = Bytes(17);
-    fields.samples = ByteBuilder().U32(2, 2).U8(0xFB, 1, 0xFB, 2);
-    ByteBuilder text;
-    text.U32(name.size());
-    for (const char c : name) text.U16(c);
-    PsdFields layers = {.version = 2};
-    layers.layers = {{.bottom = 2, .right = 3, .extra = TaggedBlock("luni", text)}, {.right = 0, .name = name}};
-    for (const u32 compression : {2u, 3u})
-        layers.layers[0].channels.push_back({.id = 1, .data = ZipData(Bytes(12, 1), compression)});
-    layers.layers[0].channels.push_back({.data = PackedData({{0xFB, 3}, {0x80, 0xFB, 4}}, true)});
-    layers.layers[0].channels.push_back({.id = -2, .data = RawData({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})});
-    fields.tagged = TaggedBlock("Lr16", LayerInfo(layers), 0, true);
-    return fields;
-}
-
 // Documents, the rules that read them, and what these make of them.
 static Table<Bytes, ReadingRules, std::string> WholeDocuments() {
     return {
         {Psd(LayeredPsd()), STRICT,
             " | r1006 r1000 first(-1:1,2,3/4,5,6 0:7,7,7/7,8,9 -2:10,11) (-2:12) m128 m170 = 1,1,1/1,2,3"},
-        {Psd(Everything()), TOLERANT,
+        {Psd(LargePsd()), TOLERANT,
             "version 2; foreign resources; empty layers; ZIP channels (2); layers of more than 8 bits; "
             "loose PackBits rows; global mask of another length; tagged blocks; PackBits of 1, 16 or 32 bits | r1000 "
             "a name too long to be kept in place(1:1,1,1/1,1,1 1:1,2,3/1,2,3 0:3,3,3/4,4,4 -2:1,3,5/7,9,11) "

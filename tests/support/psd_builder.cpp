@@ -91,6 +91,25 @@ PsdFields LayeredPsd() {
     return fields;
 }
 
+PsdFields LargePsd() {
+    const std::string name = "a name too long to be kept in place";
+    ByteBuilder text;
+    text.U32(name.size());
+    for (const char c : name) text.U16(c);
+    PsdFields layers = {.version = 2};
+    layers.layers = {{.bottom = 2, .right = 3, .extra = TaggedBlock("luni", text)}, {.right = 0, .name = name}};
+    for (const u32 compression : {2u, 3u})
+        layers.layers[0].channels.push_back({.id = 1, .data = ZipData(Bytes(12, 1), compression)});
+    layers.layers[0].channels.push_back({.data = PackedData({{0xFB, 3}, {0x80, 0xFB, 4}}, true)});
+    layers.layers[0].channels.push_back({.id = -2, .data = RawData({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})});
+    PsdFields fields = {.version = 2, .rows = 2, .columns = 3, .depth = 16, .compression = 1};
+    fields.resources = {{.signature = "ZZZZ", .data = Bytes(2)}};
+    fields.globalMasks = Bytes(17);
+    fields.tagged = TaggedBlock("Lr16", LayerInfo(layers), 0, true);
+    fields.samples = ByteBuilder().U32(2, 2).U8(0xFB, 1, 0xFB, 2);
+    return fields;
+}
+
 // Rows of samples that a function finds by row and column.
 template <typename SampleAt>
 static std::string PlaneText(u32 rows, u32 columns, SampleAt sampleAt) {

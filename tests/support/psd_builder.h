@@ -69,6 +69,10 @@ Bytes TaggedBlock(const std::string& key, const Bytes& data, i64 excess = 0, boo
 // Something of everything: palette, resources, layers with raw and packed channels, masks, ranges and names.
 PsdFields LayeredPsd();
 
+// The same of what the tolerant rules alone read: large lengths, layers in a tagged block, zipped and loose rows, and
+// names that need memory of their own.
+PsdFields LargePsd();
+
 struct LoadedPsd {
     explicit LoadedPsd(Bytes bytes) : source(std::move(bytes)), bLoaded(image.LoadPsd(&source.stream)) {}
     explicit LoadedPsd(const PsdFields& fields) : LoadedPsd(Psd(fields)) {}

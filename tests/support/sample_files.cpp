@@ -67,22 +67,6 @@ PsdFields Layered(u32 nDepth) {
     return fields;
 }
 
-// Large lengths, layers in a tagged block, zipped and loose rows.
-Bytes LargeDocument() {
-    PsdFields layers = {.version = 2};
-    layers.layers = {{.bottom = 2, .right = 3, .extra = TaggedBlock("luni", ByteBuilder().U32(2).U16('a', 'b'))},
-        {.right = 0, .name = "empty"}};
-    for (const u32 compression : {2u, 3u})
-        layers.layers[0].channels.push_back({.id = 1, .data = ZipData(Bytes(12, 1), compression)});
-    layers.layers[0].channels.push_back({.data = PackedData({{0xFB, 3}, {0x80, 0xFB, 4}}, true)});
-    PsdFields fields = {.version = 2, .rows = 2, .columns = 3, .depth = 16, .compression = 1};
-    fields.resources = {{.signature = "ZZZZ", .data = Bytes(2)}};
-    fields.globalMasks = Bytes(17);
-    fields.tagged = TaggedBlock("Lr16", LayerInfo(layers), 0, true);
-    fields.samples = ByteBuilder().U32(2, 2).U8(0xFB, 1, 0xFB, 2);
-    return Psd(fields);
-}
-
 // Parts that are read past the buffer, and lie across its edges.
 Bytes LongPicture() {
     return Form("ILBM", {Chunk("ANNO", Bytes(1500)), Bmhd({80, 70, 8}), GreyCmap(256), Body(Planes(5600))});
@@ -121,7 +105,7 @@ std::vector<SampleFile> SmallSampleFiles() {
         {"two_readings", TwoReadings()},
         {"layered", Psd(Layered(8))},
         {"bits", Psd(bits)},
-        {"large", LargeDocument()},
+        {"large", Psd(LargePsd())},
         {"indexed", Psd(LayeredPsd())},
     };
 }
