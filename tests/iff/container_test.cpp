@@ -36,12 +36,19 @@ static std::string ChildrenOf(const IffContainer& container) {
 
 TEST(IffId, HoldsTheBytesOfAnyCharacters) { EXPECT_EQ(IffId("\x81\xFF\0\x7F").m_nValue, 0x7F00FF81u); }
 
-TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
-    MemoryStream source(Bytes(20));
+// An archive of its own over bytes in memory.
+struct RootArchive {
+    explicit RootArchive(Bytes bytes) : source(std::move(bytes)) { root->Attach(&source.stream); }
+
+    MemoryStream source;
     Finding finding;
     PassedOver passedOver;
-    const auto root = CountedPtr<IffArchive>::Adopt(new IffStreamArchive(finding, passedOver));
-    root->Attach(&source.stream);
+    const CountedPtr<IffArchive> root = CountedPtr<IffArchive>::Adopt(new IffStreamArchive(finding, passedOver));
+};
+
+TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
+    const RootArchive archive(Bytes(20));
+    const auto& root = archive.root;
     root->CloseChunk(root->OpenChunk(21));
     EXPECT_FALSE(root->HasFailed());
     u8 value = 0;
@@ -54,12 +61,9 @@ TEST(IffArchive, AChildLargerThanItsParentFailsTheNextTransfer) {
 }
 
 TEST(IffArchive, IntegersAreBigEndianAndKeepTheirSign) {
-    MemoryStream source(Bytes{0x80, 1, 2, 3, 4, 5, 6, 7, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0xFE,
-        0xFF, 0xFF, 0xFF, 0xFE, 0xFE});
-    Finding finding;
-    PassedOver passedOver;
-    const auto root = CountedPtr<IffArchive>::Adopt(new IffStreamArchive(finding, passedOver));
-    root->Attach(&source.stream);
+    const RootArchive archive(Bytes{0x80, 1, 2, 3, 4, 5, 6, 7, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF,
+        0xFE, 0xFF, 0xFF, 0xFF, 0xFE, 0xFE});
+    const auto& root = archive.root;
     const auto next = [&](auto value) {
         root->Transfer(value);
         return value;
