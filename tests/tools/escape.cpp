@@ -1,5 +1,6 @@
 // Preloaded, does at a program's first read of a file what one that takes over its reader could want: VISTREL_ESCAPE
 // says what. Where the system lets it, that is said and the read goes on.
+#include "preloaded_pread.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -45,7 +46,9 @@ void Try(const char* pszWhat, int nInput) {
         while (true) continue;
 }
 
-ssize_t ReadAfterwards(int nDescriptor, void* pOut, size_t nCount, off_t nPosition) {
+}  // namespace
+
+ssize_t ReadInstead(int nDescriptor, void* pOut, size_t nCount, off_t nPosition) {
     static const char* what = getenv("VISTREL_ESCAPE");
     if (what) {
         Try(what, nDescriptor);
@@ -54,26 +57,4 @@ ssize_t ReadAfterwards(int nDescriptor, void* pOut, size_t nCount, off_t nPositi
         if (write(STDERR_FILENO, text.data(), text.size()) < 0) abort();
     }
     return syscall(SYS_pread64, nDescriptor, pOut, nCount, nPosition);
-}
-
-}  // namespace
-
-// By all the names that a program may know it by.
-extern "C" {
-
-ssize_t pread(int nDescriptor, void* pOut, size_t nCount, off_t nPosition) {
-    return ReadAfterwards(nDescriptor, pOut, nCount, nPosition);
-}
-
-ssize_t pread64(int nDescriptor, void* pOut, size_t nCount, off_t nPosition) {
-    return ReadAfterwards(nDescriptor, pOut, nCount, nPosition);
-}
-
-ssize_t __pread_chk(int nDescriptor, void* pOut, size_t nCount, off_t nPosition, size_t) {
-    return ReadAfterwards(nDescriptor, pOut, nCount, nPosition);
-}
-
-ssize_t __pread64_chk(int nDescriptor, void* pOut, size_t nCount, off_t nPosition, size_t) {
-    return ReadAfterwards(nDescriptor, pOut, nCount, nPosition);
-}
 }
