@@ -229,6 +229,7 @@ TEST(Tolerant, CompressedSamples) {
     };
     const std::string zip = "ZIP channels |", loose = "loose PackBits rows |",
                       depths = "PackBits of 1, 16 or 32 bits |";
+    const std::string deep = "layers of more than 8 bits |", floats = "32 bits a sample; " + deep;
     const Bytes zipped = ZipData({1, 2, 3, 4});
     ExpectOutcomes({
         {"zipped", shorter(zipped, 0), zip + " (0:1,2/3,4) = 0"},
@@ -248,23 +249,19 @@ TEST(Tolerant, CompressedSamples) {
             loose + " (0:1,2/3,4) = 0"},
         {"the rest of a row", Channel(PackedData({{0, 7, 9}, {0, 8}}), 2), loose + " (0:7/8) = 0"},
         {"a row one byte short", Channel(PackedData({{0, 7}, {2, 8, 9, 9}}), 2, 2), UNDECODED},
-        {"16 bits", Deep(16, RawData({1, 255, 2, 0, 3, 128, 4, 0}), 2, 2),
-            "layers of more than 8 bits | (0:1,2/3,4) = 0"},
+        {"16 bits", Deep(16, RawData({1, 255, 2, 0, 3, 128, 4, 0}), 2, 2), deep + " (0:1,2/3,4) = 0"},
         {"half of them", Deep(16, TWO, 1, 2), "layers of more than 8 bits; " + UNDECODED},
-        {"packed", Deep(16, PackedData({{3, 1, 9, 2, 9}, {0xFD, 3}}), 2, 2),
-            "layers of more than 8 bits | (0:1,2/3,3) = 0"},
+        {"packed", Deep(16, PackedData({{3, 1, 9, 2, 9}, {0xFD, 3}}), 2, 2), deep + " (0:1,2/3,3) = 0"},
         {"zipped", Deep(16, ZipData({1, 0, 255, 255, 3, 4, 255, 0}, 3), 2, 2),
-            "ZIP channels; layers of more than 8 bits | (0:1,0/3,2) = 0"},
-        {"floats", Deep(32, RawData(Floats({0.5, 2})), 1, 2),
-            "32 bits a sample; layers of more than 8 bits | (0:188,255) = 0"},
-        {"transparency", Deep(32, PackedData({Joined({3}, Floats({0.5}))}), 1, 1, -1),
-            "32 bits a sample; layers of more than 8 bits | (-1:128) = 0"},
+            "ZIP channels; " + deep + " (0:1,0/3,2) = 0"},
+        {"floats", Deep(32, RawData(Floats({0.5, 2})), 1, 2), floats + " (0:188,255) = 0"},
+        {"transparency", Deep(32, PackedData({Joined({3}, Floats({0.5}))}), 1, 1, -1), floats + " (-1:128) = 0"},
         {"zipped", Deep(32, ZipData(Floats({0.25})), 1, 1, -1),
-            "32 bits a sample; ZIP channels; layers of more than 8 bits | (-1:64) = 0"},
+            "32 bits a sample; ZIP channels; " + deep + " (-1:64) = 0"},
         // Upper bytes first, each what it adds to the one before: 1/2, 1/4 and 1, 1/2.
         {"row by row",
             Deep(32, ZipData({0x3F, 0xFF, 0xC2, 0x80, 0x80, 0, 0, 0, 0x3F, 0, 0x41, 0x80, 0, 0, 0, 0}, 3), 2, 2, -1),
-            "32 bits a sample; ZIP channels; layers of more than 8 bits | (-1:128,64/255,128) = 0"},
+            "32 bits a sample; ZIP channels; " + deep + " (-1:128,64/255,128) = 0"},
         {"1 bit", composite(1, 9, {0, 3, 1, 0x55, 0x80}), depths + " = 1,0,1,0,1,0,1,0,0"},
         {"16 bits", composite(16, 2, {0, 2, 0xFD, 1}), depths + " = 257,257"},
         {"32 bits", composite(32, 1, Joined({0, 5, 3}, Floats({1}))), "32 bits a sample; " + depths + " = 255"},
