@@ -7,6 +7,7 @@
 #include "app/vistrel_view.h"
 #include "document/vistrel_doc.h"
 #include "framework/core/resource.h"
+#include "support/has.h"
 #include "support/iff_builder.h"
 #include "support/private_home.h"
 #include "support/psd_builder.h"
@@ -160,11 +161,6 @@ inline void ScrollTo(int x, int y) {
 }
 
 // What shows
-
-// Its failure names the text.
-inline testing::AssertionResult Has(const std::string& strText, const std::string& strPart) {
-    return testing::AssertionResult(strText.find(strPart) != std::string::npos) << "in \"" << strText << '"';
-}
 
 inline QComboBox& ListOf(const CComboBox& list) { return dynamic_cast<QComboBox&>(*list.GetWidget()); }
 

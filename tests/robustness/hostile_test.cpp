@@ -22,7 +22,7 @@ TEST(Hostile, FilesOfManyPartsAreReadOrRefusedAlike) {
         const Answer whole = Trial().Run(bytes);
         EXPECT_TRUE(whole.IsOpen()) << whole;
         // With a hash behind it.
-        const auto isValid = [](const std::string& strPicture) { return Has(strPicture, " valid "); };
+        const auto isValid = [](const std::string& strPicture) { return bool{Has(strPicture, " valid ")}; };
         const bool shows = std::any_of(whole.pictures.begin(), whole.pictures.end(), isValid);
         EXPECT_EQ(shows, file.bHasPicture) << whole;
         const Answer cut = Trial().Run(Truncated(bytes, 1));

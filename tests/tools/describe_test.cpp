@@ -145,7 +145,7 @@ TEST(Describe, WhatWasPassedOver) {
          }) {
         EXPECT_FALSE(Has(Described(bytes, strict).out, "passed_over")) << passed;
         const std::string out = Described(bytes, DescribeResult::Accepted, Tolerance::Always).out;
-        EXPECT_TRUE(Has(out, R"(],"passed_over":)" + passed)) << out << passed;
+        EXPECT_TRUE(Has(out, R"(],"passed_over":)" + passed));
     }
     // The tree that is printed is the picture's.
     EXPECT_TRUE(Has(Described(chunky).out, R"("id":"BODY","type":null,"unknown":true)"));
@@ -205,7 +205,7 @@ TEST(Describe, TheLineIsFinishedWhateverMemoryLacks) {
     const MemoryLimit limit(1000);
     const Printed printed = Described(Form("ILBM", {Body(Bytes(2000))}), DescribeResult::NotWhole);
     EXPECT_EQ(printed.out, NOTHING);
-    EXPECT_TRUE(Has(printed.error, ": There is not enough memory. It takes 2.0 KiB; ")) << printed.error;
+    EXPECT_TRUE(Has(printed.error, ": There is not enough memory. It takes 2.0 KiB; "));
 }
 
 TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
@@ -220,7 +220,7 @@ TEST(Describe, NoMorePicturesAreBuiltThanPixelsAllow) {
         u32 pictures = 0;
         for (size_t at = 0; (at = out.find("\"bitmap\":true", at)) != std::string::npos; ++at) ++pictures;
         EXPECT_EQ(pictures, built) << most;
-        EXPECT_EQ(Has(out, nothing), most < 40) << most;
+        EXPECT_EQ(bool{Has(out, nothing)}, most < 40) << most;
         EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), most < 40 ? 1 : 0) << error;
     }
     // A bitmap that memory refuses counts as well.
