@@ -102,7 +102,9 @@ float CVistrelView::PictureScale() const {
 }
 
 void CVistrelView::NotePassedOver() {
-    m_strPassedOver = PassedText(PassedOverIn(GetDoc()));
+    auto& document = dynamic_cast<CVistrelDoc&>(*GetDocument());
+    document.KeepPassedOver(PassedOverIn(document));
+    m_strPassedOver = PassedText(*document.GetKeptPassedOver());
 }
 
 std::string CVistrelView::GetIdleMessage() const {

@@ -6,6 +6,7 @@
 #include "document/vistrel_doc.h"
 
 PassedOver PassedOverIn(const CVistrelDoc& document) {
+    if (document.GetKeptPassedOver()) return *document.GetKeptPassedOver();
     if (document.m_nDocType == DOC_PSD && !document.IsReadTolerantly()) return {};
     PassedOver passedOver = document.GetPassedOver();
     if (document.m_nDocType != DOC_IFF) return passedOver;

@@ -66,6 +66,7 @@ bool CVistrelDoc::OnNewDocument() {
 void CVistrelDoc::Serialize(CArchive& archive) {
     if (!archive.IsLoading()) return;
     m_pTolerantIff.reset();
+    m_keptPassedOver.reset();
     m_strStrictReason.clear();
     m_bTolerantlyAccepted = false;
     bool accepted = false;
@@ -149,6 +150,11 @@ const PassedOver& CVistrelDoc::GetPassedOver() const {
 
 const IffFile& CVistrelDoc::GetIff(const ReadingRules& rules) const {
     return &rules == &TOLERANT && m_pTolerantIff ? *m_pTolerantIff : m_Iff;
+}
+
+void CVistrelDoc::KeepPassedOver(const PassedOver& passedOver) {
+    m_keptPassedOver = passedOver;
+    m_pTolerantIff.reset();
 }
 
 std::string CVistrelDoc::GetRefusalReason() const {

@@ -9,6 +9,7 @@
 #include "reading/reading_rules.h"
 
 #include <memory>
+#include <optional>
 
 constexpr u32 DOC_IFF = 0;   // m_Iff is valid
 constexpr u32 DOC_PSD = 1;   // m_Psd is valid
@@ -61,8 +62,13 @@ class CVistrelDoc : public CDocument {
     const PassedOver& GetPassedOver() const;
 
     // The IFF file as the rules read it: under the tolerant ones there can be more to a tree that was read
-    // strictly.
+    // strictly, until the next call is made.
     const IffFile& GetIff(const ReadingRules& rules) const;
+
+    // What the tolerant rules pass over in the file, of which the pictures have been looked at for it.
+    // Nothing else needs the other tree, so that its memory is free for them.
+    void KeepPassedOver(const PassedOver& passedOver);
+    const std::optional<PassedOver>& GetKeptPassedOver() const { return m_keptPassedOver; }
 
     Tolerance m_tolerance = Tolerance::None;  // of the next load
     u32 m_nDocType = DOC_NONE;
@@ -81,4 +87,5 @@ class CVistrelDoc : public CDocument {
     std::string m_strStrictReason;            // where the tolerant rules were tried, but are not to be used
     bool m_bTolerantlyAccepted = false;       // what they said there
     std::unique_ptr<IffFile> m_pTolerantIff;  // where it holds more than m_Iff, which was read strictly
+    std::optional<PassedOver> m_keptPassedOver;
 };

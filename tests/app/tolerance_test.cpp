@@ -2,6 +2,7 @@
 // otherwise.
 
 #include "app/tolerance_setting.h"
+#include "support/memory_limit.h"
 #include "window_case.h"
 
 #include <QCheckBox>
@@ -200,4 +201,18 @@ TEST_F(ToleranceTest, AWindowWithoutMemoryForItsPictureIsOnTheSameDocument) {
     hasMemory = true;
     ReadOtherwise();
     EXPECT_EQ(first.GetClientRect().Height(), before.cy) << "its frame fits a picture once it has one";
+}
+
+// Planes of 125 KB, and 1 MB that only the tolerant rules read; the picture takes 4 MB.
+TEST_F(ToleranceTest, WhatCouldBeReadTolerantlyTakesNoMemoryFromThePicture) {
+    const Bytes chunky = Form("PBM ", {Bmhd({1000, 1000, 8}), GreyCmap(2), Body(Bytes(1'000'000))});
+    const Bytes planes = Form("ILBM", {Bmhd({1000, 1000}), GreyCmap(2), Body(Bytes(125'000))});
+    {
+        const MemoryLimit limit(LargeBlock::Limit() - LargeBlock::Left() + 4'600'000);
+        Open(Cat("ILBM", {planes, chunky}));
+        EXPECT_TRUE(View().m_bValid);
+    }
+    Open(chunky, "chunky.iff");
+    Command(ID_WINDOW_NEW);
+    EXPECT_EQ(MainPane(), "one byte a pixel: right-click to read tolerantly") << "known to a second window, too";
 }
