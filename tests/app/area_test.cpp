@@ -297,3 +297,27 @@ TEST_F(AreaTest, EveryWindowHasItsIcon) {
     EXPECT_FALSE(pixels(Window(0).windowIcon()).isNull());
     EXPECT_NE(pixels(Window(0).windowIcon()), main) << "a document's";
 }
+
+TEST_F(AreaTest, AWindowThatBecomesActiveOutOfSightIsScrolledTo) {
+    for (const char* const name : {"a.iff", "b.iff", "c.iff"}) Open(Picture(100, 100), name);
+    for (const std::size_t i : {1u, 2u}) ViewOf(FrameAt(i)).FitFrameToImage(32);
+    // Which one is active before, and where the small one stands then.
+    for (const auto& [what, before, place, activate] : Table<const char*, std::size_t, QPoint, std::function<void()>>{
+             {"next", 2, {-1500, -1500}, [&] { PressKeys("Ctrl+Tab"); }},
+             {"previous", 1, {1200, 900}, [&] { PressKeys("Ctrl+Shift+Tab"); }},
+             {"list", 2, {100, -600}, [] { MenuItem(AFX_IDM_FIRST_MDICHILD)->trigger(); }},
+             {"opened again", 2, {1200, 100}, [&] { theApp.OpenDocumentFile(m_folder.Path("a.iff")); }},
+             {"neighbour", 1, {-1500, 100}, [] { Command(ID_PREVIOUS_FILE); }},
+             {"closed", 2, {1200, 900}, [] { Command(ID_FILE_CLOSE); }}}) {
+        SCOPED_TRACE(what);
+        FrameAt(0).ActivateFrame();
+        ScrollTo(1500, 1500);
+        Window(0).move(place);
+        FrameAt(before).ActivateFrame();
+        EXPECT_EQ(Scrolled(), QPoint(1500, 1500)) << "the middle of it is in sight";
+        activate();
+        Settle();
+        EXPECT_EQ(Main().MDIGetActive(), &FrameAt(0));
+        EXPECT_TRUE(Area().viewport()->rect().contains(Window(0).geometry()));
+    }
+}

@@ -94,7 +94,7 @@ bool IsLaidOut(const QRect& view) {
 
 constexpr QSize PROBE(256, 256);
 
-// What has to show of a caption at least, in heights of it.
+// What has to show of a caption at least, or of any part of a window, in heights of a caption.
 constexpr int CAPTION_BEGINNING = 6;
 
 // Of a frame that no picture gives a size.
@@ -158,6 +158,7 @@ void CMDIChildWnd::ActivateFrame() {
     GetSubWindow()->show();
     if (IsIconic()) MDIRestore();
     m_pArea->GetArea()->setActiveSubWindow(GetSubWindow());
+    ScrollIntoSight();
 }
 
 // One that would reach beyond the area shows more of itself in the corner.
@@ -176,6 +177,18 @@ void CMDIChildWnd::ScrollToCaption() {
     const bool hasRoom = GetSubWindow()->width() <= m_pArea->GetVisibleSize().cx;
     const int width = hasRoom ? GetSubWindow()->width() : CAPTION_BEGINNING * height;
     m_pArea->ScrollIntoView({place.x(), place.y(), place.x() + width, place.y() + height});
+}
+
+// What shows any part of itself stays where it is: it may be the part that is looked at.
+void CMDIChildWnd::ScrollIntoSight() {
+    if (IsZoomed() || IsIconic()) return;
+    const CSize visible = m_pArea->GetVisibleSize();
+    const QRect place = GetSubWindow()->geometry();
+    const QRect shown = place.intersected(QRect(0, 0, visible.cx, visible.cy));
+    const int height = m_pBarHost->y();
+    const QSize least = QSize(CAPTION_BEGINNING * height, height).boundedTo(place.size());
+    if (shown.width() >= least.width() && shown.height() >= least.height()) return;
+    m_pArea->ScrollIntoView({place.x(), place.y(), place.x() + place.width(), place.y() + place.height()});
 }
 
 bool CMDIChildWnd::IsZoomed() const {

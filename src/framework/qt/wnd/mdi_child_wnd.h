@@ -16,7 +16,7 @@ class CMDIChildWnd : public CFrameWnd {
     // Its icon and its menu become those of this id, and further windows are of this kind.
     void SetDocTemplate(u32 nIDResource, const CDocTemplate& kind);
 
-    // Shows it in front of the others; a minimised one is restored.
+    // Shows it in front of the others and in sight; a minimised one is restored.
     void ActivateFrame();
 
     bool IsZoomed() const;  // fills the whole area
@@ -29,6 +29,9 @@ class CMDIChildWnd : public CFrameWnd {
 
     // Scrolls the area until the caption is in view, or its beginning.
     void ScrollToCaption();
+
+    // Scrolls the area to one that is hardly in view. One that is maximised or minimised stays as it stands.
+    void ScrollIntoSight();
 
     CSize GetViewSize() override;
     bool IsLargerThanArea() const override;

@@ -143,6 +143,7 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd& child) {
             std::erase_if(m_children, [&](const auto& one) { return one.get() == pChild; });
             m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
             UpdateFrameCounts();
+            ScrollToActive();
         },
         Qt::QueuedConnection);
 }

@@ -53,6 +53,7 @@ class CMDIFrameWnd : public CFrameWnd {
 
   private:
     void AddWindowKeys();
+    void ScrollToActive();
     void OnWindowNew();
     void OnWindowArrange();
     void OnWindowCascade();

@@ -68,8 +68,14 @@ void CMDIFrameWnd::AddWindowKeys() {
         QObject::connect(key, &QShortcut::activated, call);
         QObject::connect(key, &QShortcut::activatedAmbiguously, call);
     };
-    const auto next = [area] { area->activateNextSubWindow(); };
-    const auto previous = [area] { area->activatePreviousSubWindow(); };
+    const auto next = [this, area] {
+        area->activateNextSubWindow();
+        ScrollToActive();
+    };
+    const auto previous = [this, area] {
+        area->activatePreviousSubWindow();
+        ScrollToActive();
+    };
     add("Ctrl+Tab", next);
     add("Ctrl+F6", next);
     add("Ctrl+Shift+Tab", previous);
@@ -81,6 +87,11 @@ void CMDIFrameWnd::AddWindowKeys() {
     add("Alt+-", [this] {
         if (const CMDIChildWnd* const child = MDIGetActive()) ShowSystemMenu(*child->GetSubWindow());
     });
+}
+
+// The toolkit makes it the active one wherever the area is scrolled to.
+void CMDIFrameWnd::ScrollToActive() {
+    if (CMDIChildWnd* const child = MDIGetActive()) child->ScrollIntoSight();
 }
 
 void CMDIFrameWnd::OnWindowNew() {
