@@ -335,3 +335,24 @@ TEST_F(BarsTest, ABarThatIsScrolledAwayFloatsOnTheScreenAndKeepsTheKeys) {
     for (int i = 0; i < 2; ++i) Command(ID_TOGGLE_LAYER_BAR);
     EXPECT_TRUE(isOnScreen()) << "shown again";
 }
+
+TEST_F(BarsTest, AListThatIsGivenTheKeysIsScrolledIntoSight) {
+    SubWindow().move(0, 0);
+    Fit(32);
+    Settle();
+    QWidget& view = *View().GetWidget();
+    for (const Qt::ToolBarArea edge : {Qt::BottomToolBarArea, Qt::TopToolBarArea}) {
+        Frame().GetBarHost()->addToolBar(edge, &LayerBar());
+        for (const auto& [what, isScrolled, give] : Table<const char*, bool, std::function<void()>>{
+                 {"its key", true, [&] { QTest::keyClick(&view, Qt::Key_L, Qt::AltModifier); }},
+                 {"the next pane", true, [] { Command(ID_NEXT_PANE); }},
+                 {"no key", false, [&] { Layers().setFocus(Qt::OtherFocusReason); }}}) {
+            GiveFocus(view);
+            ScrollTo(3000, 3000);
+            give();
+            ASSERT_TRUE(WaitFor([&] { return Layers().hasFocus(); })) << what;
+            Settle();
+            EXPECT_EQ(Layers().visibleRegion() == Layers().rect(), isScrolled) << what << edge;
+        }
+    }
+}

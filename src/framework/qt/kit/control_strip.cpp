@@ -3,6 +3,7 @@
 #include "framework/qt/kit/dialog_template.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QFrame>
 #include <QLabel>
 #include <QMainWindow>
@@ -11,6 +12,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -40,10 +42,17 @@ int LeastWidthOf(const QWidget& control) {
     return control.style()->sizeFromContents(QStyle::CT_ComboBox, &option, text, &control).width();
 }
 
+bool IsByKey(Qt::FocusReason reason) {
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
+
 class ControlStrip final : public QWidget {
   public:
-    ControlStrip(const DialogResource& resource, CCmdTarget& target)
-        : m_pControls(new QWidget(this)),
+    ControlStrip(const DialogResource& resource, CCmdTarget& target,
+                 std::function<void(const QWidget&)> scrollTo)
+        : m_scrollTo(std::move(scrollTo)),
+          m_pControls(new QWidget(this)),
           m_pMore(new QToolButton(this)),
           m_pPanel(new QFrame(this, Qt::Popup)) {
         m_size = AfxCreateControls(*m_pControls, resource, target);
@@ -67,16 +76,31 @@ class ControlStrip final : public QWidget {
   protected:
     void resizeEvent(QResizeEvent*) override { Arrange(); }
 
-    // Of the panel.
+    // Of the panel, and of the controls.
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
-        if (pEvent->type() == QEvent::Hide) TakeBack();
+        if (pWatched == m_pPanel && pEvent->type() == QEvent::Hide)
+            TakeBack();
+        else if (pEvent->type() == QEvent::FocusIn && IsByKey(static_cast<QFocusEvent*>(pEvent)->reason()))
+            RevealLater(static_cast<QWidget&>(*pWatched));
         return QWidget::eventFilter(pWatched, pEvent);
     }
 
   private:
     void AddField(QWidget& label, QWidget& control) {
         m_fields.push_back({&label, &control, label.geometry(), control.geometry(), LeastWidthOf(control)});
+        control.installEventFilter(this);
     }
+
+    // A window that is hidden gives the keys to what is next to them in it, as if by a key, before another
+    // one takes them.
+    void RevealLater(QWidget& control) {
+        const auto reveal = [this, pControl = &control] {
+            if (pControl->hasFocus() && pControl->isVisible()) Reveal(*pControl);
+        };
+        QMetaObject::invokeMethod(this, reveal, Qt::QueuedConnection);
+    }
+
+    void Reveal(QWidget& control) { m_scrollTo(control); }
 
     bool IsOpen() const { return m_pControls->parentWidget() == m_pPanel; }
 
@@ -188,6 +212,7 @@ class ControlStrip final : public QWidget {
             }
     }
 
+    std::function<void(const QWidget&)> m_scrollTo;
     QWidget* m_pControls;  // holds the controls; in the panel while that is open
     QToolButton* m_pMore;
     QFrame* m_pPanel;
@@ -198,6 +223,7 @@ class ControlStrip final : public QWidget {
 
 }  // namespace
 
-QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target) {
-    return new ControlStrip(resource, target);
+QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target,
+                               std::function<void(const QWidget&)> scrollTo) {
+    return new ControlStrip(resource, target, std::move(scrollTo));
 }

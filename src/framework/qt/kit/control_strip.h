@@ -4,9 +4,13 @@
 // less room than the button needs only the keys are left.
 #pragma once
 
+#include <functional>
+
 class CCmdTarget;
 class QWidget;
 struct DialogResource;
 
-// What the user does with the controls reaches the target.
-QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target);
+// What the user does with the controls reaches the target. One that is given the keys by a key is scrolled
+// to.
+QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target,
+                               std::function<void(const QWidget&)> scrollTo);

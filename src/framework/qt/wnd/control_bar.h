@@ -31,6 +31,9 @@ class CBarFrame : public CWnd {
     // Whether bars of this frame that float are to show.
     virtual bool ShowsFloatingBars() const { return true; }
 
+    // Scrolls the frame, as far as anything around it scrolls, until this part of a docked bar is in view.
+    virtual void ScrollToControl(const QWidget& /*control*/) {}
+
     // The widget that the bars and what lies between them are arranged in.
     virtual QMainWindow* GetBarHost() const = 0;
 

@@ -47,7 +47,8 @@ void AddToSystemMenu(const QToolBar& bar, const CBarFrame& frame) {
 bool CDialogBar::Create(CBarFrame* pFrame, u32 nIDTemplate, u32 nID) {
     const DialogResource* const resource = AfxFindDialog(nIDTemplate);
     if (!resource || !CDockingControlBar::Create(pFrame, nID)) return false;
-    QWidget* const strip = AfxCreateControlStrip(*resource, *pFrame);
+    const auto scrollTo = [pFrame](const QWidget& control) { pFrame->ScrollToControl(control); };
+    QWidget* const strip = AfxCreateControlStrip(*resource, *pFrame, scrollTo);
     AfxSetBarContent(GetBar(), strip);
     m_pFirstControl = FirstControlOf(*strip);
     AddMnemonics(GetBar());

@@ -240,6 +240,15 @@ bool CMDIChildWnd::ShowsFloatingBars() const {
     return m_pArea->GetArea()->currentSubWindow() == GetSubWindow() && !IsIconic();
 }
 
+// The caption shows too, where there is room for both.
+void CMDIChildWnd::ScrollToControl(const QWidget& control) {
+    if (!GetSubWindow()->isAncestorOf(&control) || control.visibleRegion() == control.rect()) return;
+    ScrollToCaption();
+    const QPoint place = control.mapTo(m_pArea->GetArea()->viewport(), QPoint(0, 0));
+    m_pArea->ScrollIntoView(
+        {place.x(), place.y(), place.x() + control.width(), place.y() + control.height()});
+}
+
 QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {
     return static_cast<QMdiSubWindow*>(GetWidget());
 }

@@ -40,6 +40,8 @@ class CMDIChildWnd : public CFrameWnd {
     // Only over the active child, and not when that shows its caption only.
     bool ShowsFloatingBars() const override;
 
+    void ScrollToControl(const QWidget& control) override;
+
     QMdiSubWindow* GetSubWindow() const;
     QMainWindow* GetBarHost() const override;
     const MenuResource* GetMenuResource() const { return m_pMenu; }
