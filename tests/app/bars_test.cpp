@@ -356,3 +356,30 @@ TEST_F(BarsTest, AListThatIsGivenTheKeysIsScrolledIntoSight) {
         }
     }
 }
+
+TEST_F(BarsTest, AListWithoutRoomThatIsGivenTheKeysShowsInThePanel) {
+    Main().DestroyChildren();
+    Open(Picture(16, 16));
+    Settle();
+    QWidget& view = *View().GetWidget();
+    GiveFocus(view);
+    for (const auto& [key, list, leave, modifiers, scale] :
+        Table<Qt::Key, QComboBox*, Qt::Key, Qt::KeyboardModifiers, float>{
+            {Qt::Key_C, &Channels(), Qt::Key_Escape, {}, 1}, {Qt::Key_L, &Layers(), Qt::Key_F6, {}, 1},
+            {Qt::Key_C, &Channels(), Qt::Key_Plus, Qt::ControlModifier, 2}}) {
+        QTest::keyClick(&view, key, Qt::AltModifier);
+        Settle();
+        QWidget* const panel = QApplication::activePopupWidget();
+        ASSERT_TRUE(panel && panel->isAncestorOf(list)) << key;
+        EXPECT_TRUE(list->hasFocus());
+        for (const auto& [other, otherList] :
+            Table<Qt::Key, QComboBox*>{{Qt::Key_C, &Channels()}, {Qt::Key_L, &Layers()}}) {
+            QTest::keyClick(panel->windowHandle(), other, Qt::AltModifier);
+            EXPECT_TRUE(otherList->hasFocus()) << "from one to the other";
+        }
+        QTest::keyClick(panel->windowHandle(), leave, modifiers);
+        EXPECT_FALSE(QApplication::activePopupWidget()) << leave;
+        EXPECT_TRUE(view.hasFocus());
+        EXPECT_EQ(View().m_fScale, scale) << "a key of the window";
+    }
+}

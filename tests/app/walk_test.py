@@ -190,14 +190,14 @@ class WalkTest(ProgramTest):
         self.wait_for_window(f"{TITLE} - chain.iff")
         self.wait_for_picture(whole, WIDTH)
 
-        # From one list to the view, and to the other list, which keeps the keyboard.
+        # From one list to the view, and to the other list; where that has room, it keeps the keyboard.
         self.keys("alt+c", "Down")
         self.wait_for_picture(alpha, WIDTH)
         self.keys("F6", "F6", "Down")
         self.wait_for_picture(level, WIDTH // 2, 2.0)
         self.keys("alt+minus", "x")
         self.wait_for_window(f"{TITLE} - [chain.iff]")
-        self.keys("alt+minus", "r")
+        self.keys("alt+l", "alt+minus", "r")
         self.wait_for_window(f"{TITLE} - chain.iff")
         self.keys("Up")
         self.wait_for_picture(whole, WIDTH)

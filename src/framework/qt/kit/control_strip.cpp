@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QFocusEvent>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QScreen>
@@ -12,6 +13,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -25,7 +27,7 @@ constexpr int LEAST_BUTTON = 12;
 
 // A control with its label, and where the template has them.
 struct Field {
-    QWidget* label;
+    QLabel* label;
     QWidget* control;
     QRect labelPlace;
     QRect place;
@@ -78,15 +80,15 @@ class ControlStrip final : public QWidget {
 
     // Of the panel, and of the controls.
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
-        if (pWatched == m_pPanel && pEvent->type() == QEvent::Hide)
-            TakeBack();
+        if (pWatched == m_pPanel)
+            FilterPanel(*pEvent);
         else if (pEvent->type() == QEvent::FocusIn && IsByKey(static_cast<QFocusEvent*>(pEvent)->reason()))
             RevealLater(static_cast<QWidget&>(*pWatched));
         return QWidget::eventFilter(pWatched, pEvent);
     }
 
   private:
-    void AddField(QWidget& label, QWidget& control) {
+    void AddField(QLabel& label, QWidget& control) {
         m_fields.push_back({&label, &control, label.geometry(), control.geometry(), LeastWidthOf(control)});
         control.installEventFilter(this);
     }
@@ -100,7 +102,37 @@ class ControlStrip final : public QWidget {
         QMetaObject::invokeMethod(this, reveal, Qt::QueuedConnection);
     }
 
-    void Reveal(QWidget& control) { m_scrollTo(control); }
+    void Reveal(QWidget& control) {
+        const auto isIt = [&](const Field& field) { return field.control == &control; };
+        const bool isShown = std::ranges::any_of(std::span(m_fields).first(m_shown), isIt);
+        m_scrollTo(isShown ? control : *this);
+        if (!isShown) Open(control);
+    }
+
+    void FilterPanel(const QEvent& event) {
+        if (event.type() == QEvent::Hide) TakeBack();
+        if (IsForTheWindow(event)) m_pPanel->close();
+    }
+
+    // The panel would keep the keys of the window from it. One with Ctrl or Alt is carried out once the panel
+    // has closed; a function key only leads back to the view.
+    bool IsForTheWindow(const QEvent& event) const {
+        if (event.type() == QEvent::ShortcutOverride)
+            return IsShortcutOfWindow(static_cast<const QKeyEvent&>(event));
+        if (event.type() != QEvent::KeyPress) return false;
+        const int key = static_cast<const QKeyEvent&>(event).key();
+        return key >= Qt::Key_F1 && key <= Qt::Key_F35;
+    }
+
+    bool IsShortcutOfWindow(const QKeyEvent& key) const {
+        const bool isHeld = key.key() >= Qt::Key_Shift && key.key() <= Qt::Key_ScrollLock;
+        const bool isArrow = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
+        const auto isOwn = [&](const Field& field) {
+            return QKeySequence::mnemonic(field.label->text()) == QKeySequence(key.keyCombination());
+        };
+        const bool isShortcut = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+        return isShortcut && !isHeld && !isArrow && std::ranges::none_of(m_fields, isOwn);
+    }
 
     bool IsOpen() const { return m_pControls->parentWidget() == m_pPanel; }
 
@@ -135,7 +167,7 @@ class ControlStrip final : public QWidget {
         Place(room);
     }
 
-    // What is not shown stands below the bar, out of sight: it keeps its keys, and a list drops down near by.
+    // What is not shown stands below the bar, out of sight: it keeps its keys, which open the panel.
     void Place(int nRoom) {
         int slack = SlackOf(m_shown);
         int cut = std::clamp(WidthOf(m_shown) - nRoom, 0, slack);

@@ -1,7 +1,7 @@
 // The controls of a dialog template on a bar that may be narrower than they are. They stand at the template's
 // places while there is room. With less of it the lists shrink, down to a few letters; controls that then
-// have no room are out of sight, where they keep their keys, and a button opens all of them in a panel. In
-// less room than the button needs only the keys are left.
+// have no room are out of sight, and a button or the keys of these open all of them in a panel. In less room
+// than the button needs only the keys do.
 #pragma once
 
 #include <functional>
@@ -11,6 +11,6 @@ class QWidget;
 struct DialogResource;
 
 // What the user does with the controls reaches the target. One that is given the keys by a key is scrolled
-// to.
+// to, or the strip where it is out of sight.
 QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target,
                                std::function<void(const QWidget&)> scrollTo);
