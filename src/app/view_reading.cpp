@@ -8,6 +8,7 @@
 #include "framework/qt/kit/file_watch.h"
 
 #include <exception>
+#include <utility>
 
 // All windows of the document have one watch.
 void CVistrelView::WatchFile() {
@@ -109,8 +110,9 @@ void CVistrelView::ShowReload() {
 
 void CVistrelView::ShowFromTheStart() {
     ShowOtherDocument({}, {});
-    if (!m_bValid) return;
-    if (GetFrame()->IsZoomed())
+    if (!m_bValid)
+        SizeWithoutPicture();
+    else if (GetFrame()->IsZoomed())
         SizeFreeFrame(1.0f);
     else
         FitFrameToImage(1.0f);
@@ -122,6 +124,18 @@ void CVistrelView::SizeFreeFrame(float fScale) {
     m_bSizeWhenRestored = true;
 }
 
+void CVistrelView::SizeWithoutPicture() {
+    CChildFrame* const frame = GetFrame();
+    m_bSizeWhenRestored = frame->IsZoomed() || frame->IsIconic();
+    if (m_bSizeWhenRestored) return;
+    frame->TakeUnfittedSize();
+    frame->ScrollToCaption();
+}
+
 void CVistrelView::OnFrameRestored() {
-    if (m_bSizeWhenRestored && m_bValid) SizeFrameToImage(m_fScale);
+    if (!std::exchange(m_bSizeWhenRestored, false)) return;
+    if (m_bValid)
+        SizeFrameToImage(m_fScale);
+    else
+        GetFrame()->TakeUnfittedSize();
 }

@@ -102,6 +102,9 @@ class CVistrelView : public CView, public DisplayImage {
     // The same, for one that is either of the two only once it is restored.
     void SizeFreeFrame(float fScale);
 
+    // Of a frame without a picture, however small the one before was.
+    void SizeWithoutPicture();
+
     void SetScale(float fScale);
 
     Selection m_selection;                    // that is on show
@@ -110,5 +113,5 @@ class CVistrelView : public CView, public DisplayImage {
     std::string m_strPassedOver;              // in the document, by the tolerant rules
     std::string m_strFolderPlace;
     std::shared_ptr<FileWatch> m_pWatch;  // of the document's file
-    bool m_bSizeWhenRestored = false;     // the frame is to take the size of the picture at its scale
+    bool m_bSizeWhenRestored = false;     // the frame is to take the size of the picture, or of none
 };

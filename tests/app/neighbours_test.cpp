@@ -157,3 +157,24 @@ TEST_F(NeighboursTest, AreReadWithoutAskingUnderTheRulesThatAreSetAndThePaneSays
         Main().DestroyChildren();
     }
 }
+
+TEST_F(NeighboursTest, OneWithoutAPictureHasTheSizeThatItOpensWith) {
+    m_folder.Write(Picture(8, 8), "a.iff");
+    m_folder.Write(NoPicture(), "b.iff");
+    OpenWritten("b.iff");
+    const QSize size = SubWindow().size();
+    Main().DestroyChildren();
+    for (const bool isMaximised : {false, true}) {
+        OpenWritten("a.iff");
+        QMdiSubWindow& window = SubWindow();
+        window.move(-50, -50);
+        if (isMaximised) window.showMaximized();
+        Settle();
+        EXPECT_EQ(Next(), "b.iff");
+        EXPECT_EQ(Frame().IsZoomed(), isMaximised);
+        Frame().MDIRestore();
+        EXPECT_EQ(window.size(), size) << isMaximised;
+        EXPECT_TRUE(isMaximised || window.pos() == QPoint(0, 0)) << "in sight";
+        Main().DestroyChildren();
+    }
+}

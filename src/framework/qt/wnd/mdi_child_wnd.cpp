@@ -117,7 +117,8 @@ bool CMDIChildWnd::LoadFrame(CMDIClientWnd& area, u32 nIDResource, const CCreate
     area.GetArea()->addSubWindow(window);
     const int step =
         area.NextCascadeStep() * window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
-    window->setGeometry(QRect(QPoint(step, step), UNFITTED));
+    window->move(step, step);
+    TakeUnfittedSize();
     return OnCreate(context) != -1;
 }
 
@@ -167,6 +168,10 @@ void CMDIChildWnd::PlaceInArea() {
     const CSize visible = m_pArea->GetVisibleSize();
     const bool reachesBeyond = place.right() >= visible.cx || place.bottom() >= visible.cy;
     if (reachesBeyond) GetSubWindow()->move(0, 0);
+}
+
+void CMDIChildWnd::TakeUnfittedSize() {
+    GetSubWindow()->resize(UNFITTED);
 }
 
 void CMDIChildWnd::ScrollToCaption() {

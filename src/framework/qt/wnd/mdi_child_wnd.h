@@ -27,6 +27,9 @@ class CMDIChildWnd : public CFrameWnd {
     // It has its own size again, after it filled the area or showed its caption only.
     virtual void OnRestored() {}
 
+    // The size of one that no picture gives any.
+    void TakeUnfittedSize();
+
     // Scrolls the area until the caption is in view, or its beginning.
     void ScrollToCaption();
 
