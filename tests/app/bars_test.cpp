@@ -383,3 +383,20 @@ TEST_F(BarsTest, AListWithoutRoomThatIsGivenTheKeysShowsInThePanel) {
         EXPECT_EQ(View().m_fScale, scale) << "a key of the window";
     }
 }
+
+TEST_F(BarsTest, AStatusTextWithoutRoomEndsInDotsAndShowsWholeInATip) {
+    const std::string text = "Read tolerantly: " + std::string(100, 'n');
+    QLabel& pane = *Main().GetControlBar(ID_VIEW_STATUS_BAR)->GetWidget()->findChild<QLabel*>();
+    for (const auto& [width, isCut] : Table<int, bool>{{330, true}, {2000, false}}) {
+        Main().MoveWindow({0, 0, width, 500});
+        Settle();
+        Main().SetMessageText(text);
+        EXPECT_EQ(pane.text().toStdString(), text) << "for whoever reads it aloud";
+        EXPECT_EQ(TipOf(pane, {5, 5}), isCut ? text : "");
+        const QImage shown = pane.grab().toImage();
+        const QString dotted = pane.fontMetrics().elidedText(pane.text(), Qt::ElideRight, pane.width());
+        Main().SetMessageText(dotted.toStdString());
+        EXPECT_EQ(pane.grab().toImage(), shown) << width;
+    }
+    Main().SetMessageText("");
+}

@@ -1,7 +1,7 @@
 #include "framework/qt/kit/list_widget.h"
 
 #include "framework/core/cmd_target.h"
-#include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/cut_text_tip.h"
 #include "framework/qt/kit/report_later.h"
 
 #include <QAbstractItemView>
@@ -13,7 +13,6 @@
 #include <QStyleOption>
 #include <QStylePainter>
 #include <QStyledItemDelegate>
-#include <QToolTip>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -70,14 +69,16 @@ class ListWidget final : public QComboBox {
         if (pEvent->type() != QEvent::ToolTip) return QComboBox::eventFilter(pWatched, pEvent);
         const auto& help = *static_cast<QHelpEvent*>(pEvent);
         const QModelIndex entry = view()->indexAt(help.pos());
-        ShowTip(help, entry.data().toString(), view()->visualRect(entry).width());
+        AfxShowTipOfCutText(*this, help.globalPos(), entry.data().toString(),
+                            view()->visualRect(entry).width());
         return true;
     }
 
   protected:
     bool event(QEvent* pEvent) override {
         if (pEvent->type() != QEvent::ToolTip) return QComboBox::event(pEvent);
-        ShowTip(*static_cast<QHelpEvent*>(pEvent), currentText(), GetTextWidth());
+        AfxShowTipOfCutText(*this, static_cast<QHelpEvent*>(pEvent)->globalPos(), currentText(),
+                            GetTextWidth());
         return true;
     }
 
@@ -121,12 +122,6 @@ class ListWidget final : public QComboBox {
         const QRect field =
             style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
         return field.width() - 2 * TEXT_MARGIN;
-    }
-
-    // A name that has not enough room shows whole in a tip.
-    void ShowTip(const QHelpEvent& help, const QString& text, int nRoom) {
-        const bool isCut = fontMetrics().horizontalAdvance(text) > nRoom;
-        QToolTip::showText(help.globalPos(), isCut ? ToPlainTip(text) : QString(), this);
     }
 
     int m_nDropHeight;  // pixels, of the list dropped down

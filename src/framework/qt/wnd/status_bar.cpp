@@ -2,16 +2,43 @@
 
 #include "framework/core/resource.h"
 #include "framework/qt/kit/convert.h"
+#include "framework/qt/kit/cut_text_tip.h"
 
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMainWindow>
+#include <QPainter>
 #include <QStatusBar>
+#include <QStyle>
 
 namespace {
 
 void ShowText(QLabel* pLabel, const QString& text) {
     if (text != pLabel->text()) pLabel->setText(text);
 }
+
+// A text without room ends in dots, and shows whole in a tip.
+class StretchingPane final : public QLabel {
+  public:
+    using QLabel::QLabel;
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        drawFrame(&painter);
+        const QRect room = contentsRect();
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
+        const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());
+        style()->drawItemText(&painter, room, place, palette(), isEnabled(), shown, foregroundRole());
+    }
+
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::ToolTip) return QLabel::event(pEvent);
+        const QPoint at = static_cast<QHelpEvent*>(pEvent)->globalPos();
+        AfxShowTipOfCutText(*this, at, text(), contentsRect().width());
+        return true;
+    }
+};
 
 class PaneCmdUI final : public CCmdUI {
   public:
@@ -43,9 +70,9 @@ bool CStatusBar::SetIndicators(std::span<const u32> ids) {
     for (const u32 id : ids) {
         const bool first = m_panes.empty() && id == ID_SEPARATOR;
         const QString text = ToDisplayText(AfxLoadString(id));
-        auto* const label = new QLabel(text, bar);
+        QLabel* const label = first ? new StretchingPane(text, bar) : new QLabel(text, bar);
         label->setTextFormat(Qt::PlainText);
-        // A long text is cut, it does not widen the window.
+        // A long text does not widen the window.
         if (first) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         m_panes.push_back({id, first ? SBPS_STRETCH | SBPS_NOBORDERS : 0, label->sizeHint().width(), label});
         bar->addWidget(label, first ? 1 : 0);
