@@ -122,3 +122,13 @@ TEST_F(ZoomTest, TheAreaScrollsToThePointerNoFurtherThanItGoes) {
     EXPECT_LT(across.maximum(), before);
     EXPECT_EQ(across.value(), across.maximum());
 }
+
+// On many keyboards plus takes the shift key, and the same key without it is this one.
+TEST_F(ZoomTest, TheEqualsKeyZoomsInAsPlusDoes) {
+    Open(Picture(10, 10));
+    QApplication::setActiveWindow(Main().GetBarHost());
+    for (const auto& [key, scale] : Table<Qt::Key, float>{{Qt::Key_Equal, 2}, {Qt::Key_Plus, 4}, {Qt::Key_Minus, 2}}) {
+        QTest::keyClick(View().GetWidget(), key, Qt::ControlModifier);
+        EXPECT_EQ(View().m_fScale, scale) << key;
+    }
+}

@@ -204,9 +204,13 @@ constexpr AcceleratorResource MAIN_KEYS[] = {
 };
 
 constexpr AcceleratorResource VIEW_KEYS[] = {
-    {ID_ZOOM_IN, "Ctrl++"},           {ID_ZOOM_OUT, "Ctrl+-"},
-    {ID_ACTUAL_SIZE, "Ctrl+0"},       {ID_RELOAD, "F5"},
-    {ID_NEXT_FILE, "Ctrl+Page Down"}, {ID_PREVIOUS_FILE, "Ctrl+Page Up"},
+    {ID_ZOOM_IN, "Ctrl++"},
+    {ID_ZOOM_IN, "Ctrl+="},
+    {ID_ZOOM_OUT, "Ctrl+-"},
+    {ID_ACTUAL_SIZE, "Ctrl+0"},
+    {ID_RELOAD, "F5"},
+    {ID_NEXT_FILE, "Ctrl+Page Down"},
+    {ID_PREVIOUS_FILE, "Ctrl+Page Up"},
     {ID_READ_TOLERANTLY, "Shift+F5"},
 };
 
