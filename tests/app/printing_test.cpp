@@ -19,7 +19,7 @@ constexpr u32 RED = 0xFFFF0000;
 
 Bytes RedPicture() {
     const Bytes rows(64 * 8, 0xFF);
-    return Form("ILBM", {Bmhd({.width = 64, .height = 64}), Cmap({{0, 0, 255}, {255, 0, 0}}), Chunk("BODY", rows)});
+    return Form("ILBM", {Bmhd({.width = 64, .height = 64}), Cmap({{0, 0, 255}, {255, 0, 0}}), Body(rows)});
 }
 
 // The question that is up, as the toolkit's dialog that it is.

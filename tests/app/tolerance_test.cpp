@@ -172,8 +172,8 @@ TEST_F(ToleranceTest, TheMenuReadsAnIffFileUnderTheOtherRulesForAllItsWindows) {
     // Nor is the channel there any more in which the first window is, which stays minimised.
     other.GetSubWindow()->showMinimized();
     Frame().ActivateFrame();
-    m_folder.Write(Form("ILBM", {Bmhd({.width = 8, .height = 3}), GreyCmap(2, 255), Chunk("BODY", Bytes(6, 0xFF))}),
-        "picture.iff");
+    m_folder.Write(
+        Form("ILBM", {Bmhd({.width = 8, .height = 3}), GreyCmap(2, 255), Body(Bytes(6, 0xFF))}), "picture.iff");
     ReadOtherwise();
     EXPECT_EQ(other.GetSelection().nChannel, 0u);
     EXPECT_EQ(ShownRows(), "###") << "and the frame fits the new picture";

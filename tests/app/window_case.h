@@ -91,8 +91,8 @@ inline Bytes Picture(u32 nWidth, u32 nHeight) {
     std::vector<u32> values;
     for (u32 y = 0; y < nHeight; ++y)
         for (u32 x = 0; x < nWidth; ++x) values.push_back(ValueAt(x, y));
-    return Form("ILBM", {Bmhd({.width = nWidth, .height = nHeight, .planes = 5}), GreyCmap(32, 8),
-                            Chunk("BODY", PlanesOf(values, nWidth, 5))});
+    return Form("ILBM",
+        {Bmhd({.width = nWidth, .height = nHeight, .planes = 5}), GreyCmap(32, 8), Body(PlanesOf(values, nWidth, 5))});
 }
 
 inline u32 ShownColour(u32 x, u32 y) {
@@ -109,7 +109,7 @@ inline Bytes PaddedRows(u32 nHeight = 2) {
     Bytes rows;
     for (u32 y = 0; y < nHeight; ++y) rows.insert(rows.end(), {0xFF, 0});
     return Form("ILBM", {Bmhd({.width = 8, .height = nHeight}), GreyCmap(2, 255),
-                            Alph({.width = 8, .height = nHeight, .data = Bytes(nHeight, 0xFF)}), Chunk("BODY", rows)});
+                            Alph({.width = 8, .height = nHeight, .data = Bytes(nHeight, 0xFF)}), Body(rows)});
 }
 
 // A picture of 64 by 24 pixels with two levels, and a third one that is counted but not there.
