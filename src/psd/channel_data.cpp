@@ -122,9 +122,13 @@ bool PsdLayerChannel::ReadZipData(PsdReading& reading, u32 nRows, u32 nColumns, 
     const u32 held = nEnd - start;
     const u64 size = SizeProduct(nRows, SampleRowSize(depth, nColumns));
     if (size > u64{held} * ZIP_EXPANSION) return reading.Refuse(Rule::PsdZip, start);
+    LargeBlock::Require(reading.InVain() + SizeProduct(nRows, nColumns));
     AllocatePlane(nRows, nColumns);
     ZipRows rows(stream, held, depth, nColumns, bPredicted);
-    return ReadPlane(reading, rows, nRows, nColumns) == nRows || reading.Refuse(Rule::PsdZip, start);
+    const u64 read = ReadPlane(reading, rows, nRows, nColumns);
+    if (read == nRows) return true;
+    reading.AddInVain(SizeProduct(read + 1, nColumns));
+    return reading.Refuse(Rule::PsdZip, start);
 }
 
 u64 PsdLayerChannel::ReadPlane(PsdReading& reading, RowSource& rows, u32 nRows, u32 nColumns) {

@@ -78,6 +78,12 @@ class PsdReading {
     // Lack of memory and a failing source break no part.
     bool DoesWithout(bool bRule, Passed what);
 
+    // Counts bytes of planes that were made before their compressed data broke, which a little of a file
+    // makes many of. Compressed channels after them have so much less of the limit on memory, so that a file
+    // takes no more time for being broken.
+    void AddInVain(u64 nSize) { m_nInVain += nSize; }
+    u64 InVain() const { return m_nInVain; }
+
     // Moves on modulo 2^32; false where that leads beyond the data, or the part.
     bool SkipWithin(u64 nCount);
 
@@ -104,6 +110,7 @@ class PsdReading {
     u32 m_nVersion = 1;
     u32 m_nDepth = 8;
     u32 m_nLayerDepth = 8;
+    u64 m_nInVain = 0;
 };
 
 // A part of the file that a length bounds, for as long as it is read. Where the rules do not bound parts, it

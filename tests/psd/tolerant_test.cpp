@@ -400,6 +400,16 @@ TEST(Tolerant, APlaneIsMadeWhereItsDataCanFillIt) {
     const std::string none = "ZIP channels; " + UNDECODED;
     EXPECT_TRUE(ruleOf(Channel(zipped, 25, 1032), 20000).starts_with(memory + "25.2 KiB; 19."));
     EXPECT_EQ(ruleOf(Channel(zipped, 25, 1033), 20000), none);
+    // What breaks at its end was made all the same, and what comes after it has so much less of the limit.
+    const auto afterBroken = [&](const Bytes& data, u64 most) {
+        PsdFields fields = Channel(data, 100, 1000);
+        fields.layers[0].channels.push_back({.id = 1, .data = ZipData(Bytes(100'000))});
+        return ruleOf(fields, most);
+    };
+    const Bytes endless = Truncated(ZipData(Bytes(100'000)), 5), atOnce = Joined({0, 2}, Bytes(100));
+    EXPECT_TRUE(afterBroken(endless, 202'000).starts_with("ZIP channels (2); " + NOT_DECODED));
+    EXPECT_TRUE(afterBroken(endless, 200'000).starts_with(memory + "195.3 KiB; 194."));
+    EXPECT_TRUE(afterBroken(atOnce, 103'000).starts_with("ZIP channels (2); " + NOT_DECODED));
     EXPECT_TRUE(ruleOf(Channel(packed, 100, 129), 6000).starts_with(memory + "12.6 KiB; 4."));
     EXPECT_EQ(ruleOf(Channel(packed, 100, 130), 6000), UNDECODED);
     EXPECT_EQ(ruleOf({.rows = 1000, .columns = 30000, .depth = 32, .samples = Bytes(30000)}, 30000),
