@@ -3,6 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
+#include <QLabel>
 #include <QPointer>
 #include <QRubberBand>
 #include <QScreen>

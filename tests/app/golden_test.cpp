@@ -4,6 +4,9 @@
 #include "framework/qt/wnd/dialog.h"
 #include "window_case.h"
 
+#include <QLabel>
+#include <QMenuBar>
+#include <QShortcut>
 #include <QToolBar>
 
 #include <cstdlib>
