@@ -385,6 +385,31 @@ TEST_F(BarsTest, AListWithoutRoomThatIsGivenTheKeysShowsInThePanel) {
     }
 }
 
+TEST_F(BarsTest, AListWhoseOwnChoiceTakesItsRoomShowsInThePanelAtTheNextKey) {
+    PsdFields wide = {.rows = 50, .columns = 400, .samples = Bytes(50 * 400)};
+    for (const char* const name : {"a", "b", "c"})
+        wide.layers.push_back({.channels = {{.data = RawData({7})}}, .name = name});
+    Open(Psd(wide), "wide.psd");
+    SubWindow().resize(500, 300);
+    GiveFocus(Layers());
+    Press(Layers(), Qt::Key_Down);
+    Settle();
+    EXPECT_TRUE(Layers().visibleRegion().isEmpty());
+    Press(Layers(), Qt::Key_Control);
+    Settle();
+    EXPECT_FALSE(QApplication::activePopupWidget()) << "no key of the list's";
+    Press(Layers(), Qt::Key_Down);
+    EXPECT_EQ(Layers().currentText(), "b");
+    Settle();
+    const QWidget* const panel = QApplication::activePopupWidget();
+    ASSERT_TRUE(panel && panel->isAncestorOf(&Layers()));
+    EXPECT_TRUE(Layers().hasFocus());
+    Press(Layers(), Qt::Key_Down);
+    EXPECT_EQ(Layers().currentText(), "c");
+    Press(Layers(), Qt::Key_Escape);
+    EXPECT_TRUE(View().GetWidget()->hasFocus());
+}
+
 TEST_F(BarsTest, AStatusTextWithoutRoomEndsInDotsAndShowsWholeInATip) {
     const std::string text = "Read tolerantly: " + std::string(100, 'n');
     QLabel& pane = *Main().GetControlBar(ID_VIEW_STATUS_BAR)->GetWidget()->findChild<QLabel*>();

@@ -82,8 +82,8 @@ class ControlStrip final : public QWidget {
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
         if (pWatched == m_pPanel)
             FilterPanel(*pEvent);
-        else if (pEvent->type() == QEvent::FocusIn && IsByKey(static_cast<QFocusEvent*>(pEvent)->reason()))
-            RevealLater(static_cast<QWidget&>(*pWatched));
+        else
+            FilterControl(static_cast<QWidget&>(*pWatched), *pEvent);
         return QWidget::eventFilter(pWatched, pEvent);
     }
 
@@ -91,6 +91,21 @@ class ControlStrip final : public QWidget {
     void AddField(QLabel& label, QWidget& control) {
         m_fields.push_back({&label, &control, label.geometry(), control.geometry(), LeastWidthOf(control)});
         control.installEventFilter(this);
+    }
+
+    // A control that loses its room keeps the keys, since what is chosen in it can be what takes the room;
+    // the next one brings it back into sight.
+    void FilterControl(QWidget& control, const QEvent& event) {
+        const bool isGivenKeys =
+            event.type() == QEvent::FocusIn && IsByKey(static_cast<const QFocusEvent&>(event).reason());
+        const bool isUnseenKey = event.type() == QEvent::KeyPress && !HasRoom(control) &&
+                                 IsForControl(static_cast<const QKeyEvent&>(event));
+        if (isGivenKeys || isUnseenKey) RevealLater(control);
+    }
+
+    bool HasRoom(const QWidget& control) const {
+        const auto isIt = [&](const Field& field) { return field.control == &control; };
+        return std::ranges::any_of(std::span(m_fields).first(m_shown), isIt);
     }
 
     // A window that is hidden gives the keys to what is next to them in it, as if by a key, before another
@@ -103,10 +118,8 @@ class ControlStrip final : public QWidget {
     }
 
     void Reveal(QWidget& control) {
-        const auto isIt = [&](const Field& field) { return field.control == &control; };
-        const bool isShown = std::ranges::any_of(std::span(m_fields).first(m_shown), isIt);
-        m_scrollTo(isShown ? control : *this);
-        if (!isShown) Open(control);
+        m_scrollTo(HasRoom(control) ? control : *this);
+        if (!HasRoom(control)) Open(control);
     }
 
     void FilterPanel(const QEvent& event) {
@@ -124,14 +137,20 @@ class ControlStrip final : public QWidget {
         return key >= Qt::Key_F1 && key <= Qt::Key_F35;
     }
 
+    static bool IsHeld(const QKeyEvent& key) {
+        return key.key() >= Qt::Key_Shift && key.key() <= Qt::Key_ScrollLock;
+    }
+    static bool IsForControl(const QKeyEvent& key) {
+        return !IsHeld(key) && !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    }
+
     bool IsShortcutOfWindow(const QKeyEvent& key) const {
-        const bool isHeld = key.key() >= Qt::Key_Shift && key.key() <= Qt::Key_ScrollLock;
         const bool isArrow = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
         const auto isOwn = [&](const Field& field) {
             return QKeySequence::mnemonic(field.label->text()) == QKeySequence(key.keyCombination());
         };
         const bool isShortcut = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-        return isShortcut && !isHeld && !isArrow && std::ranges::none_of(m_fields, isOwn);
+        return isShortcut && !IsHeld(key) && !isArrow && std::ranges::none_of(m_fields, isOwn);
     }
 
     bool IsOpen() const { return m_pControls->parentWidget() == m_pPanel; }

@@ -11,6 +11,6 @@ class QWidget;
 struct DialogResource;
 
 // What the user does with the controls reaches the target. One that is given the keys by a key is scrolled
-// to, or the strip where it is out of sight.
+// to, or the strip where it has no room.
 QWidget* AfxCreateControlStrip(const DialogResource& resource, CCmdTarget& target,
                                std::function<void(const QWidget&)> scrollTo);
