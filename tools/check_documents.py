@@ -2,12 +2,14 @@
 """Tries what the documents tell their readers to type.
 
 usage: tools/check_documents.py BUILD
+       tools/check_documents.py --links FOLDER
        tools/check_documents.py --self-test
 
 Fenced blocks marked sh are run, each in a shell of its own in the root of a copy of the tree, whose build/release is
 BUILD; the first command that fails ends the block. Blocks marked console are only shown: of the commands in them,
 which are the lines after "$ " or, where no line has that, all lines, every script and file of the tree has to exist,
-and every program in build/release. So do the files that a document links to.
+and every program in build/release. So do the files that a document links to, of which alone --links sees to, for
+documents that were installed.
 """
 
 import glob
@@ -120,6 +122,11 @@ def dead_links(name, tree):
                 yield f"{name}:{number}: there is no {target}"
 
 
+def dead_links_below(folder):
+    documents = [str(path.relative_to(folder)) for path in sorted(folder.rglob("*.md"))]
+    return [line for name in documents for line in dead_links(name, folder)] if documents else ["no documents"]
+
+
 def documents_of(tree):
     return [str(path.relative_to(tree)) for pattern in DOCUMENTS for path in sorted(tree.glob(pattern))]
 
@@ -193,9 +200,11 @@ def self_test():
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) == 3 and sys.argv[1] == "--links":
+        found = dead_links_below(Path(sys.argv[2]))
+    elif len(sys.argv) != 2:
         sys.exit(__doc__)
-    if sys.argv[1] == "--self-test":
+    elif sys.argv[1] == "--self-test":
         found = self_test()
     else:
         found = complaints_of_copy(ROOT, Path(sys.argv[1]).resolve())

@@ -16,7 +16,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-from check_documents import dead_links
+from check_documents import dead_links_below
 
 ROOT = Path(__file__).resolve().parents[1]
 LIST = ROOT / "share" / "installed_files.txt"
@@ -77,12 +77,6 @@ def wrong_icons(usr):
     return wrong
 
 
-def dead_links_of_documents(usr):
-    documentation = usr / "share" / "doc" / "vistrel"
-    documents = sorted(documentation.rglob("*.md"))
-    return [line for path in documents for line in dead_links(str(path.relative_to(documentation)), documentation)]
-
-
 def first_match(pattern, text):
     match = re.search(pattern, text, re.MULTILINE)
     return match.group(1) if match else None
@@ -112,8 +106,9 @@ def main():
         subprocess.run(["cmake", "--install", build, "--prefix", "/usr"], env={**os.environ, "DESTDIR": folder},
                        check=True, stdout=subprocess.DEVNULL)
         usr = Path(folder, "usr")
+        documentation = usr / "share" / "doc" / "vistrel"
         wrong = differences_of_list(usr) or (complaints(usr) + differences_of_types(usr) + wrong_icons(usr) +
-                                              dead_links_of_documents(usr) + differences_of_release(build, usr))
+                                              dead_links_below(documentation) + differences_of_release(build, usr))
     for line in wrong:
         print(line)
     return 1 if wrong else 0

@@ -24,6 +24,9 @@ file(WRITE ${documentation}/changelog.Debian
  -- ${CPACK_DEBIAN_PACKAGE_MAINTAINER}  ${date}
 ")
 file(RENAME ${documentation}/CHANGELOG.md ${documentation}/changelog)
+file(READ ${documentation}/README.md readme)
+string(REPLACE "[CHANGELOG.md](CHANGELOG.md)" "[changelog.gz](changelog.gz)" readme "${readme}")
+file(WRITE ${documentation}/README.md "${readme}")
 
 file(GLOB compressed ${pages}/man*/*)
 execute_process(COMMAND gzip -9n ${documentation}/changelog ${documentation}/changelog.Debian ${compressed}
