@@ -120,9 +120,12 @@ void PressKeys(const char* pszKeys) {
 }
 
 void GiveFocus(QWidget& widget) {
-    QApplication::setActiveWindow(widget.window());
-    widget.setFocus();
-    EXPECT_TRUE(WaitFor([&] { return widget.hasFocus(); }));
+    // Again and again: a window that an earlier test closed may only now hand its activation on.
+    EXPECT_TRUE(WaitFor([&] {
+        QApplication::setActiveWindow(widget.window());
+        widget.setFocus();
+        return widget.hasFocus();
+    }));
 }
 
 void SendMouse(

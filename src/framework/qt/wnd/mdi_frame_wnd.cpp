@@ -139,9 +139,9 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd& child) {
     QMetaObject::invokeMethod(
         m_wndMDIClient.GetArea(),
         [this, pChild = &child, window] {
+            m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
             if (!window) return;
             std::erase_if(m_children, [&](const auto& one) { return one.get() == pChild; });
-            m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
             UpdateFrameCounts();
             ScrollToActive();
         },

@@ -59,8 +59,7 @@ const MessageMap& CMDIFrameWnd::GetMessageMap() const {
     return map;
 }
 
-// What child windows understand on every desktop. The toolkit knows some of it on some, and goes through the
-// windows by the order of their last use, so that a key pressed again leads back.
+// What child windows understand on every desktop. The toolkit knows some of it on some.
 void CMDIFrameWnd::AddWindowKeys() {
     QMdiArea* const area = m_wndMDIClient.GetArea();
     const auto add = [this](const char* pszKeys, const auto& call) {
