@@ -2,6 +2,7 @@
 
 #include "framework/qt/kit/button_rows.h"
 #include "framework/qt/kit/floating_frame.h"
+#include "framework/qt/kit/window_place.h"
 
 #include <QAction>
 #include <QApplication>
@@ -111,10 +112,14 @@ class DockingBar final : public QToolBar {
         if (!m_held || (!m_pOutline && (at - *m_held).manhattanLength() < QApplication::startDragDistance()))
             return;
         if (!m_pOutline) {
-            m_pOutline = std::make_unique<QRubberBand>(QRubberBand::Rectangle);
+            QWidget* const within = AfxPlacesWindows() ? nullptr : m_host.window();
+            m_pOutline = std::make_unique<QRubberBand>(QRubberBand::Rectangle, within);
             m_outlineSize = m_floatingSize ? *m_floatingSize : GetFirstFloatingSize();
         }
-        m_pOutline->setGeometry(OutlineAt(at, pEvent->modifiers()));
+        QRect outline = OutlineAt(at, pEvent->modifiers());
+        if (const QWidget* const within = m_pOutline->parentWidget())
+            outline.moveTopLeft(within->mapFromGlobal(outline.topLeft()));
+        m_pOutline->setGeometry(outline);
         m_pOutline->show();
     }
 
@@ -180,7 +185,7 @@ class DockingBar final : public QToolBar {
     // The pointer says where; a key only near what, and the menu of a docked bar stays inside the main
     // window.
     void ShowMenu(const QPoint& at, QContextMenuEvent::Reason reason) {
-        auto* const menu = new QMenu(this);
+        auto* const menu = new QMenu(&Shown());
         menu->setAttribute(Qt::WA_DeleteOnClose);
         menu->addAction(m_pToggle);
         const bool isFree = reason != QContextMenuEvent::Keyboard || m_bFloating;

@@ -1,5 +1,7 @@
 #include "framework/qt/kit/floating_frame.h"
 
+#include "framework/qt/kit/window_place.h"
+
 #include <QApplication>
 #include <QBoxLayout>
 #include <QContextMenuEvent>
@@ -114,7 +116,7 @@ class FloatingFrame final : public QWidget {
                 ShowGrip(GripAt(pEvent->position().toPoint()));
                 return;
             case Grip::Caption:
-                if (m_isDragged) move(m_heldPlace.topLeft() + moved);
+                if (m_isDragged) DragBy(moved);
                 return;
             case Grip::Left:
                 FitTo(m_heldPlace.adjusted(
@@ -167,8 +169,20 @@ class FloatingFrame final : public QWidget {
         setGeometry(QRect(place.topLeft(), SizeAround(*m_pContent, place.width())));
     }
 
+    // A desktop that moves windows by itself tells neither when that ends nor where: the frame is not
+    // dropped.
+    void DragBy(const QPoint& moved) {
+        if (AfxPlacesWindows()) {
+            move(m_heldPlace.topLeft() + moved);
+            return;
+        }
+        m_grip = Grip::None;
+        windowHandle()->startSystemMove();
+    }
+
+    // Without a place of its own a window grows to the right only.
     Grip GripAt(const QPoint& at) const {
-        if (at.x() < BORDER) return Grip::Left;
+        if (at.x() < BORDER && AfxPlacesWindows()) return Grip::Left;
         if (at.x() >= width() - BORDER) return Grip::Right;
         return at.y() < BORDER + CaptionHeight() ? Grip::Caption : Grip::None;
     }

@@ -10,7 +10,7 @@ class QWidget;
 
 struct FloatingFrameEvents {
     // After a drag by the caption: where the pointer is on the screen, and where the frame's corner was
-    // before.
+    // before. Not where the desktop moves windows by itself.
     std::function<void(const QPoint&, const QPoint&)> dropped;
     std::function<void()> doubleClicked;            // on the caption
     std::function<void(const QPoint&)> menuWanted;  // at this place on the screen
