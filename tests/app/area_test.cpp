@@ -321,3 +321,16 @@ TEST_F(AreaTest, AWindowThatBecomesActiveOutOfSightIsScrolledTo) {
         EXPECT_TRUE(Area().viewport()->rect().contains(Window(0).geometry()));
     }
 }
+
+TEST_F(AreaTest, NothingIsLeftToScrollOverWhereNoWindowIs) {
+    Open(Picture(100, 100));
+    Fit(32);
+    Settle();
+    ScrollTo(1000, 1000);
+    Command(ID_FILE_CLOSE);
+    EXPECT_TRUE(WaitFor([] { return OpenWindows() == 0; }));
+    for (const QScrollBar* const bar : {Area().horizontalScrollBar(), Area().verticalScrollBar()}) {
+        EXPECT_EQ(bar->minimum(), 0);
+        EXPECT_EQ(bar->maximum(), 0);
+    }
+}

@@ -192,6 +192,7 @@ QMenu& OpenMenuOf(const CView& view, QContextMenuEvent::Reason reason) {
 WindowTest::~WindowTest() {
     WatchedView::s_onUpdate = nullptr;
     Main().DestroyChildren();
+    Settle();
     EXPECT_EQ(Told(), Texts()) << "the user was told what the test does not expect";
     EXPECT_EQ(Asked(), Texts()) << "the user was asked what the test does not expect";
 }

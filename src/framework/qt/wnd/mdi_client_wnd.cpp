@@ -87,6 +87,12 @@ void CMDIClientWnd::ArrangeWindows(void (QMdiArea::*arrange)()) {
     SetScrollBars(area, Qt::ScrollBarAsNeeded);
 }
 
+// The toolkit keeps what the last one left to scroll over.
+void CMDIClientWnd::LeaveNothingToScroll() {
+    GetArea()->horizontalScrollBar()->setRange(0, 0);
+    GetArea()->verticalScrollBar()->setRange(0, 0);
+}
+
 void CMDIClientWnd::ScrollIntoView(const CRect& rect) {
     const CSize visible = GetVisibleSize();
     ScrollBy({ScrollDistance(rect.left, rect.right, visible.cx),

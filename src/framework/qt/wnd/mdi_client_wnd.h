@@ -32,6 +32,9 @@ class CMDIClientWnd : public CWnd {
     // To the right and down, as far as it goes.
     void ScrollBy(const CSize& distance);
 
+    // For when no child is left.
+    void LeaveNothingToScroll();
+
     // What a child leaves to whoever holds it: the targets after it, and itself once it has been closed.
     std::function<bool(const Visitor&)> m_visitAfterChild;
     std::function<void(CMDIChildWnd&)> m_childClosed;

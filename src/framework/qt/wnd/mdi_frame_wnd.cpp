@@ -142,10 +142,16 @@ void CMDIFrameWnd::DestroyChildLater(CMDIChildWnd& child) {
             m_wndMDIClient.GetArea()->setActivationOrder(QMdiArea::CreationOrder);
             if (!window) return;
             std::erase_if(m_children, [&](const auto& one) { return one.get() == pChild; });
+            if (m_children.empty()) m_wndMDIClient.LeaveNothingToScroll();
             UpdateFrameCounts();
             ScrollToActive();
         },
         Qt::QueuedConnection);
+}
+
+void CMDIFrameWnd::DestroyChildren() {
+    m_children.clear();
+    m_wndMDIClient.LeaveNothingToScroll();
 }
 
 bool CMDIFrameWnd::IsExposed() const {

@@ -23,7 +23,7 @@ class CMDIFrameWnd : public CFrameWnd {
     // Children in the order in which they were opened.
     const std::vector<std::unique_ptr<CMDIChildWnd>>& GetChildren() const { return m_children; }
     void AddChild(std::unique_ptr<CMDIChildWnd> child);
-    void DestroyChildren() { m_children.clear(); }
+    void DestroyChildren();
 
     // Titles all children by their documents.
     void UpdateFrameCounts();
