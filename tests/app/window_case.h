@@ -22,7 +22,6 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QScrollBar>
 #include <QTest>
 

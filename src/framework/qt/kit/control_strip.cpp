@@ -94,7 +94,7 @@ class ControlStrip final : public QWidget {
     }
 
     // A control that loses its room keeps the keys, since what is chosen in it can be what takes the room;
-    // the next one brings it back into sight.
+    // the next key brings it back into sight.
     void FilterControl(QWidget& control, const QEvent& event) {
         const bool isGivenKeys =
             event.type() == QEvent::FocusIn && IsByKey(static_cast<const QFocusEvent&>(event).reason());
@@ -118,8 +118,9 @@ class ControlStrip final : public QWidget {
     }
 
     void Reveal(QWidget& control) {
-        m_scrollTo(HasRoom(control) ? control : *this);
-        if (!HasRoom(control)) Open(control);
+        const bool hasRoom = HasRoom(control);
+        m_scrollTo(hasRoom ? control : *this);
+        if (!hasRoom) Open(control);
     }
 
     void FilterPanel(const QEvent& event) {
@@ -140,17 +141,17 @@ class ControlStrip final : public QWidget {
     static bool IsHeld(const QKeyEvent& key) {
         return key.key() >= Qt::Key_Shift && key.key() <= Qt::Key_ScrollLock;
     }
-    static bool IsForControl(const QKeyEvent& key) {
-        return !IsHeld(key) && !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    static bool IsShortcut(const QKeyEvent& key) {
+        return key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
     }
+    static bool IsForControl(const QKeyEvent& key) { return !IsHeld(key) && !IsShortcut(key); }
 
     bool IsShortcutOfWindow(const QKeyEvent& key) const {
         const bool isArrow = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
         const auto isOwn = [&](const Field& field) {
             return QKeySequence::mnemonic(field.label->text()) == QKeySequence(key.keyCombination());
         };
-        const bool isShortcut = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-        return isShortcut && !IsHeld(key) && !isArrow && std::ranges::none_of(m_fields, isOwn);
+        return IsShortcut(key) && !IsHeld(key) && !isArrow && std::ranges::none_of(m_fields, isOwn);
     }
 
     bool IsOpen() const { return m_pControls->parentWidget() == m_pPanel; }

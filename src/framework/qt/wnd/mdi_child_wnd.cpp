@@ -181,7 +181,7 @@ void CMDIChildWnd::ScrollToCaption() {
     // name.
     const bool hasRoom = GetSubWindow()->width() <= m_pArea->GetVisibleSize().cx;
     const int width = hasRoom ? GetSubWindow()->width() : CAPTION_BEGINNING * height;
-    m_pArea->ScrollIntoView({place.x(), place.y(), place.x() + width, place.y() + height});
+    m_pArea->ScrollIntoView(QRect(place, QSize(width, height)));
 }
 
 // What shows any part of itself stays where it is: it may be the part that is looked at.
@@ -193,7 +193,7 @@ void CMDIChildWnd::ScrollIntoSight() {
     const int height = m_pBarHost->y();
     const QSize least = QSize(CAPTION_BEGINNING * height, height).boundedTo(place.size());
     if (shown.width() >= least.width() && shown.height() >= least.height()) return;
-    m_pArea->ScrollIntoView({place.x(), place.y(), place.x() + place.width(), place.y() + place.height()});
+    m_pArea->ScrollIntoView(place);
 }
 
 bool CMDIChildWnd::IsZoomed() const {
@@ -250,8 +250,7 @@ void CMDIChildWnd::ScrollToControl(const QWidget& control) {
     if (!GetSubWindow()->isAncestorOf(&control) || control.visibleRegion() == control.rect()) return;
     ScrollToCaption();
     const QPoint place = control.mapTo(m_pArea->GetArea()->viewport(), QPoint(0, 0));
-    m_pArea->ScrollIntoView(
-        {place.x(), place.y(), place.x() + control.width(), place.y() + control.height()});
+    m_pArea->ScrollIntoView(QRect(place, control.size()));
 }
 
 QMdiSubWindow* CMDIChildWnd::GetSubWindow() const {

@@ -93,10 +93,10 @@ void CMDIClientWnd::LeaveNothingToScroll() {
     GetArea()->verticalScrollBar()->setRange(0, 0);
 }
 
-void CMDIClientWnd::ScrollIntoView(const CRect& rect) {
+void CMDIClientWnd::ScrollIntoView(const QRect& rect) {
     const CSize visible = GetVisibleSize();
-    ScrollBy({ScrollDistance(rect.left, rect.right, visible.cx),
-              ScrollDistance(rect.top, rect.bottom, visible.cy)});
+    ScrollBy({ScrollDistance(rect.x(), rect.x() + rect.width(), visible.cx),
+              ScrollDistance(rect.y(), rect.y() + rect.height(), visible.cy)});
 }
 
 void CMDIClientWnd::ScrollBy(const CSize& distance) {

@@ -8,6 +8,7 @@
 class CMDIChildWnd;
 class QMainWindow;
 class QMdiArea;
+class QRect;
 
 class CMDIClientWnd : public CWnd {
   public:
@@ -27,7 +28,7 @@ class CMDIClientWnd : public CWnd {
 
     // Scrolls no further than it takes. The rectangle is in client coordinates, which begin at what is
     // visible.
-    void ScrollIntoView(const CRect& rect);
+    void ScrollIntoView(const QRect& rect);
 
     // To the right and down, as far as it goes.
     void ScrollBy(const CSize& distance);
