@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The program among other running copies of itself and in front of the desktop.
 
-usage: dbus-run-session -- desktop_test.py PROGRAM
+usage: dbus-run-session --config-file bus_without_services.conf -- desktop_test.py PROGRAM
 Needs gdbus, xprop, and openbox for a window manager.
 """
 

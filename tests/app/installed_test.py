@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What is installed, started from the desktop: by the bus where its user's session has one, by its command line else.
+"""What is installed, started from the desktop: by the bus where that can, by its command line else.
 
 usage: installed_test.py PROGRAM CMAKE BUILD
 Needs gio, gdbus, update-mime-database and update-desktop-database.
@@ -39,10 +39,13 @@ class InstalledTest(ProgramTest):
             self.path(name, picture())
         self.path("bad.iff", b"This is no picture.\n")
 
-    def start_bus(self):
+    def start_bus(self, display=True):
         """What it starts has the environment that the bus has."""
+        environment = dict(self.screen.environment)
+        if not display:
+            environment.pop("DISPLAY")
         bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; exec cat'],
-                               env=self.screen.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                               env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                stderr=subprocess.DEVNULL)
         self.addCleanup(bus.communicate)
         self.screen.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
@@ -76,7 +79,6 @@ class InstalledTest(ProgramTest):
 
     def open_all(self, tool, words):
         """First where nothing runs, then where it does. The words are those that the program was started with."""
-        self.start_bus()
         self.run_tool(*tool, ODD_NAMES[0])
         self.wait_for_file("a b.iff")
         first = self.owner()
@@ -88,10 +90,25 @@ class InstalledTest(ProgramTest):
         self.assertEqual(self.owner(), first)
 
     def test_by_the_bus(self):
+        self.start_bus()
         self.open_all(["gio", "open"], [b"-dde"])
 
+    def test_by_its_entry(self):
+        """Whose command line asks the bus."""
+        self.start_bus()
+        self.open_all(["gio", "launch", self.entry], [b"-dde"])
+
     def test_by_its_command_line(self):
+        """What the bus starts finds no display, and ends."""
+        self.start_bus(display=False)
         self.open_all(["gio", "launch", self.entry], [b"-dde", os.fsencode(self.path("a b.iff"))])
+
+    def test_without_a_file(self):
+        self.start_bus()
+        program = subprocess.Popen([self.usr / "bin/vistrel", "-dde"], env=self.screen.environment)
+        self.assertEqual(wait_for(self.owner, "the program"), program.pid)
+        self.end_owner()
+        program.wait()
 
 
 if __name__ == "__main__":

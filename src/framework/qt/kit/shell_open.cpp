@@ -89,6 +89,13 @@ bool HandOverOn(const QDBusConnection& bus, const std::string& strName, const Sh
     return false;
 }
 
+// The bus itself starts a copy without files, and waits until that owns the name: were it to ask for another
+// one, both would wait.
+bool StartOwner(const QDBusConnection& bus, const std::string& strName, const ShellRequest& request) {
+    if (!bus.isConnected() || request.uris.empty()) return false;
+    return bus.interface()->startService(QString::fromStdString(strName)).isValid();
+}
+
 }  // namespace
 
 ShellOpen::ShellOpen(const std::string& strName, OnRequest onRequest)
@@ -130,8 +137,9 @@ bool ShellOpen::HandOver(const ShellRequest& request) {
 // On a connection of its own: the program's one outlives this, and belongs to whoever listens.
 bool AfxHandOver(const std::string& strName, const ShellRequest& request) {
     const QString connection = QStringLiteral("hand over");
-    const bool handed =
-        HandOverOn(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection), strName, request);
+    const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection);
+    const bool handed = HandOverOn(bus, strName, request) ||
+                        (StartOwner(bus, strName, request) && HandOverOn(bus, strName, request));
     QDBusConnection::disconnectFromBus(connection);
     return handed;
 }

@@ -42,5 +42,6 @@ class ShellOpen {
 };
 
 // Passes the request on to the copy of the program that owns the name, from one that owns nothing on the bus
-// itself. False when there is none.
+// itself. Where there is none and files are to be opened, the bus starts the one that is installed. False
+// when it knows none either, or that one does not start.
 bool AfxHandOver(const std::string& strName, const ShellRequest& request);
