@@ -89,10 +89,14 @@ bool HandOverOn(const QDBusConnection& bus, const std::string& strName, const Sh
     return false;
 }
 
+// A start that hangs does not keep the file from opening, and one that is only slow finds this copy.
+constexpr int START_TIMEOUT = 2000;  // milliseconds
+
 // The bus itself starts a copy without files, and waits until that owns the name: were it to ask for another
 // one, both would wait.
 bool StartOwner(const QDBusConnection& bus, const std::string& strName, const ShellRequest& request) {
     if (!bus.isConnected() || request.uris.empty()) return false;
+    bus.interface()->setTimeout(START_TIMEOUT);
     return bus.interface()->startService(QString::fromStdString(strName)).isValid();
 }
 
