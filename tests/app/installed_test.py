@@ -104,6 +104,7 @@ class InstalledTest(ProgramTest):
         self.open_all(["gio", "launch", self.entry], [b"-dde", os.fsencode(self.path("a b.iff"))])
 
     def test_without_a_file(self):
+        """The bus, which starts the program so itself, is not asked."""
         self.start_bus()
         program = subprocess.Popen([self.usr / "bin/vistrel", "-dde"], env=self.screen.environment)
         self.assertEqual(wait_for(self.owner, "the program"), program.pid)
